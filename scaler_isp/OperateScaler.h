@@ -1,0 +1,52 @@
+#ifndef SCALER_ISP_OPERATE_SCALER_H
+#define SCALER_ISP_OPERATE_SCALER_H
+
+/// \file
+/// The two entry points of the library. C99 and C++.
+///
+/// Calling rules
+///  - One call at a time in a process; the library starts no thread, and both callbacks run on the
+///    caller's thread. 512 KiB of stack are enough.
+///  - The first word of the command line is the program's name and is not an option. Words are
+///    separated by blanks; double quotes keep blanks inside a word; a line holds at most 10,239 bytes
+///    of UTF-8.
+///  - Diagnostics go to standard output and standard error through C stdio, unflushed. A run that
+///    reaches the plug-in ends with one coloured line, "Success" or "Fail! Error Code: 0x…".
+///  - While paths are converted, the process locale is switched to that of the environment and then
+///    restored. Outside ASCII the environment must name a UTF-8 locale.
+///  - Nothing is thrown; an exception of a callback or plug-in that passes through ends here with -1.
+///    pthread_exit in a callback ends the thread cleanly.
+
+#include <stddef.h>
+
+#include "scaler_isp/abi/Callbacks.h"
+#include "scaler_isp/abi/Export.h"
+#include "scaler_isp/abi/ResultCodes.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/// Carries out one command line.
+///
+/// \param commandLine   NUL-terminated, borrowed; null counts as empty.
+/// \param deviceHandle  ignored: the plug-in always works without one.
+/// \param progress      progress in percent, or null.
+/// \param message       messages for the user, or null.
+/// RETURNS 0 for success, -1 when the command line was refused, else a code of ResultCodes.h or the
+/// plug-in's own. 0 also when the parser itself could not be created for lack of memory.
+/// PRINTS what ParseArgs and DoIsp print; nothing of its own.
+SCALER_ISP_API int OperateScaler(const wchar_t *commandLine, void *deviceHandle,
+                                 ScalerIspProgressCallback progress,
+                                 ScalerIspMessageCallback message);
+
+/// The same as OperateScaler; reserved is accepted and not used.
+SCALER_ISP_API int OperateScalerEx(const wchar_t *commandLine, void *deviceHandle,
+                                   ScalerIspProgressCallback progress,
+                                   ScalerIspMessageCallback message, void *reserved);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,209 @@
+#ifndef SCALER_ISP_ABI_COMMAND_SETTING_H
+#define SCALER_ISP_ABI_COMMAND_SETTING_H
+
+/// \file
+/// The record that carries one judged command to the ISP plug-in: 546,704 bytes, little-endian, no
+/// pointers. Its layout is a binary interface; command_setting_fields.def lists every field with its
+/// offset and default, and the build fails where the two disagree. Readable as C99 and as C++.
+
+#include <stddef.h>
+#include <stdint.h>
+
+#include "scaler_isp/abi/CommTypes.h"
+#include "scaler_isp/abi/DigitalSignArgs.h"
+#include "scaler_isp/abi/Enumeration.h"
+#include "scaler_isp/abi/Export.h"
+
+#define SCALER_ISP_MAX_BANKS 512       ///< entries of the firmware bank map
+#define SCALER_ISP_BANK_BYTES 65536    ///< one flash bank, 64 KiB
+#define SCALER_ISP_MAX_FLAG_BYTES 1220 ///< bytes of the user flag
+#define SCALER_ISP_MAX_MERGE_BYTES 16  ///< bytes of the merge info
+#define SCALER_ISP_MAX_I2C_BYTES 256   ///< data bytes of one I2C write
+#define SCALER_ISP_DEFAULT_SLAVE 0x94  ///< I2C slave address of the scaler's ISP interface
+
+/// The action to perform; one command line option each (--factoryisp converts to no value).
+SCALER_ISP_ENUM(ENUM_CP_ISPTOOL_ACTION_TYPE){
+    ENUM_ACTION_NONE = 0,
+    ENUM_ACTION_VERIFY = 1,
+    ENUM_ACTION_SIGN = 2,
+    ENUM_ACTION_ERASE = 3,
+    ENUM_ACTION_ISP = 4,
+    ENUM_ACTION_ISPUSER = 5,
+    ENUM_ACTION_ISPDIFF = 6,
+    ENUM_ACTION_ISPCOPY = 7,
+    ENUM_ACTION_RECORDVER = 8,
+    ENUM_ACTION_SRSTATUS = 9,
+    ENUM_ACTION_FLASHTYPE = 10,
+    ENUM_ACTION_READSR = 11,
+    ENUM_ACTION_WRITESR = 12,
+    ENUM_ACTION_READSAFEGUARD = 13,
+    ENUM_ACTION_WRITESAFEGUARD = 14,
+    ENUM_ACTION_RESETMCU = 15,
+    ENUM_ACTION_DUMPFLASH = 16,
+    ENUM_ACTION_FACTORYISP = 17,
+    ENUM_ACTION_GETSTATUS = 18,
+    ENUM_ACTION_USERDEFINEDINFO = 19,
+    ENUM_ACTION_EDPISP = 20,
+    ENUM_ACTION_ENTERISPMODE = 21,
+    ENUM_ACTION_MERGEFWINFO = 22,
+    ENUM_ACTION_SENDUSERDEFINEDINFO = 23,
+    ENUM_ACTION_I2CWRITE = 24,
+    ENUM_ACTION_GETSCALERTYPE = 25
+};
+
+/// Where the firmware version is read from.
+SCALER_ISP_ENUM(ENUM_VERSION_LOCATION_TYPE){
+    ENUM_VER_LOC_NONE = 0,      ENUM_VER_LOC_REG = 1,        ENUM_VER_LOC_DDCCI = 2,
+    ENUM_VER_LOC_FLASH = 3,     ENUM_VER_LOC_FWBIN = 4,      ENUM_VER_LOC_CMD = 5,
+    ENUM_VER_LOC_FWBINCMD = 6,  ENUM_VER_LOC_COPYDIFFER = 7, ENUM_VER_LOC_USERDEFINED = 8
+};
+
+/// Mode of --userdefined, 1..5; the plug-in gives the numbers their meaning.
+SCALER_ISP_ENUM(ENUM_USER_DEFINED_VERSION_TYPE){
+    ENUM_USER_DEFINED_VERSION_NONE = 0, ENUM_USER_DEFINED_VERSION_1 = 1,
+    ENUM_USER_DEFINED_VERSION_2 = 2,    ENUM_USER_DEFINED_VERSION_3 = 3,
+    ENUM_USER_DEFINED_VERSION_4 = 4,    ENUM_USER_DEFINED_VERSION_5 = 5
+};
+
+/// Direction of --mergefwinfo.
+SCALER_ISP_ENUM(ENUM_CP_MERGE_FW_INFO_MODE){ENUM_MERGE_INFO_READ = 0, ENUM_MERGE_INFO_WRITE = 1};
+
+/// One 64 KiB bank of a firmware file. 1,056 bytes.
+typedef struct STRUCT_C_STYLE_FW_BANK_SETTING {
+    uint64_t ullBankValue;                   ///< reserved for the plug-in; this library leaves it 0
+    uint32_t ulFileBank;                     ///< index of the bank inside its file, 0 first
+    wchar_t wszFwPath[SCALER_ISP_PATH_CHARS]; ///< full path of the file; no terminator at 260
+
+#ifdef __cplusplus
+    /// Everything zero.
+    SCALER_ISP_API STRUCT_C_STYLE_FW_BANK_SETTING();
+#endif
+} STRUCT_C_STYLE_FW_BANK_SETTING;
+
+/// The firmware bank map: entry i goes to flash bank ulTargetBank[i]. 542,728 bytes.
+/// Only the first ulFwCount entries are meaningful.
+typedef struct STRUCT_C_STYLE_MAP_FW {
+    uint32_t ulFwCount; ///< 0..512; above 512 after a copy that was refused
+    uint32_t ulTargetBank[SCALER_ISP_MAX_BANKS]; ///< bank numbers, ascending
+    STRUCT_C_STYLE_FW_BANK_SETTING stFwBank[SCALER_ISP_MAX_BANKS];
+
+#ifdef __cplusplus
+    /// Count 0 and default entries; of the target banks only the first 128 are cleared.
+    SCALER_ISP_API STRUCT_C_STYLE_MAP_FW();
+#endif
+} STRUCT_C_STYLE_MAP_FW;
+
+/// User flag of action "ispuser". 1,232 bytes.
+typedef struct STRUCT_FLAG_SETTING {
+    uint32_t ulFlagCount;                          ///< number of flag bytes given, modulo 256
+    uint8_t ucFlagData[SCALER_ISP_MAX_FLAG_BYTES]; ///< unused bytes are 0xFF
+    uint32_t ulFlagAddr;
+    uint32_t ulFlagReserved; ///< 0
+
+#ifdef __cplusplus
+    SCALER_ISP_API STRUCT_FLAG_SETTING();
+#endif
+} STRUCT_FLAG_SETTING;
+
+/// Where a version lies in flash. 20 bytes. UNITS: bytes.
+typedef struct STRUCT_READ_VERSION_FROM_FLASH_SETTING {
+    uint32_t enumRecordVerMode; ///< 0, 1 or 2
+    uint32_t ulVerAddr;         ///< flash address, below 16 MiB
+    uint32_t ulTotalVerLen;     ///< 1..256
+    uint32_t ulMajorVerLen;
+    uint32_t ulSubVerLen;
+
+#ifdef __cplusplus
+    SCALER_ISP_API STRUCT_READ_VERSION_FROM_FLASH_SETTING();
+#endif
+} STRUCT_READ_VERSION_FROM_FLASH_SETTING;
+
+/// Reserved for the plug-in; the command line never sets it. 4 bytes.
+typedef struct STRUCT_READ_USER_DEFINED_VERSION_SETTING {
+    uint32_t ulUserDefinedVersion;
+
+#ifdef __cplusplus
+    SCALER_ISP_API STRUCT_READ_USER_DEFINED_VERSION_SETTING();
+#endif
+} STRUCT_READ_USER_DEFINED_VERSION_SETTING;
+
+/// Range and file of action "dumpflash". 1,048 bytes. UNITS: bytes.
+typedef struct STRUCT_DUMP_FLASH_SETTING {
+    uint32_t ulDumpAddr;
+    uint32_t ulDumpLen;
+    wchar_t wszDumpFile[SCALER_ISP_PATH_CHARS]; ///< name as typed, ends in ".bin"
+
+#ifdef __cplusplus
+    SCALER_ISP_API STRUCT_DUMP_FLASH_SETTING();
+#endif
+} STRUCT_DUMP_FLASH_SETTING;
+
+/// One I2C write of action "i2cwrite". 264 bytes.
+typedef struct STRUCT_I2C_WRITE_ACTION_TYPE_SETTING {
+    uint8_t ucI2CSlaveAddr;
+    uint8_t ucI2CSubAddr;
+    uint8_t ucI2CDataLen; ///< number of data bytes; 0 means 256
+    uint8_t ucI2CData[SCALER_ISP_MAX_I2C_BYTES]; ///< unused bytes are 0xFF
+    uint32_t bDdcciCmd;   ///< 1: the data is a DDC/CI message
+
+#ifdef __cplusplus
+    SCALER_ISP_API STRUCT_I2C_WRITE_ACTION_TYPE_SETTING();
+#endif
+} STRUCT_I2C_WRITE_ACTION_TYPE_SETTING;
+
+/// Bytes of --mergefwinfo --write. 20 bytes.
+typedef struct STRUCT_MERGE_FW_INFO_SETTING {
+    uint32_t ulMergeDataCount; ///< 0..16
+    uint8_t ucMergeData[SCALER_ISP_MAX_MERGE_BYTES];
+
+#ifdef __cplusplus
+    SCALER_ISP_API STRUCT_MERGE_FW_INFO_SETTING();
+#endif
+} STRUCT_MERGE_FW_INFO_SETTING;
+
+/// One judged command. The plug-in borrows it for the length of a call.
+/// Too large for a small thread's stack: keep it on the heap.
+typedef struct STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING {
+    ENUM_CP_ISPTOOL_ACTION_TYPE enumActionType;
+    ENUM_CP_DIGITAL_SIGNATURE_TYPE enumDigitalSignatureType;
+    ENUM_CP_DIGITAL_SIGNATURE_SW_MODE enumSWDigitalSignatureMode;
+    ENUM_VERSION_LOCATION_TYPE enumVersionLocationType; ///< 1 constructed, 0 without an option
+    ENUM_USER_DEFINED_VERSION_TYPE enumUserDefinedVersionType;
+    ENUM_CP_MERGE_FW_INFO_MODE enumMergeFWInfoMode;
+    uint32_t enumMergeFWInfoType; ///< 0 none, 1 "hpfriends"
+    STRUCT_ENUM_COMM_ID enumCommID;
+    uint32_t enumEdpIspMode;          ///< 0 none, 1 "isp", 2 "readver"
+    uint32_t enumUserDefinedInfoType; ///< 0 none, 1 scaler, 2 fw name, 3 model name, 4 hw cid
+    uint32_t enumMergeFWGeneration;   ///< 1 or 2
+    uint32_t enumSendExtraCmdMode;    ///< 0 none, 1 before, 2 after, 3 both
+    int32_t nSlaveAddressState;       ///< -1 not given, 1 default address, 0 see ucSlaveAddress
+    uint8_t ucSlaveAddress;           ///< I2C slave address (8-bit form), 1..254 when explicit
+    uint32_t bAutoSearchFW;
+    uint32_t bCompareVersion;
+    uint32_t bIspChannel;
+    uint32_t enumBootCodeType; ///< 0 default boot code, 1 new boot code
+    uint32_t enumIspMode;      ///< 1 normal, 2 factory
+    uint32_t ulReserved4C;     ///< 0
+    uint32_t ulProgStartBank;  ///< from a settings file only
+    STRUCT_C_STYLE_MAP_FW stMapFw;
+    STRUCT_FLAG_SETTING stFlagSetting;
+    STRUCT_READ_VERSION_FROM_FLASH_SETTING stReadVersionFromFlash;
+    STRUCT_READ_USER_DEFINED_VERSION_SETTING stReadUserDefinedVersion;
+    STRUCT_DUMP_FLASH_SETTING stDumpFlash;
+    STRUCT_I2C_WRITE_ACTION_TYPE_SETTING stI2CWrite;
+    wchar_t wszSettingFile[SCALER_ISP_PATH_CHARS]; ///< full path of the settings file
+    char szBootFwPath[SCALER_ISP_PATH_CHARS];      ///< boot firmware (--boot), UTF-8
+    STRUCT_MERGE_FW_INFO_SETTING stMergeFwInfo;
+
+#ifdef __cplusplus
+    /// The defaults of command_setting_fields.def. Padding and the target banks from entry 128 on keep
+    /// what the memory held.
+    SCALER_ISP_API STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING();
+
+    /// Empties the firmware map: count, target banks and bank values become 0, of the file banks and
+    /// paths only the first entry's.
+    SCALER_ISP_API void ClearMapFW();
+#endif
+} STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING;
+
+#endif

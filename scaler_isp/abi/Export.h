@@ -1,0 +1,12 @@
+#ifndef SCALER_ISP_ABI_EXPORT_H
+#define SCALER_ISP_ABI_EXPORT_H
+
+/// Marks what the library offers to other binaries. Everything is compiled with hidden visibility;
+/// only names that carry this mark and stand in packaging/exports.list leave the library.
+#if defined(__GNUC__)
+#define SCALER_ISP_API __attribute__((visibility("default")))
+#else
+#define SCALER_ISP_API
+#endif
+
+#endif

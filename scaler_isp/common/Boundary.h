@@ -1,0 +1,39 @@
+#ifndef SCALER_ISP_COMMON_BOUNDARY_H
+#define SCALER_ISP_COMMON_BOUNDARY_H
+
+#include <utility>
+
+#if defined(__GLIBC__) || __has_include(<features.h>)
+#include <features.h>
+#endif
+#if defined(__GLIBC__)
+#include <cxxabi.h>
+#endif
+
+/// Runs the body of a function that other binaries call and turns every exception into a result.
+///
+/// glibc unwinds a thread that ends in pthread_exit or is cancelled with a pseudo exception that must
+/// not be swallowed; it passes through.
+template <class Result, class Body> Result ResultOrOnThrow(Result onThrow, Body &&body) {
+    try {
+        return std::forward<Body>(body)();
+    }
+#if defined(__GLIBC__)
+    catch (abi::__forced_unwind &) {
+        throw;
+    }
+#endif
+    catch (...) {
+        return onThrow;
+    }
+}
+
+/// The same for a function without a result.
+template <class Body> void NothingOnThrow(Body &&body) {
+    ResultOrOnThrow(0, [&] {
+        std::forward<Body>(body)();
+        return 0;
+    });
+}
+
+#endif

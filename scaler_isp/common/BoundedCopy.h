@@ -1,0 +1,29 @@
+#ifndef SCALER_ISP_COMMON_BOUNDED_COPY_H
+#define SCALER_ISP_COMMON_BOUNDED_COPY_H
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// Text into a fixed field of a record and back. A text as long as the field or longer fills it without
+/// a terminator, so a field is never read as a C string.
+
+/// Copies at most N characters and zeroes the rest of the field.
+template <class Char, std::size_t N>
+void CopyBounded(Char (&field)[N], std::basic_string_view<Char> text) {
+    const std::size_t count = std::min(text.size(), N);
+    std::copy_n(text.data(), count, field);
+    std::fill(field + count, field + N, Char{});
+}
+
+/// The text of a field that holds at most `size` characters.
+template <class Char> std::basic_string<Char> ReadBounded(const Char *field, std::size_t size) {
+    return {field, std::find(field, field + size, Char{})};
+}
+
+template <class Char, std::size_t N> std::basic_string<Char> ReadBounded(const Char (&field)[N]) {
+    return ReadBounded(field, N);
+}
+
+#endif

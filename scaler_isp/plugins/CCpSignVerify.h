@@ -1,0 +1,44 @@
+#ifndef SCALER_ISP_PLUGINS_CCP_SIGN_VERIFY_H
+#define SCALER_ISP_PLUGINS_CCP_SIGN_VERIFY_H
+
+#include "scaler_isp/abi/DigitalSignArgs.h"
+#include "scaler_isp/abi/Export.h"
+#include "scaler_isp/common/CCpNxString.h"
+
+/// Owns the handle of the sign/verify plug-in and turns its answers into result codes:
+/// 0 success, 0x4002 not signed, 0x4003 signature not good, 0x4004 not loaded.
+class SCALER_ISP_API CCpSignVerify {
+  public:
+    CCpSignVerify();
+    virtual ~CCpSignVerify(); ///< leaves a loaded plug-in loaded
+    CCpSignVerify(const CCpSignVerify &) = delete;
+    CCpSignVerify &operator=(const CCpSignVerify &) = delete;
+
+    /// Forgets the handle and both functions without closing anything.
+    void Init();
+
+    /// Frees a plug-in loaded before, then opens the one at `path`; both functions are required.
+    /// PRINTS "dlopen - %s\n" or "dlsym - %s\n" with the loader's text on failure.
+    /// RETURNS 1 when loaded, else 0 and nothing stays open.
+    int LoadSignVerfiyDllFile(wchar_t *path);
+
+    /// Closes the plug-in and forgets its functions; does nothing when none is loaded.
+    void FreeSignVerfiyDllFile();
+
+    int SignFw(const STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *args);
+
+    /// \param key  1,220 bytes of key data from the chip's flash, or null.
+    int VerifySignature(const STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *args, char *key);
+
+  private:
+    void *m_hSignVerifyDll;
+    int (*m_pfnSignFwExport)(const STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *);
+    int (*m_pfnVerifySignatureExport)(const STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *, char *);
+};
+
+/// Loads the plug-in at a full path. RETURNS 0, or 0x4004 where it cannot be loaded.
+/// \param directory  accepted and not used.
+SCALER_ISP_API int LoadSignVerfiyDll(CCpSignVerify &signVerify, CCpNxString directory,
+                                     CCpNxString &path);
+
+#endif
