@@ -1,0 +1,25 @@
+#ifndef SCALER_ISP_TESTS_SUPPORT_TEST_LOCALE_H
+#define SCALER_ISP_TESTS_SUPPORT_TEST_LOCALE_H
+
+#include <string>
+
+#include "support/EnvGuard.h"
+
+/// Whether the build made this locale: de_DE.ISO-8859-1, de_DE.UTF-8, ja_JP.EUC-JP or tr_TR.UTF-8
+/// (the list is in tests/support/CMakeLists.txt). Where it did not, a test calls GTEST_SKIP.
+bool HasTestLocale(const std::string &name);
+
+/// Makes a locale that of the environment (LC_ALL) while it lives. The process keeps its own
+/// locale: switching to the environment's is the library's business.
+///
+/// Also takes the names every system has: "C", "POSIX", "C.UTF-8".
+class EnvironmentLocaleGuard {
+  public:
+    explicit EnvironmentLocaleGuard(const std::string &name);
+
+  private:
+    EnvGuard m_folder;
+    EnvGuard m_name;
+};
+
+#endif
