@@ -1,0 +1,107 @@
+#!/usr/bin/env python3
+"""Holds the #include lines against the picture of the rooms: includes go downward only.
+
+    entry --> args --> settings, sign --> common --> abi
+    entry --> plugins ------------------> common
+    common/script --> plugins
+
+Besides: no file includes itself in a circle, an installed header includes installed headers only, and
+everything outside the library (host, simulator, examples) includes installed headers only.
+"""
+
+import re
+import sys
+
+from tracked import ROOT, report, tracked_texts
+
+# Room -> the rooms directly below it.
+BELOW = {
+    "entry": ["args", "plugins"],
+    "args": ["settings", "sign"],
+    "settings": ["common"],
+    "sign": ["common"],
+    "plugins": ["common"],
+    "common/script": ["plugins"],
+    "common": ["abi"],
+    "abi": [],
+}
+# Not there in every C++ library the project builds with, or dependent on the system's version.
+UNPORTABLE = {"filesystem", "format", "memory_resource", "semaphore", "latch", "barrier", "charconv"}
+INCLUDE = re.compile(r'^\s*#\s*include\s+([<"])([^>"]+)[>"]', re.MULTILINE)
+
+
+def reachable(room):
+    """A room and all rooms below it."""
+    rooms = {room}
+    for below in BELOW[room]:
+        rooms |= reachable(below)
+    return rooms
+
+
+def room_of(path):
+    """The room of a file of the library, None for the two headers at the top."""
+    parts = path.split("/")[1:-1]
+    return "/".join(parts) if parts else None
+
+
+def public_headers():
+    """The headers that an installation offers, read from the list that installs them."""
+    text = (ROOT / "scaler_isp/CMakeLists.txt").read_text()
+    names = re.search(r"set\(public_headers\s([^)]*)\)", text).group(1).split()
+    return {"scaler_isp/" + name for name in names}
+
+
+def library_problems(name, text, public):
+    room = room_of(name)
+    if room is not None and room not in BELOW:
+        return [f"{name}: the picture has no room {room}"]
+    problems = []
+    for style, target in INCLUDE.findall(text):
+        if target.startswith("scaler_isp/"):
+            target_room = room_of(target)
+            if room is not None and target_room not in reachable(room):
+                problems.append(f"{name}: {room} must not include {target}")
+            if name in public and target not in public:
+                problems.append(f"{name}: an installed header must not include the internal {target}")
+            if not (ROOT / target).is_file():
+                problems.append(f"{name}: there is no {target}")
+        elif style == '"':
+            problems.append(f'{name}: write the whole path from scaler_isp/ on: "{target}"')
+        elif target in UNPORTABLE:
+            problems.append(f"{name}: <{target}> is not portable enough for the library")
+    return problems
+
+
+def circles(edges):
+    """Every circle of includes, as one line each."""
+    problems, done = [], set()
+
+    def visit(name, trail):
+        if name in trail:
+            problems.append("circle: " + " -> ".join(trail[trail.index(name):] + [name]))
+        elif name not in done:
+            for target in edges.get(name, []):
+                visit(target, trail + [name])
+            done.add(name)
+
+    for name in edges:
+        visit(name, [])
+    return problems
+
+
+def main():
+    public = public_headers()
+    problems, edges = [], {}
+    for name, text in tracked_texts(".h", ".cpp", ".c", ".def"):
+        if name.startswith("scaler_isp/"):
+            problems += library_problems(name, text, public)
+            edges[name] = [target for _, target in INCLUDE.findall(text) if target != name]
+        elif name.startswith(("host/", "simulator/", "examples/")):
+            for _, target in INCLUDE.findall(text):
+                if target.startswith("scaler_isp/") and target not in public:
+                    problems.append(f"{name}: {target} is not installed")
+    return report("includes", problems + circles(edges))
+
+
+if __name__ == "__main__":
+    sys.exit(main())

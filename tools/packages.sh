@@ -1,0 +1,99 @@
+# What each ./dev command needs; the one place where packages are named. Sourced by ./dev.
+#
+# One row for each need:
+#   commands   the ./dev commands that need it, joined by commas
+#   probe      what shows that it is there: cmd:NAME a program, inc:FILE a header, file:PATH a file
+#   apt        package of Debian 12, whose versions are the pinned ones
+#   brew       formula of Homebrew, or - where macOS brings it
+needs() {
+    cat <<'ROWS'
+test,check,demo,bench cmd:c++                       g++                 -
+test,check,demo,bench cmd:cmake                     cmake               cmake
+test,check,demo,bench cmd:ninja                     ninja-build         ninja
+test,check,demo,bench inc:CLI/CLI.hpp               libcli11-dev        cli11
+test,check,demo,bench inc:nlohmann/json.hpp         nlohmann-json3-dev  nlohmann-json
+test,check,demo,bench inc:fmt/format.h              libfmt-dev          fmt
+test,check,demo,bench inc:openssl/evp.h             libssl-dev          openssl@3
+test,check            inc:gtest/gtest.h             libgtest-dev        googletest
+test,check            inc:gmock/gmock.h             libgmock-dev        googletest
+test,check,bench      inc:benchmark/benchmark.h     libbenchmark-dev    google-benchmark
+test,check,demo       cmd:python3                   python3             python@3
+test,check            cmd:pkg-config                pkg-config          pkg-config
+test,check            file:/usr/share/i18n/charmaps locales             -
+check                 cmd:git                       git                 git
+check                 cmd:clang++-14                clang-14            llvm@14
+check                 cmd:clang-tidy-14             clang-tidy-14       llvm@14
+check,format          cmd:clang-format-14           clang-format-14     llvm@14
+ROWS
+}
+
+# On a Mac programs of the pinned LLVM carry no version in their names.
+if [ "$(uname -s)" = Darwin ]; then
+    llvm=$(brew --prefix llvm@14 2>/dev/null || true)/bin
+    clang_format=$llvm/clang-format clang_tidy=$llvm/clang-tidy clangxx=$llvm/clang++ clang=$llvm/clang
+else
+    clang_format=clang-format-14 clang_tidy=clang-tidy-14 clangxx=clang++-14 clang=clang-14
+fi
+
+has_header() {
+    for folder in /usr/include /usr/include/*-linux-gnu /usr/local/include /opt/homebrew/include \
+        /opt/homebrew/opt/openssl@3/include /usr/local/opt/openssl@3/include; do
+        [ -e "$folder/$1" ] && return 0
+    done
+    return 1
+}
+
+is_there() {
+    case $1 in
+    cmd:*-14) command -v "${1#cmd:}" >/dev/null 2>&1 || [ -x "${llvm:-/nowhere}/clang" ] ;;
+    cmd:*) command -v "${1#cmd:}" >/dev/null 2>&1 ;;
+    inc:*) has_header "${1#inc:}" ;;
+    file:*) [ -e "${1#file:}" ] || [ "$(uname -s)" = Darwin ] ;;
+    esac
+}
+
+# Prints the packages that a command still lacks, of the column apt or brew.
+lacking() {
+    needs | while read -r commands probe apt brew; do
+        case ",$commands," in *",$1,"*) ;; *) continue ;; esac
+        is_there "$probe" && continue
+        if [ "$2" = apt ]; then echo "$apt"; else echo "$brew"; fi
+    done | grep -v '^-$' | sort -u | tr '\n' ' '
+}
+
+# Installs what a command lacks; ends with 2 where that cannot be done here.
+install_lacking() {
+    if command -v apt-get >/dev/null 2>&1; then
+        packages=$(lacking "$1" apt)
+        [ -n "$packages" ] || return 0
+        if [ "$(id -u)" -eq 0 ]; then
+            sudo=
+        elif command -v sudo >/dev/null 2>&1; then
+            sudo=sudo
+        else
+            echo "./dev $1 needs packages that are missing here. As root:" >&2
+            echo "    apt-get update && apt-get install --no-install-recommends $packages" >&2
+            exit 2
+        fi
+        # shellcheck disable=SC2086
+        run $sudo apt-get update -q || exit 2
+        # shellcheck disable=SC2086
+        run $sudo env DEBIAN_FRONTEND=noninteractive \
+            apt-get install -q -y --no-install-recommends $packages || exit 2
+    else
+        packages=$(lacking "$1" brew)
+        [ -n "$packages" ] || return 0
+        if ! command -v brew >/dev/null 2>&1; then
+            echo "./dev $1 needs: $packages" >&2
+            echo "Neither apt-get nor Homebrew is here (https://brew.sh)." >&2
+            exit 2
+        fi
+        # shellcheck disable=SC2086
+        run brew install $packages || exit 2
+    fi
+    left=$(lacking "$1" apt)
+    if [ -n "$left" ]; then
+        echo "./dev $1: still missing after the installation: $left" >&2
+        exit 2
+    fi
+}

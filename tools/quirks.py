@@ -1,0 +1,53 @@
+#!/usr/bin/env python3
+"""Writes docs/quirks.md from the KEPT comments of the library; --check only compares."""
+
+import sys
+
+from kept import all_kept
+from tracked import ROOT, report
+
+TARGET = ROOT / "docs/quirks.md"
+HEAD = """# Quirks that stay
+
+Host tools, plug-ins and scripts of factory lines rely on the behaviour below, so it is kept on
+purpose. A test of the name in front holds each of them. Written by `tools/quirks.py` from the comments
+in the code; change it there.
+"""
+TITLES = {
+    "abi": "Records",
+    "args": "Command line",
+    "common": "Text and files",
+    "common/script": "Register scripts",
+    "entry": "A run",
+    "plugins": "Plug-ins",
+    "settings": "Settings files",
+    "sign": "Signatures",
+}
+
+
+def page():
+    kept, problems = all_kept()
+    rooms = {}
+    for entry in kept:
+        folder = entry.place.split(":")[0].split("/", 1)[1].rpartition("/")[0]
+        rooms.setdefault(folder, []).append(entry)
+    parts = [HEAD]
+    for room in sorted(rooms, key=lambda name: TITLES.get(name, name)):
+        lines = sorted({f"- **{e.test.replace('_', ' ')}**: {e.sentence}\n" for e in rooms[room]})
+        parts.append(f"\n## {TITLES.get(room, room)}\n\n" + "".join(lines))
+    return "".join(parts), problems
+
+
+def main():
+    text, problems = page()
+    if "--check" in sys.argv[1:]:
+        if not TARGET.is_file() or TARGET.read_text() != text:
+            problems.append("docs/quirks.md is out of date: run tools/quirks.py")
+    else:
+        TARGET.parent.mkdir(exist_ok=True)
+        TARGET.write_text(text)
+    return report("quirks", problems)
+
+
+if __name__ == "__main__":
+    sys.exit(main())
