@@ -1,6 +1,7 @@
 #ifndef SCALER_ISP_ARGS_CP_NX_CMD_LIND_PARSE_H
 #define SCALER_ISP_ARGS_CP_NX_CMD_LIND_PARSE_H
 
+#include <string_view>
 #include <vector>
 
 #include "scaler_isp/abi/Export.h"
@@ -13,13 +14,13 @@ struct STRUCT_CP_LONG_CMD_UNIT {
     int nVal;
 };
 
-/// Scans an argument vector for short options (POSIX getopt) and long ones ("--name", "--name=value",
-/// unambiguous abbreviations), moving the other arguments behind them. All state is in the object;
-/// names, flags and the short-option string are borrowed and must outlive the scan.
+/// Scans an argument vector for short options (POSIX getopt) and long ones ("--name",
+/// "--name=value", unambiguous abbreviations), moving the other arguments behind them. All state is
+/// in the object; names, flags and the short-option string are borrowed and must outlive the scan.
 ///
-/// Usage: register options, call a scan operation until it returns -1, then read GetCmdIndex. argv[0]
-/// is the program's name and is never scanned; it stands in front of every diagnostic. Diagnostics go
-/// to standard error.
+/// Usage: register options, call a scan operation until it returns -1, then read GetCmdIndex.
+/// argv[0] is the program's name and is never scanned; it stands in front of every diagnostic.
+/// Diagnostics go to standard error.
 ///
 /// A scan operation RETURNS
 ///   -1                   no options remain; GetCmdIndex is the first other argument, or argc
@@ -38,8 +39,8 @@ class SCALER_ISP_API CpNxCmdLindParse {
     /// Forgets all options and starts afresh.
     void Reset();
 
-    /// A letter a short option; ":" behind it a required argument, "::" an optional one. A leading ":"
-    /// silences the diagnostics. RETURNS 0.
+    /// A letter a short option; ":" behind it a required argument, "::" an optional one. A leading
+    /// ":" silences the diagnostics. RETURNS 0.
     int AddShortCmds(const char *shortCmds);
 
     /// Registers long options; a name that is null is left out. RETURNS 0.
@@ -59,8 +60,8 @@ class SCALER_ISP_API CpNxCmdLindParse {
     /// Set-up of the first step. RETURNS the short-option string.
     const char *ParseCmdLineInital();
 
-    /// Matches the text at the scan position with the long options. RETURNS as a scan step; -1 asks the
-    /// caller to scan it as short options.
+    /// Matches the text at the scan position with the long options. RETURNS as a scan step; -1 asks
+    /// the caller to scan it as short options.
     int ParseLongCmd(int argc, char **argv, int *longIndex, int longOnly, const char *prefix);
 
     /// Moves the skipped arguments behind the options scanned since; both keep their order.
@@ -75,6 +76,9 @@ class SCALER_ISP_API CpNxCmdLindParse {
     int ParseElement(int argc, char **argv, int *longIndex, int longOnly);
     void MoveOptionsForward(char **argv);
     int MissingArgument() const;
+    int TakeLongCmd(int argc, char **argv, int *longIndex, const char *prefix,
+                    const STRUCT_CP_LONG_CMD_UNIT &unit, char *value);
+    void PrintAmbiguity(char **argv, const char *prefix, std::string_view name, int longOnly) const;
 
     std::vector<STRUCT_CP_LONG_CMD_UNIT> m_vecLongCmds;
     const char *m_pszShortCmds;

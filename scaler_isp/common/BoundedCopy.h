@@ -6,15 +6,19 @@
 #include <string>
 #include <string_view>
 
-/// Text into a fixed field of a record and back. A text as long as the field or longer fills it without
-/// a terminator, so a field is never read as a C string.
+/// Text into a fixed field of a record and back. A text as long as the field or longer fills it
+/// without a terminator, so a field is never read as a C string.
 
-/// Copies at most N characters and zeroes the rest of the field.
+/// Copies at most `size` characters and zeroes the rest of the field.
+template <class Char>
+void CopyBounded(Char *field, std::size_t size, std::basic_string_view<Char> text) {
+    Char *end = std::copy_n(text.data(), std::min(text.size(), size), field);
+    std::fill(end, field + size, Char{});
+}
+
 template <class Char, std::size_t N>
 void CopyBounded(Char (&field)[N], std::basic_string_view<Char> text) {
-    const std::size_t count = std::min(text.size(), N);
-    std::copy_n(text.data(), count, field);
-    std::fill(field + count, field + N, Char{});
+    CopyBounded(field, N, text);
 }
 
 /// The text of a field that holds at most `size` characters.

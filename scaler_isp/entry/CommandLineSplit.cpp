@@ -1,0 +1,69 @@
+#include "scaler_isp/entry/CommandLineSplit.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/TextUtil.h"
+
+namespace {
+
+constexpr char kQuote = '"';
+constexpr const char *kPlaceholder = "\"\"";
+constexpr std::size_t kPlaceholderLength = 2;
+
+/// Collects the quoted parts of a line, quotes included. False for an empty pair.
+bool CollectSegments(const std::string &line, std::size_t quotes,
+                     std::vector<std::string> &segments) {
+    std::string::size_type found = 0;
+    std::string::size_type opening = 0;
+    while (quotes > 0) {
+        // The search starts behind the last place, at index 1 the first time. A quote at index 0 is
+        // therefore counted but never found, and the last search then finds the end of the line.
+        found = line.find(kQuote, found + 1);
+        --quotes;
+        if (quotes % 2 == 0) {
+            if (found != std::string::npos && found - opening == 1) {
+                return false;
+            }
+            segments.push_back(line.substr(opening, found - opening + 1));
+        }
+        opening = found;
+    }
+    return true;
+}
+
+/// A segment without its quotes; one of a single character has nothing between them.
+std::string Inner(const std::string &segment) {
+    return segment.size() < 2 ? std::string() : segment.substr(1, segment.size() - 2);
+}
+
+} // namespace
+
+int ParseCommandLineParameter(std::vector<std::string> &tokens, const std::string &commandLine) {
+    return ResultOrOnThrow(0, [&] {
+        const auto quotes =
+            static_cast<std::size_t>(std::count(commandLine.begin(), commandLine.end(), kQuote));
+        std::vector<std::string> segments;
+        if (quotes % 2 != 0 || !CollectSegments(commandLine, quotes, segments)) {
+            return 0;
+        }
+        std::string copy = commandLine;
+        for (const std::string &segment : segments) {
+            const auto place = copy.find(segment);
+            if (place != std::string::npos) {
+                copy.replace(place, segment.size(), kPlaceholder);
+            }
+        }
+        tokens = StringSplit(copy, " ", 0);
+        auto segment = segments.begin();
+        for (std::string &token : tokens) {
+            const auto place = token.find(kPlaceholder);
+            if (place != std::string::npos && segment != segments.end()) {
+                token.replace(place, kPlaceholderLength, Inner(*segment));
+                ++segment;
+            }
+        }
+        return 1;
+    });
+}

@@ -1,0 +1,128 @@
+#include "scaler_isp/OperateScaler.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "scaler_isp/args/CCpIspArgsParse.h"
+#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/LibraryAnchor.h"
+#include "scaler_isp/common/Paths.h"
+#include "scaler_isp/common/ZeroedHeap.h"
+#include "scaler_isp/entry/CommandLineSplit.h"
+#include "scaler_isp/entry/Globals.h"
+#include "scaler_isp/entry/RunFlow.h"
+
+namespace {
+
+using Command = STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING;
+using SignArgs = STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS;
+
+constexpr int kNoParser = 0;
+
+/// The parser that a line with bad quotes has left over. The global still points to it; the next
+/// call replaces it, and unloading the library frees it.
+ZeroedPtr<CCpIspArgsParse> g_leftoverParser;
+
+/// The parser of one call; the global points to it meanwhile.
+class CurrentParser {
+  public:
+    explicit CurrentParser(ZeroedPtr<CCpIspArgsParse> parser) : m_parser(std::move(parser)) {
+        g_leftoverParser.reset();
+        g_pcArgsParse = m_parser.get();
+    }
+    ~CurrentParser() {
+        if (m_parser != nullptr && g_pcArgsParse == m_parser.get()) {
+            g_pcArgsParse = nullptr;
+        }
+    }
+    CurrentParser(const CurrentParser &) = delete;
+    CurrentParser &operator=(const CurrentParser &) = delete;
+
+    CCpIspArgsParse &operator*() const {
+        return *m_parser;
+    }
+
+    void LeaveOver() {
+        g_leftoverParser = std::move(m_parser);
+    }
+
+  private:
+    ZeroedPtr<CCpIspArgsParse> m_parser;
+};
+
+/// Copies both judged records to the heap and carries them out.
+int Carry(const CCpIspArgsParse &parser, void *device) {
+    const auto setting = NewZeroedFrom<Command>([&] { return parser.GetISPCmdSetting(); });
+    const auto signArgs = NewZeroedFrom<SignArgs>([&] { return parser.GetDigitalSignArgs(); });
+    if (setting == nullptr || signArgs == nullptr) {
+        return SCALER_ISP_REFUSED;
+    }
+    return DoIsp(setting.get(), signArgs.get(), device);
+}
+
+int ParseAndRun(CurrentParser &parser, const std::string &line, void *device,
+                ScalerIspProgressCallback progress, ScalerIspMessageCallback message) {
+    (*parser).SetCurrentDir(g_cpStrCurDir.GetStringBufferBaseOnOS());
+    std::vector<std::string> tokens;
+    if (ParseCommandLineParameter(tokens, line) == 0) {
+        parser.LeaveOver();
+        return SCALER_ISP_REFUSED;
+    }
+    std::vector<const char *> argv;
+    argv.reserve(tokens.size() + 1);
+    for (const std::string &token : tokens) {
+        argv.push_back(token.c_str());
+    }
+    argv.push_back(nullptr);
+    g_funcReturnProg = progress;
+    g_funcShowMsg = message;
+    if ((*parser).ParseArgs(static_cast<int>(tokens.size()), argv.data()) == 0) {
+        return SCALER_ISP_REFUSED;
+    }
+    return Carry(*parser, device);
+}
+
+/// The one body of both entry points.
+int Operate(const wchar_t *commandLine, ScalerIspProgressCallback progress,
+            ScalerIspMessageCallback message) {
+    CCpNxString wide(commandLine);
+    if (wide.IsEmpty()) {
+        return SCALER_ISP_REFUSED;
+    }
+    // KEPT Device_handle_is_discarded: whatever the host passes, the plug-in works without a
+    // handle.
+    void *const device = nullptr;
+    const std::string line = wide.GetStringBufferBaseOnOS();
+    g_cpStrCurDir = GetCurrentProcessDir(TCSZ_GLOBAL_SYMBOL);
+    g_cpStrSettingFilePath = g_cpStrCurDir + L"IspSetting.ini";
+    auto fresh =
+        ResultOrOnThrow(ZeroedPtr<CCpIspArgsParse>(), [] { return NewZeroed<CCpIspArgsParse>(); });
+    if (fresh == nullptr) {
+        return kNoParser;
+    }
+    CurrentParser parser(std::move(fresh));
+    return ParseAndRun(parser, line, device, progress, message);
+}
+
+int Guarded(const wchar_t *commandLine, ScalerIspProgressCallback progress,
+            ScalerIspMessageCallback message) {
+    return ResultOrOnThrow(static_cast<int>(SCALER_ISP_REFUSED),
+                           [&] { return Operate(commandLine, progress, message); });
+}
+
+} // namespace
+
+int OperateScaler(const wchar_t *commandLine, void *deviceHandle,
+                  ScalerIspProgressCallback progress, ScalerIspMessageCallback message) {
+    static_cast<void>(deviceHandle);
+    return Guarded(commandLine, progress, message);
+}
+
+int OperateScalerEx(const wchar_t *commandLine, void *deviceHandle,
+                    ScalerIspProgressCallback progress, ScalerIspMessageCallback message,
+                    void *reserved) {
+    static_cast<void>(deviceHandle);
+    static_cast<void>(reserved);
+    return Guarded(commandLine, progress, message);
+}

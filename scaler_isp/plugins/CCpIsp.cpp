@@ -1,0 +1,72 @@
+#include "scaler_isp/plugins/CCpIsp.h"
+
+#include <cstdio>
+#include <string>
+
+#include "scaler_isp/abi/ResultCodes.h"
+#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/CCpTransform.h"
+#include "scaler_isp/plugins/SharedLibrary.h"
+
+CCpIsp::CCpIsp() { // NOLINT(*-member-init): Init sets every member
+    Init();
+}
+
+CCpIsp::~CCpIsp() = default;
+
+void CCpIsp::Init() {
+    m_hIspDll = nullptr;
+#define SCALER_ISP_CODE_FUNCTION(NAME, PARAMETERS, ARGUMENTS) m_pfn##NAME = nullptr;
+#define SCALER_ISP_VOID_FUNCTION(NAME, PARAMETERS, ARGUMENTS) m_pfn##NAME = nullptr;
+#define SCALER_ISP_DEVICE_FUNCTION(NAME, PARAMETERS, ARGUMENTS) m_pfn##NAME = nullptr;
+#include "scaler_isp/plugins/isp_functions.def"
+}
+
+int CCpIsp::LoadIspDllFile(wchar_t *path) {
+    return ResultOrOnThrow(0, [&] {
+        FreeIspDllFile();
+        LoaderError error;
+        m_hIspDll = OpenSharedLibrary(CCpTransform().ConvertWCHARToANSIString(path), error);
+        if (m_hIspDll == nullptr) {
+            std::printf("dlopen - %sn", error.strText.c_str());
+            return 0;
+        }
+        const SymbolRow rows[] = {
+#define SCALER_ISP_REQUIRED_SYMBOL(NAME) {#NAME, &m_pfn##NAME, true},
+#define SCALER_ISP_OPTIONAL_SYMBOL(NAME) {#NAME, &m_pfn##NAME, false},
+#include "scaler_isp/plugins/isp_functions.def"
+        };
+        if (!ResolveSymbols(m_hIspDll, rows, error)) {
+            FreeIspDllFile();
+            return 0;
+        }
+        return 1;
+    });
+}
+
+void CCpIsp::FreeIspDllFile() {
+    if (m_hIspDll != nullptr) {
+        CloseSharedLibrary(m_hIspDll);
+        Init();
+    }
+}
+
+#define SCALER_ISP_CODE_FUNCTION(NAME, PARAMETERS, ARGUMENTS)                                      \
+    int CCpIsp::NAME PARAMETERS {                                                                  \
+        return m_pfn##NAME != nullptr ? m_pfn##NAME ARGUMENTS : SCALER_ISP_FUNCTION_MISSING;       \
+    }
+#define SCALER_ISP_VOID_FUNCTION(NAME, PARAMETERS, ARGUMENTS)                                      \
+    void CCpIsp::NAME PARAMETERS {                                                                 \
+        if (m_pfn##NAME != nullptr) {                                                              \
+            m_pfn##NAME ARGUMENTS;                                                                 \
+        }                                                                                          \
+    }
+#define SCALER_ISP_DEVICE_FUNCTION(NAME, PARAMETERS, ARGUMENTS)                                    \
+    int CCpIsp::NAME PARAMETERS {                                                                  \
+        if (m_pfn##NAME == nullptr) {                                                              \
+            return 0;                                                                              \
+        }                                                                                          \
+        m_pfn##NAME ARGUMENTS;                                                                     \
+        return 1;                                                                                  \
+    }
+#include "scaler_isp/plugins/isp_functions.def"

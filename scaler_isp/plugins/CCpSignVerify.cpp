@@ -1,0 +1,70 @@
+#include "scaler_isp/plugins/CCpSignVerify.h"
+
+#include <cstdio>
+
+#include "scaler_isp/abi/ResultCodes.h"
+#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/CCpTransform.h"
+#include "scaler_isp/plugins/SharedLibrary.h"
+
+CCpSignVerify::CCpSignVerify() { // NOLINT(*-member-init): Init sets every member
+    Init();
+}
+
+CCpSignVerify::~CCpSignVerify() = default;
+
+void CCpSignVerify::Init() {
+    m_hSignVerifyDll = nullptr;
+    m_pfnSignFwExport = nullptr;
+    m_pfnVerifySignatureExport = nullptr;
+}
+
+int CCpSignVerify::LoadSignVerfiyDllFile(wchar_t *path) {
+    return ResultOrOnThrow(0, [&] {
+        FreeSignVerfiyDllFile();
+        LoaderError error;
+        m_hSignVerifyDll = OpenSharedLibrary(CCpTransform().ConvertWCHARToANSIString(path), error);
+        if (m_hSignVerifyDll == nullptr) {
+            std::printf("dlopen - %s\n", error.strText.c_str());
+            return 0;
+        }
+        const SymbolRow rows[] = {
+            {"VerifySignatureExport", &m_pfnVerifySignatureExport, true},
+            {"SignFwExport", &m_pfnSignFwExport, true},
+        };
+        if (!ResolveSymbols(m_hSignVerifyDll, rows, error)) {
+            std::printf("dlsym - %s\n", error.strText.c_str());
+            FreeSignVerfiyDllFile();
+            return 0;
+        }
+        return 1;
+    });
+}
+
+void CCpSignVerify::FreeSignVerfiyDllFile() {
+    if (m_hSignVerifyDll != nullptr) {
+        CloseSharedLibrary(m_hSignVerifyDll);
+        Init();
+    }
+}
+
+int CCpSignVerify::SignFw(const STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *args) {
+    if (m_pfnSignFwExport == nullptr) {
+        return SCALER_ISP_SIGN_PLUGIN_MISSING;
+    }
+    return m_pfnSignFwExport(args) != 0 ? SCALER_ISP_SUCCESS : SCALER_ISP_SIGNING_FAILED;
+}
+
+int CCpSignVerify::VerifySignature(const STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *args, char *key) {
+    if (m_pfnVerifySignatureExport == nullptr) {
+        return SCALER_ISP_SIGN_PLUGIN_MISSING;
+    }
+    return m_pfnVerifySignatureExport(args, key) != 0 ? SCALER_ISP_SUCCESS
+                                                      : SCALER_ISP_BAD_SIGNATURE;
+}
+
+int LoadSignVerfiyDll(CCpSignVerify &signVerify, CCpNxString directory, CCpNxString &path) {
+    static_cast<void>(directory);
+    return signVerify.LoadSignVerfiyDllFile(path.GetBuffer()) != 0 ? SCALER_ISP_SUCCESS
+                                                                   : SCALER_ISP_SIGN_PLUGIN_MISSING;
+}
