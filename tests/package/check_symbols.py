@@ -1,0 +1,102 @@
+#!/usr/bin/env python3
+"""What the built library exports and needs, read from the file itself.
+
+usage: check_symbols.py LIBRARY EXPORT-LIST
+
+Exported are the two C functions and the toolkit of the export list, each entry at least once; nothing
+of the standard library, no state of the entry module, no anchor. Needed are the system's C and C++
+libraries only.
+"""
+
+import pathlib
+import re
+import subprocess
+import sys
+
+C_FUNCTIONS = {"OperateScaler", "OperateScalerEx"}
+NEVER = {"TCSZ_GLOBAL_SYMBOL", "g_cpStrCurDir", "g_cpStrSettingFilePath", "g_pcArgsParse",
+         "g_funcReturnProg", "g_funcShowMsg", "g_funcNxGetHubDev", "STR_ISP_DLL_PATH",
+         "STR_SIGN_VERIFY_DLL"}
+NEEDED = re.compile(r"(libstdc\+\+|libgcc_s|libc|libm|ld-linux[\w-]*|libdl)\.so\.\d+$")
+
+
+def output(*command):
+    return subprocess.run(command, check=True, stdout=subprocess.PIPE).stdout.decode()
+
+
+def exported(library):
+    """(kind letter, demangled name) of each exported symbol."""
+    for line in output("nm", "-D", "-C", "--defined-only", library).splitlines():
+        _, kind, name = line.split(None, 2)
+        yield kind, name
+
+
+def entries(path):
+    """(kind, name) rows of the export list."""
+    for line in pathlib.Path(path).read_text().splitlines():
+        match = re.match(r"([a-z]+) +(\S+)$", line)
+        if match:
+            yield match.group(1), match.group(2)
+
+
+def entry_of(kind, name):
+    """The row of the export list a symbol would need."""
+    plain = name.split("(")[0]
+    if plain.startswith("operator"):
+        return ("operator", plain[len("operator"):]) if "CCpNxString" in name else None
+    typed = re.match(r"(?:vtable|typeinfo|typeinfo name) for (\w+)$", name)
+    if typed:
+        return "class", typed.group(1)
+    if "(" not in name:
+        return ("c" if kind == "T" else "data"), name
+    # Neither a function's own static nor a lambda may come along with a class.
+    if ")::" in name or "{" in name:
+        return None
+    member = re.match(r"(\w+)::[~\w]+\(|(\w+)::operator\W+\(", name)
+    if member:
+        return "class", member.group(1) or member.group(2)
+    return ("function", plain) if re.match(r"\w+\(", name) else None
+
+
+def symbol_problems(library, export_list):
+    rows, seen, problems = set(entries(export_list)), set(), []
+    c_functions = set()
+    for kind, name in exported(library):
+        row = entry_of(kind, name)
+        seen.add(row)
+        if row is not None and row[0] == "c":
+            c_functions.add(name)
+        if row not in rows or name in NEVER:
+            problems.append(f"exported, but not in the list: {name}")
+        if kind == "u":
+            problems.append(f"unique, would keep the library loaded for ever: {name}")
+    problems += [f"in the list, but not exported: {' '.join(row)}" for row in sorted(rows - seen)]
+    if c_functions != C_FUNCTIONS:
+        problems.append(f"C functions are {sorted(c_functions)}")
+    return problems
+
+
+def dynamic_problems(library):
+    problems = []
+    for line in output("readelf", "-dW", library).splitlines():
+        match = re.search(r"\((NEEDED|SONAME|RPATH|RUNPATH)\).*\[(.*)\]", line)
+        if not match:
+            continue
+        tag, value = match.groups()
+        if tag == "NEEDED" and not NEEDED.match(value):
+            problems.append(f"needs {value}")
+        if tag == "SONAME" and value != "libScalerIsp.so":
+            problems.append(f"is called {value}")
+        if tag in ("RPATH", "RUNPATH"):
+            problems.append(f"has a search path: {value}")
+    return problems
+
+
+def main():
+    problems = symbol_problems(sys.argv[1], sys.argv[2]) + dynamic_problems(sys.argv[1])
+    print("\n".join(problems))
+    return 1 if problems else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
