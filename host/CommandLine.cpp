@@ -1,0 +1,81 @@
+#include "CommandLine.h"
+
+#include <fmt/format.h>
+
+#include "Utf8.h"
+
+namespace ispctl {
+namespace {
+
+// The library passes over a quote that begins the line; this word stands in front of every other.
+constexpr const char *kProgramWord = "ispctl";
+
+std::string Name(const std::vector<std::string> &arguments, std::size_t index) {
+    return fmt::format("argument {} ({})", index + 1, EscapeBytes(arguments[index]).text);
+}
+
+// Reasons that lie in one argument alone.
+std::string RefusalOfOne(const std::vector<std::string> &arguments, std::size_t index) {
+    const std::string &argument = arguments[index];
+    if (argument.empty()) {
+        return fmt::format("argument {} is empty; the library's command line cannot carry an empty "
+                           "argument, leave it out",
+                           index + 1);
+    }
+    if (!WideFromUtf8(argument)) {
+        return Name(arguments, index) + " is not valid UTF-8";
+    }
+    if (argument.find('"') != std::string::npos) {
+        return Name(arguments, index) + " holds a double quote, which the library's command line "
+                                        "cannot carry; rename the file, for instance";
+    }
+    return "";
+}
+
+std::string Join(const std::vector<std::string> &arguments) {
+    std::string line = kProgramWord;
+    for (const std::string &argument : arguments) {
+        const bool quoted = argument.find(' ') != std::string::npos;
+        line += quoted ? " \"" + argument + "\"" : " " + argument;
+    }
+    return line;
+}
+
+// Empty where the library reads the line as it is meant.
+std::string RefusalAfterSplit(const std::vector<std::string> &arguments,
+                              const std::optional<std::vector<std::string>> &words) {
+    if (!words) {
+        return "the library cannot split the line that these arguments make";
+    }
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        if (i + 1 >= words->size() || (*words)[i + 1] != arguments[i]) {
+            const bool outerBlanks = arguments[i].front() == ' ' && arguments[i].back() == ' ';
+            return fmt::format("{} would not reach the library as it is{}", Name(arguments, i),
+                               outerBlanks ? "; drop the blanks at its ends" : "");
+        }
+    }
+    if (words->size() != arguments.size() + 1 || words->front() != kProgramWord) {
+        return "the library would see more words than these arguments";
+    }
+    return "";
+}
+
+} // namespace
+
+CommandLine BuildCommandLine(const std::vector<std::string> &arguments, const LineSplitter &split) {
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        std::string refusal = RefusalOfOne(arguments, i);
+        if (!refusal.empty()) {
+            return {L"", std::move(refusal)};
+        }
+    }
+    const std::string line = Join(arguments);
+    if (line.size() > kMaxLineBytes) {
+        return {L"", fmt::format("the command line takes {} bytes; the library reads at most {}",
+                                 line.size(), kMaxLineBytes)};
+    }
+    std::string refusal = RefusalAfterSplit(arguments, split(line));
+    return {refusal.empty() ? WideFromUtf8(line).value() : L"", std::move(refusal)};
+}
+
+} // namespace ispctl

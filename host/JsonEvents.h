@@ -1,0 +1,36 @@
+#ifndef ISPCTL_JSON_EVENTS_H
+#define ISPCTL_JSON_EVENTS_H
+
+#include "ConsoleStreams.h"
+#include "RunObserver.h"
+#include "TextPieces.h"
+#include "Utf8.h"
+
+namespace ispctl {
+
+/// Writes a run to standard output as JSON, one event a line:
+///   {"event":"progress","percent":N}
+///   {"event":"message","text":T}
+///   {"event":"console","text":T}    T with its line end, if it has one
+///   {"event":"result","code":N,"hex":"0xN","name":NAME or null,"meaning":T}
+/// A text that is not valid Unicode is escaped (see EscapedText) and its event has "escaped":true.
+class JsonEvents : public RunObserver {
+  public:
+    explicit JsonEvents(const ConsoleStreams &streams);
+
+    void OnProgress(int percent) override;
+    void OnMessage(std::wstring_view text) override;
+    void OnConsole(Stream stream, std::string_view bytes) override;
+    void OnPause() override;
+    void OnResult(int code) override;
+
+  private:
+    void WriteText(const char *event, const EscapedText &text) const;
+
+    const ConsoleStreams &m_streams;
+    TextPieces m_console;
+};
+
+} // namespace ispctl
+
+#endif

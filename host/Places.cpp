@@ -1,0 +1,58 @@
+#include "Places.h"
+
+#include <initializer_list>
+#include <string>
+#include <system_error>
+
+#if defined(__APPLE__)
+#include <array>
+#include <cstdint>
+#include <mach-o/dyld.h>
+#endif
+
+namespace ispctl {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path ExecutableFolder() {
+    std::error_code ignored;
+#if defined(__APPLE__)
+    std::array<char, 4096> buffer{};
+    auto size = static_cast<std::uint32_t>(buffer.size());
+    if (::_NSGetExecutablePath(buffer.data(), &size) != 0) {
+        return {};
+    }
+    return fs::canonical(buffer.data(), ignored).parent_path();
+#else
+    return fs::read_symlink("/proc/self/exe", ignored).parent_path();
+#endif
+}
+
+// Folders are relative to the executable's.
+fs::path FirstWithLibrary(std::initializer_list<const char *> folders) {
+    const fs::path from = ExecutableFolder();
+    const auto in = [&](const char *folder) {
+        return (from / folder / ISPCTL_LIBRARY_NAME).lexically_normal();
+    };
+    for (const char *folder : folders) {
+        std::error_code ignored;
+        if (fs::exists(in(folder), ignored)) {
+            return in(folder);
+        }
+    }
+    return in(*folders.begin());
+}
+
+} // namespace
+
+fs::path InstalledLibrary() {
+    return FirstWithLibrary({ISPCTL_LIBRARY_FOLDER, "../lib"});
+}
+
+fs::path VirtualLibrary() {
+    // The second place is that of a build folder.
+    return FirstWithLibrary({ISPCTL_VIRTUAL_FOLDER, "../virtual"});
+}
+
+} // namespace ispctl

@@ -1,0 +1,18 @@
+#ifndef ISPCTL_PLACES_H
+#define ISPCTL_PLACES_H
+
+#include <filesystem>
+
+namespace ispctl {
+
+/// The libraries that belong to this console are found from where its own file lies, so that an
+/// installation can be moved. The first place that has the file wins; where none has it, the first
+/// place is the result, for the message.
+std::filesystem::path InstalledLibrary();
+
+/// The link to the library that has the virtual scaler's plug-ins beside it.
+std::filesystem::path VirtualLibrary();
+
+} // namespace ispctl
+
+#endif

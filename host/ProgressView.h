@@ -1,0 +1,45 @@
+#ifndef ISPCTL_PROGRESS_VIEW_H
+#define ISPCTL_PROGRESS_VIEW_H
+
+#include <string>
+#include <string_view>
+
+#include "ConsoleStreams.h"
+#include "RunObserver.h"
+
+namespace ispctl {
+
+/// Shows a run to a person. Messages and the library's text are its product and go to standard
+/// output; progress and the result in words go to standard error. On a terminal progress is a bar,
+/// elsewhere a line for each tenth.
+class ProgressView : public RunObserver {
+  public:
+    explicit ProgressView(const ConsoleStreams &streams);
+
+    bool HasBar() const {
+        return m_bar;
+    }
+
+    void OnProgress(int percent) override;
+    void OnMessage(std::wstring_view text) override;
+    void OnConsole(Stream stream, std::string_view bytes) override;
+    void OnResult(int code) override;
+
+  private:
+    static constexpr int kNone = -1;
+
+    void DrawBar();
+    void EraseBar();
+    void PrintLine(int percent);
+
+    const ConsoleStreams &m_streams;
+    bool m_bar;
+    bool m_barShown = false;
+    bool m_midLine = false; ///< the terminal's last line has text and no line end
+    int m_percent = kNone;  ///< last value reported
+    int m_tenth = kNone;    ///< last tenth printed as a line
+};
+
+} // namespace ispctl
+
+#endif
