@@ -16,7 +16,9 @@ WARNINGS = ["-Wall", "-Wextra", "-Werror", "-pedantic", "-pedantic-errors", "-fs
 def compile_alone(include, header, command):
     """The compiler's complaints about a source that includes the header, twice."""
     line = f'#include "{header.relative_to(include)}"\n'
-    done = subprocess.run([*command, *WARNINGS, "-I", str(include), "-"], input=line * 2, text=True,
+    # C forbids an empty source, which a header with macros only would be.
+    source = line * 2 + "typedef int not_empty;\n"
+    done = subprocess.run([*command, *WARNINGS, "-I", str(include), "-"], input=source, text=True,
                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
     return f"{header.name}, {' '.join(command)}:\n{done.stdout}" if done.returncode else ""
 

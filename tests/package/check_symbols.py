@@ -28,7 +28,7 @@ def exported(library):
     """(kind letter, demangled name) of each exported symbol."""
     for line in output("nm", "-D", "-C", "--defined-only", library).splitlines():
         _, kind, name = line.split(None, 2)
-        yield kind, name
+        yield kind, name.replace("[abi:cxx11]", "")
 
 
 def entries(path):
