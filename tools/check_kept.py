@@ -5,10 +5,10 @@ import re
 import sys
 
 from kept import all_kept
-from tracked import report, tracked_files, tracked_texts
+from tracked import report, tracked_texts
 
 TEST = re.compile(r"\bTEST(?:_F|_P)?\(\s*\w+,\s*(\w+)\s*\)")
-CASE_SUFFIX = ".case"
+CASE = re.compile(r"^case: (\w+)", re.MULTILINE)
 
 
 def test_names():
@@ -16,9 +16,8 @@ def test_names():
     for name, text in tracked_texts(".cpp"):
         if name.startswith("tests/"):
             names.update(TEST.findall(text))
-    for name in tracked_files():
-        if name.startswith("tests/blackbox/") and name.endswith(CASE_SUFFIX):
-            names.add(name.rsplit("/", 1)[1][: -len(CASE_SUFFIX)])
+    for name, text in tracked_texts(".cases"):
+        names.update(CASE.findall(text))
     return names
 
 

@@ -225,6 +225,8 @@ int CpNxCmdLindParse::MissingArgument() const {
 
 int CpNxCmdLindParse::ParseShortCmd(int argc, char **argv) {
     const char letter = *m_pszNextChar++;
+    // The sign stays: a byte above 127 is reported as a negative number.
+    const int code = letter; // NOLINT(bugprone-signed-char-misuse)
     const char *spec = std::strchr(m_pszShortCmds, letter);
     const bool lastOfCluster = *m_pszNextChar == '\0';
     if (lastOfCluster) {
@@ -234,7 +236,7 @@ int CpNxCmdLindParse::ParseShortCmd(int argc, char **argv) {
         if (m_bPrintErr != 0) {
             std::fprintf(stderr, "%s: invalid option -- '%c'\n", ProgramName(argv), letter);
         }
-        m_nUnknownChar = letter;
+        m_nUnknownChar = code;
         return kError;
     }
     const int result = static_cast<unsigned char>(letter);
@@ -250,7 +252,7 @@ int CpNxCmdLindParse::ParseShortCmd(int argc, char **argv) {
                 std::fprintf(stderr, "%s: option requires an argument -- '%c'\n", ProgramName(argv),
                              letter);
             }
-            m_nUnknownChar = letter;
+            m_nUnknownChar = code;
             m_pszNextChar = nullptr;
             return MissingArgument();
         }
