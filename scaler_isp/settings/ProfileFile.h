@@ -1,0 +1,27 @@
+#ifndef SCALER_ISP_SETTINGS_PROFILE_FILE_H
+#define SCALER_ISP_SETTINGS_PROFILE_FILE_H
+
+#include <string>
+
+/// The bytes of a settings file as a whole. Names are UTF-8; no type of file is refused.
+
+struct ProfileBytes {
+    bool opened = false;  ///< it could be opened for reading
+    bool missing = false; ///< it was not there
+    std::string bytes;    ///< up to the first read that failed
+};
+
+ProfileBytes ReadProfileFile(const std::string &path);
+
+enum class RewriteResult {
+    Written,
+    CannotOpen, ///< nothing changed
+    Restored    ///< the file is as it was before
+};
+
+/// Replaces the contents in place, so that the file keeps its identity, links and rights. Where not
+/// all bytes arrive, `before` is put back; a file that was missing is removed again.
+RewriteResult RewriteProfileFile(const std::string &path, const std::string &bytes,
+                                 const ProfileBytes &before);
+
+#endif

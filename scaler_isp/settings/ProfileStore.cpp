@@ -1,0 +1,199 @@
+#include "scaler_isp/settings/ProfileStore.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdio>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/CCpTransform.h"
+#include "scaler_isp/common/Numbers.h"
+#include "scaler_isp/settings/ProfileBatch.h"
+#include "scaler_isp/settings/ProfileEdit.h"
+#include "scaler_isp/settings/ProfileEncoding.h"
+#include "scaler_isp/settings/ProfileFile.h"
+#include "scaler_isp/settings/ProfileLines.h"
+
+namespace {
+
+template <class Char> std::basic_string_view<Char> OrEmpty(const Char *text) {
+    return text != nullptr ? std::basic_string_view<Char>(text) : std::basic_string_view<Char>();
+}
+
+/// The narrow name of a file; empty, which no file has, where it cannot be expressed.
+std::string NarrowName(const wchar_t *name) {
+    return CCpTransform().ConvertUnicodeStringToUTF8(std::wstring(OrEmpty(name)));
+}
+
+std::string NarrowName(const char *name) {
+    return std::string(OrEmpty(name));
+}
+
+enum class Lookup { Found, EndOfSection, EndOfFile };
+
+template <class Char>
+Lookup FindValue(std::basic_string_view<Char> text, std::basic_string_view<Char> section,
+                 std::basic_string_view<Char> key, std::basic_string_view<Char> &value) {
+    const std::basic_string<Char> header = ProfileHeader(section);
+    ProfileLineReader<Char> lines(text);
+    std::basic_string_view<Char> line;
+    do {
+        if (!lines.Next(line)) {
+            return Lookup::EndOfFile;
+        }
+    } while (line != header);
+    while (lines.Next(line)) {
+        const std::size_t equals = line.find(Char('='));
+        if (equals == line.npos) {
+            return Lookup::EndOfSection;
+        }
+        if (TrimBlanks(line.substr(0, equals)) == key) {
+            value = TrimBlanks(line.substr(line.rfind(Char('=')) + 1));
+            return Lookup::Found;
+        }
+    }
+    return Lookup::EndOfFile;
+}
+
+/// RETURNS the number of characters copied.
+template <class Char>
+unsigned int CopyOut(std::basic_string_view<Char> text, Char *buffer, unsigned int size) {
+    if (buffer == nullptr || size == 0) {
+        return 0;
+    }
+    const std::size_t count = std::min<std::size_t>(text.size(), size - 1);
+    std::char_traits<Char>::move(buffer, text.data(),
+                                 count); // a caller's default may be the buffer
+    buffer[count] = Char('\0');
+    return static_cast<unsigned int>(count);
+}
+
+enum class MissingFile { GivesDefault, IsAnError };
+
+template <class Encoding, MissingFile missing, class Char = typename Encoding::Char>
+unsigned int GetString(const Char *section, const Char *key, const Char *defaultValue, Char *buffer,
+                       unsigned int size, const Char *fileName) {
+    return ResultOrOnThrow(0U, [&]() -> unsigned int {
+        const ProfileBytes file = ReadProfileFile(NarrowName(fileName));
+        if (!file.opened && missing == MissingFile::IsAnError) {
+            std::printf("Error \n");
+            return 0;
+        }
+        Encoding encoding;
+        const std::basic_string<Char> text = encoding.Decode(file.bytes);
+        std::basic_string_view<Char> value;
+        switch (FindValue<Char>(text, OrEmpty(section), OrEmpty(key), value)) {
+        case Lookup::Found:
+            return CopyOut(value, buffer, size);
+        case Lookup::EndOfSection:
+            return 0;
+        case Lookup::EndOfFile:
+            break;
+        }
+        CopyOut(OrEmpty(defaultValue), buffer, size);
+        return 0;
+    });
+}
+
+template <class Encoding, MissingFile missing, class Char = typename Encoding::Char>
+int GetInt(const Char *section, const Char *key, int defaultValue, const Char *fileName) {
+    std::array<Char, kProfileLineLimit + 1> text{};
+    const Char *noDefault = nullptr;
+    const unsigned int length = GetString<Encoding, missing>(
+        section, key, noDefault, text.data(), static_cast<unsigned int>(text.size()), fileName);
+    const Char *end = nullptr;
+    return length != 0 ? static_cast<int>(ParseLongLong(text.data(), &end)) : defaultValue;
+}
+
+/// How many of the writes the file would take, each tried on the file as it is.
+template <class Encoding>
+std::size_t CountPossible(Encoding &encoding, const std::string &before,
+                          const std::vector<KeyWrite<typename Encoding::Char>> &writes) {
+    std::size_t count = 0;
+    std::string after;
+    for (const auto &write : writes) {
+        count += EditProfileBytes(encoding, before, {write}, after);
+    }
+    return count;
+}
+
+template <class Encoding>
+int WriteKeys(const std::vector<KeyWrite<typename Encoding::Char>> &writes,
+              const std::string &path) {
+    Encoding encoding;
+    const ProfileBytes before = ReadProfileFile(path);
+    std::string after;
+    const std::size_t written = EditProfileBytes(encoding, before.bytes, writes, after);
+    if (written == 0) {
+        return writes.empty() ? 1 : 0;
+    }
+    const RewriteResult result = RewriteProfileFile(path, after, before);
+    if (result == RewriteResult::CannotOpen) {
+        for (auto left = CountPossible(encoding, before.bytes, writes); left > 0; --left) {
+            std::printf("Open file error \n");
+        }
+    }
+    return result == RewriteResult::Written && written == writes.size() ? 1 : 0;
+}
+
+template <class Encoding, class Char = typename Encoding::Char>
+int WriteKey(const Char *section, const Char *key, const Char *value, const Char *fileName) {
+    return ResultOrOnThrow(0, [&] {
+        const KeyWrite<Char> write{OrEmpty(section), OrEmpty(key), OrEmpty(value)};
+        return WriteKeys<Encoding>({write}, NarrowName(fileName));
+    });
+}
+
+std::wstring_view UpToNul(const std::wstring &text) {
+    return text.c_str();
+}
+
+} // namespace
+
+unsigned int CpNxGetPrivateProfileStringW(const wchar_t *section, const wchar_t *key,
+                                          const wchar_t *defaultValue, wchar_t *buffer,
+                                          unsigned int size, const wchar_t *fileName) {
+    return GetString<NativeEncoding, MissingFile::GivesDefault>(section, key, defaultValue, buffer,
+                                                                size, fileName);
+}
+
+int CpNxGetPrivateProfileIntW(const wchar_t *section, const wchar_t *key, int defaultValue,
+                              const wchar_t *fileName) {
+    return GetInt<NativeEncoding, MissingFile::GivesDefault>(section, key, defaultValue, fileName);
+}
+
+int CpNxWritePrivateProfileStringW(const wchar_t *section, const wchar_t *key, const wchar_t *value,
+                                   const wchar_t *fileName) {
+    return WriteKey<NativeEncoding>(section, key, value, fileName);
+}
+
+unsigned int CpNxGetPrivateProfileStringA(const char *section, const char *key,
+                                          const char *defaultValue, char *buffer, unsigned int size,
+                                          const char *fileName) {
+    return GetString<ByteEncoding, MissingFile::IsAnError>(section, key, defaultValue, buffer, size,
+                                                           fileName);
+}
+
+int CpNxGetPrivateProfileIntA(const char *section, const char *key, int defaultValue,
+                              const char *fileName) {
+    return GetInt<ByteEncoding, MissingFile::IsAnError>(section, key, defaultValue, fileName);
+}
+
+int CpNxWritePrivateProfileStringA(const char *section, const char *key, const char *value,
+                                   const char *fileName) {
+    return WriteKey<ByteEncoding>(section, key, value, fileName);
+}
+
+int WriteProfileBatchW(const std::vector<ProfileWrite> &writes, const wchar_t *fileName) {
+    return ResultOrOnThrow(0, [&] {
+        std::vector<KeyWrite<wchar_t>> keys;
+        keys.reserve(writes.size());
+        for (const ProfileWrite &write : writes) {
+            keys.push_back({UpToNul(write.section), UpToNul(write.key), UpToNul(write.value)});
+        }
+        return WriteKeys<NativeEncoding>(keys, NarrowName(fileName));
+    });
+}
