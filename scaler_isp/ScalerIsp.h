@@ -21,6 +21,8 @@
 #include "scaler_isp/entry/RunFlow.h"
 #include "scaler_isp/plugins/CCpIsp.h"
 #include "scaler_isp/plugins/CCpSignVerify.h"
+#include "scaler_isp/plugins/CNxComm.h"
+#include "scaler_isp/plugins/DeviceLibrary.h"
 #include "scaler_isp/settings/ProfileStore.h"
 #include "scaler_isp/sign/CCpDigitalSignArgsHandle.h"
 

@@ -10,8 +10,8 @@ extern "C" {
 /// Progress of the running action. UNITS: percent, 0..100, as the ISP plug-in reports it.
 typedef void (*ScalerIspProgressCallback)(int percent);
 
-/// One message for the user: NUL-terminated, 32-bit characters. The text is the plug-in's and is valid
-/// only during the call; it may or may not end in a line end.
+/// One message for the user: NUL-terminated, 32-bit characters. The text is the plug-in's and is
+/// valid only during the call; it may or may not end in a line end.
 typedef void (*ScalerIspMessageCallback)(wchar_t *text);
 
 /// Asks the host for the device behind a hub; null means that there is none.

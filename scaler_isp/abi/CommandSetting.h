@@ -3,8 +3,8 @@
 
 /// \file
 /// The record that carries one judged command to the ISP plug-in: 546,704 bytes, little-endian, no
-/// pointers. Its layout is a binary interface; command_setting_fields.def lists every field with its
-/// offset and default, and the build fails where the two disagree. Readable as C99 and as C++.
+/// pointers. Its layout is a binary interface; command_setting_fields.def lists every field with
+/// its offset and default, and the build fails where the two disagree. Readable as C99 and as C++.
 
 #include <stddef.h>
 #include <stdint.h>
@@ -22,7 +22,8 @@
 #define SCALER_ISP_DEFAULT_SLAVE 0x94  ///< I2C slave address of the scaler's ISP interface
 
 /// The action to perform; one command line option each (--factoryisp converts to no value).
-SCALER_ISP_ENUM(ENUM_CP_ISPTOOL_ACTION_TYPE){
+SCALER_ISP_ENUM_TYPE(ENUM_CP_ISPTOOL_ACTION_TYPE);
+enum SCALER_ISP_ENUM_VALUES(ENUM_CP_ISPTOOL_ACTION_TYPE) {
     ENUM_ACTION_NONE = 0,
     ENUM_ACTION_VERIFY = 1,
     ENUM_ACTION_SIGN = 2,
@@ -52,26 +53,41 @@ SCALER_ISP_ENUM(ENUM_CP_ISPTOOL_ACTION_TYPE){
 };
 
 /// Where the firmware version is read from.
-SCALER_ISP_ENUM(ENUM_VERSION_LOCATION_TYPE){
-    ENUM_VER_LOC_NONE = 0,      ENUM_VER_LOC_REG = 1,        ENUM_VER_LOC_DDCCI = 2,
-    ENUM_VER_LOC_FLASH = 3,     ENUM_VER_LOC_FWBIN = 4,      ENUM_VER_LOC_CMD = 5,
-    ENUM_VER_LOC_FWBINCMD = 6,  ENUM_VER_LOC_COPYDIFFER = 7, ENUM_VER_LOC_USERDEFINED = 8
+SCALER_ISP_ENUM_TYPE(ENUM_VERSION_LOCATION_TYPE);
+enum SCALER_ISP_ENUM_VALUES(ENUM_VERSION_LOCATION_TYPE) {
+    ENUM_VER_LOC_NONE = 0,
+    ENUM_VER_LOC_REG = 1,
+    ENUM_VER_LOC_DDCCI = 2,
+    ENUM_VER_LOC_FLASH = 3,
+    ENUM_VER_LOC_FWBIN = 4,
+    ENUM_VER_LOC_CMD = 5,
+    ENUM_VER_LOC_FWBINCMD = 6,
+    ENUM_VER_LOC_COPYDIFFER = 7,
+    ENUM_VER_LOC_USERDEFINED = 8
 };
 
 /// Mode of --userdefined, 1..5; the plug-in gives the numbers their meaning.
-SCALER_ISP_ENUM(ENUM_USER_DEFINED_VERSION_TYPE){
-    ENUM_USER_DEFINED_VERSION_NONE = 0, ENUM_USER_DEFINED_VERSION_1 = 1,
-    ENUM_USER_DEFINED_VERSION_2 = 2,    ENUM_USER_DEFINED_VERSION_3 = 3,
-    ENUM_USER_DEFINED_VERSION_4 = 4,    ENUM_USER_DEFINED_VERSION_5 = 5
+SCALER_ISP_ENUM_TYPE(ENUM_USER_DEFINED_VERSION_TYPE);
+enum SCALER_ISP_ENUM_VALUES(ENUM_USER_DEFINED_VERSION_TYPE) {
+    ENUM_USER_DEFINED_VERSION_NONE = 0,
+    ENUM_USER_DEFINED_VERSION_1 = 1,
+    ENUM_USER_DEFINED_VERSION_2 = 2,
+    ENUM_USER_DEFINED_VERSION_3 = 3,
+    ENUM_USER_DEFINED_VERSION_4 = 4,
+    ENUM_USER_DEFINED_VERSION_5 = 5
 };
 
 /// Direction of --mergefwinfo.
-SCALER_ISP_ENUM(ENUM_CP_MERGE_FW_INFO_MODE){ENUM_MERGE_INFO_READ = 0, ENUM_MERGE_INFO_WRITE = 1};
+SCALER_ISP_ENUM_TYPE(ENUM_CP_MERGE_FW_INFO_MODE);
+enum SCALER_ISP_ENUM_VALUES(ENUM_CP_MERGE_FW_INFO_MODE) {
+    ENUM_MERGE_INFO_READ = 0,
+    ENUM_MERGE_INFO_WRITE = 1
+};
 
 /// One 64 KiB bank of a firmware file. 1,056 bytes.
 typedef struct STRUCT_C_STYLE_FW_BANK_SETTING {
-    uint64_t ullBankValue;                   ///< reserved for the plug-in; this library leaves it 0
-    uint32_t ulFileBank;                     ///< index of the bank inside its file, 0 first
+    uint64_t ullBankValue; ///< reserved for the plug-in; this library leaves it 0
+    uint32_t ulFileBank;   ///< index of the bank inside its file, 0 first
     wchar_t wszFwPath[SCALER_ISP_PATH_CHARS]; ///< full path of the file; no terminator at 260
 
 #ifdef __cplusplus
@@ -142,9 +158,9 @@ typedef struct STRUCT_DUMP_FLASH_SETTING {
 typedef struct STRUCT_I2C_WRITE_ACTION_TYPE_SETTING {
     uint8_t ucI2CSlaveAddr;
     uint8_t ucI2CSubAddr;
-    uint8_t ucI2CDataLen; ///< number of data bytes; 0 means 256
+    uint8_t ucI2CDataLen;                        ///< number of data bytes; 0 means 256
     uint8_t ucI2CData[SCALER_ISP_MAX_I2C_BYTES]; ///< unused bytes are 0xFF
-    uint32_t bDdcciCmd;   ///< 1: the data is a DDC/CI message
+    uint32_t bDdcciCmd;                          ///< 1: the data is a DDC/CI message
 
 #ifdef __cplusplus
     SCALER_ISP_API STRUCT_I2C_WRITE_ACTION_TYPE_SETTING();
@@ -196,12 +212,12 @@ typedef struct STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING {
     STRUCT_MERGE_FW_INFO_SETTING stMergeFwInfo;
 
 #ifdef __cplusplus
-    /// The defaults of command_setting_fields.def. Padding and the target banks from entry 128 on keep
-    /// what the memory held.
+    /// The defaults of command_setting_fields.def. Padding and the target banks from entry 128 on
+    /// keep what the memory held.
     SCALER_ISP_API STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING();
 
-    /// Empties the firmware map: count, target banks and bank values become 0, of the file banks and
-    /// paths only the first entry's.
+    /// Empties the firmware map: count, target banks and bank values become 0, of the file banks
+    /// and paths only the first entry's.
     SCALER_ISP_API void ClearMapFW();
 #endif
 } STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING;

@@ -10,26 +10,29 @@
 #include "scaler_isp/abi/Enumeration.h"
 #include "scaler_isp/abi/Export.h"
 
-/// Room of every path field, in characters. A text of this length or more fills the field completely
-/// and has NO terminator: read with a bound of 260, never as a C string.
+/// Room of every path field, in characters. A text of this length or more fills the field
+/// completely and has NO terminator: read with a bound of 260, never as a C string.
 #define SCALER_ISP_PATH_CHARS 260
 
 /// What to do with the firmware file.
-SCALER_ISP_ENUM(ENUM_CP_DIGITAL_SIGNATURE_ACTION_TYPE){
+SCALER_ISP_ENUM_TYPE(ENUM_CP_DIGITAL_SIGNATURE_ACTION_TYPE);
+enum SCALER_ISP_ENUM_VALUES(ENUM_CP_DIGITAL_SIGNATURE_ACTION_TYPE) {
     ENUM_SIGN_ACTION_NONE = 0,
     ENUM_SIGN_ACTION_SIGN = 1,  ///< make a signature for szFwFile
     ENUM_SIGN_ACTION_VERIFY = 2 ///< check szFwFile against szSignatureFile
 };
 
 /// Who holds the keys.
-SCALER_ISP_ENUM(ENUM_CP_DIGITAL_SIGNATURE_TYPE){
+SCALER_ISP_ENUM_TYPE(ENUM_CP_DIGITAL_SIGNATURE_TYPE);
+enum SCALER_ISP_ENUM_VALUES(ENUM_CP_DIGITAL_SIGNATURE_TYPE) {
     ENUM_SIGN_TYPE_NONE = 0,
     ENUM_SIGN_TYPE_SW = 1, ///< key files on the host (--sw)
     ENUM_SIGN_TYPE_HW = 2  ///< hardware signature (--hw)
 };
 
 /// Key scheme of a software signature.
-SCALER_ISP_ENUM(ENUM_CP_DIGITAL_SIGNATURE_SW_MODE){
+SCALER_ISP_ENUM_TYPE(ENUM_CP_DIGITAL_SIGNATURE_SW_MODE);
+enum SCALER_ISP_ENUM_VALUES(ENUM_CP_DIGITAL_SIGNATURE_SW_MODE) {
     ENUM_SIGN_SW_MODE_NONE = 0,
     ENUM_SIGN_SW_MODE_LENOVO = 1,           ///< verify key file only; cannot sign
     ENUM_SIGN_SW_MODE_VXM_INTERNAL = 2,     ///< internal key pair, chosen by nKeyPair
@@ -38,10 +41,14 @@ SCALER_ISP_ENUM(ENUM_CP_DIGITAL_SIGNATURE_SW_MODE){
 };
 
 /// Mode of a hardware signature; the plug-in gives 2, 3 and 4 their meaning.
-SCALER_ISP_ENUM(ENUM_CP_DIGITAL_SIGNATURE_HW_MODE){
+SCALER_ISP_ENUM_TYPE(ENUM_CP_DIGITAL_SIGNATURE_HW_MODE);
+enum SCALER_ISP_ENUM_VALUES(ENUM_CP_DIGITAL_SIGNATURE_HW_MODE) {
     ENUM_SIGN_HW_MODE_NONE = 0,
     ENUM_SIGN_HW_MODE_1 = 1, ///< works without a firmware file
-    ENUM_SIGN_HW_MODE_2 = 2, ENUM_SIGN_HW_MODE_3 = 3, ENUM_SIGN_HW_MODE_4 = 4};
+    ENUM_SIGN_HW_MODE_2 = 2,
+    ENUM_SIGN_HW_MODE_3 = 3,
+    ENUM_SIGN_HW_MODE_4 = 4
+};
 
 /// All signature settings of one run. The plug-in only reads it, during the call.
 /// Texts are UTF-8, zero-padded, at most SCALER_ISP_PATH_CHARS bytes.
@@ -50,13 +57,13 @@ typedef struct STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS {
     ENUM_CP_DIGITAL_SIGNATURE_TYPE enumDigitalSignatureType;
     ENUM_CP_DIGITAL_SIGNATURE_SW_MODE enumSWDigitalSignatureMode; ///< meaningful for type 1 only
     ENUM_CP_DIGITAL_SIGNATURE_HW_MODE enumHWDigitalSignatureMode; ///< meaningful for type 2 only
-    int32_t nKeyPair;                              ///< internal key pair, 0..4 (software mode 2)
-    char szFwFile[SCALER_ISP_PATH_CHARS];          ///< full path of the firmware file
-    char szSignatureFile[SCALER_ISP_PATH_CHARS];   ///< full path of the signature (--signfile)
-    char szKeyPair[SCALER_ISP_PATH_CHARS];         ///< text of --keypair as typed
-    char szVerifyKeyFile[SCALER_ISP_PATH_CHARS];   ///< full path (--vkfile)
-    char szSignKeyFile[SCALER_ISP_PATH_CHARS];     ///< full path (--skfile)
-    char szSubCertFile[SCALER_ISP_PATH_CHARS];     ///< as typed (--subcert)
+    int32_t nKeyPair;                                ///< internal key pair, 0..4 (software mode 2)
+    char szFwFile[SCALER_ISP_PATH_CHARS];            ///< full path of the firmware file
+    char szSignatureFile[SCALER_ISP_PATH_CHARS];     ///< full path of the signature (--signfile)
+    char szKeyPair[SCALER_ISP_PATH_CHARS];           ///< text of --keypair as typed
+    char szVerifyKeyFile[SCALER_ISP_PATH_CHARS];     ///< full path (--vkfile)
+    char szSignKeyFile[SCALER_ISP_PATH_CHARS];       ///< full path (--skfile)
+    char szSubCertFile[SCALER_ISP_PATH_CHARS];       ///< as typed (--subcert)
     char szNextVerifyKeyFile[SCALER_ISP_PATH_CHARS]; ///< full path (--nextvkfile)
 
 #ifdef __cplusplus

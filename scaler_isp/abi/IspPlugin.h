@@ -2,14 +2,14 @@
 #define SCALER_ISP_ABI_ISP_PLUGIN_H
 
 /// \file
-/// What the ISP plug-in exports: PlugIn/libIsp.dylib below the library's folder, unmangled names. For
-/// plug-in authors; hosts do not need this header. C99 and C++.
+/// What the ISP plug-in exports: PlugIn/libIsp.dylib below the library's folder, unmangled names.
+/// For plug-in authors; hosts do not need this header. C99 and C++.
 ///
-/// Every function runs on the caller's thread. The record is borrowed for the length of the call and
-/// must not be kept. An int result is 0 for success; any other value is the plug-in's own error code
-/// and reaches the host unchanged (keep clear of the codes in ResultCodes.h). Functions whose comment
-/// says "required" must exist or the plug-in is not loaded; the others may be left out, and their
-/// actions then end with 6.
+/// Every function runs on the caller's thread. The record is borrowed for the length of the call
+/// and must not be kept. An int result is 0 for success; any other value is the plug-in's own error
+/// code and reaches the host unchanged (keep clear of the codes in ResultCodes.h). Functions whose
+/// comment says "required" must exist or the plug-in is not loaded; the others may be left out, and
+/// their actions then end with 6.
 
 #include "scaler_isp/abi/Callbacks.h"
 #include "scaler_isp/abi/CommandSetting.h"

@@ -2,8 +2,8 @@
 #define SCALER_ISP_ABI_RESULT_CODES_H
 
 /// \file
-/// Every result code that the library itself forms. Any other value of OperateScaler comes unchanged
-/// from a plug-in.
+/// Every result code that the library itself forms. Any other value of OperateScaler comes
+/// unchanged from a plug-in.
 
 /// One row a code: X(name, value, meaning in one line).
 #define SCALER_ISP_RESULT_CODES(X)                                                                 \
@@ -16,8 +16,9 @@
     X(SCALER_ISP_NO_HUB_DEVICE, 0x2B0D, "the host has no device behind the hub")                   \
     X(SCALER_ISP_SIGNING_FAILED, 0x4002, "the firmware could not be signed")                       \
     X(SCALER_ISP_BAD_SIGNATURE, 0x4003, "the signature of the firmware is not good")               \
-    X(SCALER_ISP_SIGN_PLUGIN_MISSING, 0x4004, "the sign/verify plug-in libSignVerify.dylib or "    \
-                                              "its function is not available")
+    X(SCALER_ISP_SIGN_PLUGIN_MISSING, 0x4004,                                                      \
+      "the sign/verify plug-in libSignVerify.dylib or "                                            \
+      "its function is not available")
 
 enum ScalerIspResultCode {
 #define SCALER_ISP_RESULT_CODE_VALUE(NAME, VALUE, MEANING) NAME = VALUE,

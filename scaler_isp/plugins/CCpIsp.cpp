@@ -25,10 +25,10 @@ void CCpIsp::Init() {
 int CCpIsp::LoadIspDllFile(wchar_t *path) {
     return ResultOrOnThrow(0, [&] {
         FreeIspDllFile();
-        LoaderError error;
+        std::string error;
         m_hIspDll = OpenSharedLibrary(CCpTransform().ConvertWCHARToANSIString(path), error);
         if (m_hIspDll == nullptr) {
-            std::printf("dlopen - %sn", error.strText.c_str());
+            std::printf("dlopen - %sn", error.c_str());
             return 0;
         }
         const SymbolRow rows[] = {
@@ -36,7 +36,7 @@ int CCpIsp::LoadIspDllFile(wchar_t *path) {
 #define SCALER_ISP_OPTIONAL_SYMBOL(NAME) {#NAME, &m_pfn##NAME, false},
 #include "scaler_isp/plugins/isp_functions.def"
         };
-        if (!ResolveSymbols(m_hIspDll, rows, error)) {
+        if (ResolveSymbols(m_hIspDll, rows, error) != nullptr) {
             FreeIspDllFile();
             return 0;
         }

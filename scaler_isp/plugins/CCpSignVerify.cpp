@@ -1,6 +1,7 @@
 #include "scaler_isp/plugins/CCpSignVerify.h"
 
 #include <cstdio>
+#include <string>
 
 #include "scaler_isp/abi/ResultCodes.h"
 #include "scaler_isp/common/Boundary.h"
@@ -22,18 +23,18 @@ void CCpSignVerify::Init() {
 int CCpSignVerify::LoadSignVerfiyDllFile(wchar_t *path) {
     return ResultOrOnThrow(0, [&] {
         FreeSignVerfiyDllFile();
-        LoaderError error;
+        std::string error;
         m_hSignVerifyDll = OpenSharedLibrary(CCpTransform().ConvertWCHARToANSIString(path), error);
         if (m_hSignVerifyDll == nullptr) {
-            std::printf("dlopen - %s\n", error.strText.c_str());
+            std::printf("dlopen - %s\n", error.c_str());
             return 0;
         }
         const SymbolRow rows[] = {
             {"VerifySignatureExport", &m_pfnVerifySignatureExport, true},
             {"SignFwExport", &m_pfnSignFwExport, true},
         };
-        if (!ResolveSymbols(m_hSignVerifyDll, rows, error)) {
-            std::printf("dlsym - %s\n", error.strText.c_str());
+        if (ResolveSymbols(m_hSignVerifyDll, rows, error) != nullptr) {
+            std::printf("dlsym - %s\n", error.c_str());
             FreeSignVerfiyDllFile();
             return 0;
         }

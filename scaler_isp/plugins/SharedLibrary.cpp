@@ -13,29 +13,29 @@ std::string LoaderText() {
 
 } // namespace
 
-void *OpenSharedLibrary(const std::string &path, LoaderError &error) {
+void *OpenSharedLibrary(const std::string &path, std::string &error) {
     if (path.empty()) {
-        error = {nullptr, "the path is empty or cannot be expressed in the environment's encoding"};
+        error = "the path is empty or cannot be expressed in the environment's encoding";
         return nullptr;
     }
     void *handle = ::dlopen(path.c_str(), RTLD_NOW);
     if (handle == nullptr) {
-        error = {nullptr, LoaderText()};
+        error = LoaderText();
     }
     return handle;
 }
 
-bool ResolveSymbols(void *handle, std::span<const SymbolRow> rows, LoaderError &error) {
+const SymbolRow *ResolveSymbols(void *handle, std::span<const SymbolRow> rows, std::string &error) {
     for (const SymbolRow &row : rows) {
-        ::dlerror();
+        ::dlerror(); // forgets an older failure
         void *symbol = ::dlsym(handle, row.pszName);
         std::memcpy(row.pSlot, &symbol, sizeof symbol);
         if (symbol == nullptr && row.bRequired) {
-            error = {row.pszName, LoaderText()};
-            return false;
+            error = LoaderText();
+            return &row;
         }
     }
-    return true;
+    return nullptr;
 }
 
 void CloseSharedLibrary(void *handle) {

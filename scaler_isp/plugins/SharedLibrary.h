@@ -1,7 +1,6 @@
 #ifndef SCALER_ISP_PLUGINS_SHARED_LIBRARY_H
 #define SCALER_ISP_PLUGINS_SHARED_LIBRARY_H
 
-#include <cstddef>
 #include <span>
 #include <string>
 
@@ -15,20 +14,16 @@ struct SymbolRow {
     bool bRequired;
 };
 
-/// A failure of the loader.
-struct LoaderError {
-    const char *pszSymbol = nullptr; ///< the required symbol that is missing; null: nothing opened
-    std::string strText;             ///< the loader's own words
-};
-
 /// Opens a library with immediate binding.
-/// \param path  narrow; an empty one is a failure (the loader would open the main program).
-/// RETURNS the handle, or null with the error filled.
-void *OpenSharedLibrary(const std::string &path, LoaderError &error);
+/// \param path   narrow; an empty one is a failure (the loader would open the main program).
+/// \param error  receives the loader's own words.
+/// RETURNS the handle, or null.
+void *OpenSharedLibrary(const std::string &path, std::string &error);
 
-/// Fills the rows in order, a missing optional symbol with null. RETURNS false at the first
-/// required symbol that is missing, with the error filled.
-bool ResolveSymbols(void *handle, std::span<const SymbolRow> rows, LoaderError &error);
+/// Fills the rows in order, a missing optional symbol with null.
+/// \param error  receives the loader's own words about a required symbol that is missing.
+/// RETURNS the row of that symbol, or null when all went well.
+const SymbolRow *ResolveSymbols(void *handle, std::span<const SymbolRow> rows, std::string &error);
 
 void CloseSharedLibrary(void *handle);
 

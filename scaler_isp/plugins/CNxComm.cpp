@@ -1,0 +1,78 @@
+#include "scaler_isp/plugins/CNxComm.h"
+
+#include <cstddef>
+#include <cstdio>
+#include <string>
+
+#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/CCpTransform.h"
+#include "scaler_isp/plugins/SharedLibrary.h"
+
+static_assert(sizeof(STRUCT_REG_FORMER_VALUE) == 48);
+static_assert(offsetof(STRUCT_REG_FORMER_VALUE, ulFormerValue) == 4);
+static_assert(offsetof(STRUCT_REG_FORMER_VALUE, ucFormerSlave) == 8);
+static_assert(offsetof(STRUCT_REG_FORMER_VALUE, stEntries) == 12);
+static_assert(offsetof(STRUCT_REG_FORMER_VALUE, ulLast) == 44);
+static_assert(sizeof(STRUCT_WAITING_STRUCT) == 8);
+
+CNxComm::CNxComm() { // NOLINT(*-member-init): Init sets every other member
+    Init();
+}
+
+CNxComm::~CNxComm() = default;
+
+void CNxComm::Init() {
+    m_hCommDll = nullptr;
+#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, UNLOADED, PARAMETERS,      \
+                                 ARGUMENTS)                                                        \
+    m_pfn##METHOD = nullptr;
+#include "scaler_isp/plugins/comm_functions.def"
+}
+
+int CNxComm::LoadCommDllFile(wchar_t *path) {
+    return ResultOrOnThrow(0, [&] {
+        FreeCommDllFile();
+        const std::string narrow = CCpTransform().ConvertWCHARToANSIString(path);
+        std::string error;
+        void *handle = OpenSharedLibrary(narrow, error);
+        if (handle == nullptr) {
+            std::fprintf(stderr, "Failed to open libaray %s error:%s\n", narrow.c_str(),
+                         error.c_str());
+            return 0;
+        }
+        m_hCommDll = handle;
+#define SCALER_ISP_LOOK_UP_REQUIRED(METHOD, SYMBOL) {#SYMBOL, &m_pfn##METHOD, true},
+#define SCALER_ISP_LOOK_UP_REQUIRED_TWICE(METHOD, SYMBOL)                                          \
+    SCALER_ISP_LOOK_UP_REQUIRED(METHOD, SYMBOL) SCALER_ISP_LOOK_UP_REQUIRED(METHOD, SYMBOL)
+#define SCALER_ISP_LOOK_UP_OPTIONAL(METHOD, SYMBOL) {#SYMBOL, &m_pfn##METHOD, false},
+#define SCALER_ISP_LOOK_UP_NEVER(METHOD, SYMBOL)
+#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, UNLOADED, PARAMETERS,      \
+                                 ARGUMENTS)                                                        \
+    SCALER_ISP_LOOK_UP_##LOOKUP(METHOD, SYMBOL)
+        const SymbolRow rows[] = {
+#include "scaler_isp/plugins/comm_functions.def"
+        };
+        if (ResolveSymbols(handle, rows, error) != nullptr) {
+            FreeCommDllFile();
+            return 0;
+        }
+        return 1;
+    });
+}
+
+void CNxComm::FreeCommDllFile() {
+    if (m_hCommDll != nullptr) {
+        CloseSharedLibrary(m_hCommDll);
+        Init();
+    }
+}
+
+#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, UNLOADED, PARAMETERS,      \
+                                 ARGUMENTS)                                                        \
+    RESULT CNxComm::METHOD PARAMETERS {                                                            \
+        if (m_pfn##CALLS == nullptr) {                                                             \
+            return UNLOADED;                                                                       \
+        }                                                                                          \
+        return m_pfn##CALLS ARGUMENTS;                                                             \
+    }
+#include "scaler_isp/plugins/comm_functions.def"

@@ -1,0 +1,76 @@
+#include "scaler_isp/plugins/DeviceLibrary.h"
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/CCpTransform.h"
+#include "scaler_isp/plugins/SharedLibrary.h"
+
+void *g_hDeviceDll = nullptr;
+
+#define SCALER_ISP_NXD_FUNCTION(LOOKUP, NAME, SYMBOL, LIKE, FAILURE)                               \
+    CommFunctionType::LIKE *nxd##NAME = nullptr;
+#include "scaler_isp/plugins/device_functions.def"
+
+namespace {
+
+constexpr int kLoaded = 1;
+constexpr int kNotOpened = 5;
+
+/// A looked-up pointer, and what a load does when its required symbol is missing.
+struct DeviceRow {
+    SymbolRow stSymbol;
+    const char *pszPointer;
+    int nFailure;
+};
+
+#define SCALER_ISP_REQUIRED_ROW(NAME, SYMBOL, FAILURE)                                             \
+    {{#SYMBOL, &nxd##NAME, true}, "nxd" #NAME, FAILURE},
+#define SCALER_ISP_OPTIONAL_ROW(NAME, SYMBOL, FAILURE)                                             \
+    {{#SYMBOL, &nxd##NAME, false}, "nxd" #NAME, FAILURE},
+#define SCALER_ISP_NEVER_ROW(NAME, SYMBOL, FAILURE)
+#define SCALER_ISP_NXD_FUNCTION(LOOKUP, NAME, SYMBOL, LIKE, FAILURE)                               \
+    SCALER_ISP_##LOOKUP##_ROW(NAME, SYMBOL, FAILURE)
+const DeviceRow kRows[] = {
+#include "scaler_isp/plugins/device_functions.def"
+};
+
+void ClearPointers() {
+    for (const DeviceRow &row : kRows) {
+        std::memset(row.stSymbol.pSlot, 0, sizeof(void *));
+    }
+}
+
+} // namespace
+
+int nxdLoadDeviceDllFile(wchar_t *path) {
+    return ResultOrOnThrow(kNotOpened, [&] {
+        nxdFreeDeviceDllFile();
+        const std::string narrow = CCpTransform().ConvertWCHARToCHAR(path);
+        std::string error;
+        g_hDeviceDll = OpenSharedLibrary(narrow, error);
+        if (g_hDeviceDll == nullptr) {
+            std::fprintf(stderr, "Failed to open libaray %s error:%s\n", narrow.c_str(),
+                         error.c_str());
+            return kNotOpened;
+        }
+        for (const DeviceRow &row : kRows) {
+            if (ResolveSymbols(g_hDeviceDll, {&row.stSymbol, 1}, error) != nullptr) {
+                std::printf("%s Fail\n", row.pszPointer);
+                nxdFreeDeviceDllFile();
+                return row.nFailure;
+            }
+        }
+        return kLoaded;
+    });
+}
+
+void nxdFreeDeviceDllFile() {
+    if (g_hDeviceDll != nullptr) {
+        CloseSharedLibrary(g_hDeviceDll);
+        g_hDeviceDll = nullptr;
+        ClearPointers();
+    }
+}
