@@ -1,5 +1,8 @@
 #include "ArgumentBorder.h"
 
+#include <CLI/CLI.hpp>
+#include <algorithm>
+
 namespace ispctl {
 
 std::vector<std::string> TakeForeign(const CLI::App &command, std::vector<std::string> &arguments) {

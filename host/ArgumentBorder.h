@@ -1,9 +1,12 @@
 #ifndef ISPCTL_ARGUMENT_BORDER_H
 #define ISPCTL_ARGUMENT_BORDER_H
 
-#include <CLI/App.hpp>
 #include <string>
 #include <vector>
+
+namespace CLI {
+class App;
+}
 
 namespace ispctl {
 

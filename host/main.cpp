@@ -7,9 +7,7 @@
 #include <string>
 #include <vector>
 
-#include <CLI/App.hpp>
-#include <CLI/Config.hpp>
-#include <CLI/Formatter.hpp>
+#include <CLI/CLI.hpp>
 
 #include "ArgumentBorder.h"
 #include "ConsoleStreams.h"
@@ -17,13 +15,11 @@
 
 namespace {
 
-constexpr const char *kRunHelp =
-    "Hands ARGS to the library as one command line and shows the run.\n"
-    "Options of run come before ARGS; from the first argument that is none of them\n"
-    "everything goes to the library as typed. A -- at that place is dropped.\n"
-    "Relative file names in ARGS are taken from the library's folder.";
-
 constexpr const char *kRunFooter = R"(
+Options of run come before ARGS. From the first argument that is none of them
+everything goes to the library as typed; a -- at that place is dropped.
+Relative file names in ARGS are taken from the library's folder.
+
 Examples:
   ispctl run --virtual --isp --fw "$PWD/monitor.bin"
       programs a firmware file into the virtual scaler
@@ -34,8 +30,8 @@ Exit status: 0 success, 1 failed run, 2 wrong use (the library was not called),
 130 stopped by a second Ctrl-C.)";
 
 CLI::App *AddRun(CLI::App &app, ispctl::RunOptions &options) {
-    CLI::App *run = app.add_subcommand("run", "carry out one command line of the library");
-    run->description(kRunHelp);
+    CLI::App *run = app.add_subcommand(
+        "run", "Hands ARGS to the library as one command line and shows the run.");
     run->footer(kRunFooter);
     CLI::Option *file = run->add_option("--lib", options.library, "the library to open, by path")
                             ->type_name("FILE");
@@ -48,7 +44,7 @@ CLI::App *AddRun(CLI::App &app, ispctl::RunOptions &options) {
     run->add_option("--log", options.log, "append the run to FILE, with times")->type_name("FILE");
     // For the help only: ARGS are cut off before the parser sees them.
     run->add_option("ARGS", options.arguments, "the library's own options, as typed")
-        ->type_name("...");
+        ->type_name("");
     return run;
 }
 

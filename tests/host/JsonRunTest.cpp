@@ -1,0 +1,121 @@
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include "ConsoleProcess.h"
+
+namespace {
+
+using Json = nlohmann::json;
+using testing::ElementsAre;
+
+std::vector<Json> Events(const ConsoleResult &result) {
+    std::vector<Json> events;
+    std::size_t begin = 0;
+    for (std::size_t end = 0; (end = result.out.find('\n', begin)) != std::string::npos;
+         begin = end + 1) {
+        events.push_back(Json::parse(result.out.substr(begin, end - begin)));
+    }
+    EXPECT_EQ(begin, result.out.size()) << "a last line without end";
+    return events;
+}
+
+Json Console(const char *text) {
+    return {{"event", "console"}, {"text", text}};
+}
+
+Json Success() {
+    return {{"event", "result"},
+            {"code", 0},
+            {"hex", "0x0"},
+            {"name", "SCALER_ISP_SUCCESS"},
+            {"meaning", "success"}};
+}
+
+TEST(JsonRun, One_event_a_line_in_the_order_of_the_run) {
+    const ConsoleResult result =
+        RunScripted({"--json"}, {"out:a\\n", "err:b\\n", "progress:3", "out:c\\nd\\n", "message:m",
+                                 "err:e\\n", "out:f\\n"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, "");
+    EXPECT_THAT(Events(result),
+                ElementsAre(Console("a\n"), Console("b\n"),
+                            Json({{"event", "progress"}, {"percent", 3}}), Console("c\n"),
+                            Console("d\n"), Json({{"event", "message"}, {"text", "m"}}),
+                            Console("e\n"), Console("f\n"), Success()));
+}
+
+TEST(JsonRun, Lines_are_spelt_as_documented) {
+    EXPECT_EQ(RunScripted({"--json"}, {"progress:3", "out:a", "message:m", "result:0x4003"}).out,
+              "{\"event\":\"progress\",\"percent\":3}\n"
+              "{\"event\":\"console\",\"text\":\"a\"}\n"
+              "{\"event\":\"message\",\"text\":\"m\"}\n"
+              "{\"event\":\"result\",\"code\":16387,\"hex\":\"0x4003\","
+              "\"name\":\"SCALER_ISP_BAD_SIGNATURE\","
+              "\"meaning\":\"the signature of the firmware is not good\"}\n");
+}
+
+TEST(JsonRun, Code_of_a_plugin_has_no_name) {
+    const auto events = Events(RunScripted({"--json"}, {"result:0x7001"}));
+    EXPECT_THAT(events, ElementsAre(Json({{"event", "result"},
+                                          {"code", 0x7001},
+                                          {"hex", "0x7001"},
+                                          {"name", nullptr},
+                                          {"meaning", "from the plug-in"}})));
+}
+
+TEST(JsonRun, Text_without_line_end_is_an_event) {
+    EXPECT_THAT(
+        Events(RunScripted({"--json"}, {"out:wrong!", "progress:1", "out:\\e[32mOK\\n\\e[m"})),
+        ElementsAre(Console("wrong!"), Json({{"event", "progress"}, {"percent", 1}}),
+                    Console("\033[32mOK\n"), Console("\033[m"), Success()));
+}
+
+TEST(JsonRun, Text_without_line_end_comes_while_the_library_works) {
+    ConsoleProcess process(ScriptedArguments({"--json"}, {"out:wait...", "sleep:60000"}));
+    EXPECT_TRUE(process.WaitForText("{\"event\":\"console\",\"text\":\"wait...\"}\n"));
+}
+
+TEST(JsonRun, Bytes_that_are_not_utf8_are_escaped) {
+    EXPECT_THAT(
+        Events(RunScripted({"--json"}, {"out:\\x5C\\xFF\\n"})),
+        ElementsAre(Json({{"event", "console"}, {"text", "\\\\\\xFF\n"}, {"escaped", true}}),
+                    Success()));
+    EXPECT_THAT(
+        Events(RunScripted({"--json"}, {"surrogate"})),
+        ElementsAre(Json({{"event", "message"}, {"text", "a\\\\\\x{D800}"}, {"escaped", true}}),
+                    Success()));
+}
+
+TEST(JsonRun, More_text_than_a_pipe_holds_comes_through) {
+    const auto events = Events(RunScripted({"--json"}, {"many:20000", "progress:1", "many:1"}));
+    ASSERT_EQ(events.size(), 20003U);
+    for (int i = 0; i < 20000; ++i) {
+        const std::string number = std::to_string(20000 - i);
+        ASSERT_EQ(events[static_cast<std::size_t>(i)]["text"],
+                  std::string(99 - number.size(), '0') + number + "\n");
+    }
+    EXPECT_EQ(events[20000]["event"], "progress");
+}
+
+TEST(JsonRun, Order_survives_many_short_runs_of_text) {
+    std::vector<std::string> steps;
+    std::vector<Json> expected;
+    for (int i = 0; i < 300; ++i) {
+        steps.insert(steps.end(), {"err:x\\n", "progress:" + std::to_string(i % 100), "out:y"});
+        expected.push_back(i == 0 ? Console("x\n") : Console("yx\n"));
+        expected.push_back({{"event", "progress"}, {"percent", i % 100}});
+    }
+    expected.push_back(Console("y"));
+    expected.push_back(Success());
+    EXPECT_EQ(Events(RunScripted({"--json"}, steps)), expected);
+}
+
+TEST(JsonRun, Reader_that_goes_away_does_not_end_the_run) {
+    ConsoleProcess process(ScriptedArguments(
+        {"--json"}, {"progress:1", "sleep:300", "many:5000", "progress:2", "result:0"}));
+    ASSERT_TRUE(process.WaitForText("progress"));
+    process.CloseOutput();
+    EXPECT_EQ(process.Finish(), 0);
+}
+
+} // namespace

@@ -1,0 +1,26 @@
+#include <gtest/gtest.h>
+
+#include "ResultWords.h"
+
+namespace {
+
+TEST(ResultWords, Codes_of_the_library_have_a_name_and_a_meaning) {
+    EXPECT_EQ(ispctl::WordsOfResult(0).name, "SCALER_ISP_SUCCESS");
+    EXPECT_EQ(ispctl::WordsOfResult(-1).meaning, "the command line was refused; nothing was done");
+    EXPECT_EQ(ispctl::WordsOfResult(0x4003).name, "SCALER_ISP_BAD_SIGNATURE");
+    EXPECT_EQ(ispctl::WordsOfResult(0x4003).meaning, "the signature of the firmware is not good");
+}
+
+TEST(ResultWords, Other_codes_come_from_the_plugin) {
+    EXPECT_EQ(ispctl::WordsOfResult(0x7777).name, "");
+    EXPECT_EQ(ispctl::WordsOfResult(0x7777).meaning, "from the plug-in");
+    EXPECT_EQ(ispctl::WordsOfResult(-2).meaning, "from the plug-in");
+}
+
+TEST(ResultWords, Hexadecimal_is_the_librarys) {
+    EXPECT_EQ(ispctl::HexOfResult(0xD67), "0xD67");
+    EXPECT_EQ(ispctl::HexOfResult(-1), "0xFFFFFFFF");
+    EXPECT_EQ(ispctl::HexOfResult(0), "0x0");
+}
+
+} // namespace

@@ -1,0 +1,168 @@
+#include <gmock/gmock.h>
+
+#include "ConsoleProcess.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::StartsWith;
+
+TEST(Run, Success_is_0_and_a_failed_run_is_1) {
+    EXPECT_EQ(RunScripted({}, {"result:0"}).status, 0);
+    EXPECT_EQ(RunScripted({}, {"result:1"}).status, 1);
+    EXPECT_EQ(RunScripted({}, {"result:-1"}).status, 1);
+    EXPECT_EQ(RunScripted({}, {"result:0x100"}).status, 1);
+}
+
+TEST(Run, Wrong_use_is_2_and_says_why) {
+    EXPECT_EQ(RunConsole({}).status, 2);
+    EXPECT_EQ(RunConsole({"run"}).err,
+              "ispctl: no arguments for the library; see ispctl run --help\n");
+    EXPECT_EQ(RunConsole({"run"}).status, 2);
+    EXPECT_EQ(RunConsole({"run", "--lib"}).status, 2);
+    EXPECT_EQ(RunConsole({"run", "--virtual", "--lib", SCRIPTED_LIBRARY, "x"}).status, 2);
+    EXPECT_EQ(RunConsole({"walk"}).status, 2);
+    const ConsoleResult missing = RunConsole({"run", "--lib", "/no/such.so", "--isp"});
+    EXPECT_EQ(missing.status, 2);
+    EXPECT_THAT(missing.err, StartsWith("ispctl: the library cannot be opened: /no/such.so: "));
+}
+
+TEST(Run, File_without_the_entry_point_is_no_library) {
+    TempFolder folder;
+    const ConsoleResult result =
+        RunConsole({"run", "--lib", folder.Write("no.so", "text"), "--isp"});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.out, "");
+}
+
+TEST(Run, Refused_arguments_never_reach_the_library) {
+    const ConsoleResult result = RunScripted({}, {"out:called", ""});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_THAT(result.err, StartsWith("ispctl: argument 2 is empty"));
+}
+
+TEST(Run, Messages_and_the_librarys_text_are_the_output) {
+    const ConsoleResult result = RunScripted(
+        {}, {"out:one\\n", "message:two", "err:three\\n", "message:four\\n", "out:five\\n"});
+    EXPECT_EQ(result.out, "one\ntwo\nfour\nfive\n");
+    EXPECT_EQ(result.err, "three\nispctl: success\n");
+}
+
+TEST(Run, Order_is_kept_where_both_streams_are_one) {
+    const ConsoleResult result = RunScripted(
+        {},
+        {"out:a\\n", "err:b\\n", "message:c", "out:d\\n", "progress:50", "err:e\\n", "result:7"},
+        ConsoleProcess::Output::OnePipe);
+    EXPECT_EQ(result.out,
+              "a\nb\nc\nd\nprogress 50 %\ne\nispctl: failed with 0x7 at 50 %: from the plug-in\n");
+}
+
+TEST(Run, Result_is_told_in_words) {
+    EXPECT_EQ(RunScripted({}, {"result:0x4003"}).err,
+              "ispctl: failed with 0x4003: the signature of the firmware is not good\n");
+    EXPECT_EQ(RunScripted({}, {"result:-1"}).err,
+              "ispctl: failed with -1: the command line was refused; nothing was done\n");
+    EXPECT_EQ(RunScripted({}, {"progress:100", "result:6"}).err,
+              "progress 100 %\n"
+              "ispctl: failed with 0x6: the plug-in does not offer the function of this action\n");
+}
+
+TEST(Run, Progress_outside_a_terminal_is_a_line_a_tenth) {
+    const ConsoleResult result =
+        RunScripted({}, {"progress:0", "progress:1", "progress:9", "progress:10", "progress:10",
+                         "progress:25", "progress:99", "progress:100"});
+    EXPECT_EQ(result.err, "progress 0 %\nprogress 10 %\nprogress 25 %\nprogress 99 %\n"
+                          "progress 100 %\nispctl: success\n");
+    EXPECT_EQ(result.out, "");
+}
+
+TEST(Run, Own_options_behind_the_first_foreign_argument_are_the_librarys) {
+    const ConsoleResult result = RunScripted({}, {"out:x\\n", "--json", "--virtual", "--help"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out, "x\n");
+}
+
+TEST(Run, Log_has_times_and_everything_that_happened) {
+    TempFolder folder;
+    const std::string log = folder.Path("run.log");
+    const ConsoleResult result =
+        RunScripted({"--log", log}, {"out:a\\eb\\n", "progress:5", "err:no end", "message:m",
+                                     "out:\\xFF\\n", "result:0xD67"});
+    EXPECT_EQ(result.out, "a\033b\nm\n\xFF\n");
+    std::string text = folder.Read("run.log");
+    std::vector<std::string> lines;
+    for (std::size_t end = 0; (end = text.find('\n')) != std::string::npos;
+         text.erase(0, end + 1)) {
+        const std::string line = text.substr(0, end);
+        EXPECT_THAT(line.substr(0, 24),
+                    MatchesRegex("[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9:]{8}[.][0-9]{3}Z"));
+        lines.push_back(line.substr(25));
+    }
+    EXPECT_THAT(lines, testing::ElementsAre(
+                           StartsWith("library  /"), StartsWith("command  ispctl out:a\\eb\\n"),
+                           "console  a\\x1Bb", "progress 5", "console  no end", "message  m",
+                           "console  \\xFF",
+                           "result   0xD67 the ISP plug-in PlugIn/libIsp.dylib cannot be loaded"));
+}
+
+TEST(Run, Log_is_appended_to) {
+    TempFolder folder;
+    const std::string log = folder.Path("run.log");
+    RunScripted({"--log", log}, {"message:first"});
+    RunScripted({"--log=" + log}, {"message:second"});
+    EXPECT_THAT(folder.Read("run.log"), HasSubstr("message  first"));
+    EXPECT_THAT(folder.Read("run.log"), HasSubstr("message  second"));
+}
+
+TEST(Run, Log_that_cannot_be_written_stops_before_the_library) {
+    const ConsoleResult result = RunScripted({"--log", "/no/such/folder/log"}, {"out:called"});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "ispctl: the log /no/such/folder/log cannot be written\n");
+}
+
+TEST(Run, File_of_the_callers_folder_is_pointed_out) {
+    TempFolder here;
+    here.Write("fw.bin", "x");
+    const ConsoleResult result =
+        RunConsole({"run", "--lib", SCRIPTED_LIBRARY, "--isp", "--fw", "fw.bin"},
+                   ConsoleProcess::Output::Pipes, here.Path());
+    EXPECT_THAT(result.err, HasSubstr("for the file of this folder write " + here.Path("fw.bin")));
+}
+
+TEST(Run, Relative_library_is_the_callers) {
+    TempFolder here;
+    const ConsoleResult result =
+        RunConsole({"run", "--lib", "lib.so", "--isp"}, ConsoleProcess::Output::Pipes, here.Path());
+    EXPECT_THAT(result.err, HasSubstr(here.Path("lib.so")));
+}
+
+TEST(Run, Last_words_of_a_crashing_plugin_are_shown) {
+    TempFolder folder;
+    const ConsoleResult result = RunScripted({"--json"}, {"err:last words", "abort"});
+    EXPECT_EQ(result.status, -SIGABRT);
+    EXPECT_THAT(result.out + result.err, HasSubstr("last words"));
+}
+
+TEST(Run, Version_and_help_are_success) {
+    EXPECT_THAT(RunConsole({"--version"}).out, MatchesRegex("ispctl [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+    EXPECT_EQ(RunConsole({"--version"}).status, 0);
+    const ConsoleResult help = RunConsole({"run", "--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_THAT(help.out, HasSubstr("ispctl run --virtual --isp --fw"));
+    EXPECT_THAT(help.out, HasSubstr("ispctl run --json"));
+}
+
+TEST(Run, Real_library_refuses_and_says_so) {
+    const ConsoleResult result = RunConsole({"run", "--verify", "--erase"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "Action type undefined or more than one type!\n");
+    EXPECT_THAT(result.err, EndsWith("ispctl: failed with -1: the command line was refused; "
+                                     "nothing was done\n"));
+}
+
+} // namespace
