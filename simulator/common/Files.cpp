@@ -1,0 +1,175 @@
+#include "common/Files.h"
+
+#include <cerrno>
+#include <cstdlib>
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace virtual_scaler {
+namespace {
+
+// An address inside this plug-in; hidden, so that no other binary's copy can take its place.
+const char kAnchor = 0;
+
+constexpr mode_t kFileMode = 0644;
+
+std::string FolderAbove(const std::string &path) {
+    const std::size_t slash = path.find_last_of('/');
+    if (slash == std::string::npos) {
+        return ".";
+    }
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+std::string OwnFile() {
+    Dl_info info{};
+    if (dladdr(&kAnchor, &info) == 0 || info.dli_fname == nullptr) {
+        return {};
+    }
+    return info.dli_fname;
+}
+
+bool IsFolder(const std::string &path) {
+    struct stat state {};
+    return stat(path.c_str(), &state) == 0 && S_ISDIR(state.st_mode);
+}
+
+bool IsRegular(int descriptor) {
+    struct stat state {};
+    return fstat(descriptor, &state) == 0 && S_ISREG(state.st_mode);
+}
+
+} // namespace
+
+Descriptor::~Descriptor() {
+    if (m_number >= 0) {
+        close(m_number);
+    }
+}
+
+std::string DeviceFolder(int levels) {
+    const char *chosen = std::getenv("SCALER_ISP_VIRTUAL_DEVICE");
+    if (chosen != nullptr && *chosen != '\0') {
+        std::string folder = chosen;
+        return folder.back() == '/' ? folder : folder + '/';
+    }
+    std::string folder = OwnFile();
+    for (int i = 0; i < levels; ++i) {
+        folder = FolderAbove(folder);
+    }
+    return (folder == "/" ? folder : folder + '/') + "VirtualScaler/";
+}
+
+bool MakeFolder(const std::string &folder) {
+    for (std::size_t end = folder.find('/', 1); end != std::string::npos;
+         end = folder.find('/', end + 1)) {
+        // A folder above may be there and yet refuse: only the last one counts.
+        mkdir(folder.substr(0, end).c_str(), 0755);
+    }
+    const int reason = mkdir(folder.c_str(), 0755) == 0 ? 0 : errno;
+    const bool there = IsFolder(folder);
+    errno = reason;
+    return there;
+}
+
+bool WriteAll(int descriptor, const void *bytes, std::size_t count) {
+    const char *next = static_cast<const char *>(bytes);
+    while (count > 0) {
+        const ssize_t written = write(descriptor, next, count);
+        if (written < 0 && errno == EINTR) {
+            continue;
+        }
+        if (written <= 0) {
+            return false;
+        }
+        next += written;
+        count -= static_cast<std::size_t>(written);
+    }
+    return true;
+}
+
+bool WriteAllAt(int descriptor, const void *bytes, std::size_t count, std::uint64_t offset) {
+    const char *next = static_cast<const char *>(bytes);
+    while (count > 0) {
+        const ssize_t written = pwrite(descriptor, next, count, static_cast<off_t>(offset));
+        if (written < 0 && errno == EINTR) {
+            continue;
+        }
+        if (written <= 0) {
+            return false;
+        }
+        next += written;
+        offset += static_cast<std::uint64_t>(written);
+        count -= static_cast<std::size_t>(written);
+    }
+    return true;
+}
+
+std::int64_t ReadUpTo(int descriptor, void *bytes, std::size_t count, std::uint64_t offset) {
+    std::size_t done = 0;
+    while (done < count) {
+        const ssize_t got = pread(descriptor, static_cast<char *>(bytes) + done, count - done,
+                                  static_cast<off_t>(offset + done));
+        if (got < 0 && errno == EINTR) {
+            continue;
+        }
+        if (got < 0) {
+            return -1;
+        }
+        if (got == 0) {
+            break;
+        }
+        done += static_cast<std::size_t>(got);
+    }
+    return static_cast<std::int64_t>(done);
+}
+
+bool ReadText(const std::string &path, std::string &text) {
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!file.IsOpen()) {
+        return false;
+    }
+    text.clear();
+    char piece[4096];
+    for (;;) {
+        const std::int64_t got = ReadUpTo(file.Get(), piece, sizeof piece, text.size());
+        if (got < 0) {
+            return false;
+        }
+        text.append(piece, static_cast<std::size_t>(got));
+        if (got < static_cast<std::int64_t>(sizeof piece)) {
+            return true;
+        }
+    }
+}
+
+bool ReplaceFile(const std::string &path, const void *bytes, std::size_t count) {
+    const Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kFileMode));
+    if (!file.IsOpen()) {
+        return false;
+    }
+    if (!WriteAll(file.Get(), bytes, count)) {
+        const int reason = errno;
+        if (IsRegular(file.Get())) {
+            unlink(path.c_str());
+        }
+        errno = reason;
+        return false;
+    }
+    return true;
+}
+
+bool AppendToJournal(const std::string &folder, const std::string &line) {
+    if (!MakeFolder(folder)) {
+        return false;
+    }
+    const std::string path = folder + "journal.txt";
+    const Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, kFileMode));
+    const std::string whole = line + '\n';
+    return file.IsOpen() && WriteAll(file.Get(), whole.data(), whole.size());
+}
+
+} // namespace virtual_scaler

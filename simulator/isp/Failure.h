@@ -1,0 +1,19 @@
+#ifndef SCALER_ISP_SIMULATOR_ISP_FAILURE_H
+#define SCALER_ISP_SIMULATOR_ISP_FAILURE_H
+
+#include <string>
+
+#include "isp/ResultCodes.h"
+
+namespace virtual_scaler {
+
+/// Thrown to end a call: its code becomes the result, its text the last message. Never leaves the
+/// plug-in.
+struct Failure {
+    int code;
+    std::string text;
+};
+
+} // namespace virtual_scaler
+
+#endif

@@ -1,0 +1,47 @@
+#ifndef SCALER_ISP_SIMULATOR_SIGN_ECDSA_H
+#define SCALER_ISP_SIMULATOR_SIGN_ECDSA_H
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <openssl/evp.h>
+
+namespace virtual_scaler {
+
+/// \file
+/// ECDSA on P-256 over SHA-256. Every function throws SignFailure instead of returning something
+/// that is not good.
+
+/// Thrown to end a call; the text becomes its one line of output. Never leaves the plug-in.
+struct SignFailure {
+    std::string text;
+};
+
+struct FreeKey {
+    void operator()(EVP_PKEY *key) const {
+        EVP_PKEY_free(key);
+    }
+};
+using Key = std::unique_ptr<EVP_PKEY, FreeKey>;
+
+/// \param origin  what the key is called in messages
+/// A key that is protected by a pass phrase is refused; nobody is asked.
+Key PrivateKeyFromPem(std::string_view pem, const std::string &origin);
+Key PublicKeyFromPem(std::string_view pem, const std::string &origin);
+/// PEM, or the 65 bytes of an uncompressed point, at the start of the data.
+Key PublicKeyFromData(std::string_view data, const std::string &origin);
+
+/// Whether both have the same public half.
+bool IsPair(const Key &first, const Key &second);
+
+/// RETURNS the signature in DER.
+std::vector<std::uint8_t> Sign(const Key &key, std::string_view text);
+bool IsGoodSignature(const Key &key, std::string_view text, std::string_view signature);
+
+} // namespace virtual_scaler
+
+#endif

@@ -1,0 +1,13 @@
+#ifndef SCALER_ISP_SIMULATOR_SIGN_INTERNAL_KEYS_H
+#define SCALER_ISP_SIMULATOR_SIGN_INTERNAL_KEYS_H
+
+namespace virtual_scaler {
+
+constexpr int kInternalKeyPairs = 5;
+
+/// The private key (PEM) of an internal TEST key pair, 0..4; null for any other number.
+const char *InternalTestKey(int index);
+
+} // namespace virtual_scaler
+
+#endif
