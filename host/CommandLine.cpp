@@ -1,5 +1,6 @@
 #include "CommandLine.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 
 #include "Utf8.h"
@@ -41,23 +42,31 @@ std::string Join(const std::vector<std::string> &arguments) {
     return line;
 }
 
+bool BeginsAndEndsWithBlank(const std::string &argument) {
+    return argument.front() == ' ' && argument.back() == ' ';
+}
+
+// The library finds the text of a quoted word by search. The end of one quoted word, what follows
+// it and the beginning of the next one can look like a word that begins and ends with a blank.
+std::string RefusalOfMisreading(const std::vector<std::string> &arguments) {
+    const auto found = std::find_if(arguments.begin(), arguments.end(), BeginsAndEndsWithBlank);
+    if (found == arguments.end()) {
+        return "these arguments would not reach the library as they are";
+    }
+    const auto index = static_cast<std::size_t>(found - arguments.begin());
+    return Name(arguments, index) + " begins and ends with a blank, and behind another argument "
+                                    "with blanks the library would misread it; drop a blank";
+}
+
 // Empty where the library reads the line as it is meant.
 std::string RefusalAfterSplit(const std::vector<std::string> &arguments,
                               const std::optional<std::vector<std::string>> &words) {
     if (!words) {
         return "the library cannot split the line that these arguments make";
     }
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        if (i + 1 >= words->size() || (*words)[i + 1] != arguments[i]) {
-            const bool outerBlanks = arguments[i].front() == ' ' && arguments[i].back() == ' ';
-            return fmt::format("{} would not reach the library as it is{}", Name(arguments, i),
-                               outerBlanks ? "; drop the blanks at its ends" : "");
-        }
-    }
-    if (words->size() != arguments.size() + 1 || words->front() != kProgramWord) {
-        return "the library would see more words than these arguments";
-    }
-    return "";
+    const bool same = words->size() == arguments.size() + 1 && words->front() == kProgramWord &&
+                      std::equal(arguments.begin(), arguments.end(), words->begin() + 1);
+    return same ? "" : RefusalOfMisreading(arguments);
 }
 
 } // namespace
