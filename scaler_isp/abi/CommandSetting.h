@@ -216,6 +216,14 @@ typedef struct STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING {
     /// keep what the memory held.
     SCALER_ISP_API STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING();
 
+    /// Loads twelve fields from the file wszSettingFile; a missing file, section or key gives its
+    /// default. The firmware map is not read, and no range is checked.
+    SCALER_ISP_API void LoadSetting();
+
+    /// Writes the firmware map, and nothing else, to section "ISP_Fw" of the file wszSettingFile.
+    /// PRINTS "Open file error \n" once a key where the file cannot be written.
+    SCALER_ISP_API void SaveSetting();
+
     /// Empties the firmware map: count, target banks and bank values become 0, of the file banks
     /// and paths only the first entry's.
     SCALER_ISP_API void ClearMapFW();

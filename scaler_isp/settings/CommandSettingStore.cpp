@@ -1,7 +1,55 @@
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 
 #include "scaler_isp/abi/CommandSetting.h"
+#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/BoundedCopy.h"
+#include "scaler_isp/settings/FwBankKeys.h"
+#include "scaler_isp/settings/SettingKey.h"
+
+namespace {
+
+#define SCALER_ISP_COMMAND_KEY(SECTION, FIELD, DEFAULT)                                            \
+    SCALER_ISP_SETTING_KEY(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING, SECTION, FIELD, DEFAULT)
+
+constexpr SettingKey kKeys[] = {
+    SCALER_ISP_COMMAND_KEY(L"Communication", enumCommID, 0),
+    SCALER_ISP_COMMAND_KEY(L"ISP_Action", enumActionType, ENUM_ACTION_ISP),
+    SCALER_ISP_COMMAND_KEY(L"ISP_DualBank", enumDigitalSignatureType, 0),
+    SCALER_ISP_COMMAND_KEY(L"ISP_DualBank", enumSWDigitalSignatureMode, 0),
+    SCALER_ISP_COMMAND_KEY(L"ISP_DualBank", enumBootCodeType, 0),
+    SCALER_ISP_COMMAND_KEY(L"ISP_DualBank", enumIspMode, 1),
+    SCALER_ISP_COMMAND_KEY(L"ISP_Basic", enumVersionLocationType, ENUM_VER_LOC_REG),
+    SCALER_ISP_COMMAND_KEY(L"ISP_Basic", enumMergeFWInfoMode, 0),
+    SCALER_ISP_COMMAND_KEY(L"ISP_Basic", enumMergeFWInfoType, 0),
+    SCALER_ISP_COMMAND_KEY(L"ISP_Basic", enumMergeFWGeneration, 2),
+    SCALER_ISP_COMMAND_KEY(L"ISP_Fw", ulProgStartBank, 0),
+    SCALER_ISP_COMMAND_KEY(L"ISP_Basic", bAutoSearchFW, 0),
+};
+
+} // namespace
+
+void STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING::LoadSetting() {
+    NothingOnThrow([&] { LoadKeys(kKeys, ReadBounded(wszSettingFile).c_str(), *this); });
+}
+
+// KEPT SaveSetting_numbers_the_target_key_by_its_bank: fw<target bank>_TargetBank holds the index
+// of the entry, the reverse of what SaveFwPathFromFile writes.
+void STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING::SaveSetting() {
+    NothingOnThrow([&] {
+        // A map that was refused counts more banks than it holds.
+        const std::size_t banks = std::min<std::size_t>(stMapFw.ulFwCount, SCALER_ISP_MAX_BANKS);
+        FwBankKeys keys(banks);
+        keys.AddCount(stMapFw.ulFwCount);
+        for (unsigned int i = 0; i < banks; ++i) {
+            keys.AddTargetBank(stMapFw.ulTargetBank[i], i);
+            keys.AddFileBank(i, i);
+            keys.AddPath(i, ReadBounded(stMapFw.stFwBank[i].wszFwPath));
+        }
+        keys.WriteTo(ReadBounded(wszSettingFile));
+    });
+}
 
 // KEPT ClearMapFW_clears_file_bank_and_path_of_the_first_entry_only: the count of 0 marks the other
 // entries as unused; their file banks and paths keep what they held.

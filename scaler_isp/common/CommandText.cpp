@@ -1,0 +1,366 @@
+#include "scaler_isp/common/CommandText.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
+
+#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/TextUtil.h"
+
+namespace {
+
+constexpr std::size_t kWordChars = 256;
+constexpr unsigned int kByteValues = 256;
+constexpr std::size_t kMaxHexDigits = 8;
+
+bool IsDigit(wchar_t c) {
+    return c >= L'0' && c <= L'9';
+}
+
+bool IsWordCharacter(wchar_t c) {
+    return IsDigit(c) || (c >= L'A' && c <= L'Z') || (c >= L'a' && c <= L'z') || c == L'_';
+}
+
+bool IsLineEnd(wchar_t c) {
+    return c == L'\r' || c == L'\n';
+}
+
+/// 0..15, or -1.
+int HexDigit(wchar_t c) {
+    if (IsDigit(c)) {
+        return c - L'0';
+    }
+    if (c >= L'A' && c <= L'F') {
+        return c - L'A' + 10;
+    }
+    return c >= L'a' && c <= L'f' ? c - L'a' + 10 : -1;
+}
+
+/// Reads tokens of a text; words are views into it.
+class TokenReader {
+  public:
+    TokenReader(std::wstring_view text, unsigned int &pos) : m_text(text), m_pos(pos) {}
+
+    bool AtEnd() const {
+        return m_pos >= m_text.size();
+    }
+
+    /// The word of the last token 1.
+    std::wstring_view WholeWord() const {
+        return m_word;
+    }
+
+    /// Of a longer word only the first 256 characters count.
+    std::wstring_view Word() const {
+        return m_word.substr(0, kWordChars);
+    }
+
+    ScalerIspToken Next() {
+        while (!AtEnd() && (Current() == L' ' || Current() == L'\t')) {
+            ++m_pos;
+        }
+        if (AtEnd()) {
+            return SCALER_ISP_TOKEN_NONE;
+        }
+        const wchar_t c = Current();
+        if (IsWordCharacter(c)) {
+            return TakeWord();
+        }
+        if (c == L'/' && m_pos + 1 < m_text.size()) {
+            if (m_text[m_pos + 1] == L'*') {
+                return TakeBlockComment();
+            }
+            if (m_text[m_pos + 1] == L'/') {
+                return TakeLineComment();
+            }
+        }
+        ++m_pos;
+        switch (c) {
+        case L'\r':
+        case L'\n':
+            return SCALER_ISP_TOKEN_LINE_END;
+        case L',':
+            return SCALER_ISP_TOKEN_COMMA;
+        case L'{':
+            return SCALER_ISP_TOKEN_OPENING_BRACE;
+        case L'}':
+            return SCALER_ISP_TOKEN_CLOSING_BRACE;
+        default:
+            return SCALER_ISP_TOKEN_NONE;
+        }
+    }
+
+  private:
+    wchar_t Current() const {
+        return m_text[m_pos];
+    }
+
+    void AdvanceTo(std::size_t pos) {
+        m_pos = static_cast<unsigned int>(pos);
+    }
+
+    ScalerIspToken TakeWord() {
+        const std::size_t start = m_pos;
+        while (!AtEnd() && IsWordCharacter(Current())) {
+            ++m_pos;
+        }
+        m_word = m_text.substr(start, m_pos - start);
+        return SCALER_ISP_TOKEN_WORD;
+    }
+
+    // The search starts behind both characters of the opening, so "/*/" does not close itself.
+    ScalerIspToken TakeBlockComment() {
+        const std::size_t end = m_text.find(L"*/", m_pos + 2);
+        if (end == std::wstring_view::npos) {
+            AdvanceTo(m_text.size());
+            return SCALER_ISP_TOKEN_NONE;
+        }
+        AdvanceTo(end + 2);
+        return SCALER_ISP_TOKEN_COMMENT;
+    }
+
+    ScalerIspToken TakeLineComment() {
+        while (!AtEnd() && !IsLineEnd(Current())) {
+            ++m_pos;
+        }
+        return SCALER_ISP_TOKEN_COMMENT;
+    }
+
+    std::wstring_view m_text;
+    std::wstring_view m_word;
+    unsigned int &m_pos;
+};
+
+std::wstring_view View(const wchar_t *text, unsigned int length) {
+    return text != nullptr ? std::wstring_view(text, length) : std::wstring_view();
+}
+
+std::wstring_view View(const wchar_t *text) {
+    return text != nullptr ? std::wstring_view(text) : std::wstring_view();
+}
+
+/// A word as a whole number in strtol's base-0 form, cut to 32 bits. Words are ASCII.
+bool ToNumber(std::wstring_view word, unsigned int &value) {
+    int number = 0;
+    if (StringtoInt(std::string(word.begin(), word.end()), number) == 0) {
+        return false;
+    }
+    value = static_cast<unsigned int>(number);
+    return true;
+}
+
+bool HasHexPrefix(std::wstring_view word) {
+    return word.size() >= 2 && word[0] == L'0' && (word[1] == L'x' || word[1] == L'X');
+}
+
+/// Big-endian hexadecimal digits; false for any other character.
+bool ReadHex(std::wstring_view digits, unsigned int &value) {
+    unsigned int number = 0;
+    for (const wchar_t c : digits) {
+        const int digit = HexDigit(c);
+        if (digit < 0) {
+            return false;
+        }
+        number = number << 4U | static_cast<unsigned int>(digit);
+    }
+    value = number;
+    return true;
+}
+
+bool IsHexNumber(std::wstring_view word, unsigned int &value) {
+    if (!HasHexPrefix(word)) {
+        return false;
+    }
+    // The common case: what fits 32 bits needs no library call.
+    if (word.size() > 2 && word.size() <= 2 + kMaxHexDigits) {
+        return ReadHex(word.substr(2), value);
+    }
+    return ToNumber(word, value);
+}
+
+bool IsDecimalNumber(std::wstring_view word, unsigned int &value) {
+    return std::all_of(word.begin(), word.end(), IsDigit) && ToNumber(word, value);
+}
+
+unsigned int HexOrZero(std::wstring_view digits) {
+    unsigned int value = 0;
+    return !digits.empty() && digits.size() <= kMaxHexDigits && ReadHex(digits, value) ? value : 0;
+}
+
+bool FindDefine(std::wstring_view name, std::wstring_view defines, unsigned int &value) {
+    unsigned int pos = 0;
+    TokenReader reader(defines, pos);
+    do {
+        if (reader.AtEnd()) {
+            return false;
+        }
+    } while (reader.Next() != SCALER_ISP_TOKEN_WORD || reader.Word() != name);
+    if (reader.Next() != SCALER_ISP_TOKEN_WORD) {
+        return false;
+    }
+    const std::wstring_view word = reader.Word();
+    if (HasHexPrefix(word)) {
+        value = HexOrZero(word.substr(2));
+        return true;
+    }
+    return IsDecimalNumber(word, value);
+}
+
+/// Skips what may stand in front of a word. RETURNS 1 at a word, else what FindNextBytes returns.
+ScalerIspToken SkipToWord(TokenReader &reader) {
+    while (!reader.AtEnd()) {
+        const ScalerIspToken token = reader.Next();
+        if (token == SCALER_ISP_TOKEN_WORD || token == SCALER_ISP_TOKEN_NONE ||
+            token == SCALER_ISP_TOKEN_CLOSING_BRACE) {
+            return token;
+        }
+    }
+    return SCALER_ISP_TOKEN_CLOSING_BRACE;
+}
+
+/// Skips what may stand between a value and its separator.
+ScalerIspToken SkipToSeparator(TokenReader &reader) {
+    ScalerIspToken last = SCALER_ISP_TOKEN_WORD;
+    while (!reader.AtEnd()) {
+        last = reader.Next();
+        switch (last) {
+        case SCALER_ISP_TOKEN_COMMA:
+        case SCALER_ISP_TOKEN_LINE_END:
+        case SCALER_ISP_TOKEN_CLOSING_BRACE:
+            return SCALER_ISP_TOKEN_WORD;
+        case SCALER_ISP_TOKEN_NONE:
+            return last;
+        default:
+            break;
+        }
+    }
+    return last;
+}
+
+ScalerIspToken NextValue(TokenReader &reader, const wchar_t *defines, unsigned int &value) {
+    if (reader.AtEnd()) {
+        return SCALER_ISP_TOKEN_NONE;
+    }
+    const ScalerIspToken token = SkipToWord(reader);
+    if (token != SCALER_ISP_TOKEN_WORD) {
+        return token;
+    }
+    const std::wstring_view word = reader.Word();
+    const bool found = IsHexNumber(word, value) || IsDecimalNumber(word, value) ||
+                       (defines != nullptr && FindDefine(word, View(defines), value));
+    return found ? SkipToSeparator(reader) : SCALER_ISP_TOKEN_NONE;
+}
+
+} // namespace
+
+int GetNextWord(wchar_t *text, unsigned int &pos, unsigned int length, wchar_t *word,
+                unsigned int wordCapacity) {
+    TokenReader reader(View(text, length), pos);
+    const ScalerIspToken token = reader.Next();
+    if (token == SCALER_ISP_TOKEN_WORD && word != nullptr) {
+        std::fill_n(word, wordCapacity, L'\0');
+        reader.WholeWord().copy(word, wordCapacity);
+    }
+    return token;
+}
+
+unsigned int FindNextBytes(wchar_t *text, unsigned int &pos, unsigned int length, wchar_t *defines,
+                           unsigned int *value) {
+    return ResultOrOnThrow(0U, [&] {
+        TokenReader reader(View(text, length), pos);
+        unsigned int found = value != nullptr ? *value : 0;
+        const ScalerIspToken token = NextValue(reader, defines, found);
+        if (value != nullptr) {
+            *value = found;
+        }
+        return static_cast<unsigned int>(token);
+    });
+}
+
+int CmdToBin(wchar_t *text, unsigned int length, unsigned char *bytes, unsigned int capacity) {
+    return ResultOrOnThrow(0, [&] {
+        unsigned int pos = 0;
+        TokenReader reader(View(text, length), pos);
+        unsigned int count = 0;
+        while (!reader.AtEnd()) {
+            unsigned int value = 0;
+            if (NextValue(reader, nullptr, value) != SCALER_ISP_TOKEN_WORD) {
+                continue;
+            }
+            if (value >= kByteValues || capacity == 0 || bytes == nullptr) {
+                return 0;
+            }
+            bytes[count++] = static_cast<unsigned char>(value);
+            if (count == capacity) {
+                break;
+            }
+        }
+        return static_cast<int>(count);
+    });
+}
+
+int EDIDToBin(wchar_t *text, unsigned int length, unsigned char *bytes, unsigned int capacity) {
+    return ResultOrOnThrow(0, [&] {
+        unsigned int pos = 0;
+        TokenReader reader(View(text, length), pos);
+        unsigned int count = 0;
+        unsigned int sum = 0;
+        while (!reader.AtEnd()) {
+            unsigned int value = 0;
+            if (NextValue(reader, nullptr, value) != SCALER_ISP_TOKEN_WORD) {
+                continue;
+            }
+            if (value >= kByteValues || count == capacity || bytes == nullptr) {
+                return 0;
+            }
+            bytes[count++] = static_cast<unsigned char>(value);
+            sum += value;
+        }
+        return sum % kByteValues == 0 ? static_cast<int>(count) : 0;
+    });
+}
+
+int GetDefineValue(wchar_t *name, wchar_t *defines, unsigned int *value) {
+    return ResultOrOnThrow(0, [&] {
+        unsigned int found = 0;
+        if (!FindDefine(View(name), View(defines), found)) {
+            return 0;
+        }
+        if (value != nullptr) {
+            *value = found;
+        }
+        return 1;
+    });
+}
+
+unsigned int HexStrToInt(wchar_t *digits, unsigned char count) {
+    if (digits == nullptr || count > kMaxHexDigits) {
+        return 0;
+    }
+    // A terminator is no digit: a shorter text is never read beyond its end.
+    const wchar_t *end =
+        std::find_if(digits, digits + count, [](wchar_t c) { return HexDigit(c) < 0; });
+    return end == digits + count ? HexOrZero({digits, count}) : 0;
+}
+
+unsigned int HexStrToInt(CCpNxString &digits, unsigned char count) {
+    return digits.size() < count ? 0 : HexStrToInt(digits.GetBuffer(), count);
+}
+
+int ConvetStringToByteArry(std::string text, unsigned char *bytes, unsigned int capacity) {
+    return ResultOrOnThrow(0, [&] {
+        unsigned int count = 0;
+        for (const std::string &piece : StringSplit(text, ",", 0)) {
+            int value = 0;
+            if (bytes == nullptr || StringtoInt(piece, value) == 0 || value < 0 ||
+                value >= static_cast<int>(kByteValues)) {
+                return 0;
+            }
+            bytes[count++] = static_cast<unsigned char>(value);
+            if (count == capacity) {
+                break;
+            }
+        }
+        return static_cast<int>(count);
+    });
+}

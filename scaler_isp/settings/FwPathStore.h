@@ -1,0 +1,14 @@
+#ifndef SCALER_ISP_SETTINGS_FW_PATH_STORE_H
+#define SCALER_ISP_SETTINGS_FW_PATH_STORE_H
+
+#include "scaler_isp/abi/Export.h"
+#include "scaler_isp/common/CCpNxString.h"
+
+/// Splits a firmware file into 64 KiB banks and writes them to section "ISP_Fw" of a settings file:
+/// fwFileCount, and for bank i of the file fw<i>_TargetBank = startBank + i, fw<i>_FileBank = i and
+/// fw<i>_Path = fwPath.
+/// PRINTS "File open fail! %s\n" where the firmware cannot be read, and then writes nothing.
+SCALER_ISP_API void SaveFwPathFromFile(CCpNxString fwPath, CCpNxString iniPath,
+                                       unsigned int startBank);
+
+#endif
