@@ -3,10 +3,7 @@
 
 #include <utility>
 
-#if defined(__GLIBC__) || __has_include(<features.h>)
-#include <features.h>
-#endif
-#if defined(__GLIBC__)
+#if defined(__GLIBC__) && defined(__GLIBCXX__)
 #include <cxxabi.h>
 #endif
 
@@ -18,7 +15,7 @@ template <class Result, class Body> Result ResultOrOnThrow(Result onThrow, Body 
     try {
         return std::forward<Body>(body)();
     }
-#if defined(__GLIBC__)
+#if defined(__GLIBC__) && defined(__GLIBCXX__)
     catch (abi::__forced_unwind &) {
         throw;
     }
