@@ -3,7 +3,7 @@
 
 #include <cstdlib> // tells which C library this is
 
-#if defined(__GLIBC__)
+#if defined(__GLIBC__) && defined(__GLIBCXX__)
 #include <cxxabi.h>
 #endif
 
@@ -15,7 +15,7 @@ template <class Value, class Body> Value AtBoundary(Value failed, Body &&body) {
     try {
         return body();
     }
-#if defined(__GLIBC__)
+#if defined(__GLIBC__) && defined(__GLIBCXX__)
     catch (abi::__forced_unwind &) {
         throw;
     }

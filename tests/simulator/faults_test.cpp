@@ -1,0 +1,121 @@
+#include <chrono>
+
+#include <gmock/gmock.h>
+
+#include "VirtualPlugin.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::uint32_t kBank = 65536;
+const std::string kErasedBank(kBank, '\xFF');
+
+/// A device with an old firmware in banks 0..3 and a command that programs a new one.
+class VirtualFaults : public testing::Test {
+  protected:
+    VirtualFaults() {
+        Command old;
+        old.Banks(0, isp.folder.Write("old.bin", oldFirmware), 4);
+        EXPECT_EQ(isp.Run("IspFlash", old), 0);
+        command.Banks(0, isp.folder.Write("new.bin", newFirmware), 4);
+    }
+
+    VirtualIsp isp;
+    Command command;
+    const std::string oldFirmware = Firmware(4 * kBank, 1);
+    const std::string newFirmware = Firmware(4 * kBank, 2);
+};
+
+TEST_F(VirtualFaults, A_bank_fails_with_the_code_asked_for_and_is_not_touched) {
+    isp.SetFaults("# a comment\n\n  fail-bank 2 code 0x1234  \n");
+    EXPECT_EQ(isp.Run("IspFlash", command), 0x1234);
+    EXPECT_EQ(isp.messages.back(), L"Bank 2: fails, as faults.txt asks for\n");
+    EXPECT_LT(isp.progress.back(), 100);
+    EXPECT_EQ(isp.Dump(0, 4 * kBank),
+              newFirmware.substr(0, 2 * kBank) + oldFirmware.substr(2 * kBank));
+}
+
+TEST_F(VirtualFaults, A_flipped_bit_is_found_by_verify_and_stays_in_the_flash) {
+    isp.SetFaults("flip-bit 1\n");
+    EXPECT_EQ(isp.Run("IspFlash", command), 0x5A08);
+    EXPECT_THAT(isp.messages.back(),
+                testing::StartsWith(L"Bank 1: verify fails at offset 0x0000: written 0x"));
+    std::string bank = newFirmware.substr(kBank, kBank);
+    bank[0] ^= 1;
+    EXPECT_EQ(isp.Dump(0, 4 * kBank),
+              newFirmware.substr(0, kBank) + bank + oldFirmware.substr(2 * kBank));
+}
+
+TEST_F(VirtualFaults, Lost_power_leaves_half_a_bank) {
+    isp.SetFaults("power-loss 2\n");
+    EXPECT_EQ(isp.Run("IspFlash", command), 0x5A09);
+    EXPECT_EQ(isp.Dump(0, 4 * kBank), newFirmware.substr(0, 2 * kBank + kBank / 2) +
+                                          kErasedBank.substr(kBank / 2) +
+                                          oldFirmware.substr(3 * kBank));
+    isp.SetFaults("");
+    EXPECT_EQ(isp.Run("IspFlash", command), 0) << "the next run repairs the device";
+    EXPECT_EQ(isp.Dump(0, 4 * kBank), newFirmware);
+}
+
+TEST_F(VirtualFaults, A_slow_device_takes_its_time_for_each_bank) {
+    isp.SetFaults("slow 20\n");
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(isp.Run("IspFlash", command), 0);
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(4 * 20));
+}
+
+TEST_F(VirtualFaults, A_device_that_refuses_to_open_refuses_every_function) {
+    isp.SetFaults("refuse-open\n");
+    for (const char *function :
+         {"IspFlash", "RecordFWVersion", "DumpFlash", "GetUserDefinedInfoFromDDCCI", "IspEeprom",
+          "EnterISPModeExport", "ResetMCUExport", "GetScalerType"}) {
+        EXPECT_EQ(isp.Run(function, command), 0x5A01) << function;
+        EXPECT_THAT(isp.messages,
+                    ElementsAre(L"The device refuses to open, as faults.txt asks for\n"));
+    }
+    isp.SetFaults("");
+    EXPECT_EQ(isp.Dump(0, 4 * kBank), oldFirmware);
+}
+
+TEST_F(VirtualFaults, A_line_that_cannot_be_understood_fails_the_run) {
+    for (const char *line :
+         {"fail-bank 2", "fail-bank 2 code", "fail-bank 2 code 0", "fail-bank 256 code 1",
+          "fail-bank 2 code 0x80000000", "fail-bank two code 1", "flip-bit", "flip-bit 0x",
+          "flip-bit 1 2", "power-loss -1", "slow", "slow 1x", "slow 60001", "refuse-open now",
+          "nonsense", "flip-bit 1 # no comment here"}) {
+        isp.SetFaults("# first\n" + std::string(line) + "\n");
+        EXPECT_EQ(isp.Run("IspFlash", command), 0x5A03) << line;
+        const std::string text(line);
+        EXPECT_THAT(isp.messages, ElementsAre(L"faults.txt, line 2 cannot be understood: " +
+                                              std::wstring(text.begin(), text.end()) + L"\n"));
+        EXPECT_THAT(isp.progress, IsEmpty());
+    }
+    isp.SetFaults("");
+    EXPECT_EQ(isp.Dump(0, 4 * kBank), oldFirmware);
+}
+
+TEST_F(VirtualFaults, A_second_host_finds_the_device_in_use) {
+    static VirtualIsp *self;
+    static int code;
+    self = &isp;
+    code = 0;
+    isp.onProgress = [](int percent) {
+        if (percent == 0) {
+            Command second;
+            code = self->plugin.Get<int(Setting *)>("GetScalerType")(second.Get());
+        }
+    };
+    EXPECT_EQ(isp.Run("IspFlash", command), 0);
+    EXPECT_EQ(code, 0x5A01);
+}
+
+TEST_F(VirtualFaults, A_bad_description_names_its_line) {
+    isp.folder.Write("device/device.ini", "model = A\ncolour = red\n");
+    EXPECT_EQ(isp.Run("GetScalerType", command), 0x5A02);
+    EXPECT_THAT(isp.messages,
+                ElementsAre(L"device.ini, line 2 cannot be understood: colour = red\n"));
+}
+
+} // namespace
