@@ -1,0 +1,49 @@
+// The page about the virtual scaler against the plug-in's own table.
+
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+#include <gmock/gmock.h>
+
+#include "simulator/isp/ResultCodes.h"
+
+namespace {
+
+struct Row {
+    int code;
+    const char *meaning;
+};
+constexpr Row kRows[] = {
+#define ROW(NAME, VALUE, MEANING) {VALUE, MEANING},
+    VIRTUAL_ISP_RESULT_CODES(ROW)
+#undef ROW
+};
+
+TEST(VirtualScalerPage, Lists_every_result_code_with_its_meaning_and_no_other) {
+    std::ifstream file(VIRTUAL_SCALER_PAGE);
+    std::ostringstream page;
+    page << file.rdbuf();
+    std::size_t listed = 0;
+    for (std::istringstream lines(page.str()); !lines.eof();) {
+        std::string line;
+        std::getline(lines, line);
+        listed += line.starts_with("| 0x") ? 1 : 0;
+    }
+    EXPECT_EQ(listed, std::size(kRows));
+    for (const Row &row : kRows) {
+        char line[200];
+        std::snprintf(line, sizeof line, "\n| 0x%X | %s |\n", static_cast<unsigned>(row.code),
+                      row.meaning);
+        EXPECT_THAT(page.str(), testing::HasSubstr(line));
+    }
+}
+
+TEST(VirtualScalerPage, Codes_stay_clear_of_those_of_the_library) {
+    for (const Row &row : kRows) {
+        EXPECT_TRUE(row.code == 0 || (row.code >= 0x5A01 && row.code <= 0x5AFF)) << row.meaning;
+    }
+}
+
+} // namespace
