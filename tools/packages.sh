@@ -14,10 +14,11 @@ test,check,demo,bench inc:CLI/CLI.hpp               libcli11-dev        cli11
 test,check,demo,bench inc:nlohmann/json.hpp         nlohmann-json3-dev  nlohmann-json
 test,check,demo,bench inc:fmt/format.h              libfmt-dev          fmt
 test,check,demo,bench inc:openssl/evp.h             libssl-dev          openssl@3
+demo,check            cmd:openssl                   openssl             openssl@3
 test,check            inc:gtest/gtest.h             libgtest-dev        googletest
 test,check            inc:gmock/gmock.h             libgmock-dev        googletest
 test,check,bench      inc:benchmark/benchmark.h     libbenchmark-dev    google-benchmark
-test,check,demo       cmd:python3                   python3             python@3
+test,check            cmd:python3                   python3             python@3
 test,check            cmd:pkg-config                pkg-config          pkg-config
 test,check            file:/usr/share/i18n/charmaps locales             -
 check                 cmd:git                       git                 git

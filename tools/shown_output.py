@@ -7,11 +7,15 @@ output into it; --check only compares.
     ...
     ```
 
+    <!-- output of: ./dev demo; from "# Sign it" to "# Ask" -->    an excerpt: from the first line with
+                                                  the one text to before the next with the other
+
 Read are README.md and docs/*.md. A line "== " with the command's own heading may separate what a
 command does to get ready from what it shows: everything up to the last such line is left out.
 """
 
 import difflib
+import functools
 import re
 import shlex
 import subprocess
@@ -19,9 +23,12 @@ import sys
 
 from tracked import ROOT, report
 
-BLOCK = re.compile(r"(<!-- output of: ([^\n]+?) -->\n```text\n)(.*?)(```\n)", re.DOTALL)
+BLOCK = re.compile(
+    r"(?P<head><!-- output of: (?P<command>[^\n;]+)(?:; from \"(?P<first>.+?)\" to \"(?P<last>.+?)\")? -->"
+    r"\n```text\n)(?P<text>.*?)(?P<tail>```\n)", re.DOTALL)
 
 
+@functools.lru_cache(maxsize=None)
 def output_of(command):
     done = subprocess.run(shlex.split(command), cwd=ROOT, stdin=subprocess.DEVNULL,
                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
@@ -31,6 +38,21 @@ def output_of(command):
     return re.split(r"^== [^\n]*\n", text, flags=re.MULTILINE)[-1]
 
 
+def excerpt(text, first, last):
+    lines = text.splitlines(keepends=True)
+    begin = next(index for index, line in enumerate(lines) if first in line)
+    end = next((index for index, line in enumerate(lines) if index > begin and last in line),
+               len(lines))
+    return "".join(lines[begin:end]).rstrip("\n") + "\n"
+
+
+def renewed(match):
+    text = output_of(match["command"])
+    if match["first"]:
+        text = excerpt(text, match["first"], match["last"])
+    return match["head"] + text + match["tail"]
+
+
 def main():
     check, problems, blocks = "--check" in sys.argv[1:], [], 0
     for page in [ROOT / "README.md", *sorted(ROOT.glob("docs/*.md"))]:
@@ -38,7 +60,7 @@ def main():
             continue
         old = page.read_text()
         blocks += len(BLOCK.findall(old))
-        new = BLOCK.sub(lambda match: match[1] + output_of(match[2]) + match[4], old)
+        new = BLOCK.sub(renewed, old)
         if new != old and check:
             problems += difflib.unified_diff(old.splitlines(), new.splitlines(), str(page),
                                              "what the command prints", lineterm="")
