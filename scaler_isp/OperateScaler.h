@@ -8,13 +8,14 @@
 ///  - One call at a time in a process; the library starts no thread, and both callbacks run on the
 ///    caller's thread. 512 KiB of stack are enough.
 ///  - The first word of the command line is the program's name and is not an option. Words are
-///    separated by blanks; double quotes keep blanks inside a word; a line holds at most 10,239 bytes
-///    of UTF-8.
+///    separated by blanks; double quotes keep blanks inside a word; a line holds at most 10,239
+///    bytes of UTF-8.
 ///  - Diagnostics go to standard output and standard error through C stdio, unflushed. A run that
 ///    reaches the plug-in ends with one coloured line, "Success" or "Fail! Error Code: 0x…".
 ///  - While paths are converted, the process locale is switched to that of the environment and then
 ///    restored. Outside ASCII the environment must name a UTF-8 locale.
-///  - Nothing is thrown; an exception of a callback or plug-in that passes through ends here with -1.
+///  - Nothing is thrown; an exception of a callback or plug-in that passes through ends here with
+///  -1.
 ///    pthread_exit in a callback ends the thread cleanly.
 
 #include <stddef.h>

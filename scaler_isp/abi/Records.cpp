@@ -58,8 +58,9 @@ static_assert(std::is_trivially_copyable_v<Sign> && std::is_standard_layout_v<Si
 STRUCT_C_STYLE_FW_BANK_SETTING::STRUCT_C_STYLE_FW_BANK_SETTING()
     : ullBankValue(0), ulFileBank(0), wszFwPath{} {}
 
-// KEPT Map_constructor_clears_only_128_target_banks: of the 512 target banks a new record clears the
-// first 128; the others keep what the memory held, and only the first ulFwCount entries mean anything.
+// KEPT Map_constructor_clears_only_128_target_banks: of the 512 target banks a new record clears
+// the first 128; the others keep what the memory held, and only the first ulFwCount entries mean
+// anything.
 STRUCT_C_STYLE_MAP_FW::STRUCT_C_STYLE_MAP_FW() : ulFwCount(0) { // NOLINT(*-member-init)
     constexpr std::size_t kClearedEntries = 512 / sizeof ulTargetBank[0];
     std::fill_n(ulTargetBank, kClearedEntries, 0U);
@@ -79,13 +80,13 @@ STRUCT_READ_USER_DEFINED_VERSION_SETTING::STRUCT_READ_USER_DEFINED_VERSION_SETTI
 STRUCT_DUMP_FLASH_SETTING::STRUCT_DUMP_FLASH_SETTING()
     : ulDumpAddr(0), ulDumpLen(0), wszDumpFile{} {}
 
-STRUCT_I2C_WRITE_ACTION_TYPE_SETTING::STRUCT_I2C_WRITE_ACTION_TYPE_SETTING() // NOLINT(*-member-init)
+STRUCT_I2C_WRITE_ACTION_TYPE_SETTING::
+    STRUCT_I2C_WRITE_ACTION_TYPE_SETTING() // NOLINT(*-member-init)
     : ucI2CSlaveAddr(0xFF), ucI2CSubAddr(0xFF), ucI2CDataLen(1), bDdcciCmd(0) {
     std::memset(ucI2CData, 0xFF, sizeof ucI2CData);
 }
 
-STRUCT_MERGE_FW_INFO_SETTING::STRUCT_MERGE_FW_INFO_SETTING()
-    : ulMergeDataCount(0), ucMergeData{} {}
+STRUCT_MERGE_FW_INFO_SETTING::STRUCT_MERGE_FW_INFO_SETTING() : ulMergeDataCount(0), ucMergeData{} {}
 
 STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING::STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING()
     : enumActionType(ENUM_ACTION_NONE), enumDigitalSignatureType(ENUM_SIGN_TYPE_NONE),
@@ -100,6 +101,6 @@ STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING::STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING()
 STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS::STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS()
     : enumSignActionType(ENUM_SIGN_ACTION_NONE), enumDigitalSignatureType(ENUM_SIGN_TYPE_NONE),
       enumSWDigitalSignatureMode(ENUM_SIGN_SW_MODE_NONE),
-      enumHWDigitalSignatureMode(ENUM_SIGN_HW_MODE_NONE), nKeyPair(0), szFwFile{},
-      szSignatureFile{}, szKeyPair{}, szVerifyKeyFile{}, szSignKeyFile{}, szSubCertFile{},
-      szNextVerifyKeyFile{} {}
+      enumHWDigitalSignatureMode(ENUM_SIGN_HW_MODE_NONE),
+      nKeyPair(0), szFwFile{}, szSignatureFile{}, szKeyPair{}, szVerifyKeyFile{}, szSignKeyFile{},
+      szSubCertFile{}, szNextVerifyKeyFile{} {}

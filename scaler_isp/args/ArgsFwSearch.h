@@ -14,12 +14,12 @@ enum ENUM_FIND_BIN_MODE_USE_VER_MODE : std::int32_t {
     ENUM_FIND_BIN_MAJOR_VERSION = 1
 };
 
-/// The settings of IspUserDefined.txt, all in its section "UserDefinedInfo"; each key is the member's
-/// name without its prefix.
+/// The settings of IspUserDefined.txt, all in its section "UserDefinedInfo"; each key is the
+/// member's name without its prefix.
 struct STRUCT_CP_GET_USER_DEFINED_BIN_INFO {
-    std::uint32_t ulRecordSIMode = 0;      ///< 0: strSIName is text; 1, 2: a list of character codes
-    std::uint32_t ulRecordModelMode = 0;   ///< the same for strModelName
-    std::uint32_t ulRecordPanelMode = 0;   ///< the same for strPanelName
+    std::uint32_t ulRecordSIMode = 0;    ///< 0: strSIName is text; 1, 2: a list of character codes
+    std::uint32_t ulRecordModelMode = 0; ///< the same for strModelName
+    std::uint32_t ulRecordPanelMode = 0; ///< the same for strPanelName
     std::uint32_t ulRecordVersionMode = 0; ///< 0: strVersion is text; 1, 2: a list of numbers
     std::string strSIName;
     std::string strModelName;

@@ -14,10 +14,11 @@
 
 /// Turns one command line into the two records that the plug-ins receive.
 ///
-/// ParseArgs scans the arguments (ArgsScan) into a raw record, collects the firmware files (ArgsBankMap,
-/// ArgsFwSearch) and has everything judged (ArgsJudge, ArgsConvert). The other operations are its parts.
-/// Unless said otherwise an operation returns 1 for accepted and 0 for refused, and PRINTS its message
-/// to standard output before it refuses; what was stored before stays stored.
+/// ParseArgs scans the arguments (ArgsScan) into a raw record, collects the firmware files
+/// (ArgsBankMap, ArgsFwSearch) and has everything judged (ArgsJudge, ArgsConvert). The other
+/// operations are its parts. Unless said otherwise an operation returns 1 for accepted and 0 for
+/// refused, and PRINTS its message to standard output before it refuses; what was stored before
+/// stays stored.
 ///
 /// The object holds a command record: keep it on the heap.
 class SCALER_ISP_API CCpIspArgsParse {
@@ -50,12 +51,12 @@ class SCALER_ISP_API CCpIspArgsParse {
     int InsertCommandFwFile(unsigned int entry, const char *path);
 
     /// Notes the start bank of an entry, 0..255.
-    // KEPT Repeated_bank_keeps_the_last_value: a repeated --bankN replaces the value silently, while a
-    // repeated --fwN is refused.
+    // KEPT Repeated_bank_keeps_the_last_value: a repeated --bankN replaces the value silently,
+    // while a repeated --fwN is refused.
     int InsertCommandStartBank(unsigned int entry, std::string value);
 
-    /// Expands the noted files into 64 KiB banks; refuses overlaps and unreadable files. Actions that
-    /// need no firmware are accepted with an empty map.
+    /// Expands the noted files into 64 KiB banks; refuses overlaps and unreadable files. Actions
+    /// that need no firmware are accepted with an empty map.
     int JudgeFwMap(FwBankMap &bankMap);
 
     /// Number of 64 KiB banks of a file; makes `path` full first.

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string>
 
-/// The values of one command line as they were typed, before judgement. Texts are UTF-8 and empty when
-/// the option was not given.
+/// The values of one command line as they were typed, before judgement. Texts are UTF-8 and empty
+/// when the option was not given.
 struct STRUCT_CP_ISP_CMD_ARGS {
     std::uint32_t ulActionMask = 0;      ///< one bit an action option
     std::uint32_t ulSignTypeMask = 0;    ///< --sw 1, --hw 2

@@ -9,8 +9,8 @@
 
 /// Runs the body of a function that other binaries call and turns every exception into a result.
 ///
-/// glibc unwinds a thread that ends in pthread_exit or is cancelled with a pseudo exception that must
-/// not be swallowed; it passes through.
+/// glibc unwinds a thread that ends in pthread_exit or is cancelled with a pseudo exception that
+/// must not be swallowed; it passes through.
 template <class Result, class Body> Result ResultOrOnThrow(Result onThrow, Body &&body) {
     try {
         return std::forward<Body>(body)();

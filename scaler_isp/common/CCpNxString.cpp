@@ -193,7 +193,8 @@ CCpNxString operator+(wchar_t left, const CCpNxString &right) {
 }
 
 std::istream &operator>>(std::istream &stream, CCpNxString &text) {
-    char buffer[kWordRoomBytes] = {}; // NOLINT(*-avoid-c-arrays): extraction is bounded by the array
+    char buffer[kWordRoomBytes] =
+        {}; // NOLINT(*-avoid-c-arrays): extraction is bounded by the array
     stream >> buffer;
     text = std::string(buffer);
     return stream;

@@ -44,8 +44,8 @@ class Iconv {
         return m_descriptor != reinterpret_cast<iconv_t>(-1); // NOLINT(performance-no-int-to-ptr)
     }
 
-    /// One call over the whole input. RETURNS the bytes written; `room` where it failed or where the
-    /// output leaves no place for a terminator, which counts as a failure too.
+    /// One call over the whole input. RETURNS the bytes written; `room` where it failed or where
+    /// the output leaves no place for a terminator, which counts as a failure too.
     std::size_t Convert(const char *input, std::size_t size, char *output, std::size_t room) const {
         char *in = const_cast<char *>(input); // NOLINT(*-const-cast): iconv only reads it
         char *out = output;
@@ -71,7 +71,8 @@ bool AllUnicode(const std::wstring &text) {
 
 std::string ToUtf8(const std::wstring &text) {
     Iconv iconv(kUtf8, kWide);
-    if (!iconv.IsOpen() && (!iconv.Reopen(kUtf8, PlatformWideCharsetFallback()) || !AllUnicode(text))) {
+    if (!iconv.IsOpen() &&
+        (!iconv.Reopen(kUtf8, PlatformWideCharsetFallback()) || !AllUnicode(text))) {
         return {};
     }
     char buffer[kUtf8RoomBytes]; // NOLINT(*-avoid-c-arrays,*-member-init): filled up to `size`
@@ -90,8 +91,8 @@ std::wstring FromUtf8(const std::string &text) {
         return {};
     }
     wchar_t buffer[kWideRoomChars]; // NOLINT(*-avoid-c-arrays,*-member-init): filled up to `size`
-    const std::size_t size = iconv.Convert(text.data(), text.size(),
-                                           reinterpret_cast<char *>(buffer), sizeof buffer);
+    const std::size_t size =
+        iconv.Convert(text.data(), text.size(), reinterpret_cast<char *>(buffer), sizeof buffer);
     if (size == sizeof buffer) {
         return {};
     }
@@ -160,9 +161,9 @@ std::string CCpTransform::ConvertWCHARToANSIString(const wchar_t *text) const {
     return ToEnvironmentEncoding(text != nullptr ? text : L"");
 }
 
-// KEPT ANSI_to_wide_is_measured_before_the_locale_switch: the room is measured in the host's locale and
-// the text converted in the environment's; a text the host's locale cannot read gets a wide character
-// of room for every byte.
+// KEPT ANSI_to_wide_is_measured_before_the_locale_switch: the room is measured in the host's locale
+// and the text converted in the environment's; a text the host's locale cannot read gets a wide
+// character of room for every byte.
 std::wstring CCpTransform::ConvertANSIStringToUnicode(const std::string &text) const {
     return ResultOrOnThrow(std::wstring(), [&] {
         std::mbstate_t state{};

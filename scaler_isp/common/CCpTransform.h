@@ -6,11 +6,11 @@
 #include "scaler_isp/abi/Export.h"
 
 /// Converts text between wide characters (UTF-32, host order), UTF-8 and the locale's multibyte
-/// encoding. Every operation returns the converted text; on any failure the empty text, and nothing is
-/// printed. A result ends at its first NUL.
+/// encoding. Every operation returns the converted text; on any failure the empty text, and nothing
+/// is printed. A result ends at its first NUL.
 ///
-/// The UTF-8 operations use iconv (POSIX) with a descriptor of their own and may run on any thread. The
-/// locale operations (ANSI, CHAR, WCHAR in the name) switch the process locale to that of the
+/// The UTF-8 operations use iconv (POSIX) with a descriptor of their own and may run on any thread.
+/// The locale operations (ANSI, CHAR, WCHAR in the name) switch the process locale to that of the
 /// environment while they run and restore it, so no other thread may use the locale meanwhile.
 class SCALER_ISP_API CCpTransform {
   public:

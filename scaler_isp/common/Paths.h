@@ -9,11 +9,13 @@
 /// Paths are UTF-8 with "/" between the parts. None of these functions prints anything.
 
 /// The folder of the file that holds an address, ending in "/"; links are not followed.
-/// \param address  an address inside a loaded library; a host passes that of OperateScaler. Null means
+/// \param address  an address inside a loaded library; a host passes that of OperateScaler. Null
+/// means
 ///                 the running executable.
 /// RETURNS the empty text where it cannot be found. UNITS: a path is cut at 260 bytes.
 ///
-/// The path is read in the encoding of the environment's locale; on Linux, where that fails, as UTF-8.
+/// The path is read in the encoding of the environment's locale; on Linux, where that fails, as
+/// UTF-8.
 SCALER_ISP_API CCpNxString GetCurrentProcessDir(void *address);
 
 /// The parent folder, ending in "/": of "a/b/" and of "a/b" it is "a/"; of a bare name it is empty.
@@ -22,8 +24,8 @@ SCALER_ISP_API CCpNxString GetParentDir(CCpNxString path);
 /// Whether the path begins with "/", or with a drive or a one-letter scheme ("C:\", "a://").
 SCALER_ISP_API bool IsAbsolutePath(const std::string &path);
 
-/// The file itself when it is absolute, else GetAbsolutePath of directory and file joined as they are;
-/// so the directory must end in "/".
+/// The file itself when it is absolute, else GetAbsolutePath of directory and file joined as they
+/// are; so the directory must end in "/".
 SCALER_ISP_API std::string GetFileFullPath(const std::string &file, const std::string &directory);
 
 /// The path resolved by realpath (POSIX). For a path that does not resolve, what realpath left: on

@@ -6,12 +6,13 @@
 #include <new>
 #include <utility>
 
-/// Heap objects on zeroed memory. The command record leaves some of its bytes as the memory held them;
-/// on zeroed memory no stale data of the host can reach a plug-in through them. The records are also
-/// too large for the stack of a small thread, so nothing here ever makes a temporary of one.
+/// Heap objects on zeroed memory. The command record leaves some of its bytes as the memory held
+/// them; on zeroed memory no stale data of the host can reach a plug-in through them. The records
+/// are also too large for the stack of a small thread, so nothing here ever makes a temporary of
+/// one.
 
-/// Zeroed bytes, or null. OWNS: the caller, who frees with ReleaseZeroed. Kept out of line, so that no
-/// compiler drops the zeroes as dead before a constructor.
+/// Zeroed bytes, or null. OWNS: the caller, who frees with ReleaseZeroed. Kept out of line, so that
+/// no compiler drops the zeroes as dead before a constructor.
 void *AcquireZeroed(std::size_t size);
 void ReleaseZeroed(void *memory);
 

@@ -6,12 +6,12 @@
 
 class CCpIspArgsParse;
 
-/// The state of the current call. Every call sets it afresh, which is why there can be only one at a
-/// time; all of it is hidden from other binaries.
+/// The state of the current call. Every call sets it afresh, which is why there can be only one at
+/// a time; all of it is hidden from other binaries.
 
 extern CCpNxString g_cpStrCurDir;          ///< the library's folder, ending in "/"
 extern CCpNxString g_cpStrSettingFilePath; ///< that folder's IspSetting.ini
-extern CCpIspArgsParse *g_pcArgsParse;     ///< parser of the call; after a bad line the leftover one
+extern CCpIspArgsParse *g_pcArgsParse; ///< parser of the call; after a bad line the leftover one
 
 extern ScalerIspProgressCallback g_funcReturnProg;
 extern ScalerIspMessageCallback g_funcShowMsg;

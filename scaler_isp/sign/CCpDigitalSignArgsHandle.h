@@ -6,26 +6,27 @@
 #include "scaler_isp/abi/DigitalSignArgs.h"
 #include "scaler_isp/abi/Export.h"
 
-/// Checks that a signature record asks for something possible and that its files exist, and rewrites
-/// the paths it has checked as full paths.
+/// Checks that a signature record asks for something possible and that its files exist, and
+/// rewrites the paths it has checked as full paths.
 ///
 /// Every check returns 1 when passed. Otherwise it PRINTS one message to standard output, beginning
 /// "Digital signature: ", and returns 0 at once; fields rewritten before stay rewritten.
-/// A `char *` parameter is a path field of the record: 260 bytes, not necessarily terminated, rewritten
-/// in place with zero padding. Null counts as an empty field that cannot be written.
+/// A `char *` parameter is a path field of the record: 260 bytes, not necessarily terminated,
+/// rewritten in place with zero padding. Null counts as an empty field that cannot be written.
 class SCALER_ISP_API CCpDigitalSignArgsHandle {
   public:
     /// The folder, ending in "/", against which relative paths are made full.
     void SetCurrentDir(const std::string &directory);
     std::string GetCurrentDir() const;
 
-    /// Refuses signing with software mode 1 and verifying with a hardware signature; all else passes.
+    /// Refuses signing with software mode 1 and verifying with a hardware signature; all else
+    /// passes.
     int CheckDigitalSignatureType(ENUM_CP_DIGITAL_SIGNATURE_ACTION_TYPE action,
                                   ENUM_CP_DIGITAL_SIGNATURE_TYPE type,
                                   ENUM_CP_DIGITAL_SIGNATURE_SW_MODE swMode) const;
 
-    /// Settles the signature file: to sign, the given one or the firmware path with ".sig" behind it;
-    /// to verify, the given one, which must exist.
+    /// Settles the signature file: to sign, the given one or the firmware path with ".sig" behind
+    /// it; to verify, the given one, which must exist.
     int GetSignatureFile(ENUM_CP_DIGITAL_SIGNATURE_ACTION_TYPE action, std::string firmware,
                          char *signature) const;
 
