@@ -99,7 +99,7 @@ class _Reader:
     def _file(self, text):
         name, equals, size = text.partition(" = ")
         lines = []
-        self.cases[-1].files.append((name, int(size) if equals else None, lines))
+        self.cases[-1].files.append((name, size if equals else None, lines))
         self.block, self.block_key = lines, None
 
 

@@ -101,7 +101,7 @@ class Run:
                 if size is None:
                     file.write(case_text.block_bytes([self.text_of(line) for line in lines]))
                 else:
-                    file.truncate(size)
+                    file.truncate(int(self.text_of(size)))
         self.write("answers.txt", self.case.lists["answer"])
         steps = self.case.lists["do"]
         if not any(step.split(" ")[0] == "load" for step in steps):
