@@ -1,8 +1,10 @@
 #include "OutputCapture.h"
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <ctime>
 #include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
@@ -15,6 +17,9 @@ constexpr std::array<int, 4> kCrashSignals{SIGABRT, SIGBUS, SIGFPE, SIGSEGV};
 // What the crash handler may touch: plain integers, set before it is installed.
 volatile std::sig_atomic_t g_crashSource[2] = {-1, -1};
 volatile std::sig_atomic_t g_crashTarget = -1;
+volatile std::sig_atomic_t g_crashWake = -1;
+std::atomic<bool> g_acknowledged{false};
+static_assert(std::atomic<bool>::is_always_lock_free);
 
 ssize_t ReadSome(int descriptor, char *buffer, std::size_t size) {
     ssize_t length = 0;
@@ -24,9 +29,19 @@ ssize_t ReadSome(int descriptor, char *buffer, std::size_t size) {
     return length;
 }
 
+// The thread that shows text may itself wait for something that the crash has left locked.
+void WaitForAcknowledgement() {
+    constexpr timespec kTenMilliseconds{0, 10'000'000};
+    for (int i = 0; i < 100 && !g_acknowledged; ++i) {
+        ::nanosleep(&kTenMilliseconds, nullptr);
+    }
+}
+
 // The last words of a plug-in matter most when it crashes.
 extern "C" void ShowCapturedTextAndDie(int signal) {
     char buffer[512];
+    WriteAll(g_crashWake, "x");
+    WaitForAcknowledgement();
     for (const volatile std::sig_atomic_t &source : g_crashSource) {
         ssize_t length = 0;
         while (source >= 0 && (length = ReadSome(source, buffer, sizeof buffer)) > 0) {
@@ -89,6 +104,8 @@ OutputCapture::OutputCapture(const ConsoleStreams &streams, Ordering ordering)
         g_crashSource[0] = m_readEnds[0];
         g_crashSource[1] = m_readEnds[1];
         g_crashTarget = m_streams.Descriptor(Stream::Error);
+        g_crashWake = m_wake[1];
+        g_acknowledged = false;
         InstallCrashHandlers();
     }
 }
@@ -149,6 +166,10 @@ OutputCapture::Event OutputCapture::WaitForText(int milliseconds) {
 
 void OutputCapture::StopWaiting() {
     WriteAll(m_wake[1], "x");
+}
+
+void OutputCapture::AcknowledgeStop() {
+    g_acknowledged = true;
 }
 
 } // namespace ispctl

@@ -12,8 +12,8 @@ namespace ispctl {
 /// While it lives, everything that this process writes to descriptors 1 and 2 goes into pipes.
 ///
 /// A pipe holds little, and a writer waits when it is full: somebody must wait in WaitForText on
-/// another thread and take what has come. Should the process crash, what is still in the pipes goes
-/// to the real standard error.
+/// another thread and take what has come. Should the process crash, that thread is given the time
+/// to show the last words; what then is still in the pipes goes to the real standard error.
 class OutputCapture {
   public:
     enum class Ordering {
@@ -42,6 +42,8 @@ class OutputCapture {
     /// \param milliseconds  -1: no pause is wanted
     Event WaitForText(int milliseconds);
     void StopWaiting();
+    /// The waiting thread has shown everything after Event::Stop.
+    void AcknowledgeStop();
 
   private:
     void CloseAll();

@@ -75,23 +75,22 @@ void RunEvents::OnMessage(wchar_t *text) {
 
 // Takes text as it comes, so that no writer ever waits at a full pipe.
 void RunEvents::Read() {
-    bool pauseWanted = false;
-    for (;;) {
-        const auto event = m_capture->WaitForText(pauseWanted ? kPauseMilliseconds : -1);
-        if (event == OutputCapture::Event::Stop) {
-            return;
-        }
-        pauseWanted = event == OutputCapture::Event::Text;
+    auto event = OutputCapture::Event::Pause;
+    while (event != OutputCapture::Event::Stop) {
+        // After a pause everything is told; only new text starts the next one.
+        const bool textWaits = event == OutputCapture::Event::Text;
+        event = m_capture->WaitForText(textWaits ? kPauseMilliseconds : -1);
         Guarded([&] {
             const std::lock_guard lock(m_mutex);
             TakeText();
-            if (!pauseWanted) {
+            if (event != OutputCapture::Event::Text) {
                 for (RunObserver *observer : m_observers) {
                     observer->OnPause();
                 }
             }
         });
     }
+    m_capture->AcknowledgeStop();
 }
 
 int RunEvents::Run(const ScalerLibrary &library, const std::wstring &line, OutputCapture *capture) {

@@ -142,10 +142,19 @@ TEST(Run, Relative_library_is_the_callers) {
 }
 
 TEST(Run, Last_words_of_a_crashing_plugin_are_shown) {
-    TempFolder folder;
-    const ConsoleResult result = RunScripted({"--json"}, {"err:last words", "abort"});
-    EXPECT_EQ(result.status, -SIGABRT);
-    EXPECT_THAT(result.out + result.err, HasSubstr("last words"));
+    const ConsoleResult plain = RunScripted({}, {"err:last words", "abort"});
+    EXPECT_EQ(plain.status, -SIGABRT);
+    EXPECT_EQ(plain.err, "last words");
+    for (const char *pause : {"sleep:0", "sleep:50", "sleep:400"}) {
+        const ConsoleResult json = RunScripted({"--json"}, {"err:last words", pause, "abort"});
+        EXPECT_EQ(json.status, -SIGABRT);
+        EXPECT_EQ(json.out, "{\"event\":\"console\",\"text\":\"last words\"}\n");
+        EXPECT_EQ(json.err, "");
+    }
+    EXPECT_THAT(RunScripted({}, {"progress:1", "out:last words\\n", "abort"},
+                            ConsoleProcess::Output::Terminal)
+                    .out,
+                EndsWith("last words\r\n"));
 }
 
 TEST(Run, Version_and_help_are_success) {
