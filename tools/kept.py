@@ -10,6 +10,7 @@ from tracked import tracked_texts
 
 START = re.compile(r"^\s*(?://[/!]?<?|/?\*+)\s*KEPT\b\s*(.*)$")
 CONTINUED = re.compile(r"^\s*(?://[/!]?<?|\*(?!/))\s*(.*?)\s*$")
+STRAY = re.compile(r"^\s*(?://|/?\*).*\S.*\bKEPT \w")
 ENTRY = re.compile(r"^(\S+): (\S.*[.!)])$", re.DOTALL)
 
 
@@ -45,6 +46,9 @@ def all_kept():
     for name, text in tracked_texts(".h", ".cpp", ".def"):
         if not name.startswith("scaler_isp/"):
             continue
+        problems += [f"{name}:{number}: KEPT must begin a comment"
+                     for number, line in enumerate(text.splitlines(), 1)
+                     if STRAY.match(line) and not START.match(line)]
         for number, comment in comments_of(text):
             entry = ENTRY.match(comment)
             if entry:

@@ -45,8 +45,9 @@ SCALER_ISP_API int CpNxGetPrivateProfileIntW(const wchar_t *section, const wchar
 /// "Open file error \n" to standard output. Where a text cannot be expressed in the file's
 /// encoding, or the disk is full, 0 without a message, and the file is as it was.
 // KEPT Writer_compares_the_raw_name: "K = 1" is not replaced by writing K; a second line is added
-// that the reader never sees. KEPT Overlong_line_is_lost_in_a_rewrite: a line of more than 1,023
-// characters and everything behind it is gone after a write.
+// that the reader never sees.
+// KEPT Overlong_line_is_lost_in_a_rewrite: a line of more than 1,023 characters and everything
+// behind it is gone after a write.
 SCALER_ISP_API int CpNxWritePrivateProfileStringW(const wchar_t *section, const wchar_t *key,
                                                   const wchar_t *value, const wchar_t *fileName);
 
