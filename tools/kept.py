@@ -10,7 +10,7 @@ from tracked import tracked_texts
 
 START = re.compile(r"^\s*(?://[/!]?<?|/?\*+)\s*KEPT\b\s*(.*)$")
 CONTINUED = re.compile(r"^\s*(?://[/!]?<?|\*(?!/))\s*(.*?)\s*$")
-STRAY = re.compile(r"^\s*(?://|/?\*).*\S.*\bKEPT \w")
+STRAY = re.compile(r"^\s*(?://|/?\*).*\S.*\bKEPT(?: \w|\s*$)")
 ENTRY = re.compile(r"^(\S+): (\S.*[.!)])$", re.DOTALL)
 
 
