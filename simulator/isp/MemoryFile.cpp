@@ -71,12 +71,9 @@ void MemoryFile::Write(std::uint32_t address, const std::uint8_t *bytes, std::ui
             FailWriting(errno);
         }
     } catch (const Failure &) {
-        if (before <= std::uint64_t{address} + count) {
-            // Cutting needs no room, so it works on a full disk.
-            const std::uint64_t rest = std::min<std::uint64_t>(before, address);
-            if (ftruncate(m_file.Get(), static_cast<off_t>(rest)) == 0) {
-                throw;
-            }
+        // Cutting needs no room, so it works on a full disk.
+        if (before <= address && ftruncate(m_file.Get(), static_cast<off_t>(before)) == 0) {
+            throw;
         }
         Erase(address, count);
         throw;

@@ -29,7 +29,9 @@ TEST(VirtualScalerPage, Lists_every_result_code_with_its_meaning_and_no_other) {
     for (std::istringstream lines(page.str()); !lines.eof();) {
         std::string line;
         std::getline(lines, line);
-        listed += line.starts_with("| 0x") ? 1 : 0;
+        if (line.starts_with("| 0x")) {
+            ++listed;
+        }
     }
     EXPECT_EQ(listed, std::size(kRows));
     for (const Row &row : kRows) {

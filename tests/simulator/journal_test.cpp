@@ -56,6 +56,16 @@ TEST(VirtualJournal, Fields_stand_in_the_order_of_the_record) {
               "stMergeFwInfo.ucMergeData=[00 05]\n");
 }
 
+TEST(VirtualJournal, A_run_of_banks_ends_where_target_file_bank_or_file_jumps) {
+    VirtualIsp isp;
+    isp.folder.Write("device/journal.txt", "");
+    Command command;
+    command.Banks(1, "/a", 2).Banks(4, "/a", 1, 2).Banks(5, "/a", 1, 2).Banks(6, "/b", 1, 3);
+    isp.Run("GetScalerType", command);
+    EXPECT_EQ(isp.Journal(), "GetScalerType stMapFw.ulFwCount=5 banks=[1..2 <- \"/a\" 0..1, "
+                             "4 <- \"/a\" 2, 5 <- \"/a\" 2, 6 <- \"/b\" 3]\n");
+}
+
 TEST(VirtualJournal, A_text_of_260_characters_ends_there_and_stays_on_its_line) {
     VirtualIsp isp;
     isp.folder.Write("device/journal.txt", "");
