@@ -13,37 +13,36 @@ struct Row {
     Words foreign;
 };
 
-class ArgumentBorder : public testing::TestWithParam<Row> {};
+const Row kRows[] = {{{}, {}, {}},
+                     {{"--virtual"}, {"--virtual"}, {}},
+                     {{"--virtual", "--isp", "--fw", "x"}, {"--virtual"}, {"--isp", "--fw", "x"}},
+                     {{"--virtual", "--", "--isp"}, {"--virtual"}, {"--isp"}},
+                     {{"--isp", "--virtual"}, {}, {"--isp", "--virtual"}},
+                     {{"--", "--virtual"}, {}, {"--virtual"}},
+                     {{"--", "--", "x"}, {}, {"--", "x"}},
+                     {{"--isp", "--", "x"}, {}, {"--isp", "--", "x"}},
+                     {{"--lib", "--isp", "--fw"}, {"--lib", "--isp"}, {"--fw"}},
+                     {{"--lib=a", "--fw"}, {"--lib=a"}, {"--fw"}},
+                     {{"--lib"}, {"--lib"}, {}},
+                     {{"--virt", "--virtual"}, {}, {"--virt", "--virtual"}},
+                     {{"virtual", "--virtual"}, {}, {"virtual", "--virtual"}},
+                     {{""}, {}, {""}},
+                     {{"-", "--virtual"}, {}, {"-", "--virtual"}},
+                     {{"--help", "x"}, {"--help"}, {"x"}},
+                     {{"--libs", "x"}, {}, {"--libs", "x"}}};
 
-TEST_P(ArgumentBorder, Own_options_end_at_the_first_foreign_argument) {
+TEST(ArgumentBorder, Own_options_end_at_the_first_foreign_argument) {
     CLI::App command;
     std::string file;
     bool flag = false;
     command.add_option("--lib", file);
     command.add_flag("--virtual", flag);
-    Words own = GetParam().typed;
-
-    const Words foreign = ispctl::TakeForeign(command, own);
-
-    EXPECT_EQ(own, GetParam().own);
-    EXPECT_EQ(foreign, GetParam().foreign);
+    for (const Row &row : kRows) {
+        SCOPED_TRACE(testing::PrintToString(row.typed));
+        Words own = row.typed;
+        EXPECT_EQ(ispctl::TakeForeign(command, own), row.foreign);
+        EXPECT_EQ(own, row.own);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, ArgumentBorder,
-    testing::Values(Row{{}, {}, {}}, Row{{"--virtual"}, {"--virtual"}, {}},
-                    Row{{"--virtual", "--isp", "--fw", "x"}, {"--virtual"}, {"--isp", "--fw", "x"}},
-                    Row{{"--virtual", "--", "--isp"}, {"--virtual"}, {"--isp"}},
-                    Row{{"--isp", "--virtual"}, {}, {"--isp", "--virtual"}},
-                    Row{{"--", "--virtual"}, {}, {"--virtual"}},
-                    Row{{"--", "--", "x"}, {}, {"--", "x"}},
-                    Row{{"--isp", "--", "x"}, {}, {"--isp", "--", "x"}},
-                    Row{{"--lib", "--isp", "--fw"}, {"--lib", "--isp"}, {"--fw"}},
-                    Row{{"--lib=a", "--fw"}, {"--lib=a"}, {"--fw"}}, Row{{"--lib"}, {"--lib"}, {}},
-                    Row{{"--virt", "--virtual"}, {}, {"--virt", "--virtual"}},
-                    Row{{"virtual", "--virtual"}, {}, {"virtual", "--virtual"}},
-                    Row{{""}, {}, {""}}, Row{{"-", "--virtual"}, {}, {"-", "--virtual"}},
-                    Row{{"--help", "x"}, {"--help"}, {"x"}},
-                    Row{{"--libs", "x"}, {}, {"--libs", "x"}}));
 
 } // namespace
