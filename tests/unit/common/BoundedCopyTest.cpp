@@ -1,0 +1,44 @@
+#include "scaler_isp/common/BoundedCopy.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(BoundedCopy, Short_text_is_padded_with_zeros) {
+    char field[6] = {'#', '#', '#', '#', '#', '#'};
+    CopyBounded(field, std::string_view("ab"));
+    EXPECT_EQ(std::string(field, 6), std::string("ab\0\0\0\0", 6));
+    CopyBounded(field, std::string_view());
+    EXPECT_EQ(std::string(field, 6), std::string(6, '\0'));
+}
+
+TEST(BoundedCopy, Long_text_fills_the_field_without_a_terminator) {
+    struct {
+        wchar_t field[4] = {L'#', L'#', L'#', L'#'};
+        wchar_t behind[2] = {L'!', L'!'};
+    } record;
+    CopyBounded(record.field, std::wstring_view(L"abcd"));
+    EXPECT_EQ(std::wstring(record.field, 4), L"abcd");
+    CopyBounded(record.field, std::wstring_view(L"wxyz and more"));
+    EXPECT_EQ(std::wstring(record.field, 4), L"wxyz");
+    EXPECT_EQ(std::wstring(record.behind, 2), L"!!");
+}
+
+TEST(BoundedCopy, Pointer_form_writes_so_many_characters_and_no_more) {
+    char field[6] = {'#', '#', '#', '#', '#', '#'};
+    CopyBounded(field + 1, 3, std::string_view("x"));
+    EXPECT_EQ(std::string(field, 6), std::string("#x\0\0##", 6));
+    CopyBounded(field + 1, 3, std::string_view("abcd"));
+    EXPECT_EQ(std::string(field, 6), "#abc##");
+}
+
+TEST(BoundedCopy, Reading_stops_at_the_terminator_or_the_end_of_the_field) {
+    const char terminated[5] = {'a', 'b', '\0', 'c', '\0'};
+    const wchar_t full[3] = {L'a', L'b', L'c'};
+    EXPECT_EQ(ReadBounded(terminated), "ab");
+    EXPECT_EQ(ReadBounded(full), L"abc");
+    EXPECT_EQ(ReadBounded(full, 2), L"ab");
+    EXPECT_EQ(ReadBounded(full, 0), L"");
+}
+
+} // namespace

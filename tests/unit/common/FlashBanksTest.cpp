@@ -1,0 +1,101 @@
+#include "scaler_isp/common/FlashBanks.h"
+
+#include <cstdint>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "support/CapturedOutput.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+/// A file of that size that takes no room on the disk.
+std::string SparseFile(const TempFolder &folder, std::int64_t size) {
+    const std::string path = folder.Write("sparse.bin", "");
+    EXPECT_EQ(truncate(path.c_str(), size), 0) << size;
+    return path;
+}
+
+CCpNxString Wide(const std::string &utf8) {
+    CCpNxString wide;
+    wide = utf8;
+    return wide;
+}
+
+TEST(FlashBanks, Size_is_rounded_up_to_64_kib) {
+    const struct {
+        std::int64_t size;
+        unsigned banks;
+    } rows[] = {
+        {0, 0},
+        {1, 1},
+        {65535, 1},
+        {65536, 1},
+        {65537, 2},
+        {131071, 2},
+        {131072, 2},
+        {131073, 3},
+        {16777216, 256},
+        {16777217, 257},
+        {2147483648, 32768},
+        {4294967294, 65536},
+        {4294967295, 65536},
+    };
+    const TempFolder folder;
+    for (const auto &row : rows) {
+        const std::string path = SparseFile(folder, row.size);
+        unsigned count = 4711;
+        EXPECT_EQ(OutputOf([&] { EXPECT_EQ(GetFwBankCount(Wide(path), count), 1) << row.size; }),
+                  "");
+        EXPECT_EQ(count, row.banks) << row.size;
+        count = 4711;
+        EXPECT_TRUE(CountFlashBanks(path, count)) << row.size;
+        EXPECT_EQ(count, row.banks) << row.size;
+    }
+}
+
+TEST(FlashBanks, File_of_4_GiB_and_a_byte_is_one_bank) {
+    const TempFolder folder;
+    unsigned count = 4711;
+    EXPECT_EQ(GetFwBankCount(Wide(SparseFile(folder, 4294967297)), count), 1);
+    EXPECT_EQ(count, 1U);
+    EXPECT_EQ(GetFwBankCount(Wide(SparseFile(folder, 4294967296)), count), 1);
+    EXPECT_EQ(count, 0U);
+}
+
+TEST(FlashBanks, File_that_cannot_be_opened_is_told_with_its_path_as_given) {
+    const TempFolder folder;
+    const CurrentFolderGuard current(folder.Path());
+    unsigned count = 4711;
+    EXPECT_EQ(OutputOf([&] { EXPECT_EQ(GetFwBankCount(L"miss\u00E9ng.bin", count), 0); }),
+              "File open fail! miss\xC3\xA9ng.bin\n");
+    EXPECT_EQ(count, 4711U);
+    EXPECT_EQ(OutputOf([&] { EXPECT_EQ(GetFwBankCount(L"", count), 0); }), "File open fail! \n");
+    EXPECT_EQ(count, 4711U);
+}
+
+TEST(FlashBanks, Narrow_form_is_silent) {
+    unsigned count = 4711;
+    EXPECT_EQ(OutputOf([&] { EXPECT_FALSE(CountFlashBanks("/missing/file.bin", count)); }), "");
+    EXPECT_EQ(count, 4711U);
+}
+
+TEST(FlashBanks, Name_is_utf8_whatever_the_locale) {
+    const TempFolder folder;
+    const std::string path = folder.Write("\xE2\x82\xAC.bin", std::string(65537, 'x'));
+    unsigned count = 0;
+    EXPECT_EQ(GetFwBankCount(Wide(path), count), 1);
+    EXPECT_EQ(count, 2U);
+}
+
+#ifdef __linux__
+TEST(FlashBanks, Folder_opens_like_a_file) {
+    // Its end is the largest position there is, or none at all: 65,536 banks either way.
+    unsigned count = 4711;
+    EXPECT_EQ(GetFwBankCount(L"/dev/shm", count), 1);
+    EXPECT_EQ(count, 65536U);
+}
+#endif
+
+} // namespace

@@ -1,0 +1,174 @@
+#include "scaler_isp/common/Paths.h"
+
+#include <climits>
+#include <clocale>
+#include <filesystem>
+#include <optional>
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "scaler_isp/common/LibraryAnchor.h"
+#include "support/TempFolder.h"
+#include "support/TestLocale.h"
+
+namespace {
+
+/// What dladdr shall report in this program; nothing: the truth.
+std::optional<std::string> g_imagePath;
+bool g_imageFound = true;
+
+class ImagePath {
+  public:
+    explicit ImagePath(const std::string &path) {
+        g_imagePath = path;
+    }
+    ~ImagePath() {
+        g_imagePath.reset();
+        g_imageFound = true;
+    }
+    ImagePath(const ImagePath &) = delete;
+    ImagePath &operator=(const ImagePath &) = delete;
+};
+
+using DladdrFunction = int (*)(const void *, Dl_info *);
+
+std::wstring DirOf(const std::string &imagePath) {
+    const ImagePath image(imagePath);
+    return GetCurrentProcessDir(TCSZ_GLOBAL_SYMBOL);
+}
+
+std::wstring Widened(const std::string &ascii) {
+    return {ascii.begin(), ascii.end()};
+}
+
+const std::string kStartFolder = [] {
+    char buffer[PATH_MAX];
+    return std::string(getcwd(buffer, sizeof buffer) != nullptr ? buffer : "");
+}();
+
+} // namespace
+
+// The loader's answer cannot be arranged with real libraries in every form that matters.
+extern "C" int dladdr(const void *address, Dl_info *info) noexcept {
+    if (!g_imagePath) {
+        static const auto real = reinterpret_cast<DladdrFunction>(dlsym(RTLD_NEXT, "dladdr"));
+        return real(address, info);
+    }
+    *info = Dl_info{};
+    info->dli_fname = g_imageFound ? g_imagePath->c_str() : nullptr;
+    return g_imageFound ? 1 : 0;
+}
+
+namespace {
+
+TEST(ProcessDir, Is_the_folder_of_the_file_with_one_slash) {
+    EXPECT_EQ(DirOf("/opt/tool/libScalerIsp.dylib"), L"/opt/tool/");
+    EXPECT_EQ(DirOf("/libScalerIsp.dylib"), L"/");
+    EXPECT_EQ(DirOf("/opt/a b/lib.so"), L"/opt/a b/");
+    EXPECT_EQ(DirOf("/opt/a.b/../c/lib.so"), L"/opt/a.b/../c/");
+}
+
+TEST(ProcessDir, Slash_goes_before_backslash) {
+    EXPECT_EQ(DirOf("/opt/tool\\x\\lib.so"), L"/opt/");
+}
+
+TEST(ProcessDir, Address_in_no_file_gives_nothing) {
+    const ImagePath image("/opt/tool/lib.so");
+    g_imageFound = false;
+    EXPECT_EQ(std::wstring(GetCurrentProcessDir(TCSZ_GLOBAL_SYMBOL)), L"");
+}
+
+TEST(ProcessDir, Path_is_cut_at_260_bytes_before_the_folder_is_taken) {
+    // The slash behind the second folder is byte 260, 261 or 259.
+    const auto path = [](std::size_t slashAt) {
+        return "/first/" + std::string(slashAt - 7, 'd') + "/lib.so";
+    };
+    ASSERT_EQ(path(259)[259], '/');
+    EXPECT_EQ(DirOf(path(258)), L"/first/" + std::wstring(251, L'd') + L"/");
+    EXPECT_EQ(DirOf(path(259)), L"/first/" + std::wstring(252, L'd') + L"/");
+    EXPECT_EQ(DirOf(path(260)), L"/first/");
+    EXPECT_EQ(DirOf(path(261)), L"/first/");
+    EXPECT_EQ(DirOf(path(4000)), L"/first/");
+}
+
+TEST(ProcessDir, Is_read_in_the_environments_encoding) {
+    if (!HasTestLocale("de_DE.ISO-8859-1")) {
+        GTEST_SKIP() << "the locale de_DE.ISO-8859-1 was not made";
+    }
+    const EnvironmentLocaleGuard environment("de_DE.ISO-8859-1");
+    EXPECT_EQ(DirOf("/gr\xFC\xDF/lib.so"), L"/gr\u00FC\u00DF/");
+    EXPECT_EQ(DirOf("/\xC3\xA9/lib.so"), L"/\u00C3\u00A9/");
+    EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
+}
+
+TEST(ProcessDir, Utf8_environment) {
+    EXPECT_EQ(DirOf("/gr\xC3\xBC\xC3\x9F/lib.so"), L"/gr\u00FC\u00DF/");
+}
+
+#ifdef __linux__
+
+TEST(ProcessDir, Is_read_as_utf8_where_the_environment_cannot) {
+    const EnvironmentLocaleGuard environment("C");
+    EXPECT_EQ(DirOf("/gr\xC3\xBC\xC3\x9F/lib.so"), L"/gr\u00FC\u00DF/");
+    EXPECT_EQ(DirOf("/gr\xFC/lib.so"), L"");
+}
+
+TEST(ProcessDir, Relative_image_path_belongs_to_the_folder_of_the_start) {
+    const TempFolder elsewhere;
+    const CurrentFolderGuard current(elsewhere.Path());
+    const std::wstring start = Widened(kStartFolder);
+    EXPECT_EQ(DirOf("sub/lib.so"), start + L"/sub/");
+    EXPECT_EQ(DirOf("lib.so"), start + L"/");
+    EXPECT_EQ(DirOf("./lib.so"), start + L"/");
+    EXPECT_EQ(DirOf("././sub/lib.so"), start + L"/sub/");
+    EXPECT_EQ(DirOf("../lib.so"), start + L"/../");
+}
+
+#endif
+
+TEST(ProcessDir, Null_address_is_the_executables_folder) {
+    char buffer[PATH_MAX] = {};
+    ASSERT_GT(readlink("/proc/self/exe", buffer, sizeof buffer - 1), 0);
+    const std::string executable = buffer;
+    const std::string folder = executable.substr(0, executable.rfind('/') + 1);
+    const ImagePath unused("/opt/tool/lib.so");
+    EXPECT_EQ(std::wstring(GetCurrentProcessDir(nullptr)), Widened(folder));
+}
+
+TEST(ProcessDir, Anchor_leads_to_this_program) {
+    char buffer[PATH_MAX] = {};
+    ASSERT_GT(readlink("/proc/self/exe", buffer, sizeof buffer - 1), 0);
+    const std::string executable = buffer;
+    const std::wstring found = GetCurrentProcessDir(TCSZ_GLOBAL_SYMBOL);
+    CCpNxString narrow;
+    narrow = found;
+    char resolved[PATH_MAX] = {};
+    ASSERT_NE(realpath(narrow.GetUtf8StringBuffer(), resolved), nullptr);
+    EXPECT_EQ(std::string(resolved) + "/", executable.substr(0, executable.rfind('/') + 1));
+}
+
+TEST(ProcessDir, Library_opened_by_its_path) {
+    // The mathematics library is loaded everywhere; a copy of it lies where we want it, under a
+    // link.
+    Dl_info info{};
+    ASSERT_NE(dladdr(dlsym(RTLD_DEFAULT, "cos"), &info), 0);
+    const TempFolder folder;
+    const std::string copy = folder.MakeFolder("real/er") + "/libcopy.so";
+    ASSERT_TRUE(std::filesystem::copy_file(info.dli_fname, copy));
+    ASSERT_EQ(symlink("real", folder.Path("link").c_str()), 0);
+
+    void *library = dlopen(folder.Path("link/er/libcopy.so").c_str(), RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(library, nullptr) << dlerror();
+    EXPECT_EQ(std::wstring(GetCurrentProcessDir(dlsym(library, "cos"))),
+              Widened(folder.Path("link/er/")));
+    dlclose(library);
+}
+
+TEST(ProcessDir, Address_on_the_stack_gives_nothing) {
+    int inside = 0;
+    EXPECT_EQ(std::wstring(GetCurrentProcessDir(&inside)), L"");
+}
+
+} // namespace
