@@ -51,7 +51,7 @@ template <class Char> class Rewrite {
                 return;
             }
             if (line.substr(0, equals) == m_write.key) {
-                m_text.append(line.substr(0, line.rfind(Char('=')) + 1));
+                m_text.append(line.substr(0, FindLastEquals(line) + 1));
                 Put(m_write.value);
                 m_keyWritten = true;
                 return;
@@ -80,39 +80,94 @@ template <class Char> class Rewrite {
 
 template <class Encoding> using WritesOf = std::vector<KeyWrite<typename Encoding::Char>>;
 
-template <class Encoding>
-TextFate FateOf(const Encoding &encoding, const KeyWrite<typename Encoding::Char> &write) {
-    // The order of the enumeration is the order of what decides.
-    const TextFate keys = std::max(encoding.FateOf(write.section), encoding.FateOf(write.key));
-    return std::max(keys, encoding.FateOf(write.value));
-}
+/// Writes as bytes, in one piece of memory.
+class WriteBytes {
+  public:
+    /// Nothing is copied again when `room` is enough.
+    explicit WriteBytes(std::size_t room) {
+        m_bytes.reserve(room);
+    }
 
-/// All writes in one pass. False where it is not certain that the result is that of single writes.
+    /// RETURNS the fate of the whole write; only one that is kept becomes part of the list.
+    template <class Encoding>
+    TextFate Add(const Encoding &encoding, const KeyWrite<typename Encoding::Char> &write) {
+        Sizes sizes{m_bytes.size(), 0, 0, 0};
+        TextFate fate = TextFate::Kept; // the order of the enumeration is the order of what decides
+        fate = std::max(fate, Append(encoding, write.section, sizes.section));
+        fate = std::max(fate, Append(encoding, write.key, sizes.key));
+        fate = std::max(fate, Append(encoding, write.value, sizes.value));
+        if (fate == TextFate::Kept) {
+            m_sizes.push_back(sizes);
+        }
+        return fate;
+    }
+
+    std::vector<KeyWrite<char>> List() const {
+        std::vector<KeyWrite<char>> list;
+        list.reserve(m_sizes.size());
+        const std::string_view bytes = m_bytes;
+        for (const Sizes &at : m_sizes) {
+            const std::size_t key = at.begin + at.section;
+            list.push_back({bytes.substr(at.begin, at.section), bytes.substr(key, at.key),
+                            bytes.substr(key + at.key, at.value)});
+        }
+        return list;
+    }
+
+  private:
+    struct Sizes {
+        std::size_t begin;
+        std::size_t section;
+        std::size_t key;
+        std::size_t value;
+    };
+
+    template <class Encoding>
+    TextFate Append(const Encoding &encoding, std::basic_string_view<typename Encoding::Char> text,
+                    std::size_t &size) {
+        const std::size_t before = m_bytes.size();
+        const TextFate fate = encoding.AppendKept(text, m_bytes);
+        size = m_bytes.size() - before;
+        return fate;
+    }
+
+    std::string m_bytes;
+    std::vector<Sizes> m_sizes;
+};
+
+/// All writes in one pass over the bytes. False where it is not certain that the result is that of
+/// single writes.
 template <class Encoding>
 bool EditAtOnce(Encoding &encoding, const std::string &before, const WritesOf<Encoding> &writes,
                 std::string &after, std::size_t &written) {
-    using Char = typename Encoding::Char;
-    const std::basic_string<Char> text = encoding.Decode(before);
-    if (!encoding.KeepsFile(text)) {
+    const FileForm form = encoding.Take(before);
+    if (!encoding.KeepsFile()) {
         return false;
     }
-    ProfileGroups<Char> groups(text);
-    written = 0;
-    for (const KeyWrite<Char> &write : writes) {
-        const TextFate fate = FateOf(encoding, write);
-        if (fate == TextFate::Impossible) {
-            continue;
-        }
-        if (fate == TextFate::Unknown || !groups.IsPlain(write) || !groups.Apply(write)) {
+    std::size_t room = 0;
+    for (const auto &write : writes) {
+        room += write.section.size() + write.key.size() + write.value.size();
+    }
+    WriteBytes bytes(room);
+    for (const auto &write : writes) {
+        if (bytes.Add(encoding, write) == TextFate::Unknown) {
             return false;
         }
-        ++written;
     }
-    if (written == 0) {
-        after = before;
-        return true;
+    const std::vector<KeyWrite<char>> list = bytes.List();
+    ProfileGroups groups(before);
+    // The limit is one of characters, so with longer ones a line may be longer in bytes.
+    if (form != FileForm::OneByteEach && groups.StoppedEarly()) {
+        return false;
     }
-    return encoding.Encode(groups.Text(), after);
+    for (const KeyWrite<char> &write : list) {
+        if (!ProfileGroups::IsPlain(write) || !groups.Apply(write)) {
+            return false;
+        }
+    }
+    written = list.size();
+    after = written != 0 ? groups.Text() : before;
+    return true;
 }
 
 template <class Encoding>

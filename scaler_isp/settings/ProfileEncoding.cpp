@@ -4,7 +4,9 @@
 #include <array>
 #include <climits>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <cwchar>
 
 #include "scaler_isp/common/Platform.h"
@@ -37,32 +39,63 @@ bool IsAsciiByte(char byte) {
     return static_cast<unsigned char>(byte) <= kLastAscii;
 }
 
-bool IsUpTo(wchar_t last, wchar_t character) {
-    return character >= 0 && character <= last;
+/// The length of the ASCII text at the beginning. Eight bytes at a time: nearly every file is
+/// nothing else, and this is most of what deciding costs.
+std::size_t AsciiPrefix(std::string_view bytes) {
+    std::size_t size = 0;
+    std::uint64_t word = 0;
+    while (bytes.size() - size >= sizeof word) {
+        std::memcpy(&word, bytes.data() + size, sizeof word);
+        if ((word & 0x8080808080808080U) != 0) {
+            break;
+        }
+        size += sizeof word;
+    }
+    while (size < bytes.size() && IsAsciiByte(bytes[size])) {
+        ++size;
+    }
+    return size;
 }
 
+std::size_t AsciiPrefix(std::wstring_view text) {
+    const auto isAscii = [](wchar_t character) {
+        return character >= 0 && character <= kLastAscii;
+    };
+    return static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), isAscii) -
+                                    text.begin());
+}
+
+/// Whether no character is above `last`, which is a power of two less one.
 bool AllUpTo(wchar_t last, std::wstring_view text) {
-    return std::all_of(text.begin(), text.end(),
-                       [last](wchar_t character) { return IsUpTo(last, character); });
+    std::uint32_t bits = 0; // without a way out of the loop it runs on several characters at a time
+    for (const wchar_t character : text) {
+        bits |= static_cast<std::uint32_t>(character);
+    }
+    return bits <= static_cast<std::uint32_t>(last);
+}
+
+bool IsUnicode(wchar_t character) {
+    return (character >= 0 && character <= 0xD7FF) ||
+           (character >= 0xE000 && character <= 0x10FFFF);
 }
 
 bool AllUnicode(std::wstring_view text) {
-    return std::all_of(text.begin(), text.end(), [](wchar_t character) {
-        return IsUpTo(0xD7FF, character) || (character >= 0xE000 && character <= 0x10FFFF);
-    });
+    return std::all_of(text.begin(), text.end(), IsUnicode);
 }
 
-std::wstring BytesToWide(const std::string &bytes) {
+std::wstring BytesToWide(std::string_view bytes) {
     std::wstring text(bytes.size(), L'\0');
     std::transform(bytes.begin(), bytes.end(), text.begin(), Widened);
     return text;
 }
 
-std::string WideToBytes(std::wstring_view text) {
-    std::string bytes(text.size(), '\0');
-    std::transform(text.begin(), text.end(), bytes.begin(),
-                   [](wchar_t character) { return static_cast<char>(character); });
-    return bytes;
+void AppendBytes(std::wstring_view text, std::string &bytes) {
+    const std::size_t before = bytes.size();
+    bytes.resize(before + text.size());
+    char *to = bytes.data() + before;
+    for (const wchar_t character : text) {
+        *to++ = static_cast<char>(character);
+    }
 }
 
 /// One byte as a character of its own in the current locale; false where it is none.
@@ -130,48 +163,62 @@ bool NativeEncoding::IsUtf8() const {
            WritesAs(0x1F600, "\xF0\x9F\x98\x80");
 }
 
-std::wstring NativeEncoding::Decode(const std::string &bytes) {
-    const bool plain = m_bytes || (m_ascii && std::all_of(bytes.begin(), bytes.end(), IsAsciiByte));
-    m_bytesOfFile = m_bytes;
-    std::wstring text;
-    if (plain) {
-        return BytesToWide(bytes);
+FileForm NativeEncoding::Take(const std::string &bytes) {
+    m_asciiFile = AsciiPrefix(bytes) == bytes.size();
+    const bool readable = !m_bytes && ((m_ascii && m_asciiFile) || DecodeNative(bytes, nullptr));
+    m_bytesOfFile = !readable;
+    if (m_bytesOfFile || (m_ascii && m_asciiFile)) {
+        return FileForm::OneByteEach;
     }
-    if (DecodeNative(bytes, text)) {
-        return text;
-    }
-    m_bytesOfFile = true;
-    return BytesToWide(bytes);
+    return m_utf8 ? FileForm::Utf8 : FileForm::Other;
 }
 
-bool NativeEncoding::DecodeNative(const std::string &bytes, std::wstring &text) const {
+std::wstring NativeEncoding::Decode(const std::string &bytes) {
+    Take(bytes);
+    return DecodePart(bytes);
+}
+
+std::wstring NativeEncoding::DecodePart(std::string_view bytes) const {
+    std::wstring text;
+    if (m_bytesOfFile || (m_ascii && m_asciiFile) || !DecodeNative(bytes, &text)) {
+        return BytesToWide(bytes);
+    }
+    return text;
+}
+
+/// \param text  null where only the question is whether the bytes can be read.
+bool NativeEncoding::DecodeNative(std::string_view bytes, std::wstring *text) const {
     const ThreadLocale use(m_locale.Get());
-    text.reserve(bytes.size());
     std::mbstate_t state{};
-    const char *const end = bytes.data() + bytes.size();
-    for (const char *at = bytes.data(); at != end;) {
-        if (m_ascii && IsAsciiByte(*at) && std::mbsinit(&state) != 0) {
-            text += Widened(*at++);
+    while (!bytes.empty()) {
+        std::size_t used = m_ascii && std::mbsinit(&state) != 0 ? AsciiPrefix(bytes) : 0;
+        if (used != 0) {
+            if (text != nullptr) {
+                text->append(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(used));
+            }
+            bytes.remove_prefix(used);
             continue;
         }
         wchar_t character = L'\0';
-        const std::size_t used =
-            std::mbrtowc(&character, at, static_cast<std::size_t>(end - at), &state);
-        if (used > static_cast<std::size_t>(end - at)) {
+        used = std::mbrtowc(&character, bytes.data(), bytes.size(), &state);
+        if (used > bytes.size() || (m_utf8 && !IsUnicode(character))) {
             return false;
         }
-        text += character;
-        at += used == 0 ? 1 : used; // 0 is a NUL
+        if (text != nullptr) {
+            *text += character;
+        }
+        bytes.remove_prefix(used == 0 ? 1 : used); // 0 is a NUL
     }
     return std::mbsinit(&state) != 0;
 }
 
 bool NativeEncoding::Encode(std::wstring_view text, std::string &bytes) const {
+    bytes.clear();
     if (m_bytesOfFile && !AllUpTo(kLastByte, text)) {
         return false;
     }
     if (m_bytesOfFile || (m_ascii && AllUpTo(kLastAscii, text))) {
-        bytes = WideToBytes(text);
+        AppendBytes(text, bytes);
         return true;
     }
     return EncodeNative(text, bytes);
@@ -179,41 +226,39 @@ bool NativeEncoding::Encode(std::wstring_view text, std::string &bytes) const {
 
 bool NativeEncoding::EncodeNative(std::wstring_view text, std::string &bytes) const {
     const ThreadLocale use(m_locale.Get());
-    bytes.clear();
-    bytes.reserve(text.size());
     std::array<char, MB_LEN_MAX> buffer{};
     std::mbstate_t state{};
-    for (const wchar_t character : text) {
-        if (m_ascii && IsUpTo(kLastAscii, character) && std::mbsinit(&state) != 0) {
-            bytes += static_cast<char>(character);
+    while (!text.empty()) {
+        const std::size_t ascii = m_ascii && std::mbsinit(&state) != 0 ? AsciiPrefix(text) : 0;
+        if (ascii != 0) {
+            AppendBytes(text.substr(0, ascii), bytes);
+            text.remove_prefix(ascii);
             continue;
         }
-        const std::size_t size = std::wcrtomb(buffer.data(), character, &state);
+        const std::size_t size = std::wcrtomb(buffer.data(), text.front(), &state);
         if (size == kFailed) {
             return false;
         }
         bytes.append(buffer.data(), size);
+        text.remove_prefix(1);
     }
     return std::mbsinit(&state) != 0;
 }
 
-bool NativeEncoding::KeepsFile(std::wstring_view text) const {
-    if (m_bytes) {
-        return true;
-    }
-    // A file taken byte for byte can turn into valid UTF-8 by a rewrite. That changes nothing for
-    // what is searched and written as long as it is ASCII, and FateOf holds for nothing else then.
-    if (m_utf8) {
-        return m_bytesOfFile || AllUnicode(text);
-    }
-    return m_ascii && AllUpTo(kLastAscii, text);
+// A file that is no valid UTF-8 can become valid when a value is replaced, and is then taken
+// otherwise. For lines it makes no difference, nor for texts in ASCII; AppendKept lets no other in.
+bool NativeEncoding::KeepsFile() const {
+    return m_bytes || m_utf8 || (m_ascii && m_asciiFile);
 }
 
-TextFate NativeEncoding::FateOf(std::wstring_view text) const {
-    if (m_bytes) {
-        return AllUpTo(kLastByte, text) ? TextFate::Kept : TextFate::Impossible;
+TextFate NativeEncoding::AppendKept(std::wstring_view text, std::string &bytes) const {
+    if (AllUpTo(m_bytes ? kLastByte : kLastAscii, text)) {
+        AppendBytes(text, bytes);
+        return m_bytes || m_ascii ? TextFate::Kept : TextFate::Unknown;
     }
-    const bool kept =
-        m_utf8 && !m_bytesOfFile ? AllUnicode(text) : m_ascii && AllUpTo(kLastAscii, text);
+    if (m_bytes) {
+        return TextFate::Impossible;
+    }
+    const bool kept = m_utf8 && !m_bytesOfFile && AllUnicode(text) && EncodeNative(text, bytes);
     return kept ? TextFate::Kept : TextFate::Unknown;
 }

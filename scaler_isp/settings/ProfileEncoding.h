@@ -8,6 +8,13 @@
 #include <xlocale.h>
 #endif
 
+/// How the bytes of a file stand for characters.
+enum class FileForm {
+    OneByteEach, ///< every character is one byte, in the bytes that are there
+    Utf8,        ///< valid UTF-8
+    Other        ///< bytes tell nothing before they are decoded
+};
+
 /// What becomes of a text that is written and read again.
 enum class TextFate {
     Kept,       ///< it comes back as it was, whatever else the file holds
@@ -19,6 +26,9 @@ enum class TextFate {
 class ByteEncoding {
   public:
     using Char = char;
+    FileForm Take(const std::string & /*bytes*/) {
+        return FileForm::OneByteEach;
+    }
     std::string Decode(const std::string &bytes) {
         return bytes;
     }
@@ -26,10 +36,11 @@ class ByteEncoding {
         bytes = text;
         return true;
     }
-    bool KeepsFile(std::string_view /*text*/) const {
+    bool KeepsFile() const {
         return true;
     }
-    TextFate FateOf(std::string_view /*text*/) const {
+    TextFate AppendKept(std::string_view text, std::string &bytes) const {
+        bytes += text;
         return TextFate::Kept;
     }
 };
@@ -63,30 +74,37 @@ class NativeEncoding {
     using Char = wchar_t;
     NativeEncoding();
 
-    /// Always succeeds, and decides for Encode, KeepsFile and FateOf how this file is taken.
+    /// Looks at the bytes of a file and decides for the other members how it is taken.
+    FileForm Take(const std::string &bytes);
+
+    /// Take and convert in one; it always succeeds.
     std::wstring Decode(const std::string &bytes);
+
+    /// Converts a part of the file that was taken last.
+    std::wstring DecodePart(std::string_view bytes) const;
 
     /// False where a character cannot be expressed.
     bool Encode(std::wstring_view text, std::string &bytes) const;
 
-    /// Whether the decoded text of the file, and every part of it, comes back as it was.
-    bool KeepsFile(std::wstring_view text) const;
+    /// Whether the file taken last, and every part of it, is read again as it was.
+    bool KeepsFile() const;
 
-    /// The fate of a text that is written into the file.
-    TextFate FateOf(std::wstring_view text) const;
+    /// Appends the bytes of a text that is written into the file, where they are certain.
+    TextFate AppendKept(std::wstring_view text, std::string &bytes) const;
 
   private:
     bool AsciiIsItself() const;
     bool BytesAreCharacters() const;
     bool IsUtf8() const;
-    bool DecodeNative(const std::string &bytes, std::wstring &text) const;
+    bool DecodeNative(std::string_view bytes, std::wstring *text) const;
     bool EncodeNative(std::wstring_view text, std::string &bytes) const;
 
     NativeCtypeLocale m_locale;
     bool m_ascii = false;      ///< ASCII is itself in the locale's encoding
     bool m_utf8 = false;       ///< the locale's encoding is UTF-8
     bool m_bytes = true;       ///< every file is taken byte for byte
-    bool m_bytesOfFile = true; ///< the file decoded last is
+    bool m_bytesOfFile = true; ///< the file taken last is
+    bool m_asciiFile = false;  ///< the file taken last holds ASCII only
 };
 
 #endif

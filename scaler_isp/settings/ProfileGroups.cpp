@@ -2,46 +2,52 @@
 
 #include "scaler_isp/settings/ProfileLines.h"
 
-template <class Char> ProfileGroups<Char>::ProfileGroups(View text) : m_groups(1) {
-    ProfileLineReader<Char> reader(text);
-    View line;
-    while (reader.Next(line)) {
-        if (line.find(Char('=')) == View::npos) {
-            Append(line);
-        } else {
-            m_groups.back().lines.push_back(line);
-        }
-    }
+namespace {
+
+bool Has(std::string_view text, char character) {
+    return text.find(character) != std::string_view::npos;
 }
 
-template <class Char> bool ProfileGroups<Char>::IsPlain(const KeyWrite<Char> &write) {
-    const auto has = [](View text, char character) {
-        return text.find(Char(character)) != View::npos;
-    };
-    const bool header = !has(write.section, '=') && !has(write.section, '\n') &&
+} // namespace
+
+ProfileGroups::ProfileGroups(std::string_view text) : m_groups(1) {
+    ProfileLineReader<char> reader(text);
+    std::string_view line;
+    while (reader.Next(line)) {
+        const std::size_t equals = FindLastEquals(line);
+        if (equals == std::string_view::npos) {
+            Append(line);
+        } else {
+            m_groups.back().lines.push_back({line.substr(0, equals), line.substr(equals + 1)});
+        }
+    }
+    m_stoppedEarly = reader.StoppedEarly();
+}
+
+bool ProfileGroups::IsPlain(const KeyWrite<char> &write) {
+    const bool header = !Has(write.section, '=') && !Has(write.section, '\n') &&
                         write.section.size() + 2 <= kProfileLineLimit;
-    const bool key = !has(write.key, '=') && !has(write.key, '\n') &&
-                     (write.key.empty() || write.key.front() != Char(' '));
-    return header && key && !has(write.value, '\n') &&
+    const bool key = !Has(write.key, '=') && !Has(write.key, '\n') &&
+                     (write.key.empty() || write.key.front() != ' ');
+    return header && key && !Has(write.value, '\n') &&
            write.key.size() + 1 + write.value.size() <= kProfileLineLimit;
 }
 
-template <class Char> bool ProfileGroups<Char>::Apply(const KeyWrite<Char> &write) {
+bool ProfileGroups::Apply(const KeyWrite<char> &write) {
     TrimFresh();
-    const String header = ProfileHeader(write.section);
+    std::string header = ProfileHeader(write.section);
     const auto heads = m_groupsByHead.find(header);
     if (heads != m_groupsByHead.end()) {
         return ApplyToSection(heads->second, write);
     }
-    m_made.push_back(header);
+    m_made.push_back(std::move(header));
     Append(m_made.back());
-    AddKey(m_groups.size() - 1, write);
+    AddKey(m_groups.back(), write);
     return true;
 }
 
-template <class Char>
-bool ProfileGroups<Char>::ApplyToSection(const std::vector<std::size_t> &heads,
-                                         const KeyWrite<Char> &write) {
+bool ProfileGroups::ApplyToSection(const std::vector<std::size_t> &heads,
+                                   const KeyWrite<char> &write) {
     bool written = false;
     std::size_t next = 0; // groups before this one are behind the walk
     for (const std::size_t at : heads) {
@@ -50,16 +56,17 @@ bool ProfileGroups<Char>::ApplyToSection(const std::vector<std::size_t> &heads,
         }
         Group &group = m_groups[at];
         Index(group);
-        const auto line = group.firstByName.find(write.key);
-        if (line != group.firstByName.end()) {
-            if (!ReplaceValue(at, line->second, write.value)) {
+        const auto found = group.firstByName.find(write.key);
+        if (found != group.firstByName.end()) {
+            if (!ReplaceValue(group.lines[found->second], write.value)) {
                 return false;
             }
+            m_fresh.emplace_back(&group, found->second);
             written = true;
             continue;
         }
         if (!written) {
-            AddKey(at, write);
+            AddKey(group, write);
             written = true;
         }
         next =
@@ -68,82 +75,74 @@ bool ProfileGroups<Char>::ApplyToSection(const std::vector<std::size_t> &heads,
     return true;
 }
 
-template <class Char> typename ProfileGroups<Char>::String ProfileGroups<Char>::Text() const {
+std::string ProfileGroups::Text() const {
     std::size_t size = 0;
     for (const Group &group : m_groups) {
         size += group.head.size() + 1;
-        for (const View line : group.lines) {
-            size += line.size() + 1;
+        for (const KeyLine &line : group.lines) {
+            size += line.start.size() + line.value.size() + 2;
         }
     }
-    String text;
+    std::string text;
     text.reserve(size);
     for (const Group &group : m_groups) {
         if (group.head.data() != nullptr) {
-            text.append(group.head) += Char('\n');
+            text.append(group.head) += '\n';
         }
-        for (const View line : group.lines) {
-            text.append(line) += Char('\n');
+        for (const KeyLine &line : group.lines) {
+            text.append(line.start) += '=';
+            text.append(line.value) += '\n';
         }
     }
     return text;
 }
 
-template <class Char> void ProfileGroups<Char>::Append(View head) {
+void ProfileGroups::Append(std::string_view head) {
     m_groupsByHead[head].push_back(m_groups.size());
     m_groups.emplace_back().head = head;
 }
 
-template <class Char> void ProfileGroups<Char>::Index(Group &group) {
+void ProfileGroups::Index(Group &group) {
     if (group.indexed) {
         return;
     }
     group.indexed = true;
     group.firstByName.reserve(group.lines.size());
     for (std::size_t i = 0; i < group.lines.size(); ++i) {
-        const View line = group.lines[i];
-        group.firstByName.emplace(line.substr(0, line.find(Char('='))), i);
+        const std::string_view start = group.lines[i].start;
+        group.firstByName.emplace(start.substr(0, start.find('=')), i);
     }
 }
 
-template <class Char>
-void ProfileGroups<Char>::AddKey(std::size_t group, const KeyWrite<Char> &write) {
-    String line;
-    line.reserve(write.key.size() + 1 + write.value.size());
-    line.append(write.key) += Char('=');
-    line.append(write.value);
-    m_made.push_back(std::move(line));
-    Group &target = m_groups[group];
-    const std::size_t at = target.lines.size();
-    target.lines.push_back(m_made.back());
-    if (target.indexed) {
-        target.firstByName.emplace(write.key, at);
+void ProfileGroups::AddKey(Group &group, const KeyWrite<char> &write) {
+    m_fresh.emplace_back(&group, group.lines.size());
+    if (group.indexed) {
+        group.firstByName.emplace(write.key, group.lines.size());
     }
-    m_fresh.emplace_back(group, at);
+    group.lines.push_back({write.key, write.value});
 }
 
-template <class Char>
-bool ProfileGroups<Char>::ReplaceValue(std::size_t group, std::size_t line, View value) {
-    View &old = m_groups[group].lines[line];
-    String made(old.substr(0, old.rfind(Char('=')) + 1));
-    made += value;
-    if (made.size() > kProfileLineLimit) {
-        return false;
+bool ProfileGroups::ReplaceValue(KeyLine &line, std::string_view value) {
+    const std::size_t equals = FindLastEquals(line.value);
+    if (equals != std::string_view::npos) { // only in a value that was written
+        std::string start(line.start);
+        start += '=';
+        start += line.value.substr(0, equals);
+        m_made.push_back(std::move(start));
+        line.start = m_made.back();
     }
-    m_made.push_back(std::move(made));
-    old = m_made.back();
-    m_fresh.emplace_back(group, line);
-    return true;
+    line.value = value;
+    return line.start.size() + 1 + value.size() <= kProfileLineLimit;
 }
 
-// What a write puts down is trimmed when the next one reads it.
-template <class Char> void ProfileGroups<Char>::TrimFresh() {
-    for (const auto &[group, line] : m_fresh) {
-        View &text = m_groups[group].lines[line];
-        text = TrimBlanks(text);
+// What a write puts down is trimmed when the next one reads it. It begins with its key, which has
+// no blank in front.
+void ProfileGroups::TrimFresh() {
+    for (const auto &[group, at] : m_fresh) {
+        std::string_view &value = group->lines[at].value;
+        while (!value.empty() && value.back() == ' ') {
+            value.remove_suffix(1);
+        }
     }
     m_fresh.clear();
 }
-
-template class ProfileGroups<char>;
-template class ProfileGroups<wchar_t>;

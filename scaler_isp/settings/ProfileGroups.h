@@ -16,44 +16,49 @@
 /// A group is a line without "=" and the key lines that follow it. For a plain write the writer's
 /// walk only ever stops at groups: a section's keys are those of the group its header leads, and a
 /// key is added at the end of a group, which is just before the next line without "=".
-template <class Char> class ProfileGroups {
+class ProfileGroups {
   public:
-    using View = std::basic_string_view<Char>;
-    using String = std::basic_string<Char>;
-
     /// The text must outlive the object, and so must the texts of every write.
-    explicit ProfileGroups(View text);
+    explicit ProfileGroups(std::string_view text);
 
-    /// Whether Apply may take the write: header and key line are read again as exactly what they
-    /// are.
-    static bool IsPlain(const KeyWrite<Char> &write);
+    /// Whether the text ended at a line over the limit.
+    bool StoppedEarly() const {
+        return m_stoppedEarly;
+    }
+
+    /// Whether Apply may take the write: header and key line are read again as what they are.
+    static bool IsPlain(const KeyWrite<char> &write);
 
     /// Applies a plain write. False when a line became too long to be read again: the groups are of
     /// no use then.
-    bool Apply(const KeyWrite<Char> &write);
+    bool Apply(const KeyWrite<char> &write);
 
-    String Text() const;
+    std::string Text() const;
 
   private:
+    struct KeyLine {
+        std::string_view start; ///< what stands before an "="; of the text's own lines the last one
+        std::string_view value; ///< what stands behind it
+    };
     struct Group {
-        View head;               ///< null in the first group, which only holds what stands before
-        std::vector<View> lines; ///< the key lines
+        std::string_view head; ///< null in the first group, which only holds what stands before
+        std::vector<KeyLine> lines;
         bool indexed = false;
-        std::unordered_map<View, std::size_t> firstByName; ///< raw names, once it is indexed
+        std::unordered_map<std::string_view, std::size_t> firstByName; ///< once it is indexed
     };
 
-    void Append(View head);
-    void Index(Group &group);
-    bool ApplyToSection(const std::vector<std::size_t> &heads, const KeyWrite<Char> &write);
-    void AddKey(std::size_t group, const KeyWrite<Char> &write);
-    bool ReplaceValue(std::size_t group, std::size_t line, View value);
+    void Append(std::string_view head);
+    bool ApplyToSection(const std::vector<std::size_t> &heads, const KeyWrite<char> &write);
+    void AddKey(Group &group, const KeyWrite<char> &write);
+    bool ReplaceValue(KeyLine &line, std::string_view value);
     void TrimFresh();
+    static void Index(Group &group);
 
-    std::vector<Group> m_groups;
-    std::unordered_map<View, std::vector<std::size_t>> m_groupsByHead;
-    std::deque<String> m_made; ///< owns the lines that were written
-    std::vector<std::pair<std::size_t, std::size_t>>
-        m_fresh; ///< lines of the last write, untrimmed
+    bool m_stoppedEarly = false;
+    std::deque<Group> m_groups;
+    std::unordered_map<std::string_view, std::vector<std::size_t>> m_groupsByHead;
+    std::deque<std::string> m_made; ///< owns texts that are neither of the file nor of a write
+    std::vector<std::pair<Group *, std::size_t>> m_fresh; ///< lines of the last write, untrimmed
 };
 
 #endif

@@ -21,6 +21,16 @@ template <class Char> std::basic_string_view<Char> TrimBlanks(std::basic_string_
     return text;
 }
 
+/// The position of the last "=". Looks from the front, where the search is fast and the first one
+/// is mostly the last.
+template <class Char> std::size_t FindLastEquals(std::basic_string_view<Char> line) {
+    std::size_t last = line.find(Char('='));
+    for (std::size_t next = last; next != line.npos; next = line.find(Char('='), last + 1)) {
+        last = next;
+    }
+    return last;
+}
+
 /// "[section]"
 template <class Char> std::basic_string<Char> ProfileHeader(std::basic_string_view<Char> section) {
     std::basic_string<Char> header;
@@ -45,7 +55,6 @@ template <class Char> class ProfileLineReader {
         std::size_t size = m_rest.substr(0, kProfileLineLimit + 1).find(Char('\n'));
         if (size == View::npos) {
             if (m_rest.empty() || m_rest.size() > kProfileLineLimit) {
-                m_rest = {};
                 return false;
             }
             size = m_rest.size();
@@ -54,6 +63,11 @@ template <class Char> class ProfileLineReader {
         line = TrimBlanks(line.substr(0, line.find(Char('\0'))));
         m_rest.remove_prefix(size < m_rest.size() ? size + 1 : size);
         return true;
+    }
+
+    /// Whether the end was a line over the limit.
+    bool StoppedEarly() const {
+        return !m_rest.empty();
     }
 
   private:

@@ -16,6 +16,7 @@
 #include "scaler_isp/settings/ProfileEncoding.h"
 #include "scaler_isp/settings/ProfileFile.h"
 #include "scaler_isp/settings/ProfileLines.h"
+#include "scaler_isp/settings/ProfileLookup.h"
 
 namespace {
 
@@ -30,32 +31,6 @@ std::string NarrowName(const wchar_t *name) {
 
 std::string NarrowName(const char *name) {
     return std::string(OrEmpty(name));
-}
-
-enum class Lookup { Found, EndOfSection, EndOfFile };
-
-template <class Char>
-Lookup FindValue(std::basic_string_view<Char> text, std::basic_string_view<Char> section,
-                 std::basic_string_view<Char> key, std::basic_string_view<Char> &value) {
-    const std::basic_string<Char> header = ProfileHeader(section);
-    ProfileLineReader<Char> lines(text);
-    std::basic_string_view<Char> line;
-    do {
-        if (!lines.Next(line)) {
-            return Lookup::EndOfFile;
-        }
-    } while (line != header);
-    while (lines.Next(line)) {
-        const std::size_t equals = line.find(Char('='));
-        if (equals == line.npos) {
-            return Lookup::EndOfSection;
-        }
-        if (TrimBlanks(line.substr(0, equals)) == key) {
-            value = TrimBlanks(line.substr(line.rfind(Char('=')) + 1));
-            return Lookup::Found;
-        }
-    }
-    return Lookup::EndOfFile;
 }
 
 /// RETURNS the number of characters copied.
@@ -73,7 +48,7 @@ unsigned int CopyOut(std::basic_string_view<Char> text, Char *buffer, unsigned i
 
 enum class MissingFile { GivesDefault, IsAnError };
 
-template <class Encoding, MissingFile missing, class Char = typename Encoding::Char>
+template <MissingFile missing, class Char>
 unsigned int GetString(const Char *section, const Char *key, const Char *defaultValue, Char *buffer,
                        unsigned int size, const Char *fileName) {
     return ResultOrOnThrow(0U, [&]() -> unsigned int {
@@ -82,12 +57,10 @@ unsigned int GetString(const Char *section, const Char *key, const Char *default
             std::printf("Error \n");
             return 0;
         }
-        Encoding encoding;
-        const std::basic_string<Char> text = encoding.Decode(file.bytes);
-        std::basic_string_view<Char> value;
-        switch (FindValue<Char>(text, OrEmpty(section), OrEmpty(key), value)) {
+        std::basic_string<Char> value;
+        switch (LookUpValue(file.bytes, OrEmpty(section), OrEmpty(key), value)) {
         case Lookup::Found:
-            return CopyOut(value, buffer, size);
+            return CopyOut<Char>(value, buffer, size);
         case Lookup::EndOfSection:
             return 0;
         case Lookup::EndOfFile:
@@ -98,11 +71,11 @@ unsigned int GetString(const Char *section, const Char *key, const Char *default
     });
 }
 
-template <class Encoding, MissingFile missing, class Char = typename Encoding::Char>
+template <MissingFile missing, class Char>
 int GetInt(const Char *section, const Char *key, int defaultValue, const Char *fileName) {
     std::array<Char, kProfileLineLimit + 1> text{};
     const Char *noDefault = nullptr;
-    const unsigned int length = GetString<Encoding, missing>(
+    const unsigned int length = GetString<missing>(
         section, key, noDefault, text.data(), static_cast<unsigned int>(text.size()), fileName);
     const Char *end = nullptr;
     return length != 0 ? static_cast<int>(ParseLongLong(text.data(), &end)) : defaultValue;
@@ -156,13 +129,12 @@ std::wstring_view UpToNul(const std::wstring &text) {
 unsigned int CpNxGetPrivateProfileStringW(const wchar_t *section, const wchar_t *key,
                                           const wchar_t *defaultValue, wchar_t *buffer,
                                           unsigned int size, const wchar_t *fileName) {
-    return GetString<NativeEncoding, MissingFile::GivesDefault>(section, key, defaultValue, buffer,
-                                                                size, fileName);
+    return GetString<MissingFile::GivesDefault>(section, key, defaultValue, buffer, size, fileName);
 }
 
 int CpNxGetPrivateProfileIntW(const wchar_t *section, const wchar_t *key, int defaultValue,
                               const wchar_t *fileName) {
-    return GetInt<NativeEncoding, MissingFile::GivesDefault>(section, key, defaultValue, fileName);
+    return GetInt<MissingFile::GivesDefault>(section, key, defaultValue, fileName);
 }
 
 int CpNxWritePrivateProfileStringW(const wchar_t *section, const wchar_t *key, const wchar_t *value,
@@ -173,13 +145,12 @@ int CpNxWritePrivateProfileStringW(const wchar_t *section, const wchar_t *key, c
 unsigned int CpNxGetPrivateProfileStringA(const char *section, const char *key,
                                           const char *defaultValue, char *buffer, unsigned int size,
                                           const char *fileName) {
-    return GetString<ByteEncoding, MissingFile::IsAnError>(section, key, defaultValue, buffer, size,
-                                                           fileName);
+    return GetString<MissingFile::IsAnError>(section, key, defaultValue, buffer, size, fileName);
 }
 
 int CpNxGetPrivateProfileIntA(const char *section, const char *key, int defaultValue,
                               const char *fileName) {
-    return GetInt<ByteEncoding, MissingFile::IsAnError>(section, key, defaultValue, fileName);
+    return GetInt<MissingFile::IsAnError>(section, key, defaultValue, fileName);
 }
 
 int CpNxWritePrivateProfileStringA(const char *section, const char *key, const char *value,
