@@ -1,0 +1,116 @@
+#include <climits>
+
+#include "ParserFixture.h"
+
+using MaskConverters = ParserTest;
+
+TEST_F(MaskConverters, One_bit_is_unique) {
+    for (int bit = 0; bit < 32; ++bit) {
+        EXPECT_EQ(parser->JudgeUniqueAttribute(static_cast<int>(1U << bit)), 1) << bit;
+    }
+}
+
+TEST_F(MaskConverters, No_bit_or_several_are_not_unique) {
+    for (const int mask : {0, 3, 5, 6, 7, 0x1001, -1, INT_MIN + 1, INT_MAX}) {
+        EXPECT_EQ(parser->JudgeUniqueAttribute(mask), 0) << mask;
+    }
+}
+
+TEST_F(MaskConverters, Every_action_bit_has_its_value) {
+    const struct {
+        int mask;
+        unsigned action;
+    } rows[] = {{0x1, 1},       {0x2, 2},       {0x4, 3},       {0x8, 4},       {0x10, 5},
+                {0x20, 6},      {0x40, 7},      {0x80, 8},      {0x100, 9},     {0x200, 10},
+                {0x400, 11},    {0x800, 12},    {0x1000, 13},   {0x2000, 14},   {0x4000, 15},
+                {0x8000, 16},   {0x20000, 18},  {0x40000, 19},  {0x80000, 20},  {0x100000, 21},
+                {0x200000, 22}, {0x400000, 23}, {0x800000, 24}, {0x1000000, 25}};
+    for (const auto &row : rows) {
+        auto action = static_cast<ENUM_CP_ISPTOOL_ACTION_TYPE>(99);
+        parser->GetActionType(row.mask, action);
+        EXPECT_EQ(static_cast<unsigned>(action), row.action) << row.mask;
+    }
+}
+
+TEST_F(MaskConverters, Unknown_action_bit_is_no_action) {
+    for (const int mask : {0, 3, 0x2000000, INT_MIN, -1}) {
+        auto action = static_cast<ENUM_CP_ISPTOOL_ACTION_TYPE>(99);
+        parser->GetActionType(mask, action);
+        EXPECT_EQ(static_cast<unsigned>(action), 0U) << mask;
+    }
+}
+
+TEST_F(MaskConverters, Factoryisp_option_has_no_action_value) {
+    auto action = static_cast<ENUM_CP_ISPTOOL_ACTION_TYPE>(99);
+    parser->GetActionType(0x10000, action);
+    EXPECT_EQ(static_cast<unsigned>(action), 0U);
+    EXPECT_REFUSED(ParseFresh({"--factoryisp"}), "Action type undefined or illegal!\n");
+}
+
+TEST_F(MaskConverters, Signature_type_is_the_mask_of_one_or_two) {
+    const struct {
+        int mask;
+        unsigned type;
+    } rows[] = {{0, 0}, {1, 1}, {2, 2}, {3, 0}, {4, 0}, {-1, 0}};
+    for (const auto &row : rows) {
+        auto type = static_cast<ENUM_CP_DIGITAL_SIGNATURE_TYPE>(99);
+        parser->GetDigitalSignatureType(row.mask, type);
+        EXPECT_EQ(static_cast<unsigned>(type), row.type) << row.mask;
+    }
+}
+
+TEST_F(MaskConverters, Only_the_write_bit_alone_means_write) {
+    const struct {
+        int mask;
+        unsigned mode;
+    } rows[] = {{0, 0}, {1, 0}, {2, 1}, {3, 0}, {4, 0}, {-2, 0}};
+    for (const auto &row : rows) {
+        auto mode = static_cast<ENUM_CP_MERGE_FW_INFO_MODE>(99);
+        parser->GetMergeFwInfoMode(row.mask, mode);
+        EXPECT_EQ(static_cast<unsigned>(mode), row.mode) << row.mask;
+    }
+}
+
+TEST_F(MaskConverters, Every_version_bit_has_its_location) {
+    const struct {
+        int mask;
+        unsigned location;
+    } rows[] = {{1, 1},  {2, 2},   {4, 3}, {8, 4}, {16, 5}, {32, 6},
+                {64, 7}, {128, 8}, {0, 0}, {3, 0}, {256, 0}};
+    for (const auto &row : rows) {
+        auto location = static_cast<ENUM_VERSION_LOCATION_TYPE>(99);
+        auto mode = static_cast<ENUM_USER_DEFINED_VERSION_TYPE>(77);
+        EXPECT_ACCEPTED(Ask([&] { return parser->GetVersionType(row.mask, location, mode, "3"); }));
+        EXPECT_EQ(static_cast<unsigned>(location), row.location) << row.mask;
+        EXPECT_EQ(static_cast<unsigned>(mode), row.mask == 128 ? 3U : 77U) << row.mask;
+    }
+}
+
+TEST_F(MaskConverters, User_defined_version_mode_is_one_to_five) {
+    const struct {
+        const char *text;
+        int result;
+        const char *message;
+        unsigned mode;
+    } rows[] = {
+        {"1", 1, "", 1},
+        {"0x5", 1, "", 5},
+        {"05", 1, "", 5},
+        {"0", 0, "Get user defined version mode fail, mode is: 0\n", 77},
+        {"6", 0, "Get user defined version mode fail, mode is: 6\n", 77},
+        {"-1", 0, "Get user defined version mode fail, mode is: -1\n", 77},
+        {"", 0, "Get user defined version mode fail, mode is: \n", 77},
+        {"2x", 0, "User defined version mode illegal, mode is: 2x\n", 77},
+        {"auto", 0, "User defined version mode illegal, mode is: auto\n", 77},
+    };
+    for (const auto &row : rows) {
+        auto location = static_cast<ENUM_VERSION_LOCATION_TYPE>(99);
+        auto mode = static_cast<ENUM_USER_DEFINED_VERSION_TYPE>(77);
+        const Answer answer =
+            Ask([&] { return parser->GetVersionType(128, location, mode, row.text); });
+        EXPECT_EQ(answer.result, row.result) << row.text;
+        EXPECT_EQ(answer.out, row.message);
+        EXPECT_EQ(static_cast<unsigned>(mode), row.mode) << row.text;
+        EXPECT_EQ(static_cast<unsigned>(location), 8U);
+    }
+}
