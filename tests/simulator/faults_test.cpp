@@ -1,4 +1,5 @@
 #include <chrono>
+#include <cstdio>
 
 #include <gmock/gmock.h>
 
@@ -109,6 +110,14 @@ TEST_F(VirtualFaults, A_second_host_finds_the_device_in_use) {
     };
     EXPECT_EQ(isp.Run("IspFlash", command), 0);
     EXPECT_EQ(code, 0x5A01);
+}
+
+TEST_F(VirtualFaults, A_description_that_cannot_be_read_is_not_replaced_by_the_defaults) {
+    std::remove(isp.folder.Path("device/device.ini").c_str());
+    isp.folder.MakeFolder("device/device.ini");
+    EXPECT_EQ(isp.Run("GetScalerType", command), 0x5A01);
+    EXPECT_THAT(isp.messages,
+                ElementsAre(testing::StartsWith(L"The device's description cannot be read: ")));
 }
 
 TEST_F(VirtualFaults, A_bad_description_names_its_line) {

@@ -28,11 +28,12 @@ struct KeyPair {
     std::string point;
 };
 
-KeyPair MakeKeyPair(const char *curve = "P-256") {
+KeyPair MakeKeyPair(const char *curve = "P-256", const char *passPhrase = nullptr) {
     EVP_PKEY *key = EVP_PKEY_Q_keygen(nullptr, nullptr, "EC", curve);
     BIO *secret = BIO_new(BIO_s_mem());
     BIO *open = BIO_new(BIO_s_mem());
-    PEM_write_bio_PrivateKey(secret, key, nullptr, nullptr, 0, nullptr, nullptr);
+    PEM_write_bio_PKCS8PrivateKey(secret, key, passPhrase != nullptr ? EVP_aes_128_cbc() : nullptr,
+                                  passPhrase, passPhrase != nullptr ? 4 : 0, nullptr, nullptr);
     PEM_write_bio_PUBKEY(open, key);
     unsigned char point[200];
     std::size_t length = 0;
@@ -231,6 +232,8 @@ TEST_F(VirtualSign, What_is_missing_or_unknown_is_refused) {
     EXPECT_EQ(Sign(3), 0) << "a public key cannot sign";
     Set(args.szSignKeyFile, folder.Write("wide.pem", MakeKeyPair("P-384").secret));
     EXPECT_EQ(Sign(3), 0) << "another curve";
+    Set(args.szSignKeyFile, folder.Write("locked.pem", MakeKeyPair("P-256", "pass").secret));
+    EXPECT_EQ(Sign(3), 0) << "nobody is asked for a pass phrase";
     Set(args.szSignKeyFile, folder.Path("sk.pem"));
     Set(args.szSignatureFile, folder.Path("no/such/folder.sig"));
     EXPECT_EQ(Sign(3), 0);
