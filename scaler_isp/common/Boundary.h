@@ -5,13 +5,18 @@
 
 #if defined(__GLIBC__) && defined(__GLIBCXX__)
 #include <cxxabi.h>
+/// The pseudo exception has no object: a sanitizer would take its handler for a null reference.
+#define SCALER_ISP_UNWINDS __attribute__((no_sanitize("null")))
+#else
+#define SCALER_ISP_UNWINDS
 #endif
 
 /// Runs the body of a function that other binaries call and turns every exception into a result.
 ///
 /// glibc unwinds a thread that ends in pthread_exit or is cancelled with a pseudo exception that
 /// must not be swallowed; it passes through.
-template <class Result, class Body> Result ResultOrOnThrow(Result onThrow, Body &&body) {
+template <class Result, class Body>
+SCALER_ISP_UNWINDS Result ResultOrOnThrow(Result onThrow, Body &&body) {
     try {
         return std::forward<Body>(body)();
     }
@@ -32,5 +37,7 @@ template <class Body> void NothingOnThrow(Body &&body) {
         return 0;
     });
 }
+
+#undef SCALER_ISP_UNWINDS
 
 #endif
