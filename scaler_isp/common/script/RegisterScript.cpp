@@ -75,8 +75,8 @@ int Poll(CNxComm &comm, const unsigned char *record) {
 
 /// What a script delivers, and the block length that it carries from record to record.
 struct ScriptState {
-    unsigned char *pOut;
-    unsigned int *pCount;
+    unsigned char *pOut = nullptr;
+    unsigned int *pCount = nullptr;
     std::uint16_t usBlock = 0;
 
     void Deliver(std::uint16_t bytes) {
