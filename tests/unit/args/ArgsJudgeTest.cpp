@@ -1,0 +1,306 @@
+#include "ParserFixture.h"
+
+/// The order of the judgement and what each step stores.
+class ArgsJudge : public ParserTest {
+  protected:
+    ArgsJudge() {
+        fw = folder.Write("fw.bin", "firmware");
+        folder.Write("fw.sig", "signature");
+        folder.Write("vk.pem", "key");
+    }
+    Answer Judge(STRUCT_CP_ISP_CMD_ARGS args) {
+        Renew();
+        return Ask([&] { return parser->JudgeArgument(args); });
+    }
+    std::string fw;
+};
+
+TEST_F(ArgsJudge, One_action_is_needed) {
+    EXPECT_REFUSED(Parse({}), "Action type undefined or illegal!\n");
+    EXPECT_REFUSED(ParseFresh({"--verify", "--erase"}),
+                   "Action type undefined or more than one type!\n");
+    EXPECT_ACCEPTED(ParseFresh({"--erase", "--erase"}));
+}
+
+TEST_F(ArgsJudge, Unknown_bits_of_a_raw_record_are_refused) {
+    STRUCT_CP_ISP_CMD_ARGS args;
+    args.ulActionMask = 0x80000000U;
+    EXPECT_REFUSED(Judge(args), "Action type undefined or illegal!\n");
+    args.ulActionMask = 0x4000;
+    args.ulSignTypeMask = 4;
+    EXPECT_REFUSED(Judge(args), "Digital signature type is illegal!\n");
+    args.ulSignTypeMask = 0;
+    args.ulVerLocMask = 0x100;
+    EXPECT_REFUSED(Judge(args), "Version location type is illegal!\n");
+    args.ulVerLocMask = 0;
+    EXPECT_ACCEPTED(Judge(args));
+}
+
+TEST_F(ArgsJudge, Raw_record_starts_with_the_defaults) {
+    const STRUCT_CP_ISP_CMD_ARGS args;
+    EXPECT_EQ(args.ulIspMode, 1U);
+    EXPECT_EQ(args.ulMergeFwGeneration, 2U);
+    for (const unsigned number :
+         {args.ulActionMask, args.ulSignTypeMask, args.ulVerLocMask, args.ulMergeInfoRwMask,
+          args.bIspChannel, args.bCompareVersion, args.bSearchFw, args.bFwGiven, args.bDdcciCmd,
+          args.ulBootCodeType, args.ulEdpIspMode, args.ulUserDefinedInfoType, args.ulMergeInfoType,
+          args.ulSendExtraCmdMode}) {
+        EXPECT_EQ(number, 0U);
+    }
+}
+
+TEST_F(ArgsJudge, Action_comes_before_everything_else) {
+    EXPECT_REFUSED(Parse({"--sw", "--hw", "--reg", "--ddcci", "--comm", "x", "--write", "y"}),
+                   "Action type undefined or illegal!\n");
+}
+
+TEST_F(ArgsJudge, Merge_data_come_before_the_signature) {
+    EXPECT_REFUSED(Parse({"--mergefwinfo", "--write", "x", "--sw", "--hw"}),
+                   "Parameter illegal! --MergeFw --write x \n");
+    EXPECT_EQ(Setting()->enumMergeFWInfoMode, 1U);
+}
+
+TEST_F(ArgsJudge, One_signature_type_is_allowed) {
+    EXPECT_REFUSED(Parse({"--isp", "--sw", "--hw", "--dsmode", "9"}),
+                   "Digital signature type is undefined or more than one type!\n");
+    EXPECT_ACCEPTED(ParseFresh({"--isp", "--fw", "fw.bin"}));
+    EXPECT_EQ(static_cast<unsigned>(Setting()->enumDigitalSignatureType), 0U);
+}
+
+TEST_F(ArgsJudge, Bad_signature_mode_prints_two_lines) {
+    EXPECT_REFUSED(Parse({"--isp", "--sw", "--fw", "a.bin", "--dsmode", "5"}),
+                   "Parameter out of range! --dsmode 5 \nDigital signature mode is illegal!\n");
+    EXPECT_REFUSED(ParseFresh({"--isp", "--hw", "--dsmode", "q"}),
+                   "Parameter illegal! --dsmode q \nDigital signature mode is illegal!\n");
+    EXPECT_EQ(static_cast<unsigned>(Setting()->enumDigitalSignatureType), 2U);
+    EXPECT_EQ(static_cast<unsigned>(Sign().enumDigitalSignatureType), 2U);
+}
+
+TEST_F(ArgsJudge, Signature_mode_goes_to_its_own_type) {
+    EXPECT_ACCEPTED(Parse({"--isp", "--factory", "--sw", "--fw", "fw.bin", "--dsmode", "4"}));
+    EXPECT_EQ(static_cast<unsigned>(Setting()->enumSWDigitalSignatureMode), 4U);
+    EXPECT_EQ(static_cast<unsigned>(Sign().enumSWDigitalSignatureMode), 4U);
+    EXPECT_EQ(static_cast<unsigned>(Sign().enumHWDigitalSignatureMode), 0U);
+    EXPECT_ACCEPTED(ParseFresh({"--isp", "--hw", "--fw", "fw.bin", "--dsmode", "4"}));
+    EXPECT_EQ(static_cast<unsigned>(Setting()->enumSWDigitalSignatureMode), 0U);
+    EXPECT_EQ(static_cast<unsigned>(Sign().enumSWDigitalSignatureMode), 0U);
+    EXPECT_EQ(static_cast<unsigned>(Sign().enumHWDigitalSignatureMode), 4U);
+}
+
+TEST_F(ArgsJudge, Firmware_path_is_asked_before_the_action) {
+    EXPECT_REFUSED(Parse({"--erase", "--sw"}), "Program fw path is undefined!\n");
+    EXPECT_REFUSED(ParseFresh({"--erase", "--hw", "--dsmode", "2"}),
+                   "Program fw path is undefined!\n");
+    EXPECT_REFUSED(ParseFresh({"--erase", "--sw", "--dsmode", "1"}),
+                   "Program fw path is undefined!\n");
+    EXPECT_REFUSED(ParseFresh({"--erase", "--hw", "--dsmode", "1"}),
+                   "Digital signature type should not be defined only when program fw!\n");
+    EXPECT_REFUSED(ParseFresh({"--erase", "--sw", "--fw", "a.bin", "--comm", "x"}),
+                   "Digital signature type should not be defined only when program fw!\n");
+    EXPECT_EQ(TextOf(Sign().szFwFile), "a.bin");
+}
+
+TEST_F(ArgsJudge, Signature_goes_with_programming_actions_only) {
+    const struct {
+        const char *action;
+        bool allowed;
+    } rows[] = {{"--isp", true},        {"--ispuser", true},       {"--ispdiff", true},
+                {"--ispcopy", true},    {"--erase", false},        {"--recordver", false},
+                {"--srstatus", false},  {"--resetmcu", false},     {"--dumpflash", false},
+                {"--getstatus", false}, {"--edpisp", false},       {"--mergefwinfo", false},
+                {"--i2cwrite", false},  {"--getscalertype", false}};
+    for (const auto &row : rows) {
+        const Answer answer = ParseFresh({row.action, "--hw", "--fw", "fw.bin"});
+        EXPECT_EQ(answer.result, row.allowed ? 1 : 0) << row.action;
+        EXPECT_EQ(answer.out,
+                  row.allowed
+                      ? ""
+                      : "Digital signature type should not be defined only when program fw!\n");
+    }
+}
+
+TEST_F(ArgsJudge, Boot_path_needs_a_signature_type) {
+    EXPECT_ACCEPTED(
+        Parse({"--isp", "--factory", "--newboot", "--fw", "fw.bin", "--boot", "boot.bin"}));
+    EXPECT_EQ(TextOf(Setting()->szBootFwPath), "");
+    EXPECT_ACCEPTED(ParseFresh(
+        {"--isp", "--factory", "--newboot", "--fw", "fw.bin", "--boot", "boot.bin", "--hw"}));
+    EXPECT_EQ(TextOf(Setting()->szBootFwPath), "boot.bin");
+}
+
+TEST_F(ArgsJudge, Long_texts_fill_their_fields) {
+    const std::string text(300, 'k');
+    EXPECT_ACCEPTED(
+        Parse({"--isp", "--hw", "--fw", "fw.bin", "--vkfile", text, "--subcert",
+               text.substr(0, 260), "--boot", text, "--nextvkfile", text.substr(0, 259)}));
+    EXPECT_EQ(TextOf(Sign().szVerifyKeyFile), text.substr(0, 260));
+    EXPECT_EQ(TextOf(Sign().szSignKeyFile), "");
+    EXPECT_EQ(TextOf(Sign().szSubCertFile), text.substr(0, 260));
+    EXPECT_EQ(TextOf(Sign().szNextVerifyKeyFile), text.substr(0, 259));
+    EXPECT_EQ(TextOf(Setting()->szBootFwPath), text.substr(0, 260));
+    EXPECT_EQ(Setting()->stMergeFwInfo.ulMergeDataCount, 0U);
+}
+
+TEST_F(ArgsJudge, Signing_ends_with_the_files) {
+    EXPECT_ACCEPTED(Parse({"--sign", "--sw", "--dsmode", "2", "--fw", "fw.bin", "--comm", "x",
+                           "--slave", "y", "--reg", "--ddcci"}));
+    EXPECT_EQ(static_cast<unsigned>(Sign().enumSignActionType), 1U);
+    EXPECT_EQ(TextOf(Sign().szFwFile), fw);
+    EXPECT_EQ(TextOf(Sign().szSignatureFile), fw + ".sig");
+    EXPECT_EQ(TextOf(Setting()->wszSettingFile), L"");
+    EXPECT_REFUSED(ParseFresh({"--sign", "--sw", "--dsmode", "1", "--fw", "fw.bin"}),
+                   "Digital signature: Lenovo digital signature can not support sign function!\n");
+}
+
+TEST_F(ArgsJudge, Verifying_ends_with_the_files) {
+    EXPECT_ACCEPTED(Parse({"--verify", "--sw", "--dsmode", "2", "--fw", "fw.bin", "--signfile",
+                           "fw.sig", "--comm", "x"}));
+    EXPECT_EQ(static_cast<unsigned>(Sign().enumSignActionType), 2U);
+    EXPECT_EQ(TextOf(Sign().szSignatureFile), folder.Path("fw.sig"));
+    EXPECT_REFUSED(ParseFresh({"--verify", "--hw", "--fw", "fw.bin"}),
+                   "Digital signature: Hw digital signature can not support verify function!\n");
+    EXPECT_REFUSED(ParseFresh({"--verify", "--sw", "--dsmode", "2", "--fw", "fw.bin"}),
+                   "Digital signature: Signature file is missing!\n");
+}
+
+TEST_F(ArgsJudge, Signing_and_verifying_without_a_type_are_judged_like_any_action) {
+    EXPECT_REFUSED(Parse({"--sign", "--comm", "x"}), "Parameter illegal! --comm x \n");
+    EXPECT_ACCEPTED(ParseFresh({"--verify", "--slave", "3"}));
+    EXPECT_EQ(Setting()->ucSlaveAddress, 3);
+}
+
+TEST_F(ArgsJudge, Programming_verifies_the_file) {
+    EXPECT_ACCEPTED(Parse({"--isp", "--sw", "--dsmode", "1", "--fw", "fw.bin", "--signfile",
+                           "fw.sig", "--vkfile", "vk.pem"}));
+    EXPECT_EQ(static_cast<unsigned>(Sign().enumSignActionType), 2U);
+    EXPECT_EQ(TextOf(Sign().szVerifyKeyFile), folder.Path("vk.pem"));
+    EXPECT_REFUSED(ParseFresh({"--isp", "--sw", "--dsmode", "1", "--fw", "fw.bin", "--signfile",
+                               "fw.sig", "--comm", "x"}),
+                   "Digital signature: Lenovo verify key file should not be empty!\n");
+}
+
+TEST_F(ArgsJudge, Hardware_signature_of_programming_is_not_checked) {
+    EXPECT_ACCEPTED(Parse({"--isp", "--hw", "--fw", "fw.bin", "--signfile", "none.sig"}));
+    EXPECT_EQ(static_cast<unsigned>(Sign().enumSignActionType), 0U);
+    EXPECT_EQ(TextOf(Sign().szSignatureFile), "none.sig");
+}
+
+TEST_F(ArgsJudge, Factory_mode_skips_the_check) {
+    EXPECT_ACCEPTED(Parse({"--isp", "--factory", "--sw", "--dsmode", "1", "--fw", "fw.bin"}));
+    EXPECT_EQ(static_cast<unsigned>(Sign().enumSignActionType), 2U);
+    EXPECT_EQ(TextOf(Sign().szFwFile), "fw.bin");
+}
+
+TEST_F(ArgsJudge, Mode_4_goes_on_after_a_failed_file_check) {
+    Answer answer = Parse({"--isp", "--sw", "--dsmode", "4", "--fw", "fw.bin"});
+    EXPECT_EQ(answer.result, 1);
+    EXPECT_EQ(answer.out, "Digital signature: Signature file is missing!\n");
+    EXPECT_EQ(TextOf(Sign().szFwFile), fw);
+    EXPECT_EQ(Setting()->stMapFw.ulFwCount, 1U);
+    answer = ParseFresh({"--isp", "--sw", "--dsmode", "4", "--fw", "fw.bin", "--signfile", "fw.sig",
+                         "--nextvkfile", "none"});
+    EXPECT_EQ(answer.result, 1);
+    EXPECT_EQ(answer.out, "");
+    EXPECT_EQ(TextOf(Sign().szSignatureFile), folder.Path("fw.sig"));
+    EXPECT_EQ(TextOf(Sign().szNextVerifyKeyFile), "none");
+}
+
+TEST_F(ArgsJudge, Version_location_is_none_or_one) {
+    EXPECT_ACCEPTED(Parse({"--resetmcu"}));
+    EXPECT_EQ(static_cast<unsigned>(Setting()->enumVersionLocationType), 0U);
+    EXPECT_REFUSED(ParseFresh({"--resetmcu", "--reg", "--ddcci", "--comm", "x"}),
+                   "Get version location type undefined or more than one type!\n");
+    const struct {
+        std::vector<std::string> words;
+        unsigned location;
+    } rows[] = {
+        {{"--reg"}, 1}, {{"--ddcci"}, 2},    {{"--flash"}, 3},      {{"--fwbin"}, 4},
+        {{"--cmd"}, 5}, {{"--fwbincmd"}, 6}, {{"--copydiffer"}, 7}, {{"--userdefined", "1"}, 8}};
+    for (const auto &row : rows) {
+        std::vector<std::string> words = row.words;
+        words.emplace_back("--resetmcu");
+        EXPECT_ACCEPTED(ParseFresh(words));
+        EXPECT_EQ(static_cast<unsigned>(Setting()->enumVersionLocationType), row.location);
+    }
+}
+
+TEST_F(ArgsJudge, Version_location_has_its_own_messages) {
+    EXPECT_REFUSED(Parse({"--resetmcu", "--userdefined", "9", "--comm", "x"}),
+                   "Get user defined version mode fail, mode is: 9\nGet version type fail\n");
+    EXPECT_REFUSED(ParseFresh({"--resetmcu", "--userdefined", "z"}),
+                   "User defined version mode illegal, mode is: z\nGet version type fail\n");
+    EXPECT_REFUSED(ParseFresh({"--resetmcu", "--flash", "--veraddr", "0", "--totalverlen", "257",
+                               "--majorverlen", "1", "--comm", "x"}),
+                   "Version location type flash setting is illegal\n");
+    EXPECT_ACCEPTED(ParseFresh({"--resetmcu", "--reg", "--totalverlen", "257"}));
+    EXPECT_EQ(Setting()->stReadVersionFromFlash.ulTotalVerLen, 0U);
+}
+
+TEST_F(ArgsJudge, Channel_slave_and_firmware_are_judged_in_this_order) {
+    EXPECT_REFUSED(Parse({"--isp", "--comm", "20", "--slave", "255"}),
+                   "Parameter out of range! --comm 20\n");
+    EXPECT_REFUSED(ParseFresh({"--isp", "--comm", "19", "--slave", "255"}),
+                   "Parameter out of range! --slave 255 \n");
+    EXPECT_EQ(Setting()->nSlaveAddressState, 0);
+    EXPECT_EQ(Setting()->ucSlaveAddress, 0x94);
+    EXPECT_REFUSED(ParseFresh({"--isp", "--comm", "19", "--slave", "0"}),
+                   "Program fw bin path should not be empty!\n");
+    EXPECT_EQ(Setting()->nSlaveAddressState, 1);
+    EXPECT_EQ(Setting()->ucSlaveAddress, 0x94);
+    EXPECT_EQ(static_cast<unsigned>(Setting()->enumCommID), 19U);
+}
+
+TEST_F(ArgsJudge, Recording_a_version_of_files_needs_files) {
+    EXPECT_ACCEPTED(Parse({"--recordver", "--reg"}));
+    EXPECT_REFUSED(ParseFresh({"--recordver", "--fwbin"}),
+                   "Program fw bin path should not be empty!\n");
+    EXPECT_REFUSED(ParseFresh({"--recordver", "--fwbincmd"}),
+                   "Program fw bin path should not be empty!\n");
+    EXPECT_ACCEPTED(ParseFresh({"--recordver", "--fwbin", "--fw", "fw.bin"}));
+    EXPECT_EQ(Setting()->stMapFw.ulFwCount, 1U);
+}
+
+TEST_F(ArgsJudge, Arguments_of_an_action_come_last) {
+    EXPECT_REFUSED(Parse({"--ispuser", "--fw", "fw.bin", "--flagaddr", "x", "--comparever"}),
+                   "Parameter illegal! --flagaddr x \n");
+    EXPECT_EQ(Setting()->bCompareVersion, 1U);
+    EXPECT_EQ(Setting()->stMapFw.ulFwCount, 1U);
+    EXPECT_REFUSED(ParseFresh({"--dumpflash", "--ispchannel"}), "");
+    EXPECT_EQ(Setting()->bIspChannel, 1U);
+    EXPECT_REFUSED(ParseFresh({"--i2cwrite", "--writedata", "1,2"}), "");
+    EXPECT_EQ(TextOf(Setting()->wszSettingFile), L"");
+    EXPECT_ACCEPTED(ParseFresh({"--isp", "--fw", "fw.bin", "--flagaddr", "x"}));
+    EXPECT_ACCEPTED(ParseFresh({"--resetmcu", "--writedata", "bad", "--dumpaddr", "bad"}));
+}
+
+TEST_F(ArgsJudge, Settings_file_is_the_one_beside_the_library) {
+    EXPECT_ACCEPTED(Parse({"--resetmcu"}));
+    const std::wstring path = TextOf(Setting()->wszSettingFile);
+    EXPECT_EQ(path.substr(path.rfind(L'/') + 1), L"IspSetting.ini");
+    EXPECT_EQ(path.front(), L'/');
+}
+
+TEST_F(ArgsJudge, Given_settings_file_becomes_a_full_path) {
+    EXPECT_ACCEPTED(Parse({"--resetmcu"}));
+    const std::wstring beside = TextOf(Setting()->wszSettingFile);
+    const std::wstring library = beside.substr(0, beside.rfind(L'/') + 1);
+    EXPECT_ACCEPTED(ParseFresh({"--resetmcu", "--settingfile", "other.ini"}));
+    EXPECT_EQ(TextOf(Setting()->wszSettingFile), library + L"other.ini");
+    EXPECT_ACCEPTED(ParseFresh({"--resetmcu", "--settingfile", "/x/../y.ini"}));
+    EXPECT_EQ(TextOf(Setting()->wszSettingFile), L"/x/../y.ini");
+}
+
+TEST_F(ArgsJudge, Long_settings_file_is_cut_at_260) {
+    const std::string path = "/" + std::string(400, 's');
+    EXPECT_ACCEPTED(Parse({"--resetmcu", "--settingfile", path}));
+    EXPECT_EQ(TextOf(Setting()->wszSettingFile), Wide(path.substr(0, 260)));
+    EXPECT_EQ(TextOf(Setting()->szBootFwPath), "");
+}
+
+TEST_F(ArgsJudge, Shorter_setting_file_keeps_the_tail_of_the_longer) {
+    EXPECT_ACCEPTED(Parse({"--resetmcu", "--settingfile", "/long/name.ini"}));
+    EXPECT_ACCEPTED(Parse({"--resetmcu", "--settingfile", "/s.ini"}));
+    EXPECT_EQ(TextOf(Setting()->wszSettingFile), L"/s.ininame.ini");
+    EXPECT_ACCEPTED(Parse({"--resetmcu", "--settingfile", "/\xFF"}));
+    EXPECT_EQ(TextOf(Setting()->wszSettingFile), L"/s.ininame.ini");
+}

@@ -1,0 +1,421 @@
+#include "ParserFixture.h"
+
+namespace {
+
+/// What an option of a good command does, seen in the records behind ParseArgs.
+struct OptionCase {
+    const char *name;
+    bool takesValue;
+};
+
+/// All options in the order of the table.
+constexpr OptionCase kOptions[] = {{"verify", false},
+                                   {"sign", false},
+                                   {"erase", false},
+                                   {"isp", false},
+                                   {"ispuser", false},
+                                   {"ispdiff", false},
+                                   {"ispcopy", false},
+                                   {"factoryisp", false},
+                                   {"recordver", false},
+                                   {"srstatus", false},
+                                   {"flashtype", false},
+                                   {"readsr", false},
+                                   {"writesr", false},
+                                   {"readsafeguard", false},
+                                   {"writesafeguard", false},
+                                   {"resetmcu", false},
+                                   {"dumpflash", false},
+                                   {"getstatus", false},
+                                   {"userdefinedinfo", false},
+                                   {"edpisp", false},
+                                   {"enterispmode", false},
+                                   {"mergefwinfo", false},
+                                   {"senduserdefinedinfo", false},
+                                   {"i2cwrite", false},
+                                   {"getscalertype", false},
+                                   {"boot", true},
+                                   {"newboot", false},
+                                   {"ispchannel", false},
+                                   {"factory", false},
+                                   {"sw", false},
+                                   {"hw", false},
+                                   {"dsmode", true},
+                                   {"reg", false},
+                                   {"ddcci", false},
+                                   {"flash", false},
+                                   {"fwbin", false},
+                                   {"cmd", false},
+                                   {"fwbincmd", false},
+                                   {"copydiffer", false},
+                                   {"userdefined", true},
+                                   {"veraddr", true},
+                                   {"totalverlen", true},
+                                   {"majorverlen", true},
+                                   {"subverlen", true},
+                                   {"recordvermode", true},
+                                   {"dumpaddr", true},
+                                   {"dumplen", true},
+                                   {"dumpname", true},
+                                   {"comm", true},
+                                   {"fw", true},
+                                   {"signfile", true},
+                                   {"keypair", true},
+                                   {"vkfile", true},
+                                   {"skfile", true},
+                                   {"subcert", true},
+                                   {"nextvkfile", true},
+                                   {"bank", true},
+                                   {"settingfile", true},
+                                   {"fw1", true},
+                                   {"bank1", true},
+                                   {"fw2", true},
+                                   {"bank2", true},
+                                   {"fw3", true},
+                                   {"bank3", true},
+                                   {"fw4", true},
+                                   {"bank4", true},
+                                   {"fw5", true},
+                                   {"bank5", true},
+                                   {"fw6", true},
+                                   {"bank6", true},
+                                   {"fw7", true},
+                                   {"bank7", true},
+                                   {"fw8", true},
+                                   {"bank8", true},
+                                   {"fw9", true},
+                                   {"bank9", true},
+                                   {"comparever", false},
+                                   {"flagaddr", true},
+                                   {"flagdata", true},
+                                   {"slave", true},
+                                   {"searchfw", true},
+                                   {"edpmode", true},
+                                   {"read", false},
+                                   {"write", true},
+                                   {"writedata", true},
+                                   {"ddccicmd", false},
+                                   {"infotype", true},
+                                   {"mergefwgen", true},
+                                   {"mergeinfotype", true},
+                                   {"sendextracmd", true}};
+
+/// The ids and bits that the engine hands back; a value of its own where an argument is missing.
+struct OptionNumber {
+    const char *name;
+    unsigned number;
+};
+
+constexpr OptionNumber kNumbers[] = {{"verify", 0x1},
+                                     {"sign", 0x2},
+                                     {"erase", 0x4},
+                                     {"isp", 0x8},
+                                     {"ispuser", 0x10},
+                                     {"ispdiff", 0x20},
+                                     {"ispcopy", 0x40},
+                                     {"factoryisp", 0x10000},
+                                     {"recordver", 0x80},
+                                     {"srstatus", 0x100},
+                                     {"flashtype", 0x200},
+                                     {"readsr", 0x400},
+                                     {"writesr", 0x800},
+                                     {"readsafeguard", 0x1000},
+                                     {"writesafeguard", 0x2000},
+                                     {"resetmcu", 0x4000},
+                                     {"dumpflash", 0x8000},
+                                     {"getstatus", 0x20000},
+                                     {"userdefinedinfo", 0x40000},
+                                     {"edpisp", 0x80000},
+                                     {"enterispmode", 0x100000},
+                                     {"mergefwinfo", 0x200000},
+                                     {"senduserdefinedinfo", 0x400000},
+                                     {"i2cwrite", 0x800000},
+                                     {"getscalertype", 0x1000000},
+                                     {"boot", 42},
+                                     {"newboot", 40},
+                                     {"ispchannel", 49},
+                                     {"factory", 41},
+                                     {"sw", 1},
+                                     {"hw", 2},
+                                     {"dsmode", 8},
+                                     {"reg", 0x1},
+                                     {"ddcci", 0x2},
+                                     {"flash", 0x4},
+                                     {"fwbin", 0x8},
+                                     {"cmd", 0x10},
+                                     {"fwbincmd", 0x20},
+                                     {"copydiffer", 0x40},
+                                     {"userdefined", 0x80},
+                                     {"veraddr", 44},
+                                     {"totalverlen", 45},
+                                     {"majorverlen", 46},
+                                     {"subverlen", 47},
+                                     {"recordvermode", 48},
+                                     {"dumpaddr", 50},
+                                     {"dumplen", 51},
+                                     {"dumpname", 52},
+                                     {"comm", 15},
+                                     {"fw", 1},
+                                     {"signfile", 2},
+                                     {"keypair", 3},
+                                     {"vkfile", 4},
+                                     {"skfile", 5},
+                                     {"subcert", 6},
+                                     {"nextvkfile", 7},
+                                     {"bank", 16},
+                                     {"settingfile", 53},
+                                     {"fw1", 17},
+                                     {"bank1", 18},
+                                     {"fw2", 19},
+                                     {"bank2", 20},
+                                     {"fw3", 21},
+                                     {"bank3", 22},
+                                     {"fw4", 23},
+                                     {"bank4", 24},
+                                     {"fw5", 25},
+                                     {"bank5", 26},
+                                     {"fw6", 27},
+                                     {"bank6", 28},
+                                     {"fw7", 29},
+                                     {"bank7", 30},
+                                     {"fw8", 31},
+                                     {"bank8", 32},
+                                     {"fw9", 33},
+                                     {"bank9", 34},
+                                     {"comparever", 38},
+                                     {"flagaddr", 36},
+                                     {"flagdata", 37},
+                                     {"slave", 35},
+                                     {"searchfw", 39},
+                                     {"edpmode", 54},
+                                     {"read", 1},
+                                     {"write", 2},
+                                     {"writedata", 55},
+                                     {"ddccicmd", 56},
+                                     {"infotype", 57},
+                                     {"mergefwgen", 60},
+                                     {"mergeinfotype", 58},
+                                     {"sendextracmd", 59}};
+
+unsigned NumberOf(const std::string &name) {
+    for (const OptionNumber &row : kNumbers) {
+        if (name == row.name) {
+            return row.number;
+        }
+    }
+    ADD_FAILURE() << name;
+    return 0;
+}
+
+/// The engine's second line shows the low byte of an option's number.
+std::string IllegalOption(unsigned number) {
+    return std::string("illegal option ' ") + static_cast<char>(number & 0xFFU) + " '!\n";
+}
+
+} // namespace
+
+using OptionTableTest = ParserTest;
+
+TEST_F(OptionTableTest, There_are_ninety_options) {
+    EXPECT_EQ(std::size(kOptions), 90U);
+    EXPECT_EQ(std::size(kNumbers), 90U);
+}
+
+TEST_F(OptionTableTest, Option_with_a_value_complains_where_it_is_missing) {
+    for (const OptionCase &option : kOptions) {
+        if (!option.takesValue) {
+            continue;
+        }
+        const Answer answer = ParseFresh({std::string("--") + option.name});
+        EXPECT_EQ(answer.result, 0);
+        EXPECT_EQ(answer.err,
+                  std::string("tool: option '--") + option.name + "' requires an argument\n");
+        EXPECT_EQ(answer.out,
+                  IllegalOption(NumberOf(option.name)) + "Action type undefined or illegal!\n")
+            << option.name;
+    }
+}
+
+TEST_F(OptionTableTest, Option_without_a_value_complains_about_one) {
+    for (const OptionCase &option : kOptions) {
+        if (option.takesValue) {
+            continue;
+        }
+        const Answer answer = ParseFresh({std::string("--") + option.name + "=x"});
+        EXPECT_EQ(answer.result, 0);
+        EXPECT_EQ(answer.err,
+                  std::string("tool: option '--") + option.name + "' doesn't allow an argument\n");
+        EXPECT_EQ(answer.out,
+                  IllegalOption(NumberOf(option.name)) + "Action type undefined or illegal!\n")
+            << option.name;
+    }
+}
+
+TEST_F(OptionTableTest, Every_prefix_is_resolved_in_the_order_of_the_table) {
+    // Every beginning of every name: found when exact or when it fits one option only; otherwise
+    // the listing of the candidates shows their order.
+    for (const OptionCase &option : kOptions) {
+        const std::string name = option.name;
+        for (std::size_t length = 1; length <= name.size(); ++length) {
+            const std::string prefix = name.substr(0, length);
+            std::vector<std::string> fitting;
+            bool exact = false;
+            for (const OptionCase &other : kOptions) {
+                if (std::string(other.name).compare(0, length, prefix) == 0) {
+                    fitting.emplace_back(other.name);
+                }
+                exact = exact || prefix == other.name;
+            }
+            const Answer answer = ParseFresh({"--" + prefix});
+            if (exact || fitting.size() == 1) {
+                EXPECT_EQ(answer.err.find("ambiguous"), std::string::npos) << prefix;
+                EXPECT_EQ(answer.err.find("unrecognized"), std::string::npos) << prefix;
+                continue;
+            }
+            std::string expected = "tool: command '--" + prefix + "' is ambiguous; possibilities:";
+            expected += " '--" + fitting[0] + "'";
+            for (std::size_t i = 1; i < fitting.size(); ++i) {
+                expected += " '--" + fitting[i] + "'\n";
+            }
+            EXPECT_EQ(answer.err, expected);
+            EXPECT_EQ(answer.out, IllegalOption(0) + "Action type undefined or illegal!\n");
+        }
+    }
+}
+
+TEST_F(OptionTableTest, Short_options_do_not_exist) {
+    const Answer answer = Parse({"-v", "--resetmcu"});
+    EXPECT_EQ(answer.result, 1);
+    EXPECT_EQ(answer.err, "tool: invalid option -- 'v'\n");
+    EXPECT_EQ(answer.out, "illegal option ' v '!\n");
+}
+
+TEST_F(OptionTableTest, Action_options_give_the_action) {
+    const struct {
+        std::vector<std::string> words;
+        unsigned action;
+    } rows[] = {{{"--erase"}, 3},
+                {{"--recordver"}, 8},
+                {{"--srstatus"}, 9},
+                {{"--flashtype"}, 10},
+                {{"--readsr"}, 11},
+                {{"--writesr"}, 12},
+                {{"--readsafeguard"}, 13},
+                {{"--writesafeguard"}, 14},
+                {{"--resetmcu"}, 15},
+                {{"--getstatus"}, 18},
+                {{"--userdefinedinfo"}, 19},
+                {{"--edpisp"}, 20},
+                {{"--enterispmode"}, 21},
+                {{"--mergefwinfo"}, 22},
+                {{"--senduserdefinedinfo"}, 23},
+                {{"--getscalertype"}, 25},
+                {{"--verify"}, 1},
+                {{"--sign"}, 2},
+                {{"--isp", "--fw", "f.bin"}, 4},
+                {{"--ispuser", "--fw", "f.bin"}, 5},
+                {{"--ispdiff", "--fw", "f.bin"}, 6},
+                {{"--ispcopy", "--fw", "f.bin"}, 7},
+                {{"--dumpflash", "--dumpaddr", "0", "--dumplen", "1"}, 16},
+                {{"--i2cwrite", "--writedata", "1,2,3"}, 24}};
+    folder.Write("f.bin", "x");
+    for (const auto &row : rows) {
+        EXPECT_ACCEPTED(ParseFresh(row.words));
+        EXPECT_EQ(static_cast<unsigned>(Setting()->enumActionType), row.action) << row.words[0];
+    }
+}
+
+TEST_F(OptionTableTest, Switches_set_their_field) {
+    EXPECT_ACCEPTED(Parse({"--resetmcu"}));
+    EXPECT_EQ(Setting()->enumBootCodeType, 0U);
+    EXPECT_EQ(Setting()->enumIspMode, 1U);
+    EXPECT_EQ(Setting()->bIspChannel, 0U);
+    EXPECT_EQ(Setting()->bCompareVersion, 0U);
+    EXPECT_EQ(Setting()->enumMergeFWGeneration, 2U);
+    EXPECT_ACCEPTED(ParseFresh({"--resetmcu", "--newboot"}));
+    EXPECT_EQ(Setting()->enumBootCodeType, 1U);
+    EXPECT_EQ(Setting()->enumIspMode, 1U);
+    EXPECT_ACCEPTED(ParseFresh({"--resetmcu", "--factory"}));
+    EXPECT_EQ(Setting()->enumIspMode, 2U);
+    EXPECT_EQ(Setting()->enumBootCodeType, 0U);
+    EXPECT_ACCEPTED(ParseFresh({"--resetmcu", "--ispchannel"}));
+    EXPECT_EQ(Setting()->bIspChannel, 1U);
+    EXPECT_EQ(Setting()->bCompareVersion, 0U);
+    EXPECT_ACCEPTED(ParseFresh({"--resetmcu", "--comparever"}));
+    EXPECT_EQ(Setting()->bCompareVersion, 1U);
+    EXPECT_EQ(Setting()->bIspChannel, 0U);
+    EXPECT_ACCEPTED(ParseFresh({"--i2cwrite", "--ddccicmd", "--writedata", "1,2,0x81,5"}));
+    EXPECT_EQ(Setting()->stI2CWrite.bDdcciCmd, 1U);
+}
+
+TEST_F(OptionTableTest, Keywords_set_their_number) {
+    using Record = STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING;
+    const struct {
+        const char *option;
+        const char *word;
+        std::uint32_t Record::*field;
+        unsigned value;
+    } rows[] = {{"--edpmode", "isp", &Record::enumEdpIspMode, 1},
+                {"--edpmode", "readver", &Record::enumEdpIspMode, 2},
+                {"--infotype", "hpscaler", &Record::enumUserDefinedInfoType, 1},
+                {"--infotype", "hpfwname", &Record::enumUserDefinedInfoType, 2},
+                {"--infotype", "hpmodelname", &Record::enumUserDefinedInfoType, 3},
+                {"--infotype", "hphwcid", &Record::enumUserDefinedInfoType, 4},
+                {"--mergefwgen", "gen1", &Record::enumMergeFWGeneration, 1},
+                {"--mergefwgen", "gen2", &Record::enumMergeFWGeneration, 2},
+                {"--mergeinfotype", "hpfriends", &Record::enumMergeFWInfoType, 1},
+                {"--sendextracmd", "before", &Record::enumSendExtraCmdMode, 1},
+                {"--sendextracmd", "after", &Record::enumSendExtraCmdMode, 2},
+                {"--sendextracmd", "both", &Record::enumSendExtraCmdMode, 3}};
+    for (const auto &row : rows) {
+        EXPECT_ACCEPTED(ParseFresh({"--resetmcu", row.option, row.word}));
+        const auto setting = Setting();
+        const struct {
+            std::uint32_t Record::*field;
+            unsigned normal;
+        } fields[] = {{&Record::enumEdpIspMode, 0},
+                      {&Record::enumUserDefinedInfoType, 0},
+                      {&Record::enumMergeFWGeneration, 2},
+                      {&Record::enumMergeFWInfoType, 0},
+                      {&Record::enumSendExtraCmdMode, 0}};
+        for (const auto &field : fields) {
+            EXPECT_EQ((*setting).*field.field, field.field == row.field ? row.value : field.normal)
+                << row.option << " " << row.word;
+        }
+    }
+}
+
+TEST_F(OptionTableTest, Other_words_are_refused_without_a_line_end) {
+    const struct {
+        const char *option;
+        const char *message;
+        std::vector<const char *> words;
+    } rows[] = {
+        {"--edpmode", "wrong edp isp mode!", {"ISP", "", "ispx", "is", "gen1"}},
+        {"--infotype", "wrong user defined info type!", {"HPSCALER", "", "hp", "hpscaler "}},
+        {"--mergefwgen", "wrong merge info generation!", {"Gen1", "", "gen", "gen3", "1"}},
+        {"--mergeinfotype", "wrong user defined merge info type!", {"HPfriends", "", "hpfriend"}},
+        {"--sendextracmd", "wrong send extra command mode!", {"Both", "", "none", "beforeafter"}}};
+    for (const auto &row : rows) {
+        for (const char *word : row.words) {
+            EXPECT_REFUSED(ParseFresh({"--resetmcu", row.option, word}), row.message);
+        }
+    }
+}
+
+TEST_F(OptionTableTest, Bank_and_file_options_belong_to_their_entry) {
+    for (unsigned entry = 0; entry <= 9; ++entry) {
+        const std::string number = entry == 0 ? "" : std::to_string(entry);
+        const std::string fw = "--fw" + number;
+        const std::string bank = "--bank" + number;
+        folder.Write("f.bin", "x");
+        EXPECT_ACCEPTED(ParseFresh({"--isp", fw, "f.bin", bank, std::to_string(100 + entry)}));
+        EXPECT_EQ(Setting()->stMapFw.ulFwCount, 1U);
+        EXPECT_EQ(Setting()->stMapFw.ulTargetBank[0], 100 + entry);
+        EXPECT_REFUSED(ParseFresh({"--isp", fw, "f.bin", fw, "f.bin"}),
+                       "Parameter has been detected two or more times! --fw" +
+                           std::to_string(entry) + " \n");
+        EXPECT_REFUSED(ParseFresh({"--isp", bank, "256"}),
+                       "Parameter out of range 0~255! --bank" + std::to_string(entry) + " 256\n");
+    }
+}
