@@ -92,10 +92,10 @@ std::string VirtualIsp::Journal() const {
     return folder.Read("device/journal.txt");
 }
 
-std::string VirtualIsp::Dump(std::uint32_t address, std::uint32_t length) {
+std::string VirtualIsp::Dump(std::size_t address, std::size_t length) {
     Command command;
-    command->stDumpFlash.ulDumpAddr = address;
-    command->stDumpFlash.ulDumpLen = length;
+    command->stDumpFlash.ulDumpAddr = static_cast<std::uint32_t>(address);
+    command->stDumpFlash.ulDumpLen = static_cast<std::uint32_t>(length);
     CopyWide(command->stDumpFlash.wszDumpFile, folder.Path("dump.bin"));
     if (Run("DumpFlash", command) != 0) {
         throw std::runtime_error("DumpFlash failed");
@@ -107,7 +107,7 @@ void VirtualIsp::SetFaults(const std::string &text) {
     folder.Write("device/faults.txt", text);
 }
 
-std::string Firmware(std::size_t bytes, unsigned seed) {
+std::string Firmware(std::size_t bytes, std::size_t seed) {
     std::string text(bytes, '\0');
     for (std::size_t i = 0; i < bytes; ++i) {
         text[i] = static_cast<char>((i * 7 + i / 65536 * 31 + seed * 13) % 251);

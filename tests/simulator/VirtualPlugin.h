@@ -61,7 +61,7 @@ class VirtualIsp {
     int Run(const char *function, Command &command);
     std::string Journal() const;
     /// The flash as the plug-in itself dumps it.
-    std::string Dump(std::uint32_t address, std::uint32_t length);
+    std::string Dump(std::size_t address, std::size_t length);
     void SetFaults(const std::string &text);
 
     TempFolder folder;
@@ -74,6 +74,6 @@ class VirtualIsp {
 };
 
 /// Bytes that differ from bank to bank and are never 0xFF.
-std::string Firmware(std::size_t bytes, unsigned seed = 1);
+std::string Firmware(std::size_t bytes, std::size_t seed = 1);
 
 #endif

@@ -10,7 +10,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr std::uint32_t kBank = 65536;
+constexpr std::size_t kBank = 65536;
 const std::string kErasedBank(kBank, '\xFF');
 
 /// A device with an old firmware in banks 0..3 and a command that programs a new one.

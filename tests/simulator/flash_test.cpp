@@ -11,12 +11,9 @@
 
 namespace {
 
-using testing::Contains;
-using testing::Each;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
-constexpr std::uint32_t kBank = 65536;
+constexpr std::size_t kBank = 65536;
 const std::string kErasedBank(kBank, '\xFF');
 
 std::string Padded(std::string text) {
@@ -52,13 +49,14 @@ TEST(VirtualFlash, Random_programs_match_a_plain_array) {
     std::mt19937 random(20260101);
     std::string model(16 * kBank, '\xFF');
     for (int round = 0; round < 20; ++round) {
-        const auto banks = static_cast<std::uint32_t>(1 + random() % 3);
-        const auto bank = static_cast<std::uint32_t>(random() % (16 - banks));
+        const auto banks = std::size_t{1 + random() % 3};
+        const auto bank = std::size_t{random() % (16 - banks)};
         const std::string firmware =
-            Firmware(banks * kBank - random() % kBank, static_cast<unsigned>(round));
+            Firmware(banks * kBank - random() % kBank, static_cast<std::size_t>(round));
         Command command;
         command->enumActionType = round % 2 == 0 ? ENUM_ACTION_ISP : ENUM_ACTION_ISPDIFF;
-        command.Banks(bank, isp.folder.Write("a.bin", firmware), banks);
+        command.Banks(static_cast<std::uint32_t>(bank), isp.folder.Write("a.bin", firmware),
+                      static_cast<std::uint32_t>(banks));
         ASSERT_EQ(isp.Run("IspFlash", command), 0);
         model.replace(bank * kBank, banks * kBank, Padded(firmware));
         ASSERT_EQ(isp.Dump(0, 16 * kBank), model) << "round " << round;

@@ -9,7 +9,7 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr std::uint32_t kBank = 65536;
+constexpr std::size_t kBank = 65536;
 
 /// A firmware of one bank with a version text at the default version area.
 std::string FirmwareOfVersion(const std::string &version) {
