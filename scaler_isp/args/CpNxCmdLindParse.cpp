@@ -23,6 +23,10 @@ bool IsNonOption(const char *element) {
     return element == nullptr || element[0] != '-' || element[1] == '\0';
 }
 
+bool BeginsWithDoubleDash(const char *element) {
+    return element != nullptr && std::strncmp(element, "--", 2) == 0;
+}
+
 bool IsDoubleDash(const char *element) {
     return element != nullptr && std::strcmp(element, "--") == 0;
 }
@@ -284,8 +288,8 @@ int CpNxCmdLindParse::ParseLongCmd(int argc, char **argv, int *longIndex, int lo
         char *value = text[nameLength] == '=' ? text + nameLength + 1 : nullptr;
         return TakeLongCmd(argc, argv, longIndex, prefix, *match.pUnit, value);
     }
-    const bool singleDash = prefix[0] == '-' && prefix[1] == '\0';
-    if (longOnly != 0 && singleDash && !name.empty() &&
+    const bool doubleDash = m_nCmdIndex < argc && BeginsWithDoubleDash(argv[m_nCmdIndex]);
+    if (longOnly != 0 && !doubleDash && !name.empty() &&
         std::strchr(m_pszShortCmds, name.front()) != nullptr) {
         return kNotLong;
     }

@@ -713,6 +713,67 @@ TEST_F(OptionEngine, Set_up_keeps_the_index_and_forgets_the_skipped_block) {
     EXPECT_EQ(At<int>(&engine, 60), 1);
 }
 
+TEST_F(OptionEngine, Set_up_ends_a_cluster) {
+    engine.AddShortCmds("abc");
+    Arguments arguments({"-abc"});
+    EXPECT_EQ(StepOf(engine, arguments).result, 'a');
+    EXPECT_NE(At<char *>(&engine, 48), nullptr);
+    engine.ParseCmdLineInital();
+    EXPECT_EQ(At<char *>(&engine, 48), nullptr);
+    EXPECT_EQ(StepOf(engine, arguments).result, 'a');
+}
+
+TEST_F(OptionEngine, Index_0_starts_afresh_at_1) {
+    engine.AddShortCmds("abc");
+    Arguments arguments({"f", "-abc"});
+    EXPECT_EQ(StepOf(engine, arguments).result, 'a');
+    const int index = 0;
+    std::memcpy(reinterpret_cast<char *>(&engine) + 72, &index, sizeof index);
+    EXPECT_EQ(StepOf(engine, arguments).result, 'a');
+    EXPECT_EQ(engine.GetCmdIndex(), 2);
+    EXPECT_EQ(StepOf(engine, arguments).result, 'b');
+}
+
+TEST_F(OptionEngine, Exchange_moves_the_bounds_of_the_skipped_block) {
+    Arguments arguments({"a", "b", "--verify"});
+    EXPECT_EQ(StepOf(engine, arguments).result, 101);
+    engine.ExchangeAdjacentSubsequence(arguments.Get());
+    EXPECT_EQ(arguments.Now(), (Words{"--verify", "a", "b"}));
+    EXPECT_EQ(At<int>(&engine, 56), 2);
+    EXPECT_EQ(At<int>(&engine, 60), 4);
+    EXPECT_EQ(engine.GetCmdIndex(), 4);
+    engine.ExchangeAdjacentSubsequence(arguments.Get());
+    EXPECT_EQ(arguments.Now(), (Words{"--verify", "a", "b"}));
+}
+
+/// The element decides whether an unknown name may be a cluster, and not the prefix.
+TEST_F(OptionEngine, Unknown_name_asks_for_short_options_by_its_element) {
+    const struct {
+        int longOnly;
+        const char *shorts;
+        const char *prefix;
+        int result;
+        const char *printed;
+    } rows[] = {
+        {1, "xy", "-", -1, ""},
+        {1, "xy", "--", -1, ""},
+        {1, "x", "-", 63, "prog: unrecognized command '-y'\n"},
+        {0, "xy", "-", 63, "prog: unrecognized command '-y'\n"},
+    };
+    for (const auto &row : rows) {
+        CpNxCmdLindParse copy(engine);
+        copy.AddShortCmds(row.shorts);
+        Arguments arguments({"-xy"});
+        EXPECT_EQ(StepOf(copy, arguments).result, 'x');
+        EXPECT_EQ(ErrorOutputOf([&] {
+                      EXPECT_EQ(
+                          copy.ParseLongCmd(2, arguments.Get(), nullptr, row.longOnly, row.prefix),
+                          row.result);
+                  }),
+                  row.printed);
+    }
+}
+
 TEST_F(OptionEngine, Nothing_to_exchange_keeps_the_order) {
     Arguments arguments({"a", "b"});
     engine.ExchangeAdjacentSubsequence(arguments.Get());
