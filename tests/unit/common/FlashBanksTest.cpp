@@ -7,6 +7,7 @@
 
 #include "support/CapturedOutput.h"
 #include "support/TempFolder.h"
+#include "support/TestLocale.h"
 
 namespace {
 
@@ -82,6 +83,7 @@ TEST(FlashBanks, Narrow_form_is_silent) {
 }
 
 TEST(FlashBanks, Name_is_utf8_whatever_the_locale) {
+    const EnvironmentLocaleGuard environment("C");
     const TempFolder folder;
     const std::string path = folder.Write("\xE2\x82\xAC.bin", std::string(65537, 'x'));
     unsigned count = 0;

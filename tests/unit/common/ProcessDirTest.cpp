@@ -18,6 +18,7 @@ namespace {
 /// What dladdr shall report in this program; nothing: the truth.
 std::optional<std::string> g_imagePath;
 bool g_imageFound = true;
+bool g_imageNamed = true;
 
 class ImagePath {
   public:
@@ -27,6 +28,7 @@ class ImagePath {
     ~ImagePath() {
         g_imagePath.reset();
         g_imageFound = true;
+        g_imageNamed = true;
     }
     ImagePath(const ImagePath &) = delete;
     ImagePath &operator=(const ImagePath &) = delete;
@@ -57,7 +59,7 @@ extern "C" int dladdr(const void *address, Dl_info *info) noexcept {
         return real(address, info);
     }
     *info = Dl_info{};
-    info->dli_fname = g_imageFound ? g_imagePath->c_str() : nullptr;
+    info->dli_fname = g_imageFound && g_imageNamed ? g_imagePath->c_str() : nullptr;
     return g_imageFound ? 1 : 0;
 }
 
@@ -77,6 +79,12 @@ TEST(ProcessDir, Slash_goes_before_backslash) {
 TEST(ProcessDir, Address_in_no_file_gives_nothing) {
     const ImagePath image("/opt/tool/lib.so");
     g_imageFound = false;
+    EXPECT_EQ(std::wstring(GetCurrentProcessDir(TCSZ_GLOBAL_SYMBOL)), L"");
+}
+
+TEST(ProcessDir, Image_without_a_name_gives_nothing) {
+    const ImagePath image("/opt/tool/lib.so");
+    g_imageNamed = false;
     EXPECT_EQ(std::wstring(GetCurrentProcessDir(TCSZ_GLOBAL_SYMBOL)), L"");
 }
 
