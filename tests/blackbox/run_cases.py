@@ -111,7 +111,10 @@ class Run:
     def write(self, name, lines):
         with open(os.path.join(self.root, name), "wb") as file:
             for line in lines:
-                file.write(case_text.unescape(self.text_of(line)) + b"\n")
+                data = case_text.unescape(self.text_of(line))
+                if b"\n" in data or b"\0" in data:
+                    raise ValueError("a command of the host is one line: " + line)
+                file.write(data + b"\n")
 
     def environment(self):
         env = {k: v for k, v in os.environ.items() if not LOCALE_VARIABLE.fullmatch(k)}
