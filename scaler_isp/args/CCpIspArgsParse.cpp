@@ -2,10 +2,13 @@
 
 #include <cstring>
 
+#include "scaler_isp/abi/RecordGaps.h"
 #include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/BoundedCopy.h"
 
-CCpIspArgsParse::CCpIspArgsParse() = default;
+CCpIspArgsParse::CCpIspArgsParse() {
+    ClearGaps(m_stSetting);
+}
 
 void CCpIspArgsParse::SetCurrentDir(const std::string &directory) {
     NothingOnThrow([&] { m_strCurrentDir = directory; });

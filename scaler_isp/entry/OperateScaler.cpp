@@ -1,5 +1,7 @@
 #include "scaler_isp/OperateScaler.h"
 
+#include <memory>
+#include <new>
 #include <string>
 #include <utility>
 #include <vector>
@@ -8,7 +10,6 @@
 #include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/LibraryAnchor.h"
 #include "scaler_isp/common/Paths.h"
-#include "scaler_isp/common/ZeroedHeap.h"
 #include "scaler_isp/entry/CommandLineSplit.h"
 #include "scaler_isp/entry/Globals.h"
 #include "scaler_isp/entry/RunFlow.h"
@@ -22,12 +23,12 @@ constexpr int kNoParser = 0;
 
 /// The parser that a line with bad quotes has left over. The global still points to it; the next
 /// call replaces it, and unloading the library frees it.
-ZeroedPtr<CCpIspArgsParse> g_leftoverParser;
+std::unique_ptr<CCpIspArgsParse> g_leftoverParser;
 
 /// The parser of one call; the global points to it meanwhile.
 class CurrentParser {
   public:
-    explicit CurrentParser(ZeroedPtr<CCpIspArgsParse> parser) : m_parser(std::move(parser)) {
+    explicit CurrentParser(std::unique_ptr<CCpIspArgsParse> parser) : m_parser(std::move(parser)) {
         g_leftoverParser.reset();
         g_pcArgsParse = m_parser.get();
     }
@@ -48,13 +49,14 @@ class CurrentParser {
     }
 
   private:
-    ZeroedPtr<CCpIspArgsParse> m_parser;
+    std::unique_ptr<CCpIspArgsParse> m_parser;
 };
 
 /// Copies both judged records to the heap and carries them out.
 int Carry(const CCpIspArgsParse &parser, void *device) {
-    const auto setting = NewZeroedFrom<Command>([&] { return parser.GetISPCmdSetting(); });
-    const auto signArgs = NewZeroedFrom<SignArgs>([&] { return parser.GetDigitalSignArgs(); });
+    const std::unique_ptr<Command> setting(new (std::nothrow) Command(parser.GetISPCmdSetting()));
+    const std::unique_ptr<SignArgs> signArgs(new (std::nothrow)
+                                                 SignArgs(parser.GetDigitalSignArgs()));
     if (setting == nullptr || signArgs == nullptr) {
         return SCALER_ISP_REFUSED;
     }
@@ -96,8 +98,7 @@ int Operate(const wchar_t *commandLine, ScalerIspProgressCallback progress,
     const std::string line = wide.GetStringBufferBaseOnOS();
     g_cpStrCurDir = GetCurrentProcessDir(TCSZ_GLOBAL_SYMBOL);
     g_cpStrSettingFilePath = g_cpStrCurDir + L"IspSetting.ini";
-    auto fresh =
-        ResultOrOnThrow(ZeroedPtr<CCpIspArgsParse>(), [] { return NewZeroed<CCpIspArgsParse>(); });
+    std::unique_ptr<CCpIspArgsParse> fresh(new (std::nothrow) CCpIspArgsParse);
     if (fresh == nullptr) {
         return kNoParser;
     }

@@ -1,15 +1,17 @@
 #include "scaler_isp/entry/RunFlow.h"
 
 #include <cstdio>
+#include <memory>
+#include <new>
 #include <string>
 
+#include "scaler_isp/abi/RecordGaps.h"
 #include "scaler_isp/abi/ResultCodes.h"
 #include "scaler_isp/abi/SignVerifyPlugin.h"
 #include "scaler_isp/args/CCpIspArgsParse.h"
 #include "scaler_isp/common/BoundedCopy.h"
 #include "scaler_isp/common/LibraryAnchor.h"
 #include "scaler_isp/common/Paths.h"
-#include "scaler_isp/common/ZeroedHeap.h"
 #include "scaler_isp/entry/Globals.h"
 #include "scaler_isp/plugins/CCpIsp.h"
 #include "scaler_isp/plugins/CCpSignVerify.h"
@@ -141,7 +143,7 @@ class Run {
 
     int VerifyWithKeyFromFlash() {
         std::string key(kKeyRoomBytes, '\0');
-        ZeroedPtr<Command> copy = NewZeroedFrom<Command>([this] { return m_setting; });
+        std::unique_ptr<Command> copy(new (std::nothrow) Command(m_setting));
         if (copy == nullptr) {
             return SCALER_ISP_NO_WORKING_COPY;
         }
@@ -160,11 +162,12 @@ class Run {
             m_setting.enumIspMode != kIspModeFactory || m_setting.szBootFwPath[0] == '\0') {
             return SCALER_ISP_SUCCESS;
         }
-        const ZeroedPtr<CCpIspArgsParse> parser = NewZeroed<CCpIspArgsParse>();
-        const ZeroedPtr<Command> boot = NewZeroed<Command>();
+        const std::unique_ptr<CCpIspArgsParse> parser(new (std::nothrow) CCpIspArgsParse);
+        const std::unique_ptr<Command> boot(new (std::nothrow) Command);
         if (parser == nullptr || boot == nullptr) {
             return SCALER_ISP_NO_WORKING_COPY;
         }
+        ClearGaps(*boot);
         boot->enumActionType = ENUM_ACTION_ISP;
         if (MapBootFirmware(*parser, *boot) == 0) {
             return SCALER_ISP_BOOT_MAP_TOO_LARGE;
