@@ -3,10 +3,12 @@
 
 #include <string>
 
-/// While it lives, the process uses the locale of the environment; then the former locale returns.
+/// While it lives, characters are encoded as the environment says (LC_CTYPE); then the former
+/// encoding returns. An environment whose locale does not exist leaves the former one in place.
 ///
-/// The character type locale is restored by its own name first: on some systems the name of a mixed
-/// locale cannot be given back to setlocale as a whole.
+/// Only the character type is switched. It comes out the same as when all categories are switched,
+/// and restored, together, but takes a tenth of the time, does not suffer from another category
+/// that does not exist (LC_TIME=bogus), and leaves the host's decimal point alone.
 class EnvironmentLocale {
   public:
     EnvironmentLocale();
@@ -15,8 +17,7 @@ class EnvironmentLocale {
     EnvironmentLocale &operator=(const EnvironmentLocale &) = delete;
 
   private:
-    std::string m_formerAll;
-    std::string m_formerCharacterType;
+    std::string m_former;
 };
 
 #endif
