@@ -1,211 +1,7 @@
+#include "OptionList.h"
 #include "ParserFixture.h"
 
 namespace {
-
-/// What an option of a good command does, seen in the records behind ParseArgs.
-struct OptionCase {
-    const char *name;
-    bool takesValue;
-};
-
-/// All options in the order of the table.
-constexpr OptionCase kOptions[] = {{"verify", false},
-                                   {"sign", false},
-                                   {"erase", false},
-                                   {"isp", false},
-                                   {"ispuser", false},
-                                   {"ispdiff", false},
-                                   {"ispcopy", false},
-                                   {"factoryisp", false},
-                                   {"recordver", false},
-                                   {"srstatus", false},
-                                   {"flashtype", false},
-                                   {"readsr", false},
-                                   {"writesr", false},
-                                   {"readsafeguard", false},
-                                   {"writesafeguard", false},
-                                   {"resetmcu", false},
-                                   {"dumpflash", false},
-                                   {"getstatus", false},
-                                   {"userdefinedinfo", false},
-                                   {"edpisp", false},
-                                   {"enterispmode", false},
-                                   {"mergefwinfo", false},
-                                   {"senduserdefinedinfo", false},
-                                   {"i2cwrite", false},
-                                   {"getscalertype", false},
-                                   {"boot", true},
-                                   {"newboot", false},
-                                   {"ispchannel", false},
-                                   {"factory", false},
-                                   {"sw", false},
-                                   {"hw", false},
-                                   {"dsmode", true},
-                                   {"reg", false},
-                                   {"ddcci", false},
-                                   {"flash", false},
-                                   {"fwbin", false},
-                                   {"cmd", false},
-                                   {"fwbincmd", false},
-                                   {"copydiffer", false},
-                                   {"userdefined", true},
-                                   {"veraddr", true},
-                                   {"totalverlen", true},
-                                   {"majorverlen", true},
-                                   {"subverlen", true},
-                                   {"recordvermode", true},
-                                   {"dumpaddr", true},
-                                   {"dumplen", true},
-                                   {"dumpname", true},
-                                   {"comm", true},
-                                   {"fw", true},
-                                   {"signfile", true},
-                                   {"keypair", true},
-                                   {"vkfile", true},
-                                   {"skfile", true},
-                                   {"subcert", true},
-                                   {"nextvkfile", true},
-                                   {"bank", true},
-                                   {"settingfile", true},
-                                   {"fw1", true},
-                                   {"bank1", true},
-                                   {"fw2", true},
-                                   {"bank2", true},
-                                   {"fw3", true},
-                                   {"bank3", true},
-                                   {"fw4", true},
-                                   {"bank4", true},
-                                   {"fw5", true},
-                                   {"bank5", true},
-                                   {"fw6", true},
-                                   {"bank6", true},
-                                   {"fw7", true},
-                                   {"bank7", true},
-                                   {"fw8", true},
-                                   {"bank8", true},
-                                   {"fw9", true},
-                                   {"bank9", true},
-                                   {"comparever", false},
-                                   {"flagaddr", true},
-                                   {"flagdata", true},
-                                   {"slave", true},
-                                   {"searchfw", true},
-                                   {"edpmode", true},
-                                   {"read", false},
-                                   {"write", true},
-                                   {"writedata", true},
-                                   {"ddccicmd", false},
-                                   {"infotype", true},
-                                   {"mergefwgen", true},
-                                   {"mergeinfotype", true},
-                                   {"sendextracmd", true}};
-
-/// The ids and bits that the engine hands back; a value of its own where an argument is missing.
-struct OptionNumber {
-    const char *name;
-    unsigned number;
-};
-
-constexpr OptionNumber kNumbers[] = {{"verify", 0x1},
-                                     {"sign", 0x2},
-                                     {"erase", 0x4},
-                                     {"isp", 0x8},
-                                     {"ispuser", 0x10},
-                                     {"ispdiff", 0x20},
-                                     {"ispcopy", 0x40},
-                                     {"factoryisp", 0x10000},
-                                     {"recordver", 0x80},
-                                     {"srstatus", 0x100},
-                                     {"flashtype", 0x200},
-                                     {"readsr", 0x400},
-                                     {"writesr", 0x800},
-                                     {"readsafeguard", 0x1000},
-                                     {"writesafeguard", 0x2000},
-                                     {"resetmcu", 0x4000},
-                                     {"dumpflash", 0x8000},
-                                     {"getstatus", 0x20000},
-                                     {"userdefinedinfo", 0x40000},
-                                     {"edpisp", 0x80000},
-                                     {"enterispmode", 0x100000},
-                                     {"mergefwinfo", 0x200000},
-                                     {"senduserdefinedinfo", 0x400000},
-                                     {"i2cwrite", 0x800000},
-                                     {"getscalertype", 0x1000000},
-                                     {"boot", 42},
-                                     {"newboot", 40},
-                                     {"ispchannel", 49},
-                                     {"factory", 41},
-                                     {"sw", 1},
-                                     {"hw", 2},
-                                     {"dsmode", 8},
-                                     {"reg", 0x1},
-                                     {"ddcci", 0x2},
-                                     {"flash", 0x4},
-                                     {"fwbin", 0x8},
-                                     {"cmd", 0x10},
-                                     {"fwbincmd", 0x20},
-                                     {"copydiffer", 0x40},
-                                     {"userdefined", 0x80},
-                                     {"veraddr", 44},
-                                     {"totalverlen", 45},
-                                     {"majorverlen", 46},
-                                     {"subverlen", 47},
-                                     {"recordvermode", 48},
-                                     {"dumpaddr", 50},
-                                     {"dumplen", 51},
-                                     {"dumpname", 52},
-                                     {"comm", 15},
-                                     {"fw", 1},
-                                     {"signfile", 2},
-                                     {"keypair", 3},
-                                     {"vkfile", 4},
-                                     {"skfile", 5},
-                                     {"subcert", 6},
-                                     {"nextvkfile", 7},
-                                     {"bank", 16},
-                                     {"settingfile", 53},
-                                     {"fw1", 17},
-                                     {"bank1", 18},
-                                     {"fw2", 19},
-                                     {"bank2", 20},
-                                     {"fw3", 21},
-                                     {"bank3", 22},
-                                     {"fw4", 23},
-                                     {"bank4", 24},
-                                     {"fw5", 25},
-                                     {"bank5", 26},
-                                     {"fw6", 27},
-                                     {"bank6", 28},
-                                     {"fw7", 29},
-                                     {"bank7", 30},
-                                     {"fw8", 31},
-                                     {"bank8", 32},
-                                     {"fw9", 33},
-                                     {"bank9", 34},
-                                     {"comparever", 38},
-                                     {"flagaddr", 36},
-                                     {"flagdata", 37},
-                                     {"slave", 35},
-                                     {"searchfw", 39},
-                                     {"edpmode", 54},
-                                     {"read", 1},
-                                     {"write", 2},
-                                     {"writedata", 55},
-                                     {"ddccicmd", 56},
-                                     {"infotype", 57},
-                                     {"mergefwgen", 60},
-                                     {"mergeinfotype", 58},
-                                     {"sendextracmd", 59}};
-
-unsigned NumberOf(const std::string &name) {
-    for (const OptionNumber &row : kNumbers) {
-        if (name == row.name) {
-            return row.number;
-        }
-    }
-    ADD_FAILURE() << name;
-    return 0;
-}
 
 /// The engine's second line shows the low byte of an option's number.
 std::string IllegalOption(unsigned number) {
@@ -217,12 +13,11 @@ std::string IllegalOption(unsigned number) {
 using OptionTableTest = ParserTest;
 
 TEST_F(OptionTableTest, There_are_ninety_options) {
-    EXPECT_EQ(std::size(kOptions), 90U);
-    EXPECT_EQ(std::size(kNumbers), 90U);
+    EXPECT_EQ(std::size(kListedOptions), 90U);
 }
 
 TEST_F(OptionTableTest, Option_with_a_value_complains_where_it_is_missing) {
-    for (const OptionCase &option : kOptions) {
+    for (const ListedOption &option : kListedOptions) {
         if (!option.takesValue) {
             continue;
         }
@@ -230,14 +25,13 @@ TEST_F(OptionTableTest, Option_with_a_value_complains_where_it_is_missing) {
         EXPECT_EQ(answer.result, 0);
         EXPECT_EQ(answer.err,
                   std::string("tool: option '--") + option.name + "' requires an argument\n");
-        EXPECT_EQ(answer.out,
-                  IllegalOption(NumberOf(option.name)) + "Action type undefined or illegal!\n")
+        EXPECT_EQ(answer.out, IllegalOption(option.number) + "Action type undefined or illegal!\n")
             << option.name;
     }
 }
 
 TEST_F(OptionTableTest, Option_without_a_value_complains_about_one) {
-    for (const OptionCase &option : kOptions) {
+    for (const ListedOption &option : kListedOptions) {
         if (option.takesValue) {
             continue;
         }
@@ -245,8 +39,7 @@ TEST_F(OptionTableTest, Option_without_a_value_complains_about_one) {
         EXPECT_EQ(answer.result, 0);
         EXPECT_EQ(answer.err,
                   std::string("tool: option '--") + option.name + "' doesn't allow an argument\n");
-        EXPECT_EQ(answer.out,
-                  IllegalOption(NumberOf(option.name)) + "Action type undefined or illegal!\n")
+        EXPECT_EQ(answer.out, IllegalOption(option.number) + "Action type undefined or illegal!\n")
             << option.name;
     }
 }
@@ -254,13 +47,13 @@ TEST_F(OptionTableTest, Option_without_a_value_complains_about_one) {
 TEST_F(OptionTableTest, Every_prefix_is_resolved_in_the_order_of_the_table) {
     // Every beginning of every name: found when exact or when it fits one option only; otherwise
     // the listing of the candidates shows their order.
-    for (const OptionCase &option : kOptions) {
+    for (const ListedOption &option : kListedOptions) {
         const std::string name = option.name;
         for (std::size_t length = 1; length <= name.size(); ++length) {
             const std::string prefix = name.substr(0, length);
             std::vector<std::string> fitting;
             bool exact = false;
-            for (const OptionCase &other : kOptions) {
+            for (const ListedOption &other : kListedOptions) {
                 if (std::string(other.name).compare(0, length, prefix) == 0) {
                     fitting.emplace_back(other.name);
                 }
