@@ -5,8 +5,8 @@
 
 #if defined(__GLIBC__) && defined(__GLIBCXX__)
 #include <cxxabi.h>
-/// The pseudo exception has no object: a sanitizer would take its handler for a null reference, here
-/// or, were it inlined, in the caller.
+/// The pseudo exception has no object: a sanitizer would take its handler for a null reference,
+/// here or, were it inlined, in the caller.
 #define SCALER_ISP_UNWINDS __attribute__((no_sanitize("null"), noinline))
 #else
 #define SCALER_ISP_UNWINDS
