@@ -7,7 +7,7 @@ import sys
 from kept import all_kept
 from tracked import report, tracked_texts
 
-TEST = re.compile(r"\bTEST(?:_F|_P)?\(\s*\w+,\s*(\w+)\s*\)")
+TEST = re.compile(r"\b(?:TYPED_)?TEST(?:_F|_P)?\(\s*\w+,\s*(\w+)\s*\)")
 CASE = re.compile(r"^case: (\w+)", re.MULTILINE)
 
 

@@ -38,7 +38,8 @@ template <class Char> class Rewrite {
     }
 
   private:
-    /// KEPT: the line that ends the section is not looked at again, even if it is the same header.
+    // KEPT Header_that_ends_a_section_is_passed_over: the line that ends the section is not looked
+    // at again, even if it is the same header.
     void CopySection() {
         View line;
         while (m_lines.Next(line)) {
