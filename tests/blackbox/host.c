@@ -14,7 +14,8 @@
  *   thread KIB               calls run in a thread with a stack of that size; 0: in the main thread
  *   call [LINE]              one call; LINE is UTF-8
  *   call-null                one call with a null command line
- *   soak WARM TOTAL KIB LINE TOTAL calls; resident size after WARM and at the end within KIB
+ *   soak WARM TOTAL KIB LINE TOTAL calls with one result; the resident size grows between WARM
+ *                            calls and the end by at most KIB
  *   loaded PATH              tells whether that library is loaded in this process
  *   chdir PATH               changes the working directory
  *   locale NAME              setlocale(LC_ALL, NAME); show-locale: tells the current one
@@ -188,6 +189,7 @@ static long resident_kib(void) {
     return resident * (sysconf(_SC_PAGESIZE) / 1024);
 }
 
+/* Every call must end like the first one. */
 static void do_soak(const char *arguments) {
     long warm = 0;
     long total = 0;
@@ -195,6 +197,7 @@ static void do_soak(const char *arguments) {
     long before = 0;
     long growth;
     long i;
+    int first = 0;
     int skip = 0;
     char text[96];
     if (sscanf(arguments, "%ld %ld %ld %n", &warm, &total, &limit, &skip) != 3) {
@@ -202,8 +205,9 @@ static void do_soak(const char *arguments) {
     }
     for (i = 0; i < total; ++i) {
         int result = call_text(arguments + skip);
-        if (result != 0) {
-            event_result("soak result", result);
+        first = i == 0 ? result : first;
+        if (result != first) {
+            event_result("soak result changed", result);
             return;
         }
         if (i + 1 == warm) {
@@ -211,13 +215,10 @@ static void do_soak(const char *arguments) {
         }
     }
     growth = resident_kib() - before;
-    snprintf(text, sizeof text, "%ld calls, growth within %ld KiB", total, limit);
-    if (growth <= limit) {
-        event("soak", text);
-    } else {
-        snprintf(text, sizeof text, "%ld calls, growth %ld KiB", total, growth);
-        event("soak", text);
-    }
+    snprintf(text, sizeof text, "%ld calls, growth %s%ld KiB", total,
+             growth <= limit ? "within " : "", growth <= limit ? limit : growth);
+    event("soak", text);
+    event_result("result", first);
 }
 
 static int is_loaded(const char *path) {

@@ -1,17 +1,20 @@
 #ifndef SCALER_ISP_TESTS_BLACKBOX_JOURNAL_H
 #define SCALER_ISP_TESTS_BLACKBOX_JOURNAL_H
 
-/* What the recording plug-ins write down and how they find their answers. Both live in the folder
- * that the environment variable BLACKBOX_DIR names:
+/* What the recording plug-ins write down and how they find their answers. Both files lie in the
+ * folder that the environment variable BLACKBOX_DIR names.
  *
- *   events.txt   one line a call: the function, then NAME=VALUE of every field that differs from
- * its default; the host writes its own lines into the same file, so the order shows answers.txt
- * lines FUNCTION VERB ARGUMENT, for every call of the function, or FUNCTION#N for its Nth call
- * only: returns NUMBER     result (0 for the ISP plug-in, 1 for sign/verify) progress NUMBER calls
- * the progress callback message TEXT       calls the message callback prints TEXT        writes
- * TEXT and a line end to standard output through stdio key NUMBER         writes that many bytes
- * 0x5A into the key buffer throws WHAT        for the throwing plug-in: int or exception A line
- * "journal off" silences the journal. */
+ * events.txt: one line a call, the function and then NAME=VALUE of every field that differs from
+ * its default. The host writes its own lines into the same file, so the order shows.
+ *
+ * answers.txt: lines FUNCTION VERB ARGUMENT for every call of a function, or FUNCTION#N for its Nth
+ * call since the plug-in was loaded. The line "journal off" silences the journal. The verbs:
+ *   returns NUMBER    the result (otherwise 0 from the ISP plug-in, 1 from sign/verify)
+ *   progress NUMBER   calls the progress callback
+ *   message TEXT      calls the message callback
+ *   prints TEXT       writes TEXT and a line end to standard output through stdio
+ *   key NUMBER        writes that many bytes 0x5A into the key buffer
+ *   throws WHAT       an exception of the throwing plug-in: int or exception */
 
 #include <stddef.h>
 #include <stdint.h>
