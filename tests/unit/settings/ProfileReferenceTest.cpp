@@ -1,0 +1,276 @@
+#include <gtest/gtest.h>
+#include <random>
+
+#include "scaler_isp/settings/ProfileBatch.h"
+#include "scaler_isp/settings/ProfileEdit.h"
+#include "scaler_isp/settings/ProfileLookup.h"
+#include "support/TestLocale.h"
+#include "unit/settings/ProfileFamilies.h"
+#include "unit/settings/ReferenceProfile.h"
+
+namespace {
+
+using reference::Encoding;
+
+/// What a getter has to do after the search, as the second version says it.
+template <class Text> reference::Read AsRead(Lookup lookup, const Text &value) {
+    switch (lookup) {
+    case Lookup::Found:
+        return {static_cast<unsigned int>(value.size()), std::wstring(value.begin(), value.end())};
+    case Lookup::EndOfSection:
+        return {0, std::nullopt};
+    case Lookup::EndOfFile:
+        break;
+    }
+    return {0, L"dflt"};
+}
+
+std::string Shown(const std::string &bytes) {
+    return testing::PrintToString(bytes);
+}
+
+std::string Shown(const ProfileWrite &write) {
+    return " | " + testing::PrintToString(write.section) + " " + testing::PrintToString(write.key) +
+           " " + testing::PrintToString(write.value);
+}
+
+std::string Shown(const std::vector<ProfileWrite> &writes) {
+    std::string text;
+    for (const ProfileWrite &write : writes) {
+        text += Shown(write);
+    }
+    return text;
+}
+
+/// A text as the narrow family gets it.
+std::string Bytes(const std::wstring &text) {
+    return Narrow(text).c_str(); // ends at a NUL
+}
+
+/// The library's search and writer for the wide family, without the file.
+void CompareWide(const std::string &bytes, Encoding encoding, const ProfileWrite &write) {
+    std::wstring value;
+    const Lookup lookup = LookUpValue(bytes, write.section, write.key, value);
+    EXPECT_EQ(AsRead(lookup, value),
+              reference::GetString(bytes, encoding, write.section, write.key, L"dflt"));
+    const auto expected = reference::Write(bytes, encoding, write.section, write.key, write.value);
+    NativeEncoding native;
+    std::string after;
+    EXPECT_EQ(EditProfileBytes(native, bytes, {{write.section, write.key, write.value}}, after),
+              expected ? 1U : 0U);
+    EXPECT_EQ(after, expected.value_or(bytes));
+}
+
+/// The same for the narrow family.
+void CompareNarrow(const std::string &bytes, const std::string &section, const std::string &key,
+                   const std::string &newValue) {
+    std::string value;
+    const Lookup lookup = LookUpValue(bytes, section, key, value);
+    EXPECT_EQ(AsRead(lookup, Wide(value)),
+              reference::GetString(bytes, Encoding::Bytes, Wide(section), Wide(key), L"dflt"));
+    ByteEncoding narrow;
+    std::string after;
+    EXPECT_EQ(EditProfileBytes(narrow, bytes, {{section, key, newValue}}, after), 1U);
+    EXPECT_EQ(after,
+              reference::Write(bytes, Encoding::Bytes, Wide(section), Wide(key), Wide(newValue)));
+}
+
+void CompareSingle(const std::string &bytes, Encoding encoding, const ProfileWrite &write) {
+    CompareWide(bytes, encoding, write);
+    CompareNarrow(bytes, Bytes(write.section), Bytes(write.key), Bytes(write.value));
+    if (testing::Test::HasFailure()) {
+        ADD_FAILURE() << Shown(bytes) << Shown(write);
+    }
+}
+
+/// Applies the writes as a list, and holds it against the second version key by key.
+void CompareBatch(const std::string &bytes, Encoding encoding,
+                  const std::vector<ProfileWrite> &writes) {
+    std::string expected = bytes;
+    std::size_t count = 0;
+    std::vector<KeyWrite<wchar_t>> list;
+    for (const ProfileWrite &write : writes) {
+        const auto after =
+            reference::Write(expected, encoding, write.section, write.key, write.value);
+        count += after ? 1U : 0U;
+        expected = after.value_or(expected);
+        list.push_back({write.section, write.key, write.value});
+    }
+    NativeEncoding native;
+    std::string after;
+    EXPECT_EQ(EditProfileBytes(native, bytes, list, after), count);
+    EXPECT_EQ(after, expected);
+    if (testing::Test::HasFailure()) {
+        ADD_FAILURE() << Shown(bytes) << Shown(writes);
+    }
+}
+
+const std::vector<std::string> kSmallLines = {"", "[S]", "K=1", "L=2", " K = 3 ", "x"};
+
+/// Every file of up to `count` of the small lines.
+std::vector<std::string> SmallFiles(std::size_t count) {
+    std::vector<std::string> files = {""};
+    for (std::size_t begin = 0; count > 0; --count) {
+        const std::size_t end = files.size();
+        for (std::size_t i = begin; i < end; ++i) {
+            for (const std::string &line : kSmallLines) {
+                files.push_back(files[i] + line + "\n");
+            }
+        }
+        begin = end;
+    }
+    return files;
+}
+
+TEST(ProfileReference, All_small_files_agree_for_single_calls) {
+    for (const std::string &file : SmallFiles(5)) {
+        CompareSingle(file, Encoding::Utf8, {L"S", L"K", L"9"});
+        ASSERT_FALSE(testing::Test::HasFailure());
+    }
+}
+
+TEST(ProfileReference, All_small_files_agree_for_lists) {
+    for (const std::string &file : SmallFiles(5)) {
+        CompareBatch(file, Encoding::Utf8,
+                     {{L"S", L"L", L" a=b "}, {L"S", L"K", L"8"}, {L"S", L"L", L"9"}});
+        CompareBatch(file, Encoding::Utf8,
+                     {{L"S", L"J", L"1"}, {L"T", L"K", L"2 "}, {L"S", L"J", L""}});
+        ASSERT_FALSE(testing::Test::HasFailure());
+    }
+}
+
+/// Random files and writes made of interesting pieces.
+class Pieces {
+  public:
+    explicit Pieces(unsigned int seed) : m_random(seed) {}
+
+    std::size_t Below(std::size_t end) {
+        return m_random() % end;
+    }
+
+    template <class List> auto OneOf(const List &list) {
+        return list[Below(list.size())];
+    }
+
+    std::string File() {
+        static const std::vector<std::string> lines = {"[S]",
+                                                       "[S]",
+                                                       "[T]",
+                                                       "[]",
+                                                       " [S] ",
+                                                       "[S]\r",
+                                                       "[a=b]",
+                                                       "[\xC3\xA4]",
+                                                       "",
+                                                       "  ",
+                                                       "x",
+                                                       ";=",
+                                                       "K=1",
+                                                       "K=1",
+                                                       "L=2",
+                                                       "K = 3",
+                                                       " K=4 ",
+                                                       "K=a=b",
+                                                       "=v",
+                                                       "=",
+                                                       "K=",
+                                                       "k=5",
+                                                       "K=\xC3\xA4",
+                                                       "\xC3\xA4=6",
+                                                       "[\xE4]",
+                                                       "K=\xE4",
+                                                       "\xC3",
+                                                       std::string("K=1\0x=2", 7),
+                                                       std::string("[S]\0", 4),
+                                                       "K=" + std::string(1021, 'v'),
+                                                       std::string(1024, 'o'),
+                                                       "L=" + Repeated("\xC3\xA4", 900),
+                                                       "M=" + std::string(1015, 'w') + "=x"};
+        // Most files are of the plain sort, else nothing would ever be read to its end.
+        const std::size_t sorts = Below(3) == 0 ? lines.size() : 21;
+        std::string file;
+        for (std::size_t count = Below(9); count > 0; --count) {
+            file += lines[Below(sorts)] + (count == 1 && Below(2) == 0 ? "" : "\n");
+        }
+        return file;
+    }
+
+    ProfileWrite Write() {
+        static const std::vector<std::wstring> sections = {L"S",   L"S",  L"T",      L"",
+                                                           L"a=b", L"S ", L"\x00E4", L"S]\n[T"};
+        static const std::vector<std::wstring> keys = {
+            L"K",  L"K",   L"L",      L"J",   L"M",   L"",       L"K ",
+            L" K", L"K=a", L"\x00E4", L"[S]", L"K\n", L"\x4E2D", L"J\n[T]\nx"};
+        static const std::vector<std::wstring> values = {L"1",
+                                                         L"22",
+                                                         L"",
+                                                         L" v ",
+                                                         L"a=b",
+                                                         L"=",
+                                                         L"= ",
+                                                         L"\x00E4",
+                                                         L"\x4E2D\x6587",
+                                                         L"\nK=2",
+                                                         L"1\n\n[S]\n",
+                                                         L"\xD800",
+                                                         std::wstring(1021, L'n'),
+                                                         std::wstring(1022, L'n'),
+                                                         std::wstring(600, L'\x00E4'),
+                                                         std::wstring(1000, L'n') + L"=="};
+        const bool plain = Below(3) != 0;
+        return {sections[Below(plain ? 3 : sections.size())], keys[Below(plain ? 6 : keys.size())],
+                values[Below(plain ? 7 : values.size())]};
+    }
+
+    std::vector<ProfileWrite> Writes() {
+        std::vector<ProfileWrite> writes;
+        for (std::size_t count = 2 + Below(7); count > 0; --count) {
+            writes.push_back(Write());
+        }
+        return writes;
+    }
+
+  private:
+    static std::string Repeated(const std::string &text, int count) {
+        std::string all;
+        for (; count > 0; --count) {
+            all += text;
+        }
+        return all;
+    }
+
+    std::mt19937 m_random;
+};
+
+void CompareRandomInputs(Encoding encoding, unsigned int seed) {
+    Pieces pieces(seed);
+    for (int round = 0; round < 5000; ++round) {
+        CompareSingle(pieces.File(), encoding, pieces.Write());
+        CompareBatch(pieces.File(), encoding, pieces.Writes());
+        ASSERT_FALSE(testing::Test::HasFailure()) << "round " << round;
+    }
+}
+
+TEST(ProfileReference, Random_inputs_agree_in_UTF_8) {
+    CompareRandomInputs(Encoding::Utf8, 1);
+}
+
+TEST(ProfileReference, Random_inputs_agree_in_a_plain_ASCII_locale) {
+    const EnvironmentLocaleGuard locale("C");
+    CompareRandomInputs(Encoding::Bytes, 2);
+}
+
+TEST(ProfileReference, Random_inputs_agree_without_a_valid_locale) {
+    const EnvironmentLocaleGuard locale("xx_YY.nothing");
+    CompareRandomInputs(Encoding::Bytes, 3);
+}
+
+TEST(ProfileReference, Random_inputs_agree_in_Latin_1) {
+    if (!HasTestLocale("de_DE.ISO-8859-1")) {
+        GTEST_SKIP() << "the locale de_DE.ISO-8859-1 was not made";
+    }
+    const EnvironmentLocaleGuard locale("de_DE.ISO-8859-1");
+    CompareRandomInputs(Encoding::Bytes, 4);
+}
+
+} // namespace

@@ -1,0 +1,215 @@
+#include <cerrno>
+#include <csignal>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "support/CapturedOutput.h"
+#include "support/TempFolder.h"
+#include "unit/settings/ProfileFamilies.h"
+
+namespace {
+
+/// The writer, on both families.
+template <class Family> class ProfileWriter : public testing::Test {
+  protected:
+    /// The file after one write into `before`.
+    std::string Written(const std::string &before, const std::string &section,
+                        const std::string &key, const std::string &value) {
+        EXPECT_EQ(Family::Write(m_folder.Write("p.ini", before), section, key, value), 1);
+        return m_folder.Read("p.ini");
+    }
+    TempFolder m_folder;
+};
+
+using Families = testing::Types<WideFamily, NarrowFamily>;
+TYPED_TEST_SUITE(ProfileWriter, Families);
+
+TYPED_TEST(ProfileWriter, Missing_file_is_created) {
+    EXPECT_EQ(TypeParam::Write(this->m_folder.Path("new.ini"), "S", "K", "V"), 1);
+    EXPECT_EQ(this->m_folder.Read("new.ini"), "[S]\nK=V\n");
+}
+
+TYPED_TEST(ProfileWriter, Value_of_an_existing_key_is_replaced) {
+    EXPECT_EQ(this->Written("[S]\nK=1\n[T]\n", "S", "K", "2"), "[S]\nK=2\n[T]\n");
+}
+
+TYPED_TEST(ProfileWriter, New_key_lands_before_the_next_line_without_equals) {
+    EXPECT_EQ(this->Written("[S]\nK=1\n[T]\n", "S", "J", "3"), "[S]\nK=1\nJ=3\n[T]\n");
+    EXPECT_EQ(this->Written("[S]\nK=1\n\nL=2\n[T]\n", "S", "J", "3"),
+              "[S]\nK=1\nJ=3\n\nL=2\n[T]\n");
+    EXPECT_EQ(this->Written("[S]\n; note\nK=1\n", "S", "K", "3"), "[S]\nK=3\n; note\nK=1\n");
+}
+
+TYPED_TEST(ProfileWriter, New_key_of_the_last_section_lands_at_the_end) {
+    EXPECT_EQ(this->Written("[S]\nK=1", "S", "J", "3"), "[S]\nK=1\nJ=3\n");
+    EXPECT_EQ(this->Written("[S]", "S", "J", "3"), "[S]\nJ=3\n");
+}
+
+TYPED_TEST(ProfileWriter, New_section_lands_at_the_end) {
+    EXPECT_EQ(this->Written("[S]\nK=1\n", "T", "K", "2"), "[S]\nK=1\n[T]\nK=2\n");
+    EXPECT_EQ(this->Written("", "T", "K", "2"), "[T]\nK=2\n");
+}
+
+TYPED_TEST(ProfileWriter, Text_up_to_the_last_equals_is_kept) {
+    EXPECT_EQ(this->Written("[S]\nK=a=b\n", "S", "K", "c"), "[S]\nK=a=c\n");
+    EXPECT_EQ(this->Written("[S]\nK=a= b \n", "S", "K", ""), "[S]\nK=a=\n");
+}
+
+TYPED_TEST(ProfileWriter, Writer_compares_the_raw_name) {
+    EXPECT_EQ(this->Written("[S]\nK = 1\n", "S", "K", "2"), "[S]\nK = 1\nK=2\n");
+    EXPECT_EQ(TypeParam::Get(this->m_folder.Path("p.ini"), "S", "K"), (Got{1, "1"}));
+    EXPECT_EQ(this->Written("[S]\nK = 1\n", "S", "K ", "2"), "[S]\nK =2\n");
+    EXPECT_EQ(this->Written("[S]\n  K= 1\n", "S", "K", "2"), "[S]\nK=2\n");
+}
+
+TYPED_TEST(ProfileWriter, All_lines_are_trimmed) {
+    EXPECT_EQ(this->Written("  a  \n  [S] \n \n\tb\n  c = d  \n[T]", "T", "K", "1"),
+              "a\n[S]\n\n\tb\nc = d\n[T]\nK=1\n");
+}
+
+TYPED_TEST(ProfileWriter, Written_text_itself_is_not_trimmed) {
+    EXPECT_EQ(this->Written("", "S", " K ", " V "), "[S]\n K = V \n");
+    EXPECT_EQ(this->Written("[S]\nK=1\n", "S", "K", " V "), "[S]\nK= V \n");
+    EXPECT_EQ(this->Written("[S]\n K = V \n", "T", "J", "1"), "[S]\nK = V\n[T]\nJ=1\n");
+}
+
+TYPED_TEST(ProfileWriter, First_of_two_equal_keys_is_replaced) {
+    EXPECT_EQ(this->Written("[S]\nK=1\nK=2\n", "S", "K", "3"), "[S]\nK=3\nK=2\n");
+}
+
+TYPED_TEST(ProfileWriter, Key_is_replaced_in_every_section_of_the_name) {
+    EXPECT_EQ(this->Written("[S]\nK=1\n\n[S]\nK=2\n[T]\nK=3\n", "S", "K", "9"),
+              "[S]\nK=9\n\n[S]\nK=9\n[T]\nK=3\n");
+    EXPECT_EQ(this->Written("[S]\nK=1\n[S]\nK=2\n", "S", "K", "9"), "[S]\nK=9\n[S]\nK=9\n");
+}
+
+TYPED_TEST(ProfileWriter, Key_is_added_only_once) {
+    EXPECT_EQ(this->Written("[S]\nK=1\n\n[S]\nL=2\n", "S", "J", "3"),
+              "[S]\nK=1\nJ=3\n\n[S]\nL=2\n");
+    EXPECT_EQ(this->Written("[S]\nK=1\n\n[S]\nL=2\n", "S", "L", "3"),
+              "[S]\nK=1\nL=3\n\n[S]\nL=3\n");
+    EXPECT_EQ(this->Written("[S]\nK=1\n\n[S]\nL=2\n", "S", "K", "3"), "[S]\nK=3\n\n[S]\nL=2\n");
+}
+
+TYPED_TEST(ProfileWriter, Header_that_ends_a_section_is_passed_over) {
+    EXPECT_EQ(this->Written("[S]\nK=1\n[S]\nK=2\n", "S", "J", "3"), "[S]\nK=1\nJ=3\n[S]\nK=2\n");
+    EXPECT_EQ(this->Written("[S]\nK=1\n[S]\nJ=2\n", "S", "J", "3"), "[S]\nK=1\nJ=3\n[S]\nJ=2\n");
+    EXPECT_EQ(this->Written("[S]\n[S]\n[S]\nJ=2\n", "S", "J", "3"), "[S]\nJ=3\n[S]\n[S]\nJ=3\n");
+}
+
+TYPED_TEST(ProfileWriter, Section_with_equals_is_a_key_line_inside_another) {
+    EXPECT_EQ(this->Written("[a=b]\nK=1\n", "a=b", "K", "2"), "[a=b]\nK=2\n");
+    EXPECT_EQ(this->Written("[S]\n[a=b]\nK=1\n", "S", "K", "2"), "[S]\n[a=b]\nK=2\n");
+    EXPECT_EQ(this->Written("[a=b]\n[a=b]\nK=1\n", "a=b", "J", "2"), "[a=b]\n[a=b]\nK=1\nJ=2\n");
+}
+
+TYPED_TEST(ProfileWriter, Carriage_returns_never_match_the_header) {
+    EXPECT_EQ(this->Written("[S]\r\nK=1\r\n", "S", "K", "2"), "[S]\r\nK=1\r\n[S]\nK=2\n");
+}
+
+TYPED_TEST(ProfileWriter, Overlong_line_is_lost_in_a_rewrite) {
+    const std::string kept(1023, 'x');
+    EXPECT_EQ(this->Written("[S]\nK=1\n" + kept + "x\n[T]\nL=2\n", "S", "K", "2"), "[S]\nK=2\n");
+    EXPECT_EQ(this->Written("[S]\nK=1\n" + kept + "\n[T]\n", "S", "K", "2"),
+              "[S]\nK=2\n" + kept + "\n[T]\n");
+}
+
+TYPED_TEST(ProfileWriter, Overlong_value_is_written_but_never_read) {
+    const std::string value(2000, 'v');
+    EXPECT_EQ(this->Written("", "S", "K", value), "[S]\nK=" + value + "\n");
+    EXPECT_EQ(TypeParam::Get(this->m_folder.Path("p.ini"), "S", "K"), (Got{0, "dflt"}));
+}
+
+TYPED_TEST(ProfileWriter, Line_is_cut_at_a_NUL) {
+    EXPECT_EQ(this->Written(std::string("[S]\0x\nK=1\0y=2\n", 14), "S", "K", "2"), "[S]\nK=2\n");
+}
+
+TYPED_TEST(ProfileWriter, Value_can_hold_equals_and_line_feeds) {
+    EXPECT_EQ(this->Written("[S]\nK=1\n", "S", "K", "a=b"), "[S]\nK=a=b\n");
+    EXPECT_EQ(this->Written("[S]\nK=1\n", "S", "K", "a\n[T]"), "[S]\nK=a\n[T]\n");
+}
+
+TYPED_TEST(ProfileWriter, Writing_prints_nothing) {
+    EXPECT_EQ(OutputOf([&] { this->Written("[S]\n", "S", "K", "1"); }), "");
+}
+
+TYPED_TEST(ProfileWriter, File_that_cannot_be_opened_is_reported) {
+    const std::string folder = this->m_folder.MakeFolder("d");
+    for (const std::string &path :
+         {folder, this->m_folder.Path("no/such/folder.ini"), std::string()}) {
+        SCOPED_TRACE(path);
+        EXPECT_EQ(OutputOf([&] { EXPECT_EQ(TypeParam::Write(path, "S", "K", "1"), 0); }),
+                  "Open file error \n");
+    }
+}
+
+TYPED_TEST(ProfileWriter, File_keeps_its_identity_and_rights) {
+    const std::string path = this->m_folder.Write("p.ini", "[S]\nK=1\n");
+    const std::string link = this->m_folder.Path("link.ini");
+    ASSERT_EQ(::symlink(path.c_str(), link.c_str()), 0);
+    ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
+    struct stat before {};
+    ASSERT_EQ(::stat(path.c_str(), &before), 0);
+    EXPECT_EQ(TypeParam::Write(link, "S", "K", "2"), 1);
+    struct stat after {};
+    ASSERT_EQ(::lstat(path.c_str(), &after), 0);
+    EXPECT_EQ(after.st_ino, before.st_ino);
+    EXPECT_EQ(after.st_mode & 07777U, 0640U);
+    EXPECT_EQ(this->m_folder.Read("p.ini"), "[S]\nK=2\n");
+}
+
+/// While it lives, no file of this process can grow beyond the size.
+class FileSizeLimit {
+  public:
+    explicit FileSizeLimit(rlim_t size) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &m_former);
+        const rlimit limit{size, m_former.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        ::setrlimit(RLIMIT_FSIZE, &m_former);
+        std::signal(SIGXFSZ, m_handler);
+    }
+    FileSizeLimit(const FileSizeLimit &) = delete;
+    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
+
+  private:
+    rlimit m_former{};
+    void (*m_handler)(int);
+};
+
+TYPED_TEST(ProfileWriter, Old_bytes_return_when_not_all_new_ones_can_be_written) {
+    const std::string before = "  [S]  \r\nK = 1\n[T]";
+    const std::string path = this->m_folder.Write("p.ini", before);
+    int result = -1;
+    const std::string printed = OutputOf([&] {
+        const FileSizeLimit limit(30);
+        result = TypeParam::Write(path, "S", "K", std::string(40, 'v'));
+    });
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(printed, "");
+    EXPECT_EQ(this->m_folder.Read("p.ini"), before);
+}
+
+TYPED_TEST(ProfileWriter, Missing_file_stays_missing_when_it_cannot_be_written) {
+    const std::string path = this->m_folder.Path("new.ini");
+    int result = -1;
+    {
+        const FileSizeLimit limit(10);
+        result = TypeParam::Write(path, "S", "K", std::string(40, 'v'));
+    }
+    EXPECT_EQ(result, 0);
+    EXPECT_FALSE(this->m_folder.Exists("new.ini"));
+}
+
+TYPED_TEST(ProfileWriter, Full_device_gives_0_without_a_message) {
+    if (::access("/dev/full", W_OK) != 0) {
+        GTEST_SKIP() << "this system has no /dev/full";
+    }
+    EXPECT_EQ(OutputOf([] { EXPECT_EQ(TypeParam::Write("/dev/full", "S", "K", "1"), 0); }), "");
+    EXPECT_EQ(TypeParam::Get("/dev/full", "S", "K"), (Got{0, "dflt"}));
+}
+
+} // namespace
