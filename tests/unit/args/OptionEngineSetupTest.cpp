@@ -199,13 +199,17 @@ TEST_F(OptionEngine, Set_up_ends_a_cluster) {
 }
 
 TEST_F(OptionEngine, Index_0_starts_afresh_at_1) {
-    engine.AddShortCmds("abc");
-    Arguments arguments({"f", "-abc"});
-    EXPECT_EQ(StepOf(engine, arguments).result, 'a');
     const int index = 0;
     std::memcpy(reinterpret_cast<char *>(&engine) + 72, &index, sizeof index);
+    engine.ParseCmdLineInital();
+    EXPECT_EQ(engine.GetCmdIndex(), 1);
+
+    // Also within a step, in the middle of a cluster.
+    engine.AddShortCmds("abc");
+    Arguments arguments({"-abc"});
     EXPECT_EQ(StepOf(engine, arguments).result, 'a');
-    EXPECT_EQ(engine.GetCmdIndex(), 2);
+    std::memcpy(reinterpret_cast<char *>(&engine) + 72, &index, sizeof index);
+    EXPECT_EQ(StepOf(engine, arguments).result, 'a');
     EXPECT_EQ(StepOf(engine, arguments).result, 'b');
 }
 
