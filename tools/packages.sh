@@ -15,12 +15,12 @@ test,check,demo,bench inc:nlohmann/json.hpp         nlohmann-json3-dev  nlohmann
 test,check,demo,bench inc:fmt/format.h              libfmt-dev          fmt
 test,check,demo,bench inc:openssl/evp.h             libssl-dev          openssl@3
 demo,check            cmd:openssl                   openssl             openssl@3
-test,check            inc:gtest/gtest.h             libgtest-dev        googletest
-test,check            inc:gmock/gmock.h             libgmock-dev        googletest
+test,check,bench      inc:gtest/gtest.h             libgtest-dev        googletest
+test,check,bench      inc:gmock/gmock.h             libgmock-dev        googletest
 test,check,bench      inc:benchmark/benchmark.h     libbenchmark-dev    google-benchmark
-test,check            cmd:python3                   python3             python@3
+test,check,bench      cmd:python3                   python3             python@3
 test,check            cmd:pkg-config                pkg-config          pkg-config
-test,check            file:/usr/share/i18n/charmaps locales             -
+test,check,bench      file:/usr/share/i18n/charmaps locales             -
 check                 cmd:git                       git                 git
 check                 cmd:clang++-14                clang-14            llvm@14
 check                 cmd:clang-tidy-14             clang-tidy-14       llvm@14

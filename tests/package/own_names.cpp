@@ -33,7 +33,20 @@ int StringtoInt(const std::string & /*text*/, int &value) {
     return 0;
 }
 
-int main() {
+/// Both programs hold the exported pointers at one place, although this one has copied them.
+void TestPointers(const char *deviceFile) {
+    const std::string file(deviceFile);
+    std::wstring path(file.begin(), file.end()); // a build folder with an ASCII name
+    Expect(nxdI2CWrite == nullptr && g_hDeviceDll == nullptr, "no device library is loaded");
+    Expect(nxdLoadDeviceDllFile(path.data()) == 1, "the device library is loaded");
+    Expect(nxdI2CWrite != nullptr && nxdSendUsbPacket != nullptr, "its functions are seen here");
+    Expect(g_hDeviceDll != nullptr, "and so is its handle");
+    nxdFreeDeviceDllFile();
+    Expect(nxdI2CWrite == nullptr && g_hDeviceDll == nullptr, "and that they are gone");
+}
+
+int main(int argc, char **argv) {
+    Expect(argc == 2, "the device library is named");
     std::vector<std::string> words;
     Expect(ParseCommandLineParameter(words, "a \"b c\" d") == 1, "the line is split");
     Expect(words == std::vector<std::string>{"a", "b c", "d"}, "by the library's StringSplit");
@@ -45,5 +58,7 @@ int main() {
 
     StringSplit("", "", 0);
     Expect(hostCalls == 1, "the host uses its own");
+
+    TestPointers(argv[1]);
     return failures == 0 ? 0 : 1;
 }
