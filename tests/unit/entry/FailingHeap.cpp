@@ -1,0 +1,67 @@
+#include "FailingHeap.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <iterator>
+#include <new>
+
+namespace {
+
+constexpr std::size_t kRecordBytes = 1840; // the smaller record; the others are larger
+
+int g_successes = -1; // negative: never fails
+void *g_living[64] = {};
+
+void Release(void *memory) {
+    if (memory != nullptr) {
+        std::replace(std::begin(g_living), std::end(g_living), memory,
+                     static_cast<void *>(nullptr));
+        std::free(memory);
+    }
+}
+
+} // namespace
+
+void *operator new(std::size_t size) {
+    if (void *memory = std::malloc(size == 0 ? 1 : size)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+
+void *operator new(std::size_t size, const std::nothrow_t &) noexcept {
+    void *memory = nullptr;
+    if (size < kRecordBytes || g_successes != 0) {
+        memory = std::malloc(size == 0 ? 1 : size);
+    }
+    if (size >= kRecordBytes && memory != nullptr) {
+        g_successes -= g_successes > 0 ? 1 : 0;
+        *std::find(std::begin(g_living), std::end(g_living), nullptr) = memory;
+    }
+    return memory;
+}
+
+void operator delete(void *memory) noexcept {
+    Release(memory);
+}
+
+void operator delete(void *memory, std::size_t) noexcept {
+    Release(memory);
+}
+
+void operator delete(void *memory, const std::nothrow_t &) noexcept {
+    Release(memory);
+}
+
+FailingHeap::FailingHeap(int successes) {
+    g_successes = successes;
+}
+
+FailingHeap::~FailingHeap() {
+    g_successes = -1;
+}
+
+int LivingObjects() {
+    return static_cast<int>(std::count_if(std::begin(g_living), std::end(g_living),
+                                          [](const void *place) { return place != nullptr; }));
+}
