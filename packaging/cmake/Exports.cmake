@@ -9,7 +9,9 @@ function(scaler_isp_mangled_patterns KIND NAME RESULT)
     elseif(KIND STREQUAL "function")
         set(patterns "_Z${word}*")
     elseif(KIND STREQUAL "class")
-        set(patterns "_ZN${word}*" "_ZNK${word}*" "_ZTV${word}" "_ZTI${word}" "_ZTS${word}")
+        # _ZT?: virtual table and type information. With a wildcard, because the Mach-O linker refuses a
+        # list that names what is not there, and most classes have neither.
+        set(patterns "_ZN${word}*" "_ZNK${word}*" "_ZT?${word}")
     elseif(KIND STREQUAL "operator")
         set(codes "==" eq "!=" ne "<" lt "<=" le ">" gt ">=" ge "+" pl "<<" ls ">>" rs)
         list(FIND codes "${NAME}" index)

@@ -1,0 +1,27 @@
+#!/bin/sh
+# Makes a macOS sysroot: headers and stubs from what fetch_inputs.sh fetched, the stubs of libc++ and
+# libiconv that lie here, and bin/ with the programs that clang and dsymutil call by their plain names.
+#
+#   make_sysroot.sh NPM-LIB LIBCXX-HEADERS LLVM-BIN SYSROOT
+set -eu
+here=$(cd "$(dirname "$0")" && pwd)
+npm_lib=$1 libcxx=$2 llvm_bin=$3 sysroot=$4
+
+rm -rf "$sysroot"
+mkdir -p "$sysroot/usr/include/c++" "$sysroot/usr/lib" "$sysroot/bin"
+cp -r "$npm_lib/libc/include/any-macos-any/." "$sysroot/usr/include/"
+cp "$npm_lib/libc/darwin/libSystem.tbd" "$sysroot/usr/lib/"
+cp -r "$libcxx" "$sysroot/usr/include/c++/v1"
+# Debian switches Apple's availability marks off; with them on, a symbol that is newer than the oldest
+# macOS we support is an error when compiling.
+sed -i 's|^#define _LIBCPP_HAS_NO_VENDOR_AVAILABILITY_ANNOTATIONS.*||' \
+    "$sysroot/usr/include/c++/v1/__config_site"
+cp "$here/libiconv.2.tbd" "$here/libc++.1.tbd" "$sysroot/usr/lib/"
+ln -s libiconv.2.tbd "$sysroot/usr/lib/libiconv.tbd"
+ln -s libc++.1.tbd "$sysroot/usr/lib/libc++.tbd"
+# Without MaximumDeploymentTarget clang ignores the file.
+cat >"$sysroot/SDKSettings.json" <<'JSON'
+{"CanonicalName":"macosx14.0","DisplayName":"macOS 14.0","Version":"14.0","MaximumDeploymentTarget":"14.0.99","DefaultDeploymentTarget":"14.0"}
+JSON
+ln -s "$llvm_bin/llvm-lipo" "$sysroot/bin/lipo"
+ln -s "$llvm_bin/dsymutil" "$sysroot/bin/dsymutil"
