@@ -123,7 +123,8 @@ std::string UnloadedBytes(const Row &row) {
 class CNxCommForwarding : public testing::Test {
   protected:
     CNxCommForwarding() {
-        std::wstring path(COMM_RECORDER_FILE, COMM_RECORDER_FILE + sizeof COMM_RECORDER_FILE - 1);
+        const std::string file = COMM_RECORDER_FILE;
+        std::wstring path(file.begin(), file.end());
         EXPECT_EQ(m_comm.LoadCommDllFile(path.data()), 1);
         m_library = dlopen(COMM_RECORDER_FILE, RTLD_NOW | RTLD_NOLOAD);
         m_record = Get<CommRecord *()>("CommRecorderRecord")();
