@@ -92,48 +92,52 @@ class WriteBytes {
     /// RETURNS the fate of the whole write; only one that is kept becomes part of the list.
     template <class Encoding>
     TextFate Add(const Encoding &encoding, const KeyWrite<typename Encoding::Char> &write) {
-        Sizes sizes{m_bytes.size(), 0, 0, 0};
+        Places at{};
         TextFate fate = TextFate::Kept; // the order of the enumeration is the order of what decides
-        fate = std::max(fate, Append(encoding, write.section, sizes.section));
-        fate = std::max(fate, Append(encoding, write.key, sizes.key));
-        fate = std::max(fate, Append(encoding, write.value, sizes.value));
+        fate = std::max(fate, Append(encoding, write.section, at.section));
+        fate = std::max(fate, Append(encoding, write.key, at.key));
+        fate = std::max(fate, Append(encoding, write.value, at.value));
         if (fate == TextFate::Kept) {
-            m_sizes.push_back(sizes);
+            m_places.push_back(at);
         }
         return fate;
     }
 
     std::vector<KeyWrite<char>> List() const {
         std::vector<KeyWrite<char>> list;
-        list.reserve(m_sizes.size());
-        const std::string_view bytes = m_bytes;
-        for (const Sizes &at : m_sizes) {
-            const std::size_t key = at.begin + at.section;
-            list.push_back({bytes.substr(at.begin, at.section), bytes.substr(key, at.key),
-                            bytes.substr(key + at.key, at.value)});
+        list.reserve(m_places.size());
+        for (const Places &at : m_places) {
+            list.push_back({Part(at.section), Part(at.key), Part(at.value)});
         }
         return list;
     }
 
   private:
-    struct Sizes {
+    struct Place {
         std::size_t begin;
-        std::size_t section;
-        std::size_t key;
-        std::size_t value;
+        std::size_t size;
+    };
+    struct Places {
+        Place section;
+        Place key;
+        Place value;
     };
 
     template <class Encoding>
     TextFate Append(const Encoding &encoding, std::basic_string_view<typename Encoding::Char> text,
-                    std::size_t &size) {
-        const std::size_t before = m_bytes.size();
+                    Place &place) {
+        place.begin = m_bytes.size();
         const TextFate fate = encoding.AppendKept(text, m_bytes);
-        size = m_bytes.size() - before;
+        place.size = m_bytes.size() - place.begin;
         return fate;
     }
 
+    std::string_view Part(const Place &place) const {
+        return std::string_view(m_bytes).substr(place.begin, place.size);
+    }
+
     std::string m_bytes;
-    std::vector<Sizes> m_sizes;
+    std::vector<Places> m_places;
 };
 
 /// All writes in one pass over the bytes. False where it is not certain that the result is that of

@@ -11,6 +11,15 @@
 
 #include "scaler_isp/common/Platform.h"
 
+#if defined(__SANITIZE_ADDRESS__) && defined(__GLIBC__)
+#include <sanitizer/lsan_interface.h>
+using AllocationsOfTheSystem = __lsan::ScopedDisabler; // newlocale never frees its copy of LOCPATH
+#else
+struct AllocationsOfTheSystem {
+    AllocationsOfTheSystem() {} // NOLINT(*-use-equals-default): a variable of it counts as used
+};
+#endif
+
 namespace {
 
 constexpr std::size_t kFailed = static_cast<std::size_t>(-1);
@@ -65,22 +74,9 @@ std::size_t AsciiPrefix(std::wstring_view text) {
                                     text.begin());
 }
 
-/// Whether no character is above `last`, which is a power of two less one.
-bool AllUpTo(wchar_t last, std::wstring_view text) {
-    std::uint32_t bits = 0; // without a way out of the loop it runs on several characters at a time
-    for (const wchar_t character : text) {
-        bits |= static_cast<std::uint32_t>(character);
-    }
-    return bits <= static_cast<std::uint32_t>(last);
-}
-
 bool IsUnicode(wchar_t character) {
     return (character >= 0 && character <= 0xD7FF) ||
            (character >= 0xE000 && character <= 0x10FFFF);
-}
-
-bool AllUnicode(std::wstring_view text) {
-    return std::all_of(text.begin(), text.end(), IsUnicode);
 }
 
 std::wstring BytesToWide(std::string_view bytes) {
@@ -89,13 +85,22 @@ std::wstring BytesToWide(std::string_view bytes) {
     return text;
 }
 
-void AppendBytes(std::wstring_view text, std::string &bytes) {
+/// Appends every character as a byte. False, and the bytes as they were, where one is above `last`,
+/// which is a power of two less one.
+bool AppendUpTo(wchar_t last, std::wstring_view text, std::string &bytes) {
     const std::size_t before = bytes.size();
     bytes.resize(before + text.size());
     char *to = bytes.data() + before;
+    std::uint32_t bits = 0; // without a way out of the loop it runs on several characters at a time
     for (const wchar_t character : text) {
+        bits |= static_cast<std::uint32_t>(character);
         *to++ = static_cast<char>(character);
     }
+    if (bits > static_cast<std::uint32_t>(last)) {
+        bytes.resize(before);
+        return false;
+    }
+    return true;
 }
 
 /// One byte as a character of its own in the current locale; false where it is none.
@@ -119,6 +124,17 @@ bool CanWrite(wchar_t character) {
 }
 
 } // namespace
+
+NativeCtypeLocale::NativeCtypeLocale() {
+    const AllocationsOfTheSystem notOurs;
+    m_locale = ::newlocale(LC_CTYPE_MASK, "", locale_t{});
+}
+
+NativeCtypeLocale::~NativeCtypeLocale() {
+    if (m_locale != locale_t{}) {
+        ::freelocale(m_locale);
+    }
+}
 
 // The locale is asked what it does with characters, never for its name: names differ by system.
 NativeEncoding::NativeEncoding() {
@@ -214,14 +230,10 @@ bool NativeEncoding::DecodeNative(std::string_view bytes, std::wstring *text) co
 
 bool NativeEncoding::Encode(std::wstring_view text, std::string &bytes) const {
     bytes.clear();
-    if (m_bytesOfFile && !AllUpTo(kLastByte, text)) {
-        return false;
+    if (m_bytesOfFile) {
+        return AppendUpTo(kLastByte, text, bytes);
     }
-    if (m_bytesOfFile || (m_ascii && AllUpTo(kLastAscii, text))) {
-        AppendBytes(text, bytes);
-        return true;
-    }
-    return EncodeNative(text, bytes);
+    return (m_ascii && AppendUpTo(kLastAscii, text, bytes)) || EncodeNative(text, bytes);
 }
 
 bool NativeEncoding::EncodeNative(std::wstring_view text, std::string &bytes) const {
@@ -231,12 +243,12 @@ bool NativeEncoding::EncodeNative(std::wstring_view text, std::string &bytes) co
     while (!text.empty()) {
         const std::size_t ascii = m_ascii && std::mbsinit(&state) != 0 ? AsciiPrefix(text) : 0;
         if (ascii != 0) {
-            AppendBytes(text.substr(0, ascii), bytes);
+            AppendUpTo(kLastAscii, text.substr(0, ascii), bytes);
             text.remove_prefix(ascii);
             continue;
         }
         const std::size_t size = std::wcrtomb(buffer.data(), text.front(), &state);
-        if (size == kFailed) {
+        if (size == kFailed || (m_utf8 && !IsUnicode(text.front()))) {
             return false;
         }
         bytes.append(buffer.data(), size);
@@ -252,13 +264,13 @@ bool NativeEncoding::KeepsFile() const {
 }
 
 TextFate NativeEncoding::AppendKept(std::wstring_view text, std::string &bytes) const {
-    if (AllUpTo(m_bytes ? kLastByte : kLastAscii, text)) {
-        AppendBytes(text, bytes);
-        return m_bytes || m_ascii ? TextFate::Kept : TextFate::Unknown;
-    }
     if (m_bytes) {
-        return TextFate::Impossible;
+        return AppendUpTo(kLastByte, text, bytes) ? TextFate::Kept : TextFate::Impossible;
     }
-    const bool kept = m_utf8 && !m_bytesOfFile && AllUnicode(text) && EncodeNative(text, bytes);
+    if (!m_ascii) {
+        return TextFate::Unknown;
+    }
+    const bool kept = AppendUpTo(kLastAscii, text, bytes) ||
+                      (m_utf8 && !m_bytesOfFile && EncodeNative(text, bytes));
     return kept ? TextFate::Kept : TextFate::Unknown;
 }

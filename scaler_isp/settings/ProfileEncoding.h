@@ -50,12 +50,8 @@ class ByteEncoding {
 /// exist.
 class NativeCtypeLocale {
   public:
-    NativeCtypeLocale() : m_locale(::newlocale(LC_CTYPE_MASK, "", locale_t{})) {}
-    ~NativeCtypeLocale() {
-        if (m_locale != locale_t{}) {
-            ::freelocale(m_locale);
-        }
-    }
+    NativeCtypeLocale();
+    ~NativeCtypeLocale();
     NativeCtypeLocale(const NativeCtypeLocale &) = delete;
     NativeCtypeLocale &operator=(const NativeCtypeLocale &) = delete;
     locale_t Get() const {

@@ -35,19 +35,25 @@ bool ProfileGroups::IsPlain(const KeyWrite<char> &write) {
 
 bool ProfileGroups::Apply(const KeyWrite<char> &write) {
     TrimFresh();
-    std::string header = ProfileHeader(write.section);
-    const auto heads = m_groupsByHead.find(header);
-    if (heads != m_groupsByHead.end()) {
-        return ApplyToSection(heads->second, write);
+    if (const Heads *heads = FindHeads(write.section)) {
+        return ApplyToSection(*heads, write);
     }
-    m_made.push_back(std::move(header));
+    m_made.push_back(ProfileHeader(write.section));
     Append(m_made.back());
     AddKey(m_groups.back(), write);
     return true;
 }
 
-bool ProfileGroups::ApplyToSection(const std::vector<std::size_t> &heads,
-                                   const KeyWrite<char> &write) {
+ProfileGroups::Heads *ProfileGroups::FindHeads(std::string_view section) {
+    if (m_lastHeads == nullptr || section != m_lastSection) {
+        const auto found = m_groupsByHead.find(ProfileHeader(section));
+        m_lastHeads = found != m_groupsByHead.end() ? &found->second : nullptr;
+        m_lastSection = section;
+    }
+    return m_lastHeads;
+}
+
+bool ProfileGroups::ApplyToSection(const Heads &heads, const KeyWrite<char> &write) {
     bool written = false;
     std::size_t next = 0; // groups before this one are behind the walk
     for (const std::size_t at : heads) {

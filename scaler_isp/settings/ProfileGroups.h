@@ -47,8 +47,11 @@ class ProfileGroups {
         std::unordered_map<std::string_view, std::size_t> firstByName; ///< once it is indexed
     };
 
+    using Heads = std::vector<std::size_t>; ///< groups, ascending
+
     void Append(std::string_view head);
-    bool ApplyToSection(const std::vector<std::size_t> &heads, const KeyWrite<char> &write);
+    Heads *FindHeads(std::string_view section);
+    bool ApplyToSection(const Heads &heads, const KeyWrite<char> &write);
     void AddKey(Group &group, const KeyWrite<char> &write);
     bool ReplaceValue(KeyLine &line, std::string_view value);
     void TrimFresh();
@@ -56,7 +59,9 @@ class ProfileGroups {
 
     bool m_stoppedEarly = false;
     std::deque<Group> m_groups;
-    std::unordered_map<std::string_view, std::vector<std::size_t>> m_groupsByHead;
+    std::unordered_map<std::string_view, Heads> m_groupsByHead;
+    std::string_view m_lastSection; ///< most writes are for the section of the one before
+    Heads *m_lastHeads = nullptr;   ///< its groups
     std::deque<std::string> m_made; ///< owns texts that are neither of the file nor of a write
     std::vector<std::pair<Group *, std::size_t>> m_fresh; ///< lines of the last write, untrimmed
 };
