@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <string>
 
+#include "device/Faults.h"
+#include "device/MemoryFile.h"
 #include "isp/Description.h"
-#include "isp/Faults.h"
-#include "isp/MemoryFile.h"
 #include "scaler_isp/abi/CommandSetting.h"
 
 namespace virtual_scaler {

@@ -8,7 +8,7 @@
 #include "common/Boundary.h"
 #include "common/Files.h"
 #include "common/Text.h"
-#include "isp/Failure.h"
+#include "device/Failure.h"
 #include "isp/Programmer.h"
 #include "isp/RecordLine.h"
 #include "isp/Ui.h"

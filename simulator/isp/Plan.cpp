@@ -8,7 +8,7 @@
 
 #include "common/Files.h"
 #include "common/Text.h"
-#include "isp/Failure.h"
+#include "device/Failure.h"
 
 namespace virtual_scaler {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "common/Text.h"
-#include "isp/Failure.h"
+#include "device/Failure.h"
 #include "isp/Ui.h"
 #include "isp/Version.h"
 

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "common/Text.h"
-#include "isp/Failure.h"
+#include "device/Failure.h"
 #include "isp/Ui.h"
 
 namespace virtual_scaler {

@@ -7,7 +7,7 @@
 
 #include <gmock/gmock.h>
 
-#include "simulator/isp/ResultCodes.h"
+#include "simulator/device/ResultCodes.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "isp/MemoryFile.h"
+#include "device/MemoryFile.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -11,7 +11,7 @@
 #include <unistd.h>
 
 #include "common/Text.h"
-#include "isp/Failure.h"
+#include "device/Failure.h"
 
 namespace virtual_scaler {
 

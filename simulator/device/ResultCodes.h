@@ -1,5 +1,5 @@
-#ifndef SCALER_ISP_SIMULATOR_ISP_RESULT_CODES_H
-#define SCALER_ISP_SIMULATOR_ISP_RESULT_CODES_H
+#ifndef SCALER_ISP_SIMULATOR_DEVICE_RESULT_CODES_H
+#define SCALER_ISP_SIMULATOR_DEVICE_RESULT_CODES_H
 
 /// \file
 /// Every result code that the virtual ISP plug-in forms, away from the library's own codes. A fault

@@ -1,4 +1,4 @@
-#include "isp/Faults.h"
+#include "device/Faults.h"
 
 #include <cerrno>
 #include <cstring>
@@ -8,7 +8,7 @@
 
 #include "common/Files.h"
 #include "common/Text.h"
-#include "isp/Failure.h"
+#include "device/Failure.h"
 
 namespace virtual_scaler {
 namespace {

@@ -1,9 +1,9 @@
-#ifndef SCALER_ISP_SIMULATOR_ISP_FAILURE_H
-#define SCALER_ISP_SIMULATOR_ISP_FAILURE_H
+#ifndef SCALER_ISP_SIMULATOR_DEVICE_FAILURE_H
+#define SCALER_ISP_SIMULATOR_DEVICE_FAILURE_H
 
 #include <string>
 
-#include "isp/ResultCodes.h"
+#include "device/ResultCodes.h"
 
 namespace virtual_scaler {
 
