@@ -75,8 +75,8 @@ bool ProfileGroups::ApplyToSection(const Heads &heads, const KeyWrite<char> &wri
             AddKey(group, write);
             written = true;
         }
-        next =
-            at + 2; // the line that ended the section is passed over, even if it is the same header
+        // The line that ends the section is passed over, even if it is the same header.
+        next = at + 2;
     }
     return true;
 }
