@@ -14,9 +14,9 @@
 ///  - The key stands before the first "=", trimmed; the value after the last "=", trimmed.
 ///  - A section ends at the first line without "=", an empty one included. There are no comments.
 ///
-/// The wide family (W) reads and writes text in the encoding of the environment's locale; in a
-/// plain ASCII locale byte for byte. The narrow family (A) never converts. File names are UTF-8, or
-/// wide.
+/// The wide family (W) reads and writes text in the encoding of the environment's locale; byte for
+/// byte (byte n is U+00n) in a plain ASCII locale, and for a file that holds bytes which the
+/// encoding does not know. The narrow family (A) never converts. File names are UTF-8, or wide.
 ///
 /// Common parameters: section, key and default are NUL-terminated, null counts as empty; `size` is
 /// the room of the buffer in characters, terminator included. At most size - 1 characters are
