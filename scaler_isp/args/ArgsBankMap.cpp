@@ -1,8 +1,8 @@
 #include <cstdio>
 #include <string>
-#include <utility>
 
 #include "scaler_isp/args/CCpIspArgsParse.h"
+#include "scaler_isp/args/ProgrammingActions.h"
 #include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/FlashBanks.h"
 #include "scaler_isp/common/Paths.h"
@@ -15,19 +15,10 @@ constexpr int kLastStartBank = 255;
 
 /// Whether a command of this kind writes firmware, or reads a version out of firmware files.
 bool NeedsFirmware(const STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING &setting) {
-    switch (setting.enumActionType) {
-    case ENUM_ACTION_ISP:
-    case ENUM_ACTION_ISPUSER:
-    case ENUM_ACTION_ISPDIFF:
-    case ENUM_ACTION_ISPCOPY:
-    case ENUM_ACTION_FACTORYISP:
-        return true;
-    case ENUM_ACTION_RECORDVER:
-        return setting.enumVersionLocationType == ENUM_VER_LOC_FWBIN ||
-               setting.enumVersionLocationType == ENUM_VER_LOC_FWBINCMD;
-    default:
-        return false;
-    }
+    const bool readsVersionOfFile = setting.enumActionType == ENUM_ACTION_RECORDVER &&
+                                    (setting.enumVersionLocationType == ENUM_VER_LOC_FWBIN ||
+                                     setting.enumVersionLocationType == ENUM_VER_LOC_FWBINCMD);
+    return readsVersionOfFile || ProgramsFirmware(setting.enumActionType);
 }
 
 /// Whether none of the banks [first, first + count) is taken; bank numbers wrap at 32 bits.

@@ -1,8 +1,8 @@
 #include <cstdio>
-#include <string>
 #include <string_view>
 
 #include "scaler_isp/args/CCpIspArgsParse.h"
+#include "scaler_isp/args/ProgrammingActions.h"
 #include "scaler_isp/args/SettingFilePath.h"
 #include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/BoundedCopy.h"
@@ -26,18 +26,7 @@ Verdict Refuse(const char *message) {
 
 /// Actions that a digital signature may go with.
 bool MayBeSigned(ENUM_CP_ISPTOOL_ACTION_TYPE action) {
-    switch (action) {
-    case ENUM_ACTION_VERIFY:
-    case ENUM_ACTION_SIGN:
-    case ENUM_ACTION_ISP:
-    case ENUM_ACTION_ISPUSER:
-    case ENUM_ACTION_ISPDIFF:
-    case ENUM_ACTION_ISPCOPY:
-    case ENUM_ACTION_FACTORYISP:
-        return true;
-    default:
-        return false;
-    }
+    return action == ENUM_ACTION_VERIFY || action == ENUM_ACTION_SIGN || ProgramsFirmware(action);
 }
 
 } // namespace
@@ -121,9 +110,8 @@ class ArgumentJudge {
         return Verdict::GoOn;
     }
 
-    // KEPT Boot_path_needs_a_signature_type: the boot firmware reaches the record only together
-    // with
-    // --sw or --hw.
+    // KEPT Boot_path_needs_a_signature_type: the boot firmware reaches the record only
+    // together with --sw or --hw.
     Verdict SignatureTexts() {
         if (!HasSignature()) {
             return Verdict::GoOn;
@@ -170,8 +158,8 @@ class ArgumentJudge {
             return Verdict::GoOn;
         }
         if (m_sign.enumSWDigitalSignatureMode == ENUM_SIGN_SW_MODE_VXM_EXTERNAL_NEXT) {
-            // KEPT Mode_4_goes_on_after_a_failed_file_check: the message is printed, the run goes
-            // on.
+            // KEPT Mode_4_goes_on_after_a_failed_file_check: the message is printed, and the
+            // run goes on.
             static_cast<void>(checker.JudgeArgumentFwFileAndSigFile(&m_sign));
             return Verdict::GoOn;
         }
