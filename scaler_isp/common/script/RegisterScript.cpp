@@ -15,13 +15,18 @@ constexpr int kUnsupported = 2;
 constexpr int kPollFailed = 3;
 constexpr int kNotLoaded = 6;
 
+/// Bytes of an operand, by its letter.
+constexpr std::size_t OperandWidth(char letter) {
+    return letter == 'd' ? 4 : letter == 'w' || letter == 'L' ? 2 : 1;
+}
+
 /// Bytes of a record behind its opcode, from the letters of its operands.
 constexpr std::size_t OperandBytes(const char *operands) {
     std::size_t bytes = 0;
     bool atLetter = true;
     for (; *operands != '\0'; ++operands) {
         if (atLetter) {
-            bytes += *operands == 'd' ? 4 : *operands == 'w' || *operands == 'L' ? 2 : 1;
+            bytes += OperandWidth(*operands);
         }
         atLetter = *operands == ' ';
     }
@@ -37,7 +42,7 @@ constexpr std::size_t BlockLengthPlace(const char *operands) {
             if (*operands == 'L') {
                 return place;
             }
-            place += *operands == 'd' ? 4 : *operands == 'w' ? 2 : 1;
+            place += OperandWidth(*operands);
         }
         atLetter = *operands == ' ';
     }
