@@ -14,9 +14,8 @@
 ///    reaches the plug-in ends with one coloured line, "Success" or "Fail! Error Code: 0x…".
 ///  - While paths are converted, the process locale is switched to that of the environment and then
 ///    restored. Outside ASCII the environment must name a UTF-8 locale.
-///  - Nothing is thrown; an exception of a callback or plug-in that passes through ends here with
-///  -1.
-///    pthread_exit in a callback ends the thread cleanly.
+///  - Nothing is thrown; an exception of a callback or plug-in that passes through ends here
+///    with -1. pthread_exit in a callback ends the thread cleanly.
 
 #include <stddef.h>
 

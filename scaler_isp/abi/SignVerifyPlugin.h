@@ -19,9 +19,9 @@ extern "C" {
 SCALER_ISP_API int SignFwExport(const STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *args);
 
 /// Checks args->szFwFile against args->szSignatureFile.
-/// \param keyFromFlash  key data that the ISP plug-in read from the chip,
-/// SCALER_ISP_FLASH_KEY_BYTES
-///                      bytes, or null when the key comes from the record's key files.
+/// \param keyFromFlash  key data that the ISP plug-in read from the chip, of
+///                      SCALER_ISP_FLASH_KEY_BYTES bytes, or null when the key comes from the
+///                      record's key files.
 /// RETURNS non-zero when the signature is good; 0 ends the run with 0x4003.
 SCALER_ISP_API int VerifySignatureExport(const STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *args,
                                          char *keyFromFlash);

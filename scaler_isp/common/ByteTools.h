@@ -11,9 +11,8 @@ SCALER_ISP_API int CalculateByteChecksum(unsigned char *data, unsigned int size)
 SCALER_ISP_API unsigned int CalculateWordChecksum(unsigned char *data, unsigned int size);
 
 /// Writes a text to a file, in the encoding of the environment's locale.
-/// \param charCount  0: the text and one zero byte are written; otherwise charCount * 4 + 1 bytes,
-/// the
-///                   text followed by zero bytes.
+/// \param charCount  0: the text and one zero byte are written; otherwise charCount * 4 + 1
+///                   bytes, the text followed by zero bytes.
 /// \param append     non-zero: behind what the file holds; 0: instead of it.
 /// RETURNS 1 when written, 0 where the file cannot be opened. A text that cannot be expressed
 /// leaves zero bytes only.

@@ -25,8 +25,9 @@ enum ScalerIspToken : int {
 };
 
 /// Reads one token and advances the position behind it.
-/// \param word          receives the word of a token 1, cleared first; no terminator when it is
-/// full. \param wordCapacity  UNITS: characters of room in `word`. RETURNS a ScalerIspToken.
+/// \param word          receives the word of a token 1, cleared first; no terminator when full.
+/// \param wordCapacity  UNITS: characters of room in `word`.
+/// RETURNS a ScalerIspToken.
 SCALER_ISP_API int GetNextWord(wchar_t *text, unsigned int &pos, unsigned int length, wchar_t *word,
                                unsigned int wordCapacity);
 

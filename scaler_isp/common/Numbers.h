@@ -4,7 +4,8 @@
 /// Numbers with the base chosen by their prefix: 16 after 0x or 0X, 8 after a leading zero,
 /// else 10. The base is chosen here and not by the C library (base 0), because newer ones also take
 /// 0b. Leading white space and a sign are accepted; values outside the type are clamped, as in
-/// strtoll. \param end  set to the first character that was not used.
+/// strtoll.
+/// \param end  set to the first character that was not used.
 
 long ParseLong(const char *text, const char **end);
 long long ParseLongLong(const char *text, const char **end);

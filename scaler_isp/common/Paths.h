@@ -9,9 +9,8 @@
 /// Paths are UTF-8 with "/" between the parts. None of these functions prints anything.
 
 /// The folder of the file that holds an address, ending in "/"; links are not followed.
-/// \param address  an address inside a loaded library; a host passes that of OperateScaler. Null
-/// means
-///                 the running executable.
+/// \param address  an address inside a loaded library; a host passes that of OperateScaler.
+///                 Null means the running executable.
 /// RETURNS the empty text where it cannot be found. UNITS: a path is cut at 260 bytes.
 ///
 /// The path is read in the encoding of the environment's locale; on Linux, where that fails, as

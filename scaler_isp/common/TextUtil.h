@@ -7,8 +7,8 @@
 #include "scaler_isp/abi/Export.h"
 
 /// Turns a whole text into a number: white space, a sign, then decimal digits, hexadecimal ones
-/// after 0x or 0X, or octal ones after a leading zero (strtol of C99). The empty text is 0. \param
-/// value  the number, cut to 32 bits (so "0xffffffff" is -1); -1 where the text is no number.
+/// after 0x or 0X, or octal ones after a leading zero (strtol of C99). The empty text is 0.
+/// \param value  the number, cut to 32 bits ("0xffffffff" is -1); -1 where the text is no number.
 /// RETURNS 1 when the whole text is a number, else 0.
 // KEPT Leading_zero_means_octal: 010 is 8, and 09 is no number.
 SCALER_ISP_API int StringtoInt(const std::string &text, int &value);

@@ -92,8 +92,8 @@ int Operate(const wchar_t *commandLine, ScalerIspProgressCallback progress,
     if (wide.IsEmpty()) {
         return SCALER_ISP_REFUSED;
     }
-    // KEPT Device_handle_is_discarded: whatever the host passes, the plug-in works without a
-    // handle.
+    // KEPT Device_handle_is_discarded: whatever the host passes, the plug-in works without
+    // a handle.
     void *const device = nullptr;
     const std::string line = wide.GetStringBufferBaseOnOS();
     g_cpStrCurDir = GetCurrentProcessDir(TCSZ_GLOBAL_SYMBOL);

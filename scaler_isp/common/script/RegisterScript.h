@@ -8,14 +8,12 @@ class CNxComm;
 /// Carries out a register script: records of an opcode byte and operands, listed in
 /// script_opcodes.def. Stops at the first record that does not succeed.
 ///
-/// \param script  the records. REQUIRES: every record whose opcode lies within `length` is whole;
-/// the
-///                operands are read wherever they lie.
+/// \param script  the records. REQUIRES: every record whose opcode lies within `length` is
+///                whole; the operands are read wherever they lie.
 /// \param length  UNITS: bytes.
 /// \param comm    where the records act; null: records that need it end with 6.
-/// \param out     receives the bytes that records read, one after the other; may be null where
-/// nothing
-///                is read. REQUIRES: room for all of them.
+/// \param out     receives the bytes that records read, one after the other; may be null
+///                where nothing is read. REQUIRES: room for all of them.
 /// \param count   raised by the number of bytes read; may be null.
 /// RETURNS 0 when every record succeeded; the status of the call that failed; or 1 for an unknown
 /// opcode, 2 for an unsupported one and for a read without `out`, 3 for a poll that ran out of
