@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 #include <dirent.h>
+#include <iterator>
 #include <memory>
 #include <string_view>
 
@@ -110,8 +111,8 @@ constexpr NameRow kNames[] = {
      "cann't find fw use userdefined panel name info!\n"},
 };
 
-// KEPT Only_a_wrong_version_mode_stops_the_reading: a wrong mode of a name is reported and taken as
-// 0.
+// KEPT Only_a_wrong_version_mode_stops_the_reading: a wrong mode of a name is reported and
+// taken as 0.
 int ReadModes(const UserDefinedFile &file, Info &info) {
     for (const NameRow &row : kNames) {
         const std::uint32_t mode = file.Flag(row.pszModeKey);

@@ -1,7 +1,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <string_view>
+#include <iterator>
+#include <string>
 #include <vector>
 
 #include "scaler_isp/args/CCpIspArgsParse.h"
@@ -212,13 +213,11 @@ class ArgumentScan {
 int CCpIspArgsParse::ParseArgs(int argc, const char *const *argv) {
     return ResultOrOnThrow(0, [&] {
         // The scan reorders its vector, and the caller's may be constant: it gets a copy of the
-        // pointers.
+        // pointers. The words are never written to.
         std::vector<char *> words;
         if (argv != nullptr && argc > 0) {
-            std::transform(argv, argv + argc, std::back_inserter(words), [](const char *word) {
-                return const_cast<char *>(
-                    word); // NOLINT(*-const-cast): the scan never writes to it
-            });
+            std::transform(argv, argv + argc, std::back_inserter(words),
+                           [](const char *word) { return const_cast<char *>(word); });
         }
         const int count = static_cast<int>(words.size());
         words.push_back(nullptr);

@@ -122,13 +122,11 @@ int CpNxCmdLindParse::ParseCmdLine(int argc, char *const *argv) {
 }
 
 int CpNxCmdLindParse::ParseCmdLineEx(int argc, char *const *argv, int *longIndex) {
-    return ParseCmdLineHandler(argc, const_cast<char **>(argv), longIndex,
-                               0); // NOLINT(*-const-cast)
+    return ParseCmdLineHandler(argc, const_cast<char **>(argv), longIndex, 0);
 }
 
 int CpNxCmdLindParse::ParseCmdLineLong(int argc, char *const *argv, int *longIndex) {
-    return ParseCmdLineHandler(argc, const_cast<char **>(argv), longIndex,
-                               1); // NOLINT(*-const-cast)
+    return ParseCmdLineHandler(argc, const_cast<char **>(argv), longIndex, 1);
 }
 
 const char *CpNxCmdLindParse::ParseCmdLineInital() {

@@ -1,6 +1,5 @@
 #include "scaler_isp/args/OptionTable.h"
 
-#include <algorithm>
 #include <array>
 
 namespace {
@@ -41,7 +40,7 @@ constexpr OptionRow EntryRow(const char *name, int id, OptionEffect effect, unsi
 }
 
 // Never sort: the order decides which of several abbreviated options is found, and how the others
-// are listed. clang-format off
+// are listed.
 constexpr std::array<OptionRow, kOptionCount> kOptions = {{
     FlagRow("verify", Action, 0x1),
     FlagRow("sign", Action, 0x2),
@@ -138,7 +137,6 @@ constexpr std::array<OptionRow, kOptionCount> kOptions = {{
     KeywordRow("sendextracmd", 59, &Args::ulSendExtraCmdMode, kExtraCommandModes,
                "wrong send extra command mode!"),
 }};
-// clang-format on
 
 constexpr std::size_t kIds = 64;
 

@@ -1,6 +1,5 @@
 #include "scaler_isp/common/CCpNxString.h"
 
-#include <algorithm>
 #include <cstdarg>
 #include <cwchar>
 #include <string_view>
@@ -88,7 +87,7 @@ CCpNxString &CCpNxString::operator=(const std::string &utf8) {
 }
 
 void CCpNxString::Format(const wchar_t *format, ...) {
-    wchar_t buffer[kFormatRoomChars] = {}; // NOLINT(*-avoid-c-arrays)
+    wchar_t buffer[kFormatRoomChars] = {};
     std::va_list arguments;
     va_start(arguments, format);
     // Output that does not fit is reported and leaves a prefix, which is as good as any.
@@ -116,7 +115,7 @@ bool CCpNxString::IsEmpty() const {
 }
 
 wchar_t *CCpNxString::GetBuffer() const {
-    return const_cast<wchar_t *>(c_str()); // NOLINT(*-const-cast): for interfaces that only read
+    return const_cast<wchar_t *>(c_str()); // for interfaces that only read
 }
 
 const wchar_t *CCpNxString::GetString() const {
@@ -193,8 +192,7 @@ CCpNxString operator+(wchar_t left, const CCpNxString &right) {
 }
 
 std::istream &operator>>(std::istream &stream, CCpNxString &text) {
-    char buffer[kWordRoomBytes] =
-        {}; // NOLINT(*-avoid-c-arrays): extraction is bounded by the array
+    char buffer[kWordRoomBytes] = {}; // extraction is bounded by the array
     stream >> buffer;
     text = std::string(buffer);
     return stream;

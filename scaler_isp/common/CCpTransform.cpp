@@ -1,13 +1,9 @@
 #include "scaler_isp/common/CCpTransform.h"
 
 #include <algorithm>
-#include <clocale>
 #include <cstddef>
 #include <cwchar>
 #include <iconv.h>
-#include <memory>
-#include <new>
-#include <utility>
 
 #include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/EnvironmentLocale.h"
@@ -41,13 +37,13 @@ class Iconv {
     }
 
     bool IsOpen() const {
-        return m_descriptor != reinterpret_cast<iconv_t>(-1); // NOLINT(performance-no-int-to-ptr)
+        return m_descriptor != reinterpret_cast<iconv_t>(-1);
     }
 
     /// One call over the whole input. RETURNS the bytes written; `room` where it failed or where
     /// the output leaves no place for a terminator, which counts as a failure too.
     std::size_t Convert(const char *input, std::size_t size, char *output, std::size_t room) const {
-        char *in = const_cast<char *>(input); // NOLINT(*-const-cast): iconv only reads it
+        char *in = const_cast<char *>(input); // iconv only reads it
         char *out = output;
         std::size_t left = room;
         if (::iconv(m_descriptor, &in, &size, &out, &left) == static_cast<std::size_t>(-1)) {
@@ -75,7 +71,7 @@ std::string ToUtf8(const std::wstring &text) {
         (!iconv.Reopen(kUtf8, PlatformWideCharsetFallback()) || !AllUnicode(text))) {
         return {};
     }
-    char buffer[kUtf8RoomBytes]; // NOLINT(*-avoid-c-arrays,*-member-init): filled up to `size`
+    char buffer[kUtf8RoomBytes]; // NOLINT(*-member-init): filled up to `size`
     const std::size_t size = iconv.Convert(reinterpret_cast<const char *>(text.data()),
                                            text.size() * sizeof(wchar_t), buffer, sizeof buffer);
     if (size == sizeof buffer) {
@@ -90,7 +86,7 @@ std::wstring FromUtf8(const std::string &text) {
     if (fallback && !iconv.Reopen(PlatformWideCharsetFallback(), kUtf8)) {
         return {};
     }
-    wchar_t buffer[kWideRoomChars]; // NOLINT(*-avoid-c-arrays,*-member-init): filled up to `size`
+    wchar_t buffer[kWideRoomChars]; // NOLINT(*-member-init): filled up to `size`
     const std::size_t size =
         iconv.Convert(text.data(), text.size(), reinterpret_cast<char *>(buffer), sizeof buffer);
     if (size == sizeof buffer) {

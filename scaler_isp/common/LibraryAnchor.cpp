@@ -1,3 +1,3 @@
 #include "scaler_isp/common/LibraryAnchor.h"
 
-wchar_t TCSZ_GLOBAL_SYMBOL[] = L"GlobalSymbol"; // NOLINT(*-avoid-c-arrays)
+wchar_t TCSZ_GLOBAL_SYMBOL[] = L"GlobalSymbol";

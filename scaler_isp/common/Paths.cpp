@@ -4,7 +4,6 @@
 #include <climits>
 #include <cstdlib>
 #include <fstream>
-#include <string_view>
 
 #include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/CCpTransform.h"
