@@ -179,9 +179,10 @@ class CommandLineModel : public ParserTest {
         return words;
     }
 
-    void CheckNumbers(const model::Outcome &expected) const;
-    void CheckTexts(const model::Outcome &expected) const;
-    void CheckLists(const model::Outcome &expected) const;
+    using Record = STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING;
+    void CheckNumbers(const Record &r, const model::Outcome &expected) const;
+    void CheckTexts(const Record &r, const model::Outcome &expected) const;
+    static void CheckLists(const Record &r, const model::Outcome &expected);
     void Run(int rounds);
 
     std::mt19937 random{4242};
@@ -190,61 +191,59 @@ class CommandLineModel : public ParserTest {
     std::map<std::string, int> messages;
 };
 
-void CommandLineModel::CheckNumbers(const model::Outcome &expected) const {
-    const auto r = Setting();
+void CommandLineModel::CheckNumbers(const Record &r, const model::Outcome &expected) const {
     const auto s = Sign();
     const std::map<std::string, long long> found = {
-        {"action", r->enumActionType},
-        {"signType", r->enumDigitalSignatureType},
-        {"swMode", r->enumSWDigitalSignatureMode},
-        {"location", r->enumVersionLocationType},
-        {"userVersion", r->enumUserDefinedVersionType},
-        {"mergeMode", r->enumMergeFWInfoMode},
-        {"mergeType", r->enumMergeFWInfoType},
-        {"comm", r->enumCommID},
-        {"edpMode", r->enumEdpIspMode},
-        {"infoType", r->enumUserDefinedInfoType},
-        {"generation", r->enumMergeFWGeneration},
-        {"extraMode", r->enumSendExtraCmdMode},
-        {"slaveState", r->nSlaveAddressState},
-        {"slave", r->ucSlaveAddress},
-        {"autoSearch", r->bAutoSearchFW},
-        {"compare", r->bCompareVersion},
-        {"channel", r->bIspChannel},
-        {"bootCode", r->enumBootCodeType},
-        {"ispMode", r->enumIspMode},
-        {"flagCount", r->stFlagSetting.ulFlagCount},
-        {"flagAddr", r->stFlagSetting.ulFlagAddr},
-        {"recordMode", r->stReadVersionFromFlash.enumRecordVerMode},
-        {"verAddr", r->stReadVersionFromFlash.ulVerAddr},
-        {"totalLen", r->stReadVersionFromFlash.ulTotalVerLen},
-        {"majorLen", r->stReadVersionFromFlash.ulMajorVerLen},
-        {"subLen", r->stReadVersionFromFlash.ulSubVerLen},
-        {"dumpAddr", r->stDumpFlash.ulDumpAddr},
-        {"dumpLen", r->stDumpFlash.ulDumpLen},
-        {"i2cSlave", r->stI2CWrite.ucI2CSlaveAddr},
-        {"i2cSub", r->stI2CWrite.ucI2CSubAddr},
-        {"i2cLen", r->stI2CWrite.ucI2CDataLen},
-        {"ddcci", r->stI2CWrite.bDdcciCmd},
-        {"mergeCount", r->stMergeFwInfo.ulMergeDataCount},
-        {"bankCount", r->stMapFw.ulFwCount},
+        {"action", r.enumActionType},
+        {"signType", r.enumDigitalSignatureType},
+        {"swMode", r.enumSWDigitalSignatureMode},
+        {"location", r.enumVersionLocationType},
+        {"userVersion", r.enumUserDefinedVersionType},
+        {"mergeMode", r.enumMergeFWInfoMode},
+        {"mergeType", r.enumMergeFWInfoType},
+        {"comm", r.enumCommID},
+        {"edpMode", r.enumEdpIspMode},
+        {"infoType", r.enumUserDefinedInfoType},
+        {"generation", r.enumMergeFWGeneration},
+        {"extraMode", r.enumSendExtraCmdMode},
+        {"slaveState", r.nSlaveAddressState},
+        {"slave", r.ucSlaveAddress},
+        {"autoSearch", r.bAutoSearchFW},
+        {"compare", r.bCompareVersion},
+        {"channel", r.bIspChannel},
+        {"bootCode", r.enumBootCodeType},
+        {"ispMode", r.enumIspMode},
+        {"flagCount", r.stFlagSetting.ulFlagCount},
+        {"flagAddr", r.stFlagSetting.ulFlagAddr},
+        {"recordMode", r.stReadVersionFromFlash.enumRecordVerMode},
+        {"verAddr", r.stReadVersionFromFlash.ulVerAddr},
+        {"totalLen", r.stReadVersionFromFlash.ulTotalVerLen},
+        {"majorLen", r.stReadVersionFromFlash.ulMajorVerLen},
+        {"subLen", r.stReadVersionFromFlash.ulSubVerLen},
+        {"dumpAddr", r.stDumpFlash.ulDumpAddr},
+        {"dumpLen", r.stDumpFlash.ulDumpLen},
+        {"i2cSlave", r.stI2CWrite.ucI2CSlaveAddr},
+        {"i2cSub", r.stI2CWrite.ucI2CSubAddr},
+        {"i2cLen", r.stI2CWrite.ucI2CDataLen},
+        {"ddcci", r.stI2CWrite.bDdcciCmd},
+        {"mergeCount", r.stMergeFwInfo.ulMergeDataCount},
+        {"bankCount", r.stMapFw.ulFwCount},
         {"signAction", s.enumSignActionType},
         {"signSignType", s.enumDigitalSignatureType},
         {"signSwMode", s.enumSWDigitalSignatureMode},
         {"signHwMode", s.enumHWDigitalSignatureMode},
         {"keyPair", s.nKeyPair}};
     EXPECT_EQ(found, expected.number);
-    EXPECT_EQ(r->ulReserved4C + r->ulProgStartBank + r->stFlagSetting.ulFlagReserved +
-                  r->stReadUserDefinedVersion.ulUserDefinedVersion,
+    EXPECT_EQ(r.ulReserved4C + r.ulProgStartBank + r.stFlagSetting.ulFlagReserved +
+                  r.stReadUserDefinedVersion.ulUserDefinedVersion,
               0U);
 }
 
-void CommandLineModel::CheckTexts(const model::Outcome &expected) const {
-    const auto r = Setting();
+void CommandLineModel::CheckTexts(const Record &r, const model::Outcome &expected) const {
     const auto s = Sign();
-    EXPECT_EQ(TextOf(r->stDumpFlash.wszDumpFile), Wide(expected.dumpFile));
-    EXPECT_EQ(TextOf(r->wszSettingFile), Wide(expected.settingFile));
-    EXPECT_EQ(TextOf(r->szBootFwPath), expected.bootPath);
+    EXPECT_EQ(TextOf(r.stDumpFlash.wszDumpFile), Wide(expected.dumpFile));
+    EXPECT_EQ(TextOf(r.wszSettingFile), Wide(expected.settingFile));
+    EXPECT_EQ(TextOf(r.szBootFwPath), expected.bootPath);
     EXPECT_EQ(TextOf(s.szFwFile), expected.fw);
     EXPECT_EQ(TextOf(s.szSignatureFile), expected.signature);
     EXPECT_EQ(TextOf(s.szKeyPair), expected.keyPairText);
@@ -254,26 +253,26 @@ void CommandLineModel::CheckTexts(const model::Outcome &expected) const {
     EXPECT_EQ(TextOf(s.szNextVerifyKeyFile), expected.nextKey);
 }
 
-void CommandLineModel::CheckLists(const model::Outcome &expected) const {
-    const auto r = Setting();
-    for (std::size_t i = 0; i < 1220; ++i) {
-        const auto &list = expected.flagData;
-        ASSERT_EQ(r->stFlagSetting.ucFlagData[i], i < list.size() ? list[i] : 0xFFU) << i;
-    }
-    for (std::size_t i = 0; i < 256; ++i) {
-        const auto &list = expected.i2cData;
-        ASSERT_EQ(r->stI2CWrite.ucI2CData[i], i < list.size() ? list[i] : 0xFFU) << i;
-    }
-    for (std::size_t i = 0; i < 16; ++i) {
-        const auto &list = expected.mergeData;
-        ASSERT_EQ(r->stMergeFwInfo.ucMergeData[i], i < list.size() ? list[i] : 0U) << i;
-    }
+void CommandLineModel::CheckLists(const Record &r, const model::Outcome &expected) {
+    const auto padded = [](std::vector<unsigned> list, std::size_t size, unsigned filler) {
+        list.resize(size, filler);
+        return list;
+    };
+    const auto &flags = r.stFlagSetting.ucFlagData;
+    EXPECT_EQ(std::vector<unsigned>(std::begin(flags), std::end(flags)),
+              padded(expected.flagData, 1220, 0xFF));
+    const auto &i2c = r.stI2CWrite.ucI2CData;
+    EXPECT_EQ(std::vector<unsigned>(std::begin(i2c), std::end(i2c)),
+              padded(expected.i2cData, 256, 0xFF));
+    const auto &merge = r.stMergeFwInfo.ucMergeData;
+    EXPECT_EQ(std::vector<unsigned>(std::begin(merge), std::end(merge)),
+              padded(expected.mergeData, 16, 0));
     std::size_t i = 0;
     for (const auto &[bank, place] : expected.banks) {
-        ASSERT_EQ(r->stMapFw.ulTargetBank[i], bank);
-        ASSERT_EQ(r->stMapFw.stFwBank[i].ulFileBank, place.first);
-        ASSERT_EQ(r->stMapFw.stFwBank[i].ullBankValue, 0U);
-        ASSERT_EQ(TextOf(r->stMapFw.stFwBank[i].wszFwPath), Wide(place.second));
+        ASSERT_EQ(r.stMapFw.ulTargetBank[i], bank);
+        ASSERT_EQ(r.stMapFw.stFwBank[i].ulFileBank, place.first);
+        ASSERT_EQ(r.stMapFw.stFwBank[i].ullBankValue, 0U);
+        ASSERT_EQ(TextOf(r.stMapFw.stFwBank[i].wszFwPath), Wide(place.second));
         ++i;
     }
 }
@@ -294,9 +293,10 @@ void CommandLineModel::Run(int rounds) {
         EXPECT_EQ(answer.result, expected.result);
         EXPECT_EQ(answer.out, expected.out);
         EXPECT_EQ(answer.err, expected.err);
-        CheckNumbers(expected);
-        CheckTexts(expected);
-        CheckLists(expected);
+        const auto record = Setting();
+        CheckNumbers(*record, expected);
+        CheckTexts(*record, expected);
+        CheckLists(*record, expected);
         if (HasFailure()) {
             return;
         }
@@ -315,15 +315,15 @@ TEST_F(CommandLineModel, Folder_with_many_files) {
              {"s.sig", 1},
              {"k.pem", 1}},
             "a", "big");
-    Run(12000);
+    Run(6000);
 }
 
 TEST_F(CommandLineModel, Folder_with_one_firmware) {
     Furnish({{"only.bin", 65537}, {"s.sig", 1}, {"k.pem", 1}}, "only", "on");
-    Run(4000);
+    Run(2000);
 }
 
 TEST_F(CommandLineModel, Folder_without_firmware) {
     Furnish({{"s.sig", 1}, {"k.pem", 1}}, "", "on");
-    Run(3000);
+    Run(1500);
 }
