@@ -60,6 +60,14 @@ Ends OpenTerminal() {
 
 } // namespace
 
+bool ConsoleProcess::CanHaveTerminal() {
+    const int ours = ::posix_openpt(O_RDWR | O_NOCTTY);
+    if (ours >= 0) {
+        ::close(ours);
+    }
+    return ours >= 0;
+}
+
 ConsoleProcess::ConsoleProcess(const std::vector<std::string> &arguments, Output output,
                                const std::string &folder) {
     const Ends first = output == Output::Terminal ? OpenTerminal() : OpenPipe();

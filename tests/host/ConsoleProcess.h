@@ -14,6 +14,10 @@ class ConsoleProcess {
         Terminal ///< both into a terminal; all text counts as standard output
     };
 
+    /// Whether a terminal can be made here; a bare root folder without /dev/pts has none. Tests
+    /// that need one are skipped then.
+    static bool CanHaveTerminal();
+
     /// \param folder  the working folder; empty for that of the test
     explicit ConsoleProcess(const std::vector<std::string> &arguments,
                             Output output = Output::Pipes, const std::string &folder = "");

@@ -151,6 +151,9 @@ TEST(Run, Last_words_of_a_crashing_plugin_are_shown) {
         EXPECT_EQ(json.out, "{\"event\":\"console\",\"text\":\"last words\"}\n");
         EXPECT_EQ(json.err, "");
     }
+    if (!ConsoleProcess::CanHaveTerminal()) {
+        GTEST_SKIP() << "no terminal can be made here";
+    }
     EXPECT_THAT(RunScripted({}, {"progress:1", "out:last words\\n", "abort"},
                             ConsoleProcess::Output::Terminal)
                     .out,
