@@ -119,6 +119,17 @@ TEST_F(KeyFiles, Next_verify_key_comes_before_the_sign_key) {
     EXPECT_EQ(missing.Text(), "none.pem");
 }
 
+TEST_F(KeyFiles, Sign_key_behind_the_next_verify_key_is_for_signing_only) {
+    for (const int action : {0, 3}) {
+        Field next("k.pem");
+        Field missing("none.pem");
+        EXPECT_PASSES(handle.CheckVxmExternalNextKeyFile(
+            static_cast<ENUM_CP_DIGITAL_SIGNATURE_ACTION_TYPE>(action), missing.Data(),
+            next.Data()));
+        EXPECT_EQ(next.Text(), Full("k.pem"));
+    }
+}
+
 TEST_F(KeyFiles, Hardware_sign_key_is_optional_and_comes_first) {
     Field empty;
     Field missing("none.pem");
