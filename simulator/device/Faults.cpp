@@ -14,6 +14,7 @@ namespace virtual_scaler {
 namespace {
 
 constexpr std::uint32_t kLastBank = 255;
+constexpr std::uint32_t kLastSlave = 255;
 constexpr std::uint32_t kLongestDelay = 60000;
 constexpr std::uint32_t kLargestCode = 0x7FFFFFFF;
 
@@ -27,32 +28,79 @@ std::vector<std::string_view> Words(std::string_view line) {
     return words;
 }
 
-/// RETURNS whether the words are a fault, which is then added.
-bool TakeFault(Faults &faults, const std::vector<std::string_view> &words) {
-    if (words.size() == 1 && words[0] == "refuse-open") {
-        faults.refuseOpen = true;
-        return true;
-    }
-    if (words.size() == 2 && words[0] == "slow") {
-        return ParseNumber(words[1], kLongestDelay, faults.slowMilliseconds);
-    }
+using WordList = std::vector<std::string_view>;
+
+bool TakeFailBank(Faults &faults, const WordList &words) {
     std::uint32_t bank = 0;
-    if (words.size() < 2 || !ParseNumber(words[1], kLastBank, bank)) {
+    std::uint32_t code = 0;
+    if (words[2] != "code" || !ParseNumber(words[1], kLastBank, bank) ||
+        !ParseNumber(words[3], kLargestCode, code) || code == 0) {
         return false;
     }
-    if (words.size() == 2 && words[0] == "flip-bit") {
-        faults.flipBit.insert(bank);
-        return true;
+    faults.failBank[bank] = static_cast<int>(code);
+    return true;
+}
+
+bool TakeNumber(std::set<std::uint32_t> &numbers, const WordList &words) {
+    std::uint32_t number = 0;
+    if (!ParseNumber(words[1], kLastBank, number)) {
+        return false;
     }
-    if (words.size() == 2 && words[0] == "power-loss") {
-        faults.powerLoss.insert(bank);
-        return true;
+    numbers.insert(number);
+    return true;
+}
+
+bool TakeNack(Faults &faults, const WordList &words) {
+    std::uint32_t address = 0;
+    if (!ParseNumber(words[1], kLastSlave, address)) {
+        return false;
     }
-    std::uint32_t code = 0;
-    if (words.size() == 4 && words[0] == "fail-bank" && words[2] == "code" &&
-        ParseNumber(words[3], kLargestCode, code) && code != 0) {
-        faults.failBank[bank] = static_cast<int>(code);
-        return true;
+    faults.nack.insert(address & ~1U);
+    return true;
+}
+
+bool TakeBusy(Faults &faults, const WordList &words) {
+    std::uint32_t address = 0;
+    std::uint32_t value = 0;
+    std::uint32_t reads = 0;
+    if (words[3] != "value" || words[5] != "reads" || !ParseNumber(words[2], 0xFFFFFFFF, address) ||
+        !ParseNumber(words[4], 255, value) || !ParseNumber(words[6], 0xFFFFFFFF, reads)) {
+        return false;
+    }
+    faults.busy[{std::string(words[1]), address}] = {static_cast<std::uint8_t>(value), reads};
+    return true;
+}
+
+/// One kind of fault: its first word, how many words it has, and what takes it.
+struct Kind {
+    std::string_view word;
+    std::size_t words;
+    bool (*take)(Faults &faults, const WordList &words);
+};
+
+constexpr Kind kKinds[] = {
+    {"fail-bank", 4, TakeFailBank},
+    {"flip-bit", 2,
+     [](Faults &faults, const WordList &words) { return TakeNumber(faults.flipBit, words); }},
+    {"power-loss", 2,
+     [](Faults &faults, const WordList &words) { return TakeNumber(faults.powerLoss, words); }},
+    {"slow", 2,
+     [](Faults &faults, const WordList &words) {
+         return ParseNumber(words[1], kLongestDelay, faults.slowMilliseconds);
+     }},
+    {"refuse-open", 1, [](Faults &faults, const WordList &) { return faults.refuseOpen = true; }},
+    {"nack", 2, TakeNack},
+    {"wrong-ddcci-checksum", 1,
+     [](Faults &faults, const WordList &) { return faults.wrongChecksum = true; }},
+    {"busy", 7, TakeBusy},
+};
+
+/// RETURNS whether the words are a fault, which is then added.
+bool TakeFault(Faults &faults, const WordList &words) {
+    for (const Kind &kind : kKinds) {
+        if (words[0] == kind.word) {
+            return words.size() == kind.words && kind.take(faults, words);
+        }
     }
     return false;
 }

@@ -5,8 +5,15 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 
 namespace virtual_scaler {
+
+/// What a register gives while it is busy, and how often.
+struct BusyRegister {
+    std::uint8_t value;
+    std::uint32_t reads;
+};
 
 /// Faults on demand, from faults.txt. One fault a line, # starts a comment line:
 ///
@@ -15,12 +22,21 @@ namespace virtual_scaler {
 ///     power-loss N         stop in the middle of writing bank N
 ///     slow M               take M milliseconds more a bank
 ///     refuse-open          the device cannot be opened
+///
+/// and on the virtual bus:
+///
+///     nack A                        no slave answers at the I2C address A
+///     wrong-ddcci-checksum          replies over DDC/CI bear a wrong checksum
+///     busy SPACE A value V reads N  the first N reads of a register give V
 struct Faults {
     std::map<std::uint32_t, int> failBank;
     std::set<std::uint32_t> flipBit;
     std::set<std::uint32_t> powerLoss;
     std::uint32_t slowMilliseconds = 0;
     bool refuseOpen = false;
+    std::set<std::uint32_t> nack; ///< 8-bit addresses, even
+    bool wrongChecksum = false;
+    std::map<std::pair<std::string, std::uint32_t>, BusyRegister> busy; ///< by space and address
 
     /// Waits as "slow" asks for; once a bank.
     void Delay() const;

@@ -1,0 +1,18 @@
+// The functions of the communication library, from the library's own table. The device library is
+// made of the same ones and exports fewer.
+
+#include "bus/Serve.h"
+#include "common/Files.h"
+
+std::string virtual_scaler::BusFolder() {
+    return DeviceFolder(1);
+}
+
+#define EXPORT_REQUIRED VIRTUAL_BUS_EXPORT
+#define EXPORT_REQUIRED_TWICE VIRTUAL_BUS_EXPORT
+#define EXPORT_OPTIONAL VIRTUAL_BUS_EXPORT
+#define EXPORT_NEVER(RESULT, NAME, PARAMETERS, ARGUMENTS)
+#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, UNLOADED, PARAMETERS,      \
+                                 ARGUMENTS)                                                        \
+    EXPORT_##LOOKUP(RESULT, SYMBOL, PARAMETERS, ARGUMENTS)
+#include "scaler_isp/plugins/comm_functions.def"

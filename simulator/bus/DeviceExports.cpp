@@ -1,0 +1,16 @@
+// What the device library has beside the functions of the communication library.
+
+#include "bus/Serve.h"
+
+VIRTUAL_BUS_EXPORT(unsigned int, InitialDev, (), ())
+
+// Each function that is looked up is there.
+template <class Bus, class Method> constexpr bool IsMethod(Method Bus::*) {
+    return true;
+}
+#define WRITTEN_REQUIRED(SYMBOL)                                                                   \
+    static_assert(IsMethod(&virtual_scaler::VirtualBus::SYMBOL), #SYMBOL " is not written");
+#define WRITTEN_OPTIONAL WRITTEN_REQUIRED
+#define WRITTEN_NEVER(SYMBOL)
+#define SCALER_ISP_NXD_FUNCTION(LOOKUP, NAME, SYMBOL, LIKE, FAILURE) WRITTEN_##LOOKUP(SYMBOL)
+#include "scaler_isp/plugins/device_functions.def"
