@@ -45,7 +45,7 @@ void STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING::SaveSetting() {
         for (unsigned int i = 0; i < banks; ++i) {
             keys.AddTargetBank(stMapFw.ulTargetBank[i], i);
             keys.AddFileBank(i, i);
-            keys.AddPath(i, ReadBounded(stMapFw.stFwBank[i].wszFwPath));
+            keys.AddPath(i, {stMapFw.stFwBank[i].wszFwPath, SCALER_ISP_PATH_CHARS});
         }
         keys.WriteTo(ReadBounded(wszSettingFile));
     });

@@ -3,9 +3,8 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
-
-#include "scaler_isp/settings/ProfileBatch.h"
 
 /// The keys that a firmware map has in section "ISP_Fw" of a settings file, collected and then
 /// written in one batch.
@@ -16,17 +15,28 @@ class FwBankKeys {
     /// Adds "fwFileCount".
     void AddCount(unsigned int count);
 
-    /// Adds the three keys of one bank. Each value has a number of its own in its key's name.
+    /// Adds one of the three keys of a bank, "fw<number>_…". The path ends at its first NUL.
+    /// REQUIRES: a path lives until WriteTo.
     void AddTargetBank(unsigned int number, unsigned int value);
     void AddFileBank(unsigned int number, unsigned int value);
-    void AddPath(unsigned int number, const std::wstring &path);
+    void AddPath(unsigned int number, std::wstring_view path);
 
     void WriteTo(const std::wstring &iniFile) const;
 
   private:
-    void AddBankKey(unsigned int number, const wchar_t *suffix, const std::wstring &value);
+    /// Where a key and a decimal value stand in m_text; a path stands elsewhere.
+    struct Entry {
+        std::size_t nKey;
+        std::size_t nValue;
+        std::size_t nEnd;
+        std::wstring_view path;
+    };
 
-    std::vector<ProfileWrite> m_writes;
+    void Add(std::size_t key, unsigned int value);
+    std::size_t MakeKey(unsigned int number, std::wstring_view suffix);
+
+    std::wstring m_text; ///< all keys and numbers, so that a bank costs no memory of its own
+    std::vector<Entry> m_entries;
 };
 
 #endif

@@ -1,21 +1,16 @@
 #ifndef SCALER_ISP_SETTINGS_PROFILE_BATCH_H
 #define SCALER_ISP_SETTINGS_PROFILE_BATCH_H
 
-#include <string>
 #include <vector>
 
-struct ProfileWrite {
-    std::wstring section;
-    std::wstring key;
-    std::wstring value;
-};
+#include "scaler_isp/settings/ProfileEdit.h"
 
 /// Writes many keys with one rewrite of the file. Its final bytes and what is printed are those of
 /// CpNxWritePrivateProfileStringW called for one key after the other; the cost grows linearly with
-/// the number of keys, and a crash cannot leave half of them. Texts end at their first NUL. RETURNS
-/// 1 when every key was written, and for an empty list, which touches nothing; else 0. A key that
-/// cannot be expressed in the file's encoding is left out alone. PRINTS "Open file error \n" for
-/// every key when the file cannot be opened.
-int WriteProfileBatchW(const std::vector<ProfileWrite> &writes, const wchar_t *fileName);
+/// the number of keys, and a crash cannot leave half of them.
+/// RETURNS 1 when every key was written, and for an empty list, which touches nothing; else 0. A key
+/// that cannot be expressed in the file's encoding is left out alone.
+/// PRINTS "Open file error \n" for every key when the file cannot be opened.
+int WriteProfileBatchW(const std::vector<KeyWrite<wchar_t>> &writes, const wchar_t *fileName);
 
 #endif

@@ -85,16 +85,17 @@ template <class Encoding> using WritesOf = std::vector<KeyWrite<typename Encodin
 class WriteBytes {
   public:
     /// Nothing is copied again when `room` is enough.
-    explicit WriteBytes(std::size_t room) {
+    WriteBytes(std::size_t room, std::size_t count) {
         m_bytes.reserve(room);
+        m_places.reserve(count);
     }
 
     /// RETURNS the fate of the whole write; only one that is kept becomes part of the list.
     template <class Encoding>
     TextFate Add(const Encoding &encoding, const KeyWrite<typename Encoding::Char> &write) {
         Places at{};
-        TextFate fate = TextFate::Kept; // the order of the enumeration is the order of what decides
-        fate = std::max(fate, Append(encoding, write.section, at.section));
+        TextFate fate = AppendSection(encoding, write.section, at.section);
+        // The order of the enumeration is the order of what decides.
         fate = std::max(fate, Append(encoding, write.key, at.key));
         fate = std::max(fate, Append(encoding, write.value, at.value));
         if (fate == TextFate::Kept) {
@@ -103,13 +104,14 @@ class WriteBytes {
         return fate;
     }
 
-    std::vector<KeyWrite<char>> List() const {
-        std::vector<KeyWrite<char>> list;
-        list.reserve(m_places.size());
-        for (const Places &at : m_places) {
-            list.push_back({Part(at.section), Part(at.key), Part(at.value)});
-        }
-        return list;
+    std::size_t Count() const {
+        return m_places.size();
+    }
+
+    /// REQUIRES: nothing is added any more.
+    KeyWrite<char> At(std::size_t index) const {
+        const Places &at = m_places[index];
+        return {Part(at.section), Part(at.key), Part(at.value)};
     }
 
   private:
@@ -122,6 +124,19 @@ class WriteBytes {
         Place key;
         Place value;
     };
+
+    /// Most writes name the section of the one before by the same text.
+    template <class Encoding>
+    TextFate AppendSection(const Encoding &encoding,
+                           std::basic_string_view<typename Encoding::Char> text, Place &place) {
+        if (m_lastSection != text.data() || m_lastSectionSize != text.size()) {
+            m_lastSection = text.data();
+            m_lastSectionSize = text.size();
+            m_lastFate = Append(encoding, text, m_lastPlace);
+        }
+        place = m_lastPlace;
+        return m_lastFate;
+    }
 
     template <class Encoding>
     TextFate Append(const Encoding &encoding, std::basic_string_view<typename Encoding::Char> text,
@@ -138,6 +153,10 @@ class WriteBytes {
 
     std::string m_bytes;
     std::vector<Places> m_places;
+    const void *m_lastSection = nullptr;
+    std::size_t m_lastSectionSize = 0;
+    Place m_lastPlace{};
+    TextFate m_lastFate = TextFate::Kept;
 };
 
 /// All writes in one pass over the bytes. False where it is not certain that the result is that of
@@ -151,26 +170,26 @@ bool EditAtOnce(Encoding &encoding, const std::string &before, const WritesOf<En
     }
     std::size_t room = 0;
     for (const auto &write : writes) {
-        room += write.section.size() + write.key.size() + write.value.size();
+        room += write.key.size() + write.value.size();
     }
-    WriteBytes bytes(room);
+    WriteBytes bytes(room + writes.front().section.size(), writes.size());
     for (const auto &write : writes) {
         if (bytes.Add(encoding, write) == TextFate::Unknown) {
             return false;
         }
     }
-    const std::vector<KeyWrite<char>> list = bytes.List();
     ProfileGroups groups(before);
     // The limit is one of characters, so with longer ones a line may be longer in bytes.
     if (form != FileForm::OneByteEach && groups.StoppedEarly()) {
         return false;
     }
-    for (const KeyWrite<char> &write : list) {
+    for (std::size_t i = 0; i < bytes.Count(); ++i) {
+        const KeyWrite<char> write = bytes.At(i);
         if (!ProfileGroups::IsPlain(write) || !groups.Apply(write)) {
             return false;
         }
     }
-    written = list.size();
+    written = bytes.Count();
     after = written != 0 ? groups.Text() : before;
     return true;
 }

@@ -1,11 +1,13 @@
 #include "scaler_isp/settings/ProfileGroups.h"
 
+#include <algorithm>
+
 #include "scaler_isp/settings/ProfileLines.h"
 
 namespace {
 
-bool Has(std::string_view text, char character) {
-    return text.find(character) != std::string_view::npos;
+bool IsPlainName(std::string_view name) {
+    return std::none_of(name.begin(), name.end(), [](char c) { return c == '=' || c == '\n'; });
 }
 
 } // namespace
@@ -25,11 +27,9 @@ ProfileGroups::ProfileGroups(std::string_view text) : m_groups(1) {
 }
 
 bool ProfileGroups::IsPlain(const KeyWrite<char> &write) {
-    const bool header = !Has(write.section, '=') && !Has(write.section, '\n') &&
-                        write.section.size() + 2 <= kProfileLineLimit;
-    const bool key = !Has(write.key, '=') && !Has(write.key, '\n') &&
-                     (write.key.empty() || write.key.front() != ' ');
-    return header && key && !Has(write.value, '\n') &&
+    const bool header = IsPlainName(write.section) && write.section.size() + 2 <= kProfileLineLimit;
+    const bool key = IsPlainName(write.key) && (write.key.empty() || write.key.front() != ' ');
+    return header && key && write.value.find('\n') == std::string_view::npos &&
            write.key.size() + 1 + write.value.size() <= kProfileLineLimit;
 }
 
@@ -62,12 +62,12 @@ bool ProfileGroups::ApplyToSection(const Heads &heads, const KeyWrite<char> &wri
         }
         Group &group = m_groups[at];
         Index(group);
-        const auto found = group.firstByName.find(write.key);
-        if (found != group.firstByName.end()) {
-            if (!ReplaceValue(group.lines[found->second], write.value)) {
+        const std::size_t found = group.firstByName.Find(write.key);
+        if (found != NameIndex::kNone) {
+            if (!ReplaceValue(group.lines[found], write.value)) {
                 return false;
             }
-            m_fresh.emplace_back(&group, found->second);
+            m_fresh.emplace_back(&group, found);
             written = true;
             continue;
         }
@@ -113,17 +113,16 @@ void ProfileGroups::Index(Group &group) {
         return;
     }
     group.indexed = true;
-    group.firstByName.reserve(group.lines.size());
     for (std::size_t i = 0; i < group.lines.size(); ++i) {
         const std::string_view start = group.lines[i].start;
-        group.firstByName.emplace(start.substr(0, start.find('=')), i);
+        group.firstByName.Add(start.substr(0, start.find('=')), i);
     }
 }
 
 void ProfileGroups::AddKey(Group &group, const KeyWrite<char> &write) {
     m_fresh.emplace_back(&group, group.lines.size());
     if (group.indexed) {
-        group.firstByName.emplace(write.key, group.lines.size());
+        group.firstByName.Add(write.key, group.lines.size());
     }
     group.lines.push_back({write.key, write.value});
 }

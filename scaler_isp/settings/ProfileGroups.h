@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "scaler_isp/settings/NameIndex.h"
 #include "scaler_isp/settings/ProfileEdit.h"
 
 /// The lines of an INI text, indexed so that many writes cost one pass.
@@ -44,7 +45,7 @@ class ProfileGroups {
         std::string_view head; ///< null in the first group, which only holds what stands before
         std::vector<KeyLine> lines;
         bool indexed = false;
-        std::unordered_map<std::string_view, std::size_t> firstByName; ///< once it is indexed
+        NameIndex firstByName; ///< once it is indexed
     };
 
     using Heads = std::vector<std::size_t>; ///< groups, ascending

@@ -120,10 +120,6 @@ int WriteKey(const Char *section, const Char *key, const Char *value, const Char
     });
 }
 
-std::wstring_view UpToNul(const std::wstring &text) {
-    return text.c_str();
-}
-
 } // namespace
 
 unsigned int CpNxGetPrivateProfileStringW(const wchar_t *section, const wchar_t *key,
@@ -158,13 +154,7 @@ int CpNxWritePrivateProfileStringA(const char *section, const char *key, const c
     return WriteKey<ByteEncoding>(section, key, value, fileName);
 }
 
-int WriteProfileBatchW(const std::vector<ProfileWrite> &writes, const wchar_t *fileName) {
-    return ResultOrOnThrow(0, [&] {
-        std::vector<KeyWrite<wchar_t>> keys;
-        keys.reserve(writes.size());
-        for (const ProfileWrite &write : writes) {
-            keys.push_back({UpToNul(write.section), UpToNul(write.key), UpToNul(write.value)});
-        }
-        return WriteKeys<NativeEncoding>(keys, NarrowName(fileName));
-    });
+int WriteProfileBatchW(const std::vector<KeyWrite<wchar_t>> &writes, const wchar_t *fileName) {
+    return ResultOrOnThrow(0,
+                           [&] { return WriteKeys<NativeEncoding>(writes, NarrowName(fileName)); });
 }

@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 #include <random>
 
-#include "scaler_isp/settings/ProfileBatch.h"
 #include "scaler_isp/settings/ProfileEdit.h"
 #include "scaler_isp/settings/ProfileLookup.h"
 #include "support/TestLocale.h"
+#include "unit/settings/OwnedWrites.h"
 #include "unit/settings/ProfileFamilies.h"
 #include "unit/settings/ReferenceProfile.h"
 
