@@ -98,7 +98,10 @@ int Operate(const wchar_t *commandLine, ScalerIspProgressCallback progress,
     const std::string line = wide.GetStringBufferBaseOnOS();
     g_cpStrCurDir = GetCurrentProcessDir(TCSZ_GLOBAL_SYMBOL);
     g_cpStrSettingFilePath = g_cpStrCurDir + L"IspSetting.ini";
-    std::unique_ptr<CCpIspArgsParse> fresh(new (std::nothrow) CCpIspArgsParse);
+    std::unique_ptr<CCpIspArgsParse> fresh =
+        ResultOrOnThrow(std::unique_ptr<CCpIspArgsParse>(), [] {
+            return std::unique_ptr<CCpIspArgsParse>(new (std::nothrow) CCpIspArgsParse);
+        });
     if (fresh == nullptr) {
         return kNoParser;
     }
