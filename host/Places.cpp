@@ -55,4 +55,8 @@ fs::path VirtualLibrary() {
     return FirstWithLibrary({ISPCTL_VIRTUAL_FOLDER, "../virtual"});
 }
 
+fs::path VirtualCommLibrary() {
+    return VirtualLibrary().parent_path() / "libVirtualComm.dylib";
+}
+
 } // namespace ispctl

@@ -13,6 +13,9 @@ std::filesystem::path InstalledLibrary();
 /// The link to the library that has the virtual scaler's plug-ins beside it.
 std::filesystem::path VirtualLibrary();
 
+/// The communication library of the virtual bus, beside that link.
+std::filesystem::path VirtualCommLibrary();
+
 } // namespace ispctl
 
 #endif

@@ -1,35 +1,13 @@
 #include "ScalerLibrary.h"
 
-#include <cstring>
 #include <dlfcn.h>
 #include <fmt/format.h>
-#include <string_view>
 #include <type_traits>
-#include <typeinfo>
 
+#include "LibrarySymbols.h"
 #include "scaler_isp/entry/CommandLineSplit.h"
 
 namespace ispctl {
-namespace {
-
-// The symbol of a C++ function in the global namespace. In the Itanium C++ ABI a function type is
-// written F<result><parameters>E and the function's symbol _Z<length><name><parameters>, so the
-// compiler itself supplies the parameters, whichever standard library it uses. The result must be a
-// type written with one letter, such as int.
-template <class Function> std::string MangledName(std::string_view name) {
-    const std::string_view type = typeid(Function).name();
-    return fmt::format("_Z{}{}{}", name.size(), name, type.substr(2, type.size() - 3));
-}
-
-template <class Function> bool Resolve(void *handle, const std::string &symbol, Function &slot) {
-    void *address = ::dlsym(handle, symbol.c_str());
-    static_assert(sizeof address == sizeof slot);
-    std::memcpy(&slot, &address, sizeof slot);
-    return address != nullptr;
-}
-
-} // namespace
-
 std::optional<ScalerLibrary> ScalerLibrary::Open(const std::filesystem::path &file,
                                                  std::string &error) {
     static_assert(std::is_same_v<decltype(&::OperateScaler), OperateFunction>);
@@ -42,10 +20,11 @@ std::optional<ScalerLibrary> ScalerLibrary::Open(const std::filesystem::path &fi
         error = fmt::format("the library cannot be opened: {}", text != nullptr ? text : "");
         return std::nullopt;
     }
+    library.m_handle = handle;
     const std::string split =
         MangledName<std::remove_pointer_t<SplitFunction>>("ParseCommandLineParameter");
-    if (!Resolve(handle, "OperateScaler", library.m_operate) ||
-        !Resolve(handle, split, library.m_split)) {
+    if (!ResolveSymbol(handle, "OperateScaler", library.m_operate) ||
+        !ResolveSymbol(handle, split, library.m_split)) {
         error = fmt::format("{} is no ScalerIsp library for this console: {} is missing",
                             library.m_path.string(),
                             library.m_operate == nullptr ? "OperateScaler" : split);

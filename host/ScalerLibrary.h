@@ -28,6 +28,11 @@ class ScalerLibrary {
         return m_path;
     }
 
+    /// For functions beside those of a run, as dlopen gave it.
+    void *Handle() const {
+        return m_handle;
+    }
+
     /// Splits a line exactly as the library does.
     /// RETURNS nothing where the library refuses the line.
     std::optional<std::vector<std::string>> Split(const std::string &line) const;
@@ -44,6 +49,7 @@ class ScalerLibrary {
     using SplitFunction = int (*)(std::vector<std::string> &, const std::string &);
 
     std::filesystem::path m_path;
+    void *m_handle = nullptr;
     OperateFunction m_operate = nullptr;
     SplitFunction m_split = nullptr;
 };

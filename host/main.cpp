@@ -12,6 +12,8 @@
 #include "ArgumentBorder.h"
 #include "ConsoleStreams.h"
 #include "RunCommand.h"
+#include "edid/AddEdid.h"
+#include "script/AddScript.h"
 
 namespace {
 
@@ -55,6 +57,11 @@ int Main(std::vector<std::string> arguments) {
     app.require_subcommand(1);
     ispctl::RunOptions runOptions;
     CLI::App *run = AddRun(app, runOptions);
+    ispctl::ExitStatus status = ispctl::kExitSuccess;
+    ispctl::ScriptOptions scriptOptions;
+    ispctl::AddScript(app, scriptOptions, status);
+    ispctl::EdidOptions edidOptions;
+    ispctl::AddEdid(app, edidOptions, status);
     if (!arguments.empty() && arguments.front() == run->get_name()) {
         std::vector<std::string> own(arguments.begin() + 1, arguments.end());
         runOptions.arguments = ispctl::TakeForeign(*run, own);
@@ -67,7 +74,7 @@ int Main(std::vector<std::string> arguments) {
     } catch (const CLI::ParseError &error) {
         return app.exit(error) == 0 ? ispctl::kExitSuccess : ispctl::kExitWrongUse;
     }
-    return ispctl::RunCommand(runOptions);
+    return run->parsed() ? ispctl::RunCommand(runOptions) : status;
 }
 
 } // namespace

@@ -1,0 +1,17 @@
+#ifndef ISPCTL_INPUT_FILE_H
+#define ISPCTL_INPUT_FILE_H
+
+#include <optional>
+#include <string>
+
+namespace ispctl {
+
+/// The bytes of a file of the caller's. RETURNS nothing on failure, with the reason in error.
+std::optional<std::string> ReadInputFile(const std::string &name, std::string &error);
+
+/// RETURNS whether all bytes were written; else error says why not.
+bool WriteOutputFile(const std::string &name, const std::string &bytes, std::string &error);
+
+} // namespace ispctl
+
+#endif

@@ -1,0 +1,17 @@
+#ifndef ISPCTL_EDID_ADD_EDID_H
+#define ISPCTL_EDID_ADD_EDID_H
+
+#include "edid/EdidCommand.h"
+
+namespace CLI {
+class App;
+}
+
+namespace ispctl {
+
+/// Adds the subcommand `edid`. When it is parsed it runs and leaves its exit status in status.
+void AddEdid(CLI::App &app, EdidOptions &options, ExitStatus &status);
+
+} // namespace ispctl
+
+#endif

@@ -1,0 +1,59 @@
+#include "script/AddScript.h"
+
+#include <CLI/CLI.hpp>
+
+namespace ispctl {
+namespace {
+
+constexpr const char *kFooter = R"(
+Examples:
+  ispctl script assemble panel.script -o panel.bin
+  ispctl script check panel.bin
+  ispctl script run --virtual --text panel.script
+
+Exit status: 0 success, 1 a script that is refused or fails, 2 wrong use.)";
+
+using Command = ExitStatus (*)(const ScriptOptions &);
+
+CLI::App *AddOne(CLI::App &script, const char *name, const char *help, Command command,
+                 ScriptOptions &options, ExitStatus &status) {
+    CLI::App *one = script.add_subcommand(name, help);
+    one->add_option("FILE", options.file)->required()->type_name("");
+    one->callback([command, &options, &status] { status = command(options); });
+    return one;
+}
+
+void AddText(CLI::App *command, ScriptOptions &options) {
+    command->add_flag("--text", options.text, "FILE is script text, not its bytes")
+        ->disable_flag_override();
+}
+
+} // namespace
+
+void AddScript(CLI::App &app, ScriptOptions &options, ExitStatus &status) {
+    CLI::App *script = app.add_subcommand("script", "Writes, reads and runs register scripts.");
+    script->require_subcommand(1);
+    script->footer(kFooter);
+    const auto add = [&](const char *name, const char *help, Command command) {
+        return AddOne(*script, name, help, command, options, status);
+    };
+    add("assemble", "Turns script text into a byte list, or with -o into bytes.", AssembleCommand)
+        ->add_option("-o,--output", options.output, "write the bytes to OUT")
+        ->type_name("OUT");
+    add("list", "Turns bytes into script text.", ListCommand);
+    AddText(add("check", "Looks for records that must not run.", CheckCommand), options);
+    CLI::App *run = add("run", "Checks a script and runs it.", RunScriptCommand);
+    AddText(run, options);
+    CLI::Option *comm =
+        run->add_option("--comm", options.comm, "the communication library")->type_name("LIB");
+    run->add_flag("--virtual", options.virtualScaler,
+                  "take the virtual bus: no hardware is touched")
+        ->disable_flag_override()
+        ->excludes(comm);
+    run->add_option("--lib", options.library, "the ScalerIsp library to open, by path")
+        ->type_name("FILE");
+    run->add_option("--channel", options.channel, "choose this channel of the library first")
+        ->type_name("N");
+}
+
+} // namespace ispctl

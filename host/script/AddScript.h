@@ -1,0 +1,18 @@
+#ifndef ISPCTL_SCRIPT_ADD_SCRIPT_H
+#define ISPCTL_SCRIPT_ADD_SCRIPT_H
+
+#include "script/ScriptCommand.h"
+
+namespace CLI {
+class App;
+}
+
+namespace ispctl {
+
+/// Adds the subcommand `script` with its own subcommands. When one of them is parsed it runs and
+/// leaves its exit status in status.
+void AddScript(CLI::App &app, ScriptOptions &options, ExitStatus &status);
+
+} // namespace ispctl
+
+#endif

@@ -1,0 +1,67 @@
+#include "script/ScriptCheck.h"
+
+#include <fmt/format.h>
+
+#include "script/ScriptOpcodes.h"
+
+namespace ispctl {
+namespace {
+
+void CheckCarry(const ScriptRecord &record, ScriptReport &report) {
+    if (record.block == 0) {
+        return;
+    }
+    report.notes.push_back(fmt::format(
+        "offset {}: {} follows a block of {} bytes, so the runner passes over the {} bytes behind "
+        "it",
+        record.offset, record.opcode->name, record.block, record.block));
+    if (record.passedOver.size() < record.block) {
+        report.notes.push_back(
+            fmt::format("offset {}: only {} bytes are left there; the script ends", record.offset,
+                        record.passedOver.size()));
+    }
+}
+
+void CheckRecord(const ScriptRecord &record, ScriptReport &report) {
+    const auto problem = [&](const std::string &text) {
+        report.problems.push_back(fmt::format("offset {}: {}", record.offset, text));
+    };
+    if (record.opcode == nullptr) {
+        problem(fmt::format("0x{:02X} is no opcode", record.bytes.front()));
+        return;
+    }
+    if (!record.IsWhole()) {
+        problem(fmt::format("{} needs {} bytes, {} are left", record.opcode->name, record.length,
+                            record.bytes.size()));
+        return;
+    }
+    switch (record.opcode->kind) {
+    case OpcodeKind::UNSUPPORTED:
+        problem(fmt::format("opcode {} is not supported", record.opcode->code));
+        break;
+    case OpcodeKind::READ:
+        ++report.outputBytes;
+        break;
+    case OpcodeKind::BLOCK_READ:
+        report.outputBytes += record.block;
+        break;
+    case OpcodeKind::CARRY:
+        CheckCarry(record, report);
+        break;
+    default:
+        break;
+    }
+}
+
+} // namespace
+
+ScriptReport CheckScript(std::span<const std::uint8_t> script) {
+    ScriptReport report;
+    for (const ScriptRecord &record : SplitScript(script)) {
+        ++report.records;
+        CheckRecord(record, report);
+    }
+    return report;
+}
+
+} // namespace ispctl

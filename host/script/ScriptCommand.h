@@ -1,0 +1,34 @@
+#ifndef ISPCTL_SCRIPT_SCRIPT_COMMAND_H
+#define ISPCTL_SCRIPT_SCRIPT_COMMAND_H
+
+#include <optional>
+#include <string>
+
+#include "RunCommand.h"
+
+namespace ispctl {
+
+/// What `ispctl script` was asked for.
+struct ScriptOptions {
+    std::string file;
+    std::string output;                    ///< assemble: the bytes go here; empty: a byte list
+    bool text = false;                     ///< check, run: the file is script text
+    std::string library;                   ///< run: empty: the installed one
+    std::string comm;                      ///< run: the communication library
+    bool virtualScaler = false;            ///< run: take the virtual bus
+    std::optional<unsigned short> channel; ///< run: communication channel to choose first
+};
+
+/// Each RETURNS kExitSuccess, kExitFailedRun for a script that is refused or fails, or
+/// kExitWrongUse.
+ExitStatus AssembleCommand(const ScriptOptions &options);
+ExitStatus ListCommand(const ScriptOptions &options);
+ExitStatus CheckCommand(const ScriptOptions &options);
+ExitStatus RunScriptCommand(const ScriptOptions &options);
+
+/// What a result of the runner means.
+std::string WordsOfScriptResult(int code);
+
+} // namespace ispctl
+
+#endif

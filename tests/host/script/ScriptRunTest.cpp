@@ -1,0 +1,111 @@
+#include <gmock/gmock.h>
+
+#include "ConsoleProcess.h"
+#include "support/EnvGuard.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+using testing::HasSubstr;
+
+class ScriptRun : public testing::Test {
+  protected:
+    ConsoleResult Run(const std::string &text) {
+        const std::string script = m_folder.Write("a.script", text);
+        return RunConsole(
+            {"script", "run", "--lib", REAL_LIBRARY, "--comm", RECORDING_COMM, "--text", script});
+    }
+    TempFolder m_folder;
+};
+
+TEST_F(ScriptRun, Records_reach_the_library_and_reads_are_shown) {
+    const ConsoleResult result = Run("const kPanel = 0x0120\nScalerStop\nWriteRegEx kPanel, 0x5A\n"
+                                     "WriteRegs 0x10, 1, {0x11, 0x22}\nReadReg 0x33\n"
+                                     "ReadRegs 0x44, 3, 0\nI2CRead 0xA0, 0x80\nScalerRun\n");
+    EXPECT_EQ(result.err, "comm Initiallize\ncomm ScalerStop\ncomm WriteRegEx 120 5A\n"
+                          "comm WriteRegs 10 2 1 11 22\ncomm ReadReg 33\ncomm ReadRegs 44 3 0\n"
+                          "comm I2CRead A0 80 1\ncomm ScalerRun\nispctl: success\n");
+    EXPECT_EQ(result.out, "0000  A1 A2 A3 A4 A5                                   .....\n");
+    EXPECT_EQ(result.status, 0);
+}
+
+TEST_F(ScriptRun, Failing_call_ends_the_run_and_earlier_reads_are_shown) {
+    const EnvGuard fails("RECORDING_COMM_FAILS", "WriteReg");
+    const ConsoleResult result = Run("ReadReg 1\nWriteReg 1, 2\nReadReg 3\n");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "0000  A1                                               .\n");
+    EXPECT_EQ(result.err, "comm Initiallize\ncomm ReadReg 1\ncomm WriteReg 1 2\n"
+                          "ispctl: failed with 0x9: status of the communication library\n");
+}
+
+TEST_F(ScriptRun, Poll_without_a_match_is_told_in_words) {
+    const ConsoleResult result = Run("PollMcuReg 1, 0xFF, 0, 2, 0");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.err, HasSubstr("ispctl: failed with 0x3: a poll ran out of tries"));
+}
+
+TEST_F(ScriptRun, Channel_is_chosen_first) {
+    const std::string script = m_folder.Write("a.bin", "\x01");
+    const ConsoleResult result = RunConsole({"script", "run", "--lib", REAL_LIBRARY, "--comm",
+                                             RECORDING_COMM, "--channel", "6", script});
+    EXPECT_EQ(result.err, "comm Initiallize\ncomm SetCommByID 6\ncomm ScalerRun\n"
+                          "ispctl: success\n");
+}
+
+TEST_F(ScriptRun, Library_that_does_not_start_runs_nothing) {
+    const EnvGuard fails("RECORDING_COMM_FAILS", "Initiallize");
+    const ConsoleResult result = Run("ScalerRun");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "comm Initiallize\nispctl: Initiallize: status 0x9\n");
+}
+
+TEST_F(ScriptRun, Script_with_a_problem_is_not_run) {
+    const ConsoleResult result = Run("ScalerRun\nbytes {3, 1}");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, m_folder.Path("a.script") +
+                              ": offset 1: WriteReg needs 3 bytes, 2 are left\n"
+                              "ispctl: the script was not run\n");
+}
+
+TEST_F(ScriptRun, Wrong_use_is_2) {
+    const std::string script = m_folder.Write("a.bin", "\x01");
+    EXPECT_EQ(RunConsole({"script"}).status, 2);
+    EXPECT_EQ(RunConsole({"script", "walk"}).status, 2);
+    EXPECT_EQ(RunConsole({"script", "list"}).status, 2);
+    EXPECT_EQ(RunConsole({"script", "list", "/no/file"}).status, 2);
+    EXPECT_EQ(RunConsole({"script", "run", script}).err,
+              "ispctl: no communication library: give --comm FILE, or --virtual\n");
+    EXPECT_EQ(RunConsole({"script", "run", "--virtual", "--comm", "x", script}).status, 2);
+    const ConsoleResult missing =
+        RunConsole({"script", "run", "--lib", REAL_LIBRARY, "--comm", "/no/comm", script});
+    EXPECT_EQ(missing.status, 2);
+    EXPECT_THAT(missing.err, HasSubstr("ispctl: /no/comm cannot be loaded"));
+}
+
+TEST_F(ScriptRun, Assemble_list_and_check_work_together) {
+    const std::string text = m_folder.Write("a.script", "WriteReg 0x10, 0x20\nReadReg 1 // read\n");
+    const std::string bytes = m_folder.Path("a.bin");
+    EXPECT_EQ(RunConsole({"script", "assemble", text}).out, "0x03, 0x10, 0x20,\n0x05, 0x01,\n");
+    EXPECT_EQ(RunConsole({"script", "assemble", text, "-o", bytes}).status, 0);
+    EXPECT_EQ(m_folder.Read("a.bin"), "\x03\x10\x20\x05\x01");
+    EXPECT_EQ(RunConsole({"script", "list", bytes}).out,
+              "WriteReg addr = 0x10, value = 0x20\nReadReg addr = 0x01\n");
+    for (const std::vector<std::string> &file :
+         {std::vector<std::string>{bytes}, std::vector<std::string>{"--text", text}}) {
+        std::vector<std::string> arguments = {"script", "check"};
+        arguments.insert(arguments.end(), file.begin(), file.end());
+        const ConsoleResult check = RunConsole(arguments);
+        EXPECT_EQ(check.out, "5 bytes, 2 records, 1 bytes read, 0 problems\n");
+        EXPECT_EQ(check.status, 0);
+    }
+}
+
+TEST_F(ScriptRun, Errors_name_file_line_and_column) {
+    const std::string text = m_folder.Write("a.script", "ScalerRun\nWriteReg 1\n");
+    const ConsoleResult result = RunConsole({"script", "assemble", text});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, text + ":2:1: WriteReg needs the operand value\n");
+}
+
+} // namespace

@@ -1,0 +1,190 @@
+#include "script/ScriptText.h"
+
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "script/ScriptLexer.h"
+
+namespace {
+
+using ispctl::AssembleScript;
+using ispctl::ListScript;
+using Bytes = std::vector<std::uint8_t>;
+
+struct Row {
+    const char *text;
+    Bytes bytes;
+};
+
+TEST(ScriptText, Each_statement_makes_its_record) {
+    const Row rows[] = {
+        {"Wait 258", {0, 1, 2}},
+        {"ScalerRun", {1}},
+        {"ScalerStop", {2}},
+        {"WriteReg 0x10, 0x20", {3, 0x10, 0x20}},
+        {"WriteRegBit 1, 2, 3", {4, 1, 2, 3}},
+        {"ReadReg 0x10", {5, 0x10}},
+        {"WriteMcuReg 1, 2", {6, 1, 2}},
+        {"ReadMcuReg 1", {7, 1}},
+        {"I2CWriteByte 0xA0, 1, 2", {8, 0xA0, 1, 2}},
+        {"I2CRead 0xA0, 1", {9, 0xA0, 1}},
+        {"Unsupported10", {10}},
+        {"I2CCurrentRead 0xA0", {12, 0xA0}},
+        {"PollMcuReg 1, 2, 3, 0x405, 0x607", {13, 1, 2, 3, 4, 5, 6, 7}},
+        {"WritePortRegBit 1, 2, 3, 4", {14, 1, 2, 3, 4}},
+        {"WriteMcuRegBit 1, 2, 3", {15, 1, 2, 3}},
+        {"WriteRegEx 0x1234, 5", {16, 0x12, 0x34, 5}},
+        {"WriteRegBitEx 0x1234, 5, 6", {17, 0x12, 0x34, 5, 6}},
+        {"ReadRegEx 0x1234", {18, 0x12, 0x34}},
+        {"WritePortRegBitEx 0x1234, 0x5678, 9, 10", {19, 0x12, 0x34, 0x56, 0x78, 9, 10}},
+        {"WriteRegsEx 0x1234, 1, {7, 8}", {20, 0x12, 0x34, 0, 2, 1, 7, 8}},
+        {"ReadRegsEx 0x1234, 2, 1", {21, 0x12, 0x34, 0, 2, 1}},
+        {"WriteRegs 0x12, 0, {7}", {22, 0x12, 0, 1, 0, 7}},
+        {"ReadRegs 0x12, 300, 1", {23, 0x12, 1, 44, 1}},
+        {"WriteMcuRegs 0x1234, 1, {}", {24, 0x12, 0x34, 0, 0, 1}},
+        {"ReadMcuRegs 0x1234, 2, 1", {25, 0x12, 0x34, 0, 2, 1}},
+        {"Write32BitRegEx 0x12345678, 4294967295",
+         {26, 0x12, 0x34, 0x56, 0x78, 0xFF, 0xFF, 0xFF, 0xFF}},
+        {"bytes {0x1B, 255}", {0x1B, 0xFF}},
+        {"", {}},
+    };
+    for (const Row &row : rows) {
+        EXPECT_EQ(AssembleScript(row.text), row.bytes) << row.text;
+    }
+}
+
+TEST(ScriptText, Operands_may_have_their_names) {
+    EXPECT_EQ(AssembleScript("WriteRegEx value = 5, addr = 0x1234"), (Bytes{16, 0x12, 0x34, 5}));
+    EXPECT_EQ(AssembleScript("WriteRegBit 1, b2=3, b1=2"), (Bytes{4, 1, 2, 3}));
+    EXPECT_EQ(AssembleScript("WriteRegs data={9}, inc=1, addr=2"), (Bytes{22, 2, 0, 1, 1, 9}));
+    EXPECT_EQ(AssembleScript("WriteRegs {9}, 2, 1"), (Bytes{22, 2, 0, 1, 1, 9}));
+}
+
+TEST(ScriptText, Constants_stand_for_numbers) {
+    EXPECT_EQ(AssembleScript("const kA = 0x1234\nconst k_2 = kA\nWriteRegEx k_2, 5\n"
+                             "const one = 1\nbytes {one, 2}"),
+              (Bytes{16, 0x12, 0x34, 5, 1, 2}));
+}
+
+TEST(ScriptText, Comments_and_empty_lines_are_passed_over) {
+    EXPECT_EQ(AssembleScript("\n// a\r\n/* b\n c */ ScalerRun // d\n\nScalerStop /* e */\r\n"),
+              (Bytes{1, 2}));
+    EXPECT_EQ(AssembleScript("bytes {\n  1, // one\n  2\n}\n"), (Bytes{1, 2}));
+    EXPECT_EQ(AssembleScript("bytes {1, 2,}"), (Bytes{1, 2})) << "a comma at the end";
+}
+
+struct ErrorRow {
+    const char *text;
+    const char *error;
+};
+
+std::string ErrorOf(const std::string &text) {
+    try {
+        AssembleScript(text);
+        return "none";
+    } catch (const ispctl::ScriptError &error) {
+        return std::to_string(error.Line()) + ":" + std::to_string(error.Column()) + ": " +
+               error.what();
+    }
+}
+
+TEST(ScriptText, Errors_say_where_and_why) {
+    const ErrorRow rows[] = {
+        {"ScalerRun\n  Writereg 1, 2", "2:3: Writereg is no statement"},
+        {"5", "1:1: a statement begins with a name"},
+        {"WriteReg 1", "1:1: WriteReg needs the operand value"},
+        {"WriteReg 1, 2, 3", "1:16: WriteReg has no operand more"},
+        {"WriteReg 1 2", "1:12: ',' is missing here"},
+        {"WriteReg 0x100, 2", "1:10: 0x100 does not fit addr, which has 1 byte"},
+        {"WriteRegEx addr = 0x10000, value = 2",
+         "1:19: 0x10000 does not fit addr, which has 2 bytes"},
+        {"WriteReg addr = 1, addr = 2", "1:20: addr is given twice"},
+        {"WriteReg 1, addr = 2", "1:13: addr is given twice"},
+        {"WriteReg addr = 1, 2", "1:20: an operand without a name cannot follow one with its name"},
+        {"WriteReg adr = 1", "1:10: WriteReg has no operand adr"},
+        {"WriteReg kOne, 2", "1:10: kOne is no constant"},
+        {"WriteReg 1, kTwo", "1:13: kTwo is no constant"},
+        {"WriteReg 1,", "1:12: a number is missing here"},
+        {"ScalerRun 1", "1:11: ScalerRun has no operand more"},
+        {"WriteRegs 1, 1", "1:1: WriteRegs needs data bytes in braces"},
+        {"WriteRegs 1, 1, {1}, {2}", "1:22: data is given twice"},
+        {"WriteRegs 1, length = 1, inc = 1, data = {1}",
+         "1:14: the length follows from the data bytes"},
+        {"ReadRegs 1, 1, {1}", "1:16: ReadRegs takes no data bytes"},
+        {"bytes {256}", "1:8: 0x100 is no byte"},
+        {"bytes {1 2}", "1:10: ',' is missing here"},
+        {"bytes {1", "1:9: ',' is missing here"},
+        {"bytes {1} 2", "1:11: the statement should end here"},
+        {"bytes 1", "1:7: '{' is missing here"},
+        {"const 1 = 2", "1:7: a constant needs a name"},
+        {"const a 2", "1:9: '=' is missing here"},
+        {"const a = 1\nconst a = 1", "2:7: a is defined already"},
+        {"Wait 010", "1:6: 010 begins with a zero; write it without, or with 0x"},
+        {"Wait 0x", "1:6: 0x is no number"},
+        {"Wait 12ms", "1:6: 12ms is no number"},
+        {"Wait 4294967296", "1:6: 4294967296 is larger than 32 bits"},
+        {"Wait -1", "1:6: this character belongs to no statement"},
+        {"Wait 1 /* x", "1:8: this comment has no end"},
+        {"/* \xC3\xA4 */ Wait \xC3\xA4", "1:14: this character belongs to no statement"},
+    };
+    for (const ErrorRow &row : rows) {
+        EXPECT_EQ(ErrorOf(row.text), row.error) << row.text;
+    }
+}
+
+TEST(ScriptText, Longest_block_is_taken_and_no_longer_one) {
+    std::string data = "WriteRegs 1, 1, {0";
+    for (int i = 1; i < 65535; ++i) {
+        data += ",0";
+    }
+    EXPECT_EQ(AssembleScript(data + "}").size(), 65540U);
+    EXPECT_EQ(ErrorOf(data + ",0}"), "1:17: 65536 data bytes are more than 65535");
+}
+
+TEST(ScriptText, List_is_readable) {
+    EXPECT_EQ(ListScript(Bytes{0, 1, 2, 22, 0x10, 0, 2, 1, 0xAA, 0xBB, 26, 0,  0, 0, 1, 0, 0,  0,
+                               2, 9, 9, 13, 1,    2, 3, 0, 4,    0,    5,  23, 1, 0, 7, 0, 27, 1}),
+              "Wait ms = 258\n"
+              "WriteRegs addr = 0x10, inc = 1, data = {0xAA, 0xBB}\n"
+              "Write32BitRegEx addr = 0x00000001, value = 0x00000002\n"
+              "// passed over, the last block length is 2\n"
+              "bytes {0x09, 0x09}\n"
+              "PollMcuReg addr = 0x01, mask = 0x02, expect = 0x03, tries = 4, interval = 5\n"
+              "ReadRegs addr = 0x01, length = 7, inc = 0\n"
+              "// unknown opcode: the runner ends here with result 1\n"
+              "bytes {0x1B, 0x01}\n");
+    EXPECT_EQ(ListScript(Bytes{1, 3, 4}), "ScalerRun\n// WriteReg: 2 of its 3 bytes\n"
+                                          "bytes {0x03, 0x04}\n");
+}
+
+TEST(ScriptText, Assembling_a_list_gives_the_same_bytes) {
+    std::mt19937 random(5);
+    for (int round = 0; round < 20000; ++round) {
+        Bytes bytes(random() % 60);
+        for (std::uint8_t &byte : bytes) {
+            const auto kind = random() % 4;
+            byte = static_cast<std::uint8_t>(kind == 0   ? random()
+                                             : kind == 1 ? random() % 4
+                                                         : random() % 28);
+        }
+        ASSERT_EQ(AssembleScript(ListScript(bytes)), bytes) << ListScript(bytes);
+    }
+}
+
+TEST(ScriptText, Every_single_byte_and_pair_survives_a_list) {
+    for (unsigned int first = 0; first < 256; ++first) {
+        for (unsigned int second = 0; second < 256; ++second) {
+            const Bytes bytes = {static_cast<std::uint8_t>(first),
+                                 static_cast<std::uint8_t>(second)};
+            ASSERT_EQ(AssembleScript(ListScript(bytes)), bytes);
+        }
+    }
+}
+
+TEST(ScriptText, Byte_list_has_a_record_a_line) {
+    EXPECT_EQ(ispctl::ByteListOfScript(Bytes{1, 3, 0x10, 0x20, 27}),
+              "0x01,\n0x03, 0x10, 0x20,\n0x1B,\n");
+}
+
+} // namespace
