@@ -1,0 +1,99 @@
+#!/usr/bin/env python3
+"""Keeps the tables that pages show equal to those in the code; --check only compares.
+
+    <!-- table: opcodes -->
+    | ... |
+    <!-- end of table -->
+
+The name behind "table:" is one of TABLES; read are docs/*.md.
+"""
+
+import re
+import sys
+
+from tracked import ROOT, report
+
+BLOCK = re.compile(r"(<!-- table: (?P<name>[a-z ]+) -->\n).*?(<!-- end of table -->\n)", re.DOTALL)
+OPCODE = re.compile(
+    r'^SCALER_ISP_OPCODE\((\d+), (\w+), (\w+), "([^"]*)", (.*)\)$', re.MULTILINE)
+KEY = re.compile(r"^    SCALER_ISP_(?:COMMAND|UI)_KEY\(L\"(\w+)\", (\w+)(?:, (\w+))?\),$",
+                 re.MULTILINE)
+SIZES = {"b": 1, "i": 1, "w": 2, "L": 2, "d": 4}
+DOES = {
+    "WAIT": "waits `ms` milliseconds",
+    "POLL": "reads the MCU register until (value AND mask) equals (expect AND mask)",
+    "UNSUPPORTED": "ends with result 2",
+}
+READS = {"READ": "1", "BLOCK_READ": "length"}
+
+
+def text_of(name):
+    return (ROOT / "scaler_isp" / name).read_text()
+
+
+def opcodes():
+    """The records of a register script."""
+    yield "| opcode | statement | operands (bytes) | record length | does | reads |\n"
+    yield "|---|---|---|---|---|---|\n"
+    for code, name, kind, operands, call in OPCODE.findall(
+            text_of("common/script/script_opcodes.def")):
+        items = [item.split(":") for item in operands.split()]
+        length = 1 + sum(SIZES[letter] for letter, _ in items)
+        shown = ", ".join(f"{item} ({SIZES[letter]})" for letter, item in items) or "none"
+        extra = {"BLOCK_WRITE": " + length", "CARRY": " + last length"}.get(kind, "")
+        if kind == "BLOCK_WRITE":
+            shown += ", data (length)"
+        method = call.split("(")[0]
+        yield (f"| {code} | `{name}` | {shown} | {length}{extra} | {DOES.get(kind, f'`{method}`')} "
+               f"| {READS.get(kind, '')} |\n")
+
+
+def number(word):
+    """A default of the code: a number, or an enumeration's value."""
+    if word.isdigit():
+        return word
+    return re.search(rf"\b{word} = (\d+)", text_of("abi/CommandSetting.h")).group(1)
+
+
+def keys(source):
+    """The keys that a record loads, in their order."""
+    yield "| section | key | default |\n|---|---|---|\n"
+    for section, field, default in KEY.findall(text_of(source)):
+        yield f"| `{section}` | `{field}` | {number(default or '0')} |\n"
+
+
+TABLES = {
+    "opcodes": opcodes,
+    "command keys": lambda: keys("settings/CommandSettingStore.cpp"),
+    "switch keys": lambda: keys("settings/UiSetting.cpp"),
+}
+
+
+def main():
+    problems, found = [], set()
+    for page in sorted(ROOT.glob("docs/*.md")):
+        before = page.read_text()
+
+        def renewed(block):
+            found.add(block["name"])
+            return block[1] + "".join(TABLES[block["name"]]()) + block[3]
+
+        after = BLOCK.sub(renewed, before)
+        if after == before:
+            continue
+        if "--check" in sys.argv[1:]:
+            problems.append(f"{page.relative_to(ROOT)} is out of date: run tools/doc_tables.py")
+        else:
+            page.write_text(after)
+    problems += [f"no page shows the table '{name}'" for name in sorted(TABLES.keys() - found)]
+    for name, rows, least in (("opcodes", opcodes, 27),
+                              ("command keys", TABLES["command keys"], 12),
+                              ("switch keys", TABLES["switch keys"], 8)):
+        # Two lines are the head. A row that is not understood would be missed here.
+        if sum(text.count("\n") for text in rows()) - 2 < least:
+            problems.append(f"the table '{name}' has rows that are not understood")
+    return report("doc tables", problems)
+
+
+if __name__ == "__main__":
+    sys.exit(main())
