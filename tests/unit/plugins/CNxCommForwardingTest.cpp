@@ -111,9 +111,17 @@ struct Row {
 
 const Row kRows[] = {
 #define COMM_ROW(SLOT, METHOD, SYMBOL, UNLOADED, ...)                                              \
-    {SLOT, METHOD, SYMBOL, UNLOADED, Caller<__VA_ARGS__>::kResultBytes, Caller<__VA_ARGS__>::Call},
+    {SLOT, #METHOD, SYMBOL, UNLOADED, Caller<__VA_ARGS__>::kResultBytes, Caller<__VA_ARGS__>::Call},
 #include "comm/comm_rows.def"
 };
+
+template <class Function> struct MethodOf;
+template <class Result, class... Parameters> struct MethodOf<Result(Parameters...)> {
+    using Type = Result (CNxComm::*)(Parameters...);
+};
+#define COMM_ROW(SLOT, METHOD, SYMBOL, UNLOADED, ...)                                              \
+    static_assert(std::is_same_v<decltype(&CNxComm::METHOD), MethodOf<__VA_ARGS__>::Type>);
+#include "comm/comm_rows.def"
 
 std::string UnloadedBytes(const Row &row) {
     return {reinterpret_cast<const char *>(&row.unloaded), row.resultBytes};

@@ -3,6 +3,7 @@
 #include "scaler_isp/plugins/DeviceLibrary.h"
 
 #include <cstring>
+#include <type_traits>
 
 #include <gmock/gmock.h>
 
@@ -108,6 +109,16 @@ const Pointer kNeverLoaded[] = {
     POINTER(I2CWordSlaveRead, "I2CWordSlaveRead"),
     POINTER(I2CWordStretchRead, "I2CWordStretchRead"),
 };
+
+// The types are those of the like-named functions of the communication library.
+using Transfer = unsigned int (*)(unsigned char, unsigned char, unsigned short, unsigned char *);
+static_assert(std::is_same_v<decltype(nxdI2CWrite), Transfer>);
+static_assert(std::is_same_v<decltype(nxdI2CRead), Transfer>);
+static_assert(
+    std::is_same_v<decltype(nxdSetUsbWaitingMode), unsigned int (*)(STRUCT_WAITING_STRUCT)>);
+static_assert(std::is_same_v<decltype(nxdSetConfigFilePath), void (*)(wchar_t *)>);
+static_assert(
+    std::is_same_v<decltype(nxdSectorErase), unsigned int (*)(unsigned char, unsigned char)>);
 
 void *Value(const Pointer &pointer) {
     void *value = nullptr;
