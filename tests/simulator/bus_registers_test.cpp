@@ -2,6 +2,9 @@
 
 #include "VirtualBusFixture.h"
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include "scaler_isp/common/script/RegisterScript.h"
 #include "scaler_isp/plugins/DeviceLibrary.h"
 #include "support/CapturedOutput.h"
@@ -124,6 +127,25 @@ TEST_F(VirtualBusTest, Another_binding_sees_the_same_device) {
                 HasSubstr("bytes reg 0x0010: 77 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00\n"));
     EXPECT_EQ(Load(comm), 1);
     EXPECT_EQ(Reg(0x10), 0x77);
+}
+
+TEST_F(VirtualBusTest, Two_processes_lose_no_write_of_each_other) {
+    constexpr int kWrites = 100;
+    const pid_t other = fork();
+    ASSERT_NE(other, -1);
+    const int first = other == 0 ? kWrites : 0;
+    for (int i = first; i < first + kWrites; ++i) {
+        comm.WriteReg(static_cast<unsigned char>(i), 0x5A);
+    }
+    if (other == 0) {
+        _exit(0);
+    }
+    int state = -1;
+    ASSERT_EQ(waitpid(other, &state, 0), other);
+    EXPECT_EQ(state, 0);
+    for (int i = 0; i < 2 * kWrites; ++i) {
+        EXPECT_EQ(Reg(static_cast<unsigned char>(i)), 0x5A) << i;
+    }
 }
 
 TEST_F(VirtualBusTest, Registers_can_be_given_by_hand) {
