@@ -1,0 +1,84 @@
+// Reads a register and dumps the EDID through a communication library:
+//
+//   bus_host /opt/scaler-isp/share/scaler-isp/virtual/libVirtualComm.dylib
+//
+// The virtual bus remembers registers in the folder that SCALER_ISP_VIRTUAL_DEVICE names.
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "scaler_isp/ScalerIsp.h"
+
+namespace {
+
+constexpr unsigned char kEdidSlave = 0xA0;
+constexpr unsigned short kEdidBytes = 256; ///< a base block and one extension
+
+/// A status is 0 for success; any other is the library's own.
+bool Succeeded(const char *what, unsigned int status) {
+    if (status != 0) {
+        std::fprintf(stderr, "%s: status 0x%X\n", what, status);
+    }
+    return status == 0;
+}
+
+bool ShowRegister(CNxComm &comm, unsigned char address) {
+    unsigned char value = 0;
+    if (!Succeeded("WriteReg", comm.WriteReg(address, 0x5A)) ||
+        !Succeeded("ReadReg", comm.ReadReg(address, &value))) {
+        return false;
+    }
+    std::printf("register 0x%02X = 0x%02X\n", address, value);
+    return true;
+}
+
+bool DumpEdid(CNxComm &comm) {
+    std::vector<unsigned char> edid(kEdidBytes);
+    if (!Succeeded("I2CRead", comm.I2CRead(kEdidSlave, 0, kEdidBytes, edid.data()))) {
+        return false;
+    }
+    // Each block of 128 bytes sums up to 0.
+    for (std::size_t block = 0; block < edid.size(); block += 128) {
+        if (CalculateByteChecksum(&edid[block], 128) % 256 != 0) {
+            std::fprintf(stderr, "block %zu has a wrong checksum\n", block / 128);
+            return false;
+        }
+    }
+    for (std::size_t i = 0; i < edid.size(); ++i) {
+        std::printf("%02X%c", edid[i], i % 16 == 15 ? '\n' : ' ');
+    }
+    return true;
+}
+
+/// The same register by a script: what `ispctl script assemble` makes of "ReadReg 0x10".
+bool RunScript(CNxComm &comm) {
+    unsigned char script[] = {0x05, 0x10};
+    unsigned char out[1] = {};
+    unsigned int count = 0;
+    const int result = RunCommand(script, sizeof script, &comm, out, &count);
+    if (!Succeeded("RunCommand", static_cast<unsigned int>(result))) {
+        return false;
+    }
+    std::printf("script read %u byte: 0x%02X\n", count, out[0]);
+    return true;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: bus_host COMMUNICATION-LIBRARY\n");
+        return 2;
+    }
+    std::wstring path = CCpTransform().ConvertUTF8StringToUnicode(argv[1]);
+    CNxComm comm;
+    if (comm.LoadCommDllFile(path.data()) != 1) {
+        std::fprintf(stderr, "%s: no communication library\n", argv[1]);
+        return 1;
+    }
+    const bool done = Succeeded("Initiallize", comm.Initiallize()) && ShowRegister(comm, 0x10) &&
+                      RunScript(comm) && DumpEdid(comm);
+    comm.FreeCommDllFile(); // the destructor leaves it open
+    return done ? 0 : 1;
+}
