@@ -240,6 +240,27 @@ TEST_F(VirtualBusTest, Calls_are_journalled_with_arguments_and_status) {
                          "ScalerRun -> 0x0\n");
 }
 
+TEST_F(VirtualBusTest, The_journal_shows_the_first_32_bytes) {
+    unsigned char data[33] = {};
+    comm.ReadRegs(0, 33, data, INC_TYPE_0);
+    std::string zeros;
+    for (int i = 0; i < 32; ++i) {
+        zeros += "00 ";
+    }
+    EXPECT_EQ(Journal(), "ReadRegs addr=0x0 length=0x21 data=[" + zeros + "..] inc=0x0 -> 0x0\n");
+}
+
+TEST_F(VirtualBusTest, Functions_without_a_status_journal_their_failure_all_the_same) {
+    wchar_t name[256] = L"untouched";
+    comm.GetCommName(name, 7);
+    EXPECT_STREQ(name, L"untouched");
+    SetFaults("refuse-open\n");
+    EXPECT_EQ(comm.GetDebugSlave(), 0);
+    EXPECT_EQ(Journal(),
+              "GetCommName index=0x7 -> 0x5B04 \"There is no channel 7\"\n"
+              "GetDebugSlave -> 0x5A01 \"The device refuses to open, as faults.txt asks for\"\n");
+}
+
 TEST_F(VirtualBusTest, Null_pointers_are_refused_unless_there_is_nothing_to_move) {
     EXPECT_EQ(comm.ReadReg(1, nullptr), 0x5B02U);
     EXPECT_EQ(comm.I2CWrite(0xA0, 0, 1, nullptr), 0x5B02U);
