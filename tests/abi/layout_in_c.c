@@ -8,17 +8,14 @@
 #define NAME(A, B) JOIN(A, B)
 #define HOLDS(CONDITION) typedef char NAME(holds_, __COUNTER__)[(CONDITION) ? 1 : -1];
 
-/* Alignment of a type: where a member of it lands behind a single byte. */
-#define ALIGNMENT_OF(TYPE)                                                                         \
-    offsetof(                                                                                      \
-        struct {                                                                                   \
-            char first;                                                                            \
-            TYPE second;                                                                           \
-        },                                                                                         \
-        second)
-
+/* The alignment of a type is where a member of it lands behind a single byte. */
 #define RECORD(TYPE, SIZE, ALIGNMENT)                                                              \
-    HOLDS(sizeof(TYPE) == (SIZE)) HOLDS(ALIGNMENT_OF(TYPE) == (ALIGNMENT))
+    struct alignment_of_##TYPE {                                                                   \
+        char first;                                                                                \
+        TYPE second;                                                                               \
+    };                                                                                             \
+    HOLDS(sizeof(TYPE) == (SIZE))                                                                  \
+    HOLDS(offsetof(struct alignment_of_##TYPE, second) == (ALIGNMENT))
 #define FIELD(TYPE, MEMBER, OFFSET, WIDTH)                                                         \
     HOLDS(offsetof(TYPE, MEMBER) == (OFFSET)) HOLDS(sizeof(((TYPE *)0)->MEMBER) == (WIDTH))
 #define VALUE(NAME, NUMBER) HOLDS((NAME) == (NUMBER))

@@ -1,0 +1,70 @@
+/* The process, dyld's services, and variables that libraries read. */
+
+#define _GNU_SOURCE
+
+#include "loader.h"
+#include "shims.h"
+
+#include <stdint.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <sys/random.h>
+#include <time.h>
+#include <unistd.h>
+
+static FILE *standard_input, *standard_output, *standard_error;
+static uint64_t stack_guard = 0x5AA5C33C00FF1234ULL;
+
+__attribute__((constructor)) static void set_variables(void) {
+    standard_input = stdin;
+    standard_output = stdout;
+    standard_error = stderr;
+}
+
+static void stack_was_overrun(void) {
+    fprintf(stderr, "macho: stack protector: a buffer on the stack was overrun\n");
+    abort();
+}
+
+/* The host program plays the executable. */
+static int path_of_process(int process, char *path, uint32_t room) {
+    char link[64];
+    ssize_t length;
+    snprintf(link, sizeof link, "/proc/%d/exe", process);
+    length = readlink(link, path, room - 1);
+    if (length < 0) {
+        return 0;
+    }
+    path[length] = '\0';
+    return (int)length;
+}
+
+static int get_time(int clock, struct timespec *time) {
+    return clock_gettime(clock == 0 ? CLOCK_REALTIME : CLOCK_MONOTONIC, time);
+}
+
+static uint32_t random_number(void) {
+    uint32_t value = 4;
+    return getrandom(&value, sizeof value, 0) == sizeof value ? value : 4;
+}
+
+static void never_removed(void *function) {
+    (void)function;
+}
+
+const struct shim shims_system[] = {SHIM("___stdinp", &standard_input),
+                                    SHIM("___stdoutp", &standard_output),
+                                    SHIM("___stderrp", &standard_error),
+                                    SHIM("___stack_chk_guard", &stack_guard),
+                                    SHIM("___stack_chk_fail", stack_was_overrun),
+                                    SHIM("_proc_pidpath", path_of_process),
+                                    SHIM("_clock_gettime", get_time),
+                                    SHIM("_arc4random", random_number),
+                                    SHIM("_dlopen", macho_dlopen),
+                                    SHIM("_dlsym", macho_dlsym),
+                                    SHIM("_dlclose", macho_dlclose),
+                                    SHIM("_dlerror", macho_dlerror),
+                                    SHIM("_dladdr", shim_dladdr),
+                                    SHIM("__dyld_find_unwind_sections", shim_find_unwind_sections),
+                                    SHIM("__dyld_register_func_for_remove_image", never_removed),
+                                    SHIM_END};
