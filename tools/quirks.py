@@ -39,8 +39,11 @@ def page():
 
 
 def main():
+    if sys.argv[1:] not in ([], ["--check"]):
+        print("usage: tools/quirks.py [--check]", file=sys.stderr)
+        return 2
     text, problems = page()
-    if "--check" in sys.argv[1:]:
+    if sys.argv[1:]:
         if not TARGET.is_file() or TARGET.read_text() != text:
             problems.append("docs/quirks.md is out of date: run tools/quirks.py")
     else:

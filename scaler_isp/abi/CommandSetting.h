@@ -19,6 +19,9 @@
 #define SCALER_ISP_MAX_FLAG_BYTES 1220 ///< bytes of the user flag
 #define SCALER_ISP_MAX_MERGE_BYTES 16  ///< bytes of the merge info
 #define SCALER_ISP_MAX_I2C_BYTES 256   ///< data bytes of one I2C write
+#define SCALER_ISP_MODE_NORMAL 1       ///< enumIspMode
+#define SCALER_ISP_MODE_FACTORY 2      ///< enumIspMode
+#define SCALER_ISP_NEW_BOOT_CODE 1     ///< enumBootCodeType
 #define SCALER_ISP_DEFAULT_SLAVE 0x94  ///< I2C slave address of the scaler's ISP interface
 
 /// The action to perform; one command line option each (--factoryisp converts to no value).

@@ -14,6 +14,10 @@
 /// completely and has NO terminator: read with a bound of 260, never as a C string.
 #define SCALER_ISP_PATH_CHARS 260
 
+/// Key data of the next key generation, as GetKeyFromFlash of the ISP plug-in fills it and
+/// VerifySignatureExport of the sign/verify plug-in reads it. UNITS: bytes.
+#define SCALER_ISP_FLASH_KEY_BYTES 1220
+
 /// What to do with the firmware file.
 SCALER_ISP_ENUM_TYPE(ENUM_CP_DIGITAL_SIGNATURE_ACTION_TYPE);
 enum SCALER_ISP_ENUM_VALUES(ENUM_CP_DIGITAL_SIGNATURE_ACTION_TYPE) {

@@ -33,7 +33,7 @@ SCALER_ISP_API void SetUIFunction(ScalerIspProgressCallback progress,
 SCALER_ISP_API int IspFlash(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting);
 
 /// Required. Reads the verify key of the next key generation out of the chip.
-/// \param key  1,220 zeroed bytes to fill. The setting is a copy of the command with an empty map.
+/// \param key  SCALER_ISP_FLASH_KEY_BYTES zeroed bytes to fill. The setting is a copy of the command with an empty map.
 SCALER_ISP_API int GetKeyFromFlash(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting,
                                    unsigned char *key);
 

@@ -11,9 +11,6 @@
 extern "C" {
 #endif
 
-/// Room behind the key pointer of VerifySignatureExport. UNITS: bytes.
-#define SCALER_ISP_FLASH_KEY_BYTES 1220
-
 /// Makes the signature args->szSignatureFile for args->szFwFile.
 /// RETURNS non-zero for success; 0 ends the run with 0x4002.
 SCALER_ISP_API int SignFwExport(const STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *args);

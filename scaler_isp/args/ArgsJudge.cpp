@@ -13,8 +13,6 @@ namespace {
 /// How the judgement goes on after a step.
 enum class Verdict { GoOn, Accepted, Refused };
 
-constexpr std::uint32_t kIspModeFactory = 2;
-
 Verdict GoOnIf(bool accepted) {
     return accepted ? Verdict::GoOn : Verdict::Refused;
 }
@@ -154,7 +152,7 @@ class ArgumentJudge {
             return Verdict::GoOn;
         }
         m_sign.enumSignActionType = ENUM_SIGN_ACTION_VERIFY; // the programmed file is verified
-        if (m_setting.enumIspMode == kIspModeFactory) {
+        if (m_setting.enumIspMode == SCALER_ISP_MODE_FACTORY) {
             return Verdict::GoOn;
         }
         if (m_sign.enumSWDigitalSignatureMode == ENUM_SIGN_SW_MODE_VXM_EXTERNAL_NEXT) {

@@ -77,7 +77,9 @@ class SCALER_ISP_API CCpIspArgsParse {
     /// The one file whose name matches IspUserDefined.txt.
     int GetUserDefinedBinNameFromTxt(std::string &fwName);
 
-    // Text to values (ArgsConvert)
+    // Text to values (ArgsConvert). An empty text is accepted and leaves the target alone, except
+    // that GetCommID stores 0 then. GetReadVersionFromFlashSetting, GetDumpFlashCmd,
+    // GetI2CCmdFromString and GetI2CWriteActionTypeSetting refuse without a message.
 
     int JudgeUniqueAttribute(int mask); ///< 1 when exactly one bit is set
     void GetActionType(int mask, ENUM_CP_ISPTOOL_ACTION_TYPE &action);

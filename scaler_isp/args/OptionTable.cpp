@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "scaler_isp/abi/CommandSetting.h"
+
 namespace {
 
 using Args = STRUCT_CP_ISP_CMD_ARGS;
@@ -68,9 +70,9 @@ constexpr std::array<OptionRow, kOptionCount> kOptions = {{
     FlagRow("i2cwrite", Action, 0x800000),
     FlagRow("getscalertype", Action, 0x1000000),
     TextRow("boot", 42, &Args::strBootFwPath),
-    NumberRow("newboot", 40, &Args::ulBootCodeType, 1),
+    NumberRow("newboot", 40, &Args::ulBootCodeType, SCALER_ISP_NEW_BOOT_CODE),
     NumberRow("ispchannel", 49, &Args::bIspChannel, 1),
-    NumberRow("factory", 41, &Args::ulIspMode, 2),
+    NumberRow("factory", 41, &Args::ulIspMode, SCALER_ISP_MODE_FACTORY),
     FlagRow("sw", SignType, 1),
     FlagRow("hw", SignType, 2),
     TextRow("dsmode", 8, &Args::strDsMode),

@@ -1,7 +1,10 @@
 #include "scaler_isp/common/CommandText.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cstdint>
+#include <numeric>
 #include <string_view>
 
 #include "scaler_isp/common/Boundary.h"
@@ -12,6 +15,7 @@ namespace {
 constexpr std::size_t kWordChars = 256;
 constexpr unsigned int kByteValues = 256;
 constexpr std::size_t kMaxHexDigits = 8;
+constexpr std::size_t kSimpleValueChars = 5; ///< 0xFF and a separator
 
 bool IsDigit(wchar_t c) {
     return c >= L'0' && c <= L'9';
@@ -25,15 +29,62 @@ bool IsLineEnd(wchar_t c) {
     return c == L'\r' || c == L'\n';
 }
 
+/// By ASCII character: 0..15, or -1.
+constexpr std::array<signed char, 128> kHexDigits = [] {
+    std::array<signed char, 128> digits{};
+    digits.fill(-1);
+    constexpr std::string_view kUpper = "0123456789ABCDEF";
+    constexpr std::string_view kLower = "0123456789abcdef";
+    for (std::size_t i = 0; i < kUpper.size(); ++i) {
+        digits[static_cast<std::size_t>(kUpper[i])] = static_cast<signed char>(i);
+        digits[static_cast<std::size_t>(kLower[i])] = static_cast<signed char>(i);
+    }
+    return digits;
+}();
+
 /// 0..15, or -1.
 int HexDigit(wchar_t c) {
-    if (IsDigit(c)) {
-        return c - L'0';
+    const auto place = static_cast<std::uint32_t>(c);
+    return place < kHexDigits.size() ? kHexDigits[place] : -1;
+}
+
+/// What most of a byte list consists of: blanks, a hexadecimal number of two digits and a comma or
+/// line end right behind it. RETURNS the position behind the separator; `pos` for everything else.
+std::size_t PassSimpleValue(std::wstring_view text, std::size_t pos, unsigned int &value) {
+    std::size_t at = pos;
+    while (at < text.size() && (text[at] == L' ' || text[at] == L'\t')) {
+        ++at;
     }
-    if (c >= L'A' && c <= L'F') {
-        return c - L'A' + 10;
+    if (at + kSimpleValueChars > text.size() || text[at] != L'0' ||
+        (text[at + 1] != L'x' && text[at + 1] != L'X')) {
+        return pos;
     }
-    return c >= L'a' && c <= L'f' ? c - L'a' + 10 : -1;
+    const int high = HexDigit(text[at + 2]);
+    const int low = HexDigit(text[at + 3]);
+    const wchar_t separator = text[at + 4];
+    if ((high | low) < 0 || (separator != L',' && !IsLineEnd(separator))) {
+        return pos;
+    }
+    value = static_cast<unsigned int>(high << 4 | low);
+    return at + kSimpleValueChars;
+}
+
+/// Stores the bytes of values in that form as long as one follows the other and there is room.
+/// RETURNS the position behind them.
+std::size_t PassSimpleBytes(std::wstring_view text, std::size_t pos, unsigned char *bytes,
+                            unsigned int capacity, unsigned int &count) {
+    unsigned int stored = count; // a byte could lie where count does
+    for (; bytes != nullptr && stored < capacity; ++stored) {
+        unsigned int value = 0;
+        const std::size_t behind = PassSimpleValue(text, pos, value);
+        if (behind == pos) {
+            break;
+        }
+        bytes[stored] = static_cast<unsigned char>(value);
+        pos = behind;
+    }
+    count = stored;
+    return pos;
 }
 
 /// Reads tokens of a text; words are views into it.
@@ -279,10 +330,15 @@ unsigned int FindNextBytes(wchar_t *text, unsigned int &pos, unsigned int length
 
 int CmdToBin(wchar_t *text, unsigned int length, unsigned char *bytes, unsigned int capacity) {
     return ResultOrOnThrow(0, [&] {
+        const std::wstring_view view = View(text, length);
         unsigned int pos = 0;
-        TokenReader reader(View(text, length), pos);
+        TokenReader reader(view, pos);
         unsigned int count = 0;
         while (!reader.AtEnd()) {
+            pos = static_cast<unsigned int>(PassSimpleBytes(view, pos, bytes, capacity, count));
+            if (count != 0 && count == capacity) {
+                break;
+            }
             unsigned int value = 0;
             if (NextValue(reader, nullptr, value) != SCALER_ISP_TOKEN_WORD) {
                 continue;
@@ -301,11 +357,12 @@ int CmdToBin(wchar_t *text, unsigned int length, unsigned char *bytes, unsigned 
 
 int EDIDToBin(wchar_t *text, unsigned int length, unsigned char *bytes, unsigned int capacity) {
     return ResultOrOnThrow(0, [&] {
+        const std::wstring_view view = View(text, length);
         unsigned int pos = 0;
-        TokenReader reader(View(text, length), pos);
+        TokenReader reader(view, pos);
         unsigned int count = 0;
-        unsigned int sum = 0;
         while (!reader.AtEnd()) {
+            pos = static_cast<unsigned int>(PassSimpleBytes(view, pos, bytes, capacity, count));
             unsigned int value = 0;
             if (NextValue(reader, nullptr, value) != SCALER_ISP_TOKEN_WORD) {
                 continue;
@@ -314,8 +371,8 @@ int EDIDToBin(wchar_t *text, unsigned int length, unsigned char *bytes, unsigned
                 return 0;
             }
             bytes[count++] = static_cast<unsigned char>(value);
-            sum += value;
         }
+        const unsigned int sum = std::accumulate(bytes, bytes + count, 0U);
         return sum % kByteValues == 0 ? static_cast<int>(count) : 0;
     });
 }

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <fstream>
 
+#include "scaler_isp/abi/CommandSetting.h"
 #include "scaler_isp/common/Boundary.h"
 
 // KEPT File_of_4_GiB_and_a_byte_is_one_bank: the size is taken as 32 bits.
@@ -17,7 +18,7 @@ bool CountFlashBanks(const std::string &path, unsigned int &count) {
     file.seekg(0, std::ios::end);
     const auto position = static_cast<long long>(file.tellg());
     const auto size = static_cast<std::uint32_t>(position);
-    count = (size >> 16U) + ((size & 0xFFFFU) != 0 ? 1 : 0);
+    count = size / SCALER_ISP_BANK_BYTES + (size % SCALER_ISP_BANK_BYTES != 0 ? 1 : 0);
     return true;
 }
 

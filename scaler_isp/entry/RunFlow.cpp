@@ -21,9 +21,6 @@ namespace {
 using Command = STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING;
 using SignArgs = STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS;
 
-constexpr std::uint32_t kIspModeNormal = 1;
-constexpr std::uint32_t kIspModeFactory = 2;
-constexpr std::uint32_t kNewBootCode = 1;
 constexpr unsigned int kBootEntry = 0;
 // The plug-in knows no size for the key; room behind the promised bytes keeps a longer one
 // harmless.
@@ -128,7 +125,7 @@ class Run {
 
     /// A software signature is verified before anything is programmed.
     int CheckSignature() {
-        if (m_setting.enumIspMode != kIspModeNormal ||
+        if (m_setting.enumIspMode != SCALER_ISP_MODE_NORMAL ||
             m_setting.enumDigitalSignatureType != ENUM_SIGN_TYPE_SW) {
             return SCALER_ISP_SUCCESS;
         }
@@ -158,8 +155,8 @@ class Run {
 
     /// In factory mode with new boot code the boot firmware goes to bank 0 first.
     int ProgramBootFirmware() {
-        if (m_setting.enumBootCodeType != kNewBootCode ||
-            m_setting.enumIspMode != kIspModeFactory || m_setting.szBootFwPath[0] == '\0') {
+        if (m_setting.enumBootCodeType != SCALER_ISP_NEW_BOOT_CODE ||
+            m_setting.enumIspMode != SCALER_ISP_MODE_FACTORY || m_setting.szBootFwPath[0] == '\0') {
             return SCALER_ISP_SUCCESS;
         }
         const std::unique_ptr<CCpIspArgsParse> parser(new (std::nothrow) CCpIspArgsParse);

@@ -27,7 +27,7 @@ class SCALER_ISP_API CCpSignVerify {
 
     int SignFw(const STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *args);
 
-    /// \param key  1,220 bytes of key data from the chip's flash, or null.
+    /// \param key  SCALER_ISP_FLASH_KEY_BYTES bytes of key data from the chip's flash, or null.
     int VerifySignature(const STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *args, char *key);
 
   private:

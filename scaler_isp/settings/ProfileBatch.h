@@ -7,7 +7,8 @@
 
 /// Writes many keys with one rewrite of the file. Its final bytes and what is printed are those of
 /// CpNxWritePrivateProfileStringW called for one key after the other; the cost grows linearly with
-/// the number of keys, and a crash cannot leave half of them.
+/// the number of keys, and no crash can come between two of them.
+/// REQUIRES: texts without NUL that live through the call.
 /// RETURNS 1 when every key was written, and for an empty list, which touches nothing; else 0. A key
 /// that cannot be expressed in the file's encoding is left out alone.
 /// PRINTS "Open file error \n" for every key when the file cannot be opened.

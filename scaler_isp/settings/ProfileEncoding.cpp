@@ -11,15 +11,6 @@
 
 #include "scaler_isp/common/Platform.h"
 
-#if defined(__SANITIZE_ADDRESS__) && defined(__GLIBC__)
-#include <sanitizer/lsan_interface.h>
-using AllocationsOfTheSystem = __lsan::ScopedDisabler; // newlocale never frees its copy of LOCPATH
-#else
-struct AllocationsOfTheSystem {
-    AllocationsOfTheSystem() {} // NOLINT(*-use-equals-default): a variable of it counts as used
-};
-#endif
-
 namespace {
 
 constexpr std::size_t kFailed = static_cast<std::size_t>(-1);
@@ -126,7 +117,6 @@ bool CanWrite(wchar_t character) {
 } // namespace
 
 NativeCtypeLocale::NativeCtypeLocale() {
-    const AllocationsOfTheSystem notOurs;
     m_locale = ::newlocale(LC_CTYPE_MASK, "", locale_t{});
 }
 

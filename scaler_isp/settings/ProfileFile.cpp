@@ -6,6 +6,7 @@
 #include <cstring>
 #include <memory>
 #include <sys/stat.h>
+#include <utility>
 
 namespace {
 

@@ -16,7 +16,7 @@ ProfileBytes ReadProfileFile(const std::string &path);
 enum class RewriteResult {
     Written,
     CannotOpen, ///< nothing changed
-    Restored    ///< the file is as it was before
+    Restored    ///< the former bytes were put back, as far as possible
 };
 
 /// Replaces the contents in place, so that the file keeps its identity, links and rights. Where not

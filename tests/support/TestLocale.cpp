@@ -4,6 +4,14 @@
 
 #include <unistd.h>
 
+#if defined(__SANITIZE_ADDRESS__)
+#include <sanitizer/lsan_interface.h>
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#include <sanitizer/lsan_interface.h>
+#endif
+#endif
+
 namespace {
 
 const std::string kFolder = SCALER_ISP_TEST_LOCALES;
@@ -16,4 +24,20 @@ bool HasTestLocale(const std::string &name) {
 
 EnvironmentLocaleGuard::EnvironmentLocaleGuard(const std::string &name)
     : m_folder("LOCPATH", HasTestLocale(name) ? std::optional(kFolder) : std::nullopt),
-      m_name("LC_ALL", name) {}
+      m_name("LC_ALL", name), m_leak(HasTestLocale(name)) {}
+
+EnvironmentLocaleGuard::LocpathLeak::LocpathLeak(bool expected) : m_expected(expected) {
+#if defined(SANITIZER_LSAN_INTERFACE_H)
+    if (m_expected) {
+        __lsan_disable();
+    }
+#endif
+}
+
+EnvironmentLocaleGuard::LocpathLeak::~LocpathLeak() {
+#if defined(SANITIZER_LSAN_INTERFACE_H)
+    if (m_expected) {
+        __lsan_enable();
+    }
+#endif
+}

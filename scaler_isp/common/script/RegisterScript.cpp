@@ -10,9 +10,6 @@
 namespace {
 
 constexpr int kSuccess = 0;
-constexpr int kUnknownOpcode = 1;
-constexpr int kUnsupported = 2;
-constexpr int kPollFailed = 3;
 constexpr int kNotLoaded = 6;
 
 /// Bytes of an operand, by its letter.
@@ -75,7 +72,7 @@ int Poll(CNxComm &comm, const unsigned char *record) {
         }
         WaitMilliseconds(Word(record + 6));
     }
-    return kPollFailed;
+    return SCALER_ISP_SCRIPT_POLL_FAILED;
 }
 
 /// What a script delivers, and the block length that it carries from record to record.
@@ -115,7 +112,7 @@ int RunRecord(unsigned char *record, CNxComm *comm, ScriptState &state, std::siz
     return static_cast<int>(comm->ACTION);
 #define SCALER_ISP_RUN_READ(OPERANDS, ACTION)                                                      \
     if (state.pOut == nullptr) {                                                                   \
-        return kUnsupported;                                                                       \
+        return SCALER_ISP_SCRIPT_UNSUPPORTED;                                                      \
     }                                                                                              \
     SCALER_ISP_NEEDS_COMM                                                                          \
     const auto status = static_cast<int>(comm->ACTION);                                            \
@@ -144,7 +141,7 @@ int RunRecord(unsigned char *record, CNxComm *comm, ScriptState &state, std::siz
     SCALER_ISP_NEEDS_COMM                                                                          \
     length += state.usBlock;                                                                       \
     return static_cast<int>(comm->ACTION);
-#define SCALER_ISP_RUN_UNSUPPORTED(OPERANDS, ACTION) return kUnsupported;
+#define SCALER_ISP_RUN_UNSUPPORTED(OPERANDS, ACTION) return SCALER_ISP_SCRIPT_UNSUPPORTED;
 #define SCALER_ISP_OPCODE(CODE, NAME, KIND, OPERANDS, ACTION)                                      \
     case CODE: {                                                                                   \
         constexpr std::size_t kLength = 1 + OperandBytes(OPERANDS);                                \
@@ -154,7 +151,7 @@ int RunRecord(unsigned char *record, CNxComm *comm, ScriptState &state, std::siz
     switch (record[0]) {
 #include "scaler_isp/common/script/script_opcodes.def"
     default:
-        return kUnknownOpcode;
+        return SCALER_ISP_SCRIPT_UNKNOWN_OPCODE;
     }
 #undef B
 #undef W
@@ -170,7 +167,7 @@ int RunRecord(unsigned char *record, CNxComm *comm, ScriptState &state, std::siz
 int RunCommand(unsigned char *script, unsigned int length, CNxComm *comm, unsigned char *out,
                unsigned int *count) {
     if (script == nullptr) {
-        return length == 0 ? kSuccess : kUnknownOpcode;
+        return length == 0 ? kSuccess : SCALER_ISP_SCRIPT_UNKNOWN_OPCODE;
     }
     return ResultOrOnThrow(kNotLoaded, [&] {
         ScriptState state{out, count};

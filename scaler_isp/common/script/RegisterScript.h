@@ -5,6 +5,13 @@
 
 class CNxComm;
 
+/// Results of RunCommand that are no status of the communication library.
+enum ScalerIspScriptResult : int {
+    SCALER_ISP_SCRIPT_UNKNOWN_OPCODE = 1,
+    SCALER_ISP_SCRIPT_UNSUPPORTED = 2,
+    SCALER_ISP_SCRIPT_POLL_FAILED = 3
+};
+
 /// Carries out a register script: records of an opcode byte and operands, listed in
 /// script_opcodes.def. Stops at the first record that does not succeed.
 ///
