@@ -62,10 +62,10 @@ TEST_F(ProfileBatch, Empty_list_touches_nothing) {
 TEST_F(ProfileBatch, File_that_cannot_be_opened_is_reported_once_per_key) {
     const std::wstring path = Wide(m_folder.MakeFolder("d"));
     EXPECT_EQ(OutputOf([&] {
-                  EXPECT_EQ(WriteOwnedBatch(
-                                {{L"S", L"A", L"1"}, {L"S", L"B", L"2"}, {L"S", L"C", L"3"}},
-                                path.c_str()),
-                            0);
+                  EXPECT_EQ(
+                      WriteOwnedBatch({{L"S", L"A", L"1"}, {L"S", L"B", L"2"}, {L"S", L"C", L"3"}},
+                                      path.c_str()),
+                      0);
               }),
               "Open file error \nOpen file error \nOpen file error \n");
 }
