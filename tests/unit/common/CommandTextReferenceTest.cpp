@@ -103,6 +103,11 @@ TEST(CommandTextReference, All_short_texts_are_read_alike) {
     CompareTextsOf(L"019xA ,\n/*{}#", 4, text);
 }
 
+TEST(CommandTextReference, All_short_lists_are_read_alike) {
+    std::wstring text;
+    CompareTextsOf(L"0xA, ", 7, text);
+}
+
 TEST(CommandTextReference, All_short_comments_are_read_alike) {
     std::wstring text;
     CompareTextsOf(L"/*1\n,", 7, text);

@@ -200,6 +200,17 @@ TEST(CommandText, Values_are_read_to_their_separator) {
     }
 }
 
+TEST(CommandText, Behind_the_end_there_is_no_value) {
+    std::wstring text = L"0x12,";
+    for (const unsigned int start : {4U, 5U, 4294967295U}) {
+        unsigned int pos = start;
+        unsigned int value = 77;
+        EXPECT_EQ(FindNextBytes(text.data(), pos, 4, nullptr, &value), 0U);
+        EXPECT_EQ(pos, start);
+        EXPECT_EQ(value, 77U);
+    }
+}
+
 TEST(CommandText, Without_names_a_name_is_no_value) {
     std::wstring text = L"NAME, 1";
     unsigned int pos = 0;
