@@ -30,21 +30,19 @@ bool IsLineEnd(wchar_t c) {
 }
 
 /// By ASCII character: 0..15, or -1.
-constexpr std::array<signed char, 128> kHexDigits = [] {
-    std::array<signed char, 128> digits{};
+constexpr std::array<int, 128> kHexDigits = [] {
+    std::array<int, 128> digits{};
     digits.fill(-1);
-    constexpr std::string_view kUpper = "0123456789ABCDEF";
-    constexpr std::string_view kLower = "0123456789abcdef";
-    for (std::size_t i = 0; i < kUpper.size(); ++i) {
-        digits[static_cast<std::size_t>(kUpper[i])] = static_cast<signed char>(i);
-        digits[static_cast<std::size_t>(kLower[i])] = static_cast<signed char>(i);
+    for (std::size_t i = 0; i < 16; ++i) {
+        digits[(i < 10 ? U'0' : U'A' - 10) + i] = static_cast<int>(i);
+        digits[(i < 10 ? U'0' : U'a' - 10) + i] = static_cast<int>(i);
     }
     return digits;
 }();
 
 /// 0..15, or -1.
 int HexDigit(wchar_t c) {
-    const auto place = static_cast<std::uint32_t>(c);
+    const auto place = static_cast<std::uint32_t>(std::char_traits<wchar_t>::to_int_type(c));
     return place < kHexDigits.size() ? kHexDigits[place] : -1;
 }
 
