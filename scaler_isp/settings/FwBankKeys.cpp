@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::wstring_view kSection = L"ISP_Fw";
 constexpr std::size_t kKeysOfABank = 3;
-constexpr std::size_t kTextOfAKey = 20; // on average, the number included
+constexpr std::size_t kTextOfAKey = 36; // the longest key and the longest number
 
 /// Appends a number as a signed 32-bit decimal.
 void AppendDecimal(std::wstring &text, unsigned int number) {
