@@ -5,8 +5,10 @@
 #include <fstream>
 #include <stdexcept>
 
-ScratchFolder::ScratchFolder() {
-    std::string pattern = std::filesystem::temp_directory_path() / "scaler-isp-bench-XXXXXX";
+ScratchFolder::ScratchFolder(const std::string &base) {
+    const std::filesystem::path place =
+        base.empty() ? std::filesystem::temp_directory_path() : std::filesystem::path(base);
+    std::string pattern = place / "scaler-isp-bench-XXXXXX";
     if (::mkdtemp(pattern.data()) == nullptr) {
         throw std::runtime_error("no folder for the measurement");
     }

@@ -3,12 +3,12 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 /// A folder for the files of one measurement; it goes with the object, files included.
 class ScratchFolder {
   public:
-    ScratchFolder();
+    /// \param base  where the folder is made; empty: the place for temporary files.
+    explicit ScratchFolder(const std::string &base = "");
     ~ScratchFolder();
     ScratchFolder(const ScratchFolder &) = delete;
     ScratchFolder &operator=(const ScratchFolder &) = delete;

@@ -28,12 +28,16 @@ std::string ReadAll(const std::string &path) {
     return text.str();
 }
 
-/// A record whose map has 512 entries, saved once.
-std::unique_ptr<STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING> FullSetting(const std::string &ini) {
+constexpr const char *kDisk = "";           // the place for temporary files
+constexpr const char *kMemory = "/dev/shm"; // tmpfs on Linux
+
+/// A record whose map has this many entries, saved once.
+std::unique_ptr<STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING> Saved(const std::string &ini,
+                                                             unsigned int entries) {
     auto setting = std::make_unique<STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING>();
     Wide(ini).copy(setting->wszSettingFile, SCALER_ISP_PATH_CHARS);
-    setting->stMapFw.ulFwCount = SCALER_ISP_MAX_BANKS;
-    for (unsigned int i = 0; i < SCALER_ISP_MAX_BANKS; ++i) {
+    setting->stMapFw.ulFwCount = entries;
+    for (unsigned int i = 0; i < entries; ++i) {
         setting->stMapFw.ulTargetBank[i] = i;
         std::wstring(kPathCharacters, L'p')
             .copy(setting->stMapFw.stFwBank[i].wszFwPath, kPathCharacters);
@@ -42,22 +46,23 @@ std::unique_ptr<STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING> FullSetting(const std::st
     return setting;
 }
 
-void SaveSubject(benchmark::State &state) {
-    const ScratchFolder folder;
+void SaveSubject(benchmark::State &state, const char *place, unsigned int entries) {
+    const ScratchFolder folder(place);
     const std::string ini = folder.Path() + "s.ini";
-    const auto setting = FullSetting(ini);
+    const auto setting = Saved(ini, entries);
     for (auto _ : state) {
         setting->SaveSetting();
     }
-    if (ReadAll(ini).find("fw511_Path=ppp") == std::string::npos) {
+    if (ReadAll(ini).find("fw" + std::to_string(entries - 1) + "_Path=ppp") == std::string::npos) {
         state.SkipWithError("wrong file");
     }
 }
 
-void SavePeer(benchmark::State &state) {
-    const ScratchFolder folder;
+/// One open, write and close of the bytes that the library writes.
+void SavePeer(benchmark::State &state, const char *place) {
+    const ScratchFolder folder(place);
     const std::string ini = folder.Path() + "s.ini";
-    FullSetting(ini);
+    Saved(ini, SCALER_ISP_MAX_BANKS);
     const std::string bytes = ReadAll(ini);
     for (auto _ : state) {
         std::FILE *file = std::fopen(ini.c_str(), "wb");
@@ -111,8 +116,11 @@ void ReadPeer(benchmark::State &state) {
     }
 }
 
-BENCHMARK(SaveSubject)->Name("save_setting:subject");
-BENCHMARK(SavePeer)->Name("save_setting:peer");
+BENCHMARK_CAPTURE(SaveSubject, disk, kDisk, 512)->Name("save_on_disk:subject");
+BENCHMARK_CAPTURE(SavePeer, disk, kDisk)->Name("save_on_disk:peer");
+BENCHMARK_CAPTURE(SaveSubject, memory, kMemory, 512)->Name("save_in_memory:subject");
+BENCHMARK_CAPTURE(SavePeer, memory, kMemory)->Name("save_in_memory:peer");
+BENCHMARK_CAPTURE(SaveSubject, quarter, kMemory, 128)->Name("save_128");
 BENCHMARK(ReadSubject)->Name("read_key:subject");
 BENCHMARK(ReadPeer)->Name("read_key:peer");
 
