@@ -44,10 +44,14 @@ endforeach()
 
 # For several architectures clang calls a program named lipo; bin/ of the sysroot has it.
 set(lipo_place "-B${MACOS_SYSROOT}/bin")
-set(CMAKE_C_FLAGS_INIT "${lipo_place}")
-set(CMAKE_CXX_FLAGS_INIT "${lipo_place} -stdlib=libc++")
+# No folder of this machine gets into a file; debug information is for dsymutil, strip takes it out.
+string(CONCAT compile_flags "${lipo_place} -g -ffile-prefix-map=${CMAKE_BINARY_DIR}=build"
+    " -ffile-prefix-map=${CMAKE_SOURCE_DIR}=.")
+set(CMAKE_C_FLAGS_INIT "${compile_flags}")
+set(CMAKE_CXX_FLAGS_INIT "${compile_flags} -stdlib=libc++")
 foreach(kind IN ITEMS EXE SHARED MODULE)
-    set(CMAKE_${kind}_LINKER_FLAGS_INIT "-fuse-ld=lld ${lipo_place}")
+    set(CMAKE_${kind}_LINKER_FLAGS_INIT
+        "-fuse-ld=lld ${lipo_place} -Wl,-oso_prefix,${CMAKE_BINARY_DIR}/")
 endforeach()
 unset(ENV{LIBRARY_PATH})
 

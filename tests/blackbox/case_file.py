@@ -6,7 +6,8 @@ import re
 
 BLOCKS = ("stdout", "stderr", "events")
 LISTS = ("do", "answer", "env", "plugin", "dir", "row")
-SINGLES = ("result", "exit", "folder", "needs-locale", "not-in-loader", "not-sanitized")
+SINGLES = ("result", "exit", "folder", "needs-locale", "not-in-loader", "not-emulated",
+           "not-sanitized")
 
 
 class Case:

@@ -24,6 +24,7 @@ a key without value, followed by lines "  |TEXT"; everything behind the bar coun
   do: COMMAND              any other command of the host (host.c), in the order of the file
   row: A | B | ...         the case is run once for each row, with {1}, {2} ... replaced by its cells
   not-in-loader: REASON    skipped with --in-loader
+  not-emulated: REASON     skipped with --emulated
   not-sanitized: REASON    skipped with --sanitized
 
   events: BLOCK            calls of the plug-ins and callbacks and what the host tells, in order; the
@@ -191,6 +192,8 @@ class Run:
 def skip_reason(case, options):
     if options.in_loader and "not-in-loader" in case.single:
         return case.single["not-in-loader"]
+    if options.emulated and "not-emulated" in case.single:
+        return case.single["not-emulated"]
     if options.sanitized and "not-sanitized" in case.single:
         return case.single["not-sanitized"]
     locale = case.single.get("needs-locale")
@@ -245,6 +248,7 @@ def parse_options():
     parser.add_argument("--work", help="folder for staging (the system's)")
     parser.add_argument("--jobs", type=int, default=2)
     parser.add_argument("--in-loader", action="store_true", help="skips what a foreign loader cannot")
+    parser.add_argument("--emulated", action="store_true", help="skips what an emulator disturbs")
     parser.add_argument("--sanitized", action="store_true", help="skips what sanitizers disturb")
     parser.add_argument("--keep", action="store_true", help="leaves the staged folders")
     parser.add_argument("--update", action="store_true", help="rewrites the expectations")

@@ -11,14 +11,13 @@ static void trap_called(const char *name) {
     abort();
 }
 
-enum { TRAP_BYTES = 32, TRAP_POOL = 65536 };
+enum { TRAP_BYTES = 32, TRAP_POOL = 65536, MAX_TRAPS = 1024 };
 
 /* A small function that calls trap_called with the name. */
 static void *make_trap(const char *name) {
     static uint8_t *pool;
     static size_t used;
     void (*function)(const char *) = trap_called;
-    char *copy = strdup(name);
     uint8_t *place;
     if (pool == NULL || used + TRAP_BYTES > TRAP_POOL) {
         pool = mmap(NULL, TRAP_POOL, PROT_READ | PROT_WRITE | PROT_EXEC,
@@ -35,7 +34,7 @@ static void *make_trap(const char *name) {
         /* ldr x0, name; ldr x16, function; br x16 */
         static const uint32_t code[3] = {0x58000060, 0x58000090, 0xD61F0200};
         memcpy(place, code, sizeof code);
-        memcpy(place + 12, &copy, 8);
+        memcpy(place + 12, &name, 8);
         memcpy(place + 20, &function, 8);
         __builtin___clear_cache((char *)place, (char *)place + TRAP_BYTES);
     }
@@ -46,19 +45,34 @@ static void *make_trap(const char *name) {
                                          0,    0x48, 0xB8, 0,    0,    0,    0,    0,   0,
                                          0,    0,    0x48, 0x83, 0xE4, 0xF0, 0xFF, 0xD0};
         memcpy(place, code, sizeof code);
-        memcpy(place + 2, &copy, 8);
+        memcpy(place + 2, &name, 8);
         memcpy(place + 12, &function, 8);
     }
 #endif
     return place;
 }
 
-/* MACHO_VERBOSE tells at load time what would trap. */
+/* One trap for each name, however often it is asked for. MACHO_VERBOSE tells at load time what
+ * would trap.
+ */
 static void *missing(const char *symbol) {
+    static struct {
+        const char *symbol;
+        void *trap;
+    } known[MAX_TRAPS];
+    int i = 0;
+    while (i < MAX_TRAPS - 1 && known[i].symbol != NULL) {
+        if (strcmp(known[i].symbol, symbol) == 0) {
+            return known[i].trap;
+        }
+        ++i;
+    }
     if (getenv("MACHO_VERBOSE") != NULL) {
         fprintf(stderr, "macho: nobody has %s\n", symbol);
     }
-    return make_trap(symbol);
+    known[i].symbol = strdup(symbol);
+    known[i].trap = make_trap(known[i].symbol);
+    return known[i].trap;
 }
 
 /* The system's side: the unwinder, which on macOS belongs to libSystem, then glibc. */

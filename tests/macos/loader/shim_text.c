@@ -249,18 +249,42 @@ static int upper_l(int value, void *l) {
     return (int)towupper_l((wint_t)value, shim_locale(l));
 }
 
-/* ---- iconv: a C library for another processor may lack the module of UTF-32LE ---- */
+/* ---- iconv: a C library for another processor may lack the module of UTF-32LE. UCS-4LE is built
+ * in, but takes what is no character; the check stands here. One conversion at a time. ---- */
 
-static const char *built_in_name(const char *name) {
-    return strcasecmp(name, "UTF-32LE") == 0 ? "UCS-4LE" : name;
-}
+static iconv_t substitute = (iconv_t)-1;
+static int substitute_reads_wide;
 
 static iconv_t open_conversion(const char *to, const char *from) {
+    static const char wide[] = "UTF-32LE", built_in[] = "UCS-4LE";
     iconv_t conversion = iconv_open(to, from);
+    substitute = (iconv_t)-1;
     if (conversion != (iconv_t)-1) {
         return conversion;
     }
-    return iconv_open(built_in_name(to), built_in_name(from));
+    substitute_reads_wide = strcasecmp(from, wide) == 0;
+    substitute = iconv_open(strcasecmp(to, wide) == 0 ? built_in : to,
+                            substitute_reads_wide ? built_in : from);
+    return substitute;
+}
+
+static int is_character(const char *place) {
+    uint32_t value;
+    memcpy(&value, place, sizeof value);
+    return value <= 0x10FFFF;
+}
+
+static size_t convert(iconv_t conversion, char **from, size_t *left, char **to, size_t *room) {
+    if (conversion == substitute && substitute_reads_wide && from != NULL && *from != NULL) {
+        size_t i;
+        for (i = 0; i + 4 <= *left; i += 4) {
+            if (!is_character(*from + i)) {
+                errno = EILSEQ;
+                return (size_t)-1;
+            }
+        }
+    }
+    return iconv(conversion, from, left, to, room);
 }
 
 const struct shim shims_text[] = {SHIM("_mbrtowc", s_mbrtowc),
@@ -288,4 +312,5 @@ const struct shim shims_text[] = {SHIM("_mbrtowc", s_mbrtowc),
                                   SHIM("____tolower_l", lower_l),
                                   SHIM("____toupper_l", upper_l),
                                   SHIM("_iconv_open", open_conversion),
+                                  SHIM("_iconv", convert),
                                   SHIM_END};

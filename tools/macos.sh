@@ -1,0 +1,160 @@
+# ./dev macos: the universal library, built, inspected and run. Sourced by ./dev.
+#
+# On Linux it is cross-built and both halves run in a loader (tests/macos); on a Mac Xcode's tools build it
+# and the tests run as everywhere.
+
+macos_out=build/macos/out
+macos_library=$macos_out/libScalerIsp.dylib
+macos_llvm=/usr/lib/llvm-19/bin
+macos_cache=${SCALER_ISP_CACHE:-${XDG_CACHE_HOME:-${HOME:-$PWD/build}/.cache}/scaler-isp}
+
+on_a_mac() { [ "$(uname -s)" = Darwin ]; }
+
+# Object files and archives carry no times; clang would hand Linux folders to the Mach-O linker.
+macos_environment() {
+    ZERO_AR_DATE=1
+    export ZERO_AR_DATE
+    unset LIBRARY_PATH
+}
+
+# macos_sysroot: inputs by hash from the cache or the network, and the sysroot made of them.
+macos_sysroot() {
+    echo "+ packaging/macos/fetch_inputs.sh $macos_cache"
+    inputs=$(packaging/macos/fetch_inputs.sh "$macos_cache") || exit 2
+    macos_npm=$(echo "$inputs" | sed -n 1p)
+    run packaging/macos/make_sysroot.sh "$macos_npm" "$(echo "$inputs" | sed -n 2p)" \
+        "$macos_llvm" "$PWD/build/macos/sysroot"
+}
+
+# macos_configure SOURCE FOLDER OPTIONS...
+macos_configure() {
+    source=$1 folder=$2
+    shift 2
+    # shellcheck disable=SC2086
+    run cmake -S "$source" -B "$folder" -G Ninja -DCMAKE_BUILD_TYPE=Release \
+        -DSCALER_ISP_WERROR=ON -DSCALER_ISP_HOST=OFF -DSCALER_ISP_BENCH=OFF \
+        -DCMAKE_TOOLCHAIN_FILE="$PWD/packaging/macos/toolchain.cmake" \
+        -DMACOS_SYSROOT="$PWD/build/macos/sysroot" $launcher "$@"
+}
+
+macos_native_configure() {
+    # shellcheck disable=SC2086
+    run cmake -S . -B build/macos/universal -G Ninja -DCMAKE_BUILD_TYPE=Release \
+        -DSCALER_ISP_WERROR=ON -DSCALER_ISP_HOST=OFF -DSCALER_ISP_BENCH=OFF -DSCALER_ISP_TESTS=ON \
+        -DCMAKE_OSX_ARCHITECTURES="x86_64;arm64" -DCMAKE_OSX_DEPLOYMENT_TARGET=11.0 \
+        -DCMAKE_C_FLAGS="-g -ffile-prefix-map=$PWD=." \
+        -DCMAKE_CXX_FLAGS="-g -ffile-prefix-map=$PWD=." $launcher
+}
+
+# The file that ships: debug information beside it, local symbols out of it.
+macos_library() {
+    macos_environment
+    if on_a_mac; then
+        macos_native_configure
+        build build/macos/universal
+        bin=
+    else
+        macos_sysroot
+        macos_configure . build/macos/universal -DSCALER_ISP_TESTS=ON
+        build build/macos/universal
+        bin=$macos_llvm/
+        PATH=$PWD/build/macos/sysroot/bin:$PATH
+    fi
+    rm -rf "$macos_out"
+    mkdir -p "$macos_out"
+    run dsymutil --oso-prepend-path "$PWD/build/macos/universal/" -o "$macos_library.dSYM" \
+        build/macos/universal/lib/libScalerIsp.dylib
+    cp build/macos/universal/lib/libScalerIsp.dylib "$macos_library"
+    if on_a_mac; then
+        run strip -x -S "$macos_library"
+        run codesign --force --sign - "$macos_library"
+    else
+        run "${bin}llvm-strip" -x -S "$macos_library" # signs again
+    fi
+}
+
+# The library once more, from a copy of the sources in another folder: the same bytes.
+macos_again() {
+    macos_environment
+    on_a_mac && return 0
+    rm -rf build/macos/again
+    mkdir -p build/macos/again/elsewhere
+    cp -R CMakeLists.txt scaler_isp packaging build/macos/again/elsewhere/
+    macos_configure build/macos/again/elsewhere build/macos/again/build -DBUILD_TESTING=OFF \
+        -DSCALER_ISP_SIMULATOR=OFF
+    run cmake --build build/macos/again/build -j "$jobs" --target ScalerIsp
+    run "$macos_llvm/llvm-strip" -x -S build/macos/again/build/lib/libScalerIsp.dylib
+    run cmp build/macos/again/build/lib/libScalerIsp.dylib "$macos_library"
+    echo "the same bytes from another folder"
+}
+
+macos_inspection() {
+    native=
+    if on_a_mac; then native=--native; fi
+    # shellcheck disable=SC2086
+    run python3 -B tests/macos/check_library.py "$macos_library" \
+        build/macos/universal/lib/libScalerIsp.dylib build/macos/sysroot . $native
+    run python3 -B tests/macos/check_inspection.py "$macos_library" \
+        build/macos/universal/lib/libScalerIsp.dylib build/macos/sysroot .
+}
+
+# macos_runtime ARCH: libc++ and the unwinder for the loader, built once and kept in the cache.
+macos_runtime() {
+    made_from=$({ cat tests/macos/build_runtime.sh packaging/macos/*.sh packaging/macos/*.tbd
+        "$macos_llvm/clang" --version; } | sha256sum | cut -c1-16)
+    macos_runtime=$macos_cache/runtime-$made_from-$1
+    [ -d "$macos_runtime" ] && return 0
+    run tests/macos/build_runtime.sh "$macos_npm" "$PWD/build/macos/sysroot" "$macos_llvm" "$1" \
+        "$macos_runtime" "$jobs"
+}
+
+# macos_run ARCH OPTIONS...: the suite on the unmodified file, in the loader.
+macos_run() {
+    arch=$1
+    shift
+    macos_environment
+    if on_a_mac; then
+        suite build/macos/universal -R blackbox
+        return 0
+    fi
+    macos_npm=$(packaging/macos/fetch_inputs.sh "$macos_cache" | sed -n 1p)
+    macos_runtime "$arch"
+    run cmake -S tests/macos -B "build/macos/$arch" -G Ninja -DCMAKE_BUILD_TYPE=Release \
+        -DMACOS_BUILD="$PWD/build/macos/universal" -DMACOS_LIBRARY="$PWD/$macos_library" \
+        -DMACOS_RUNTIME="$macos_runtime" "$@"
+    build "build/macos/$arch"
+    suite "build/macos/$arch"
+}
+
+macos_x86_64() {
+    macos_run x86_64
+}
+
+macos_arm64() {
+    macos_run arm64 -DCMAKE_SYSTEM_NAME=Linux -DCMAKE_SYSTEM_PROCESSOR=aarch64 \
+        -DCMAKE_C_COMPILER="$macos_llvm/clang" -DCMAKE_C_COMPILER_TARGET=aarch64-linux-gnu \
+        -DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld \
+        "-DMACOS_LAUNCHER=qemu-aarch64 -L /usr/aarch64-linux-gnu"
+}
+
+all_macos="library again inspection x86_64 arm64"
+
+dev_macos() {
+    [ $# -gt 0 ] || set -- $all_macos
+    for step in "$@"; do
+        case " $all_macos " in
+        *" $step "*) ;;
+        *)
+            echo "./dev macos: no step is called $step; there are: $all_macos" >&2
+            exit 2
+            ;;
+        esac
+        if [ "$step" != library ] && [ ! -e "$macos_library" ]; then
+            echo "./dev macos $step: $macos_library is not there yet; run ./dev macos library" >&2
+            exit 2
+        fi
+        echo "== macos $step"
+        "macos_$step"
+    done
+    echo "== macos: all passed ($*)"
+}
