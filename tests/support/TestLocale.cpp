@@ -16,6 +16,20 @@ namespace {
 
 const std::string kFolder = SCALER_ISP_TEST_LOCALES;
 
+#if defined(SANITIZER_LSAN_INTERFACE_H)
+void LookAway() {
+    __lsan_disable();
+}
+
+void LookAgain() {
+    __lsan_enable();
+}
+#else
+void LookAway() {}
+
+void LookAgain() {}
+#endif
+
 } // namespace
 
 bool HasTestLocale(const std::string &name) {
@@ -27,17 +41,13 @@ EnvironmentLocaleGuard::EnvironmentLocaleGuard(const std::string &name)
       m_name("LC_ALL", name), m_leak(HasTestLocale(name)) {}
 
 EnvironmentLocaleGuard::LocpathLeak::LocpathLeak(bool expected) : m_expected(expected) {
-#if defined(SANITIZER_LSAN_INTERFACE_H)
     if (m_expected) {
-        __lsan_disable();
+        LookAway();
     }
-#endif
 }
 
 EnvironmentLocaleGuard::LocpathLeak::~LocpathLeak() {
-#if defined(SANITIZER_LSAN_INTERFACE_H)
     if (m_expected) {
-        __lsan_enable();
+        LookAgain();
     }
-#endif
 }
