@@ -300,6 +300,32 @@ ScalerIspToken NextValue(TokenReader &reader, const wchar_t *defines, unsigned i
     return found ? SkipToSeparator(reader) : SCALER_ISP_TOKEN_NONE;
 }
 
+/// What becomes of a value for which there is no room.
+enum class WhenFull { Stop, Fail };
+
+/// Reads all values of a text as bytes. False for a value above 255, or one without room that
+/// fails.
+bool ReadByteList(std::wstring_view text, unsigned char *bytes, unsigned int capacity,
+                  WhenFull whenFull, unsigned int &count) {
+    unsigned int pos = 0;
+    TokenReader reader(text, pos);
+    while (!reader.AtEnd()) {
+        pos = static_cast<unsigned int>(PassSimpleBytes(text, pos, bytes, capacity, count));
+        if (whenFull == WhenFull::Stop && count != 0 && count == capacity) {
+            break;
+        }
+        unsigned int value = 0;
+        if (NextValue(reader, nullptr, value) != SCALER_ISP_TOKEN_WORD) {
+            continue;
+        }
+        if (value >= kByteValues || count == capacity || bytes == nullptr) {
+            return false;
+        }
+        bytes[count++] = static_cast<unsigned char>(value);
+    }
+    return true;
+}
+
 } // namespace
 
 int GetNextWord(wchar_t *text, unsigned int &pos, unsigned int length, wchar_t *word,
@@ -328,47 +354,17 @@ unsigned int FindNextBytes(wchar_t *text, unsigned int &pos, unsigned int length
 
 int CmdToBin(wchar_t *text, unsigned int length, unsigned char *bytes, unsigned int capacity) {
     return ResultOrOnThrow(0, [&] {
-        const std::wstring_view view = View(text, length);
-        unsigned int pos = 0;
-        TokenReader reader(view, pos);
         unsigned int count = 0;
-        while (!reader.AtEnd()) {
-            pos = static_cast<unsigned int>(PassSimpleBytes(view, pos, bytes, capacity, count));
-            if (count != 0 && count == capacity) {
-                break;
-            }
-            unsigned int value = 0;
-            if (NextValue(reader, nullptr, value) != SCALER_ISP_TOKEN_WORD) {
-                continue;
-            }
-            if (value >= kByteValues || capacity == 0 || bytes == nullptr) {
-                return 0;
-            }
-            bytes[count++] = static_cast<unsigned char>(value);
-            if (count == capacity) {
-                break;
-            }
-        }
-        return static_cast<int>(count);
+        const bool read = ReadByteList(View(text, length), bytes, capacity, WhenFull::Stop, count);
+        return read ? static_cast<int>(count) : 0;
     });
 }
 
 int EDIDToBin(wchar_t *text, unsigned int length, unsigned char *bytes, unsigned int capacity) {
     return ResultOrOnThrow(0, [&] {
-        const std::wstring_view view = View(text, length);
-        unsigned int pos = 0;
-        TokenReader reader(view, pos);
         unsigned int count = 0;
-        while (!reader.AtEnd()) {
-            pos = static_cast<unsigned int>(PassSimpleBytes(view, pos, bytes, capacity, count));
-            unsigned int value = 0;
-            if (NextValue(reader, nullptr, value) != SCALER_ISP_TOKEN_WORD) {
-                continue;
-            }
-            if (value >= kByteValues || count == capacity || bytes == nullptr) {
-                return 0;
-            }
-            bytes[count++] = static_cast<unsigned char>(value);
+        if (!ReadByteList(View(text, length), bytes, capacity, WhenFull::Fail, count)) {
+            return 0;
         }
         const unsigned int sum = std::accumulate(bytes, bytes + count, 0U);
         return sum % kByteValues == 0 ? static_cast<int>(count) : 0;
