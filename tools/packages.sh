@@ -8,9 +8,9 @@
 #   brew       formula of Homebrew, or - where macOS brings it
 needs() {
     cat <<'ROWS'
-test,check,demo,bench,macos cmd:c++                 g++                 -
-test,check,demo,bench,macos cmd:cmake               cmake               cmake
-test,check,demo,bench,macos cmd:ninja               ninja-build         ninja
+test,check,demo,bench,macos,package cmd:c++                 g++                 -
+test,check,demo,bench,macos,package cmd:cmake               cmake               cmake
+test,check,demo,bench,macos,package cmd:ninja               ninja-build         ninja
 test,check,demo,bench inc:CLI/CLI.hpp               libcli11-dev        cli11
 test,check,demo,bench inc:nlohmann/json.hpp         nlohmann-json3-dev  nlohmann-json
 test,check,demo,bench inc:fmt/format.h              libfmt-dev          fmt
@@ -19,17 +19,17 @@ demo,check            cmd:openssl                   openssl             openssl@
 test,check,bench      inc:gtest/gtest.h             libgtest-dev        googletest
 test,check,bench      inc:gmock/gmock.h             libgmock-dev        googletest
 test,check,bench      inc:benchmark/benchmark.h     libbenchmark-dev    google-benchmark
-test,check,bench,macos cmd:python3                   python3             python@3
-test,check            cmd:pkg-config                pkg-config          pkg-config
+test,check,bench,macos,package cmd:python3                   python3             python@3
+test,check,package    cmd:pkg-config                pkg-config          pkg-config
 test,check,bench,macos file:/usr/share/i18n/charmaps locales             -
 check                 cmd:git                       git                 git
 check                 cmd:clang++-14                clang-14            llvm@14
 check                 cmd:clang-tidy-14             clang-tidy-14       llvm@14
 check,format          cmd:clang-format-14           clang-format-14     llvm@14
-macos                 linux:clang-19                clang-19            -
-macos                 linux:ld64.lld-19             lld-19              -
-macos                 linux:llvm-lipo-19            llvm-19             -
-macos                 linux:npm                     npm                 -
+macos,package         linux:clang-19                clang-19            -
+macos,package         linux:ld64.lld-19             lld-19              -
+macos,package         linux:llvm-lipo-19            llvm-19             -
+macos,package         linux:npm                     npm                 -
 macos                 linux:qemu-aarch64            qemu-user           -
 macos                 file:/usr/aarch64-linux-gnu/include/stdio.h       libc6-dev-arm64-cross      -
 macos                 file:/usr/lib/gcc-cross/aarch64-linux-gnu/12      libgcc-12-dev-arm64-cross  -

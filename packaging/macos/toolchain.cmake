@@ -45,7 +45,7 @@ endforeach()
 # For several architectures clang calls a program named lipo; bin/ of the sysroot has it.
 set(lipo_place "-B${MACOS_SYSROOT}/bin")
 # No folder of this machine gets into a file; debug information is for dsymutil, strip takes it out.
-string(CONCAT compile_flags "${lipo_place} -g -ffile-prefix-map=${CMAKE_BINARY_DIR}=build"
+string(CONCAT compile_flags "${lipo_place} -g -ffile-compilation-dir=build"
     " -ffile-prefix-map=${CMAKE_SOURCE_DIR}=.")
 set(CMAKE_C_FLAGS_INIT "${compile_flags}")
 set(CMAKE_CXX_FLAGS_INIT "${compile_flags} -stdlib=libc++")
@@ -53,6 +53,7 @@ foreach(kind IN ITEMS EXE SHARED MODULE)
     set(CMAKE_${kind}_LINKER_FLAGS_INIT
         "-fuse-ld=lld ${lipo_place} -Wl,-oso_prefix,${CMAKE_BINARY_DIR}/")
 endforeach()
+set(CMAKE_USER_MAKE_RULES_OVERRIDE ${CMAKE_CURRENT_LIST_DIR}/after_platform.cmake)
 unset(ENV{LIBRARY_PATH})
 
 set(CMAKE_FIND_ROOT_PATH "${MACOS_SYSROOT}")

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <dlfcn.h>
+#include <initializer_list>
 #include <stdexcept>
 
 #include "scaler_isp/OperateScaler.h"

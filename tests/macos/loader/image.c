@@ -1,4 +1,5 @@
 #include "image.h"
+#include "loader.h"
 
 #include <dlfcn.h>
 #include <errno.h>
@@ -119,19 +120,28 @@ static struct span in_slice(const struct image *image, const uint8_t *pair) {
     return place;
 }
 
+/* MACHO_RPATH names the folder that stands for @rpath; without it, it is the image's own. */
 static struct image *open_library(const struct image *image, const char *name) {
     char path[4096];
-    const char *slash = strrchr(image->path, '/');
-    const char *rest = strchr(name, '/');
     const char *runtime = getenv("MACHO_RUNTIME");
+    const char *rpath = getenv("MACHO_RPATH");
+    struct image *library;
     if (strcmp(name, "/usr/lib/libc++.1.dylib") == 0) {
         snprintf(path, sizeof path, "%s/libc++.1.dylib", runtime == NULL ? "." : runtime);
-    } else if (name[0] != '@') {
+    } else if (strncmp(name, "@rpath/", 7) != 0) {
         return NULL; /* the system's: glibc answers */
+    } else if (rpath != NULL) {
+        snprintf(path, sizeof path, "%s/%s", rpath, name + 7);
     } else {
-        snprintf(path, sizeof path, "%.*s%s", (int)(slash - image->path), image->path, rest);
+        const char *slash = strrchr(image->path, '/');
+        snprintf(path, sizeof path, "%.*s/%s", (int)(slash - image->path), image->path, name + 7);
     }
-    return image_open(path);
+    library = image_open(path);
+    if (library == NULL) {
+        fprintf(stderr, "macho: %s needs %s: %s\n", image->path, name, macho_dlerror());
+        abort();
+    }
+    return library;
 }
 
 static void note_command(struct image *image, const uint8_t *command) {

@@ -1,0 +1,58 @@
+# ./dev package: archives for those who build on the library. Sourced by ./dev.
+
+package_version() {
+    sed -n 's/^project(ScalerIsp VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt
+}
+
+# package_readme FOLDER SYSTEM LIBRARY WHAT MODULE
+package_readme() {
+    awk -v version="$(package_version)" -v system="$2" -v library="$3" -v what="$4" -v module="$5" '
+        { gsub(/@VERSION@/, version); gsub(/@SYSTEM@/, system); gsub(/@LIBRARY@/, library)
+          gsub(/@WHAT@/, what); gsub(/@MODULE@/, module); print }' \
+        packaging/package-readme.md.in >"$1/README.md"
+}
+
+# package_archive FOLDER: checksums, then the archive; the same input gives the same bytes.
+package_archive() {
+    cp LICENSE "$1/"
+    (cd "$1" && find . -type f ! -name SHA256SUMS | LC_ALL=C sort | xargs sha256sum >SHA256SUMS)
+    name=$(basename "$1")
+    run tar --sort=name --owner=0 --group=0 --numeric-owner --mtime=@0 --mode=go=rX,u=rwX \
+        -C build/package -cf "build/package/$name.tar" "$name"
+    run gzip -9nf "build/package/$name.tar"
+    echo "build/package/$name.tar.gz"
+}
+
+package_linux() {
+    folder=build/package/ScalerIsp-$(package_version)-linux-$(uname -m)
+    rm -rf "$folder"
+    # shellcheck disable=SC2086
+    run cmake -S . -B build/package/build -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF \
+        -DSCALER_ISP_HOST=OFF -DSCALER_ISP_SIMULATOR=OFF $launcher
+    build build/package/build
+    run cmake --install build/package/build --prefix "$PWD/$folder" --strip
+    package_readme "$folder" Linux libScalerIsp.so "" ""
+    package_archive "$folder"
+}
+
+package_macos() {
+    [ -e "$macos_library" ] || dev_macos library
+    folder=build/package/ScalerIsp-$(package_version)-macos-universal
+    rm -rf "$folder"
+    run cmake --install build/macos/universal --prefix "$PWD/$folder"
+    rm -rf "$folder/share" # the virtual scaler is for developers
+    cp "$macos_library" "$folder/lib/"
+    cp packaging/macos/module.modulemap "$folder/include/"
+    package_readme "$folder" "macOS 11 and later" libScalerIsp.dylib \
+        ", for x86_64 and arm64, with an ad-hoc signature: sign it again as a part of your application" \
+        "    include/module.modulemap  for Swift and Objective-C: import ScalerIsp\n"
+    package_archive "$folder"
+}
+
+dev_package() {
+    mkdir -p build/package
+    package_linux
+    package_macos
+    run python3 -B tests/package/check_archives.py build/package "$(package_version)" \
+        build/macos/sysroot
+}
