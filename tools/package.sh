@@ -6,8 +6,8 @@ package_version() {
 
 # package_readme FOLDER SYSTEM LIBRARY WHAT MODULE
 package_readme() {
-    awk -v version="$(package_version)" -v system="$2" -v library="$3" -v what="$4" -v module="$5" '
-        { gsub(/@VERSION@/, version); gsub(/@SYSTEM@/, system); gsub(/@LIBRARY@/, library)
+    awk -v number="$(package_version)" -v target="$2" -v file="$3" -v what="$4" -v module="$5" '
+        { gsub(/@VERSION@/, number); gsub(/@SYSTEM@/, target); gsub(/@LIBRARY@/, file)
           gsub(/@WHAT@/, what); gsub(/@MODULE@/, module); print }' \
         packaging/package-readme.md.in >"$1/README.md"
 }
