@@ -50,6 +50,10 @@ package_macos() {
 }
 
 dev_package() {
+    if on_a_mac; then
+        echo "./dev package: the archives are made on Linux, where their bytes are always the same" >&2
+        exit 2
+    fi
     mkdir -p build/package
     package_linux
     package_macos

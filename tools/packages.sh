@@ -16,8 +16,8 @@ test,check,demo,bench inc:nlohmann/json.hpp         nlohmann-json3-dev  nlohmann
 test,check,demo,bench inc:fmt/format.h              libfmt-dev          fmt
 test,check,demo,bench inc:openssl/evp.h             libssl-dev          openssl@3
 demo,check            cmd:openssl                   openssl             openssl@3
-test,check,bench      inc:gtest/gtest.h             libgtest-dev        googletest
-test,check,bench      inc:gmock/gmock.h             libgmock-dev        googletest
+test,check,bench,macos inc:gtest/gtest.h             libgtest-dev        googletest
+test,check,bench,macos inc:gmock/gmock.h             libgmock-dev        googletest
 test,check,bench      inc:benchmark/benchmark.h     libbenchmark-dev    google-benchmark
 test,check,bench,macos,package cmd:python3                   python3             python@3
 test,check,package    cmd:pkg-config                pkg-config          pkg-config
