@@ -21,9 +21,21 @@ void CopyBounded(Char (&field)[N], std::basic_string_view<Char> text) {
     CopyBounded(field, N, text);
 }
 
-/// The text of a field that holds at most `size` characters.
+/// The text of a field that holds at most `size` characters, in place.
+template <class Char>
+std::basic_string_view<Char> ViewBounded(const Char *field, std::size_t size) {
+    const std::basic_string_view<Char> all(field, size);
+    return all.substr(0, all.find(Char{}));
+}
+
+template <class Char, std::size_t N>
+std::basic_string_view<Char> ViewBounded(const Char (&field)[N]) {
+    return ViewBounded(field, N);
+}
+
+/// A copy of it.
 template <class Char> std::basic_string<Char> ReadBounded(const Char *field, std::size_t size) {
-    return {field, std::find(field, field + size, Char{})};
+    return std::basic_string<Char>(ViewBounded(field, size));
 }
 
 template <class Char, std::size_t N> std::basic_string<Char> ReadBounded(const Char (&field)[N]) {

@@ -1,11 +1,13 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <utility>
+#include <vector>
 
 #include "scaler_isp/abi/CommandSetting.h"
 #include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/BoundedCopy.h"
-#include "scaler_isp/settings/FwBankKeys.h"
+#include "scaler_isp/settings/FwBankStore.h"
 #include "scaler_isp/settings/SettingKey.h"
 
 namespace {
@@ -39,15 +41,14 @@ void STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING::LoadSetting() {
 void STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING::SaveSetting() {
     NothingOnThrow([&] {
         // A map that was refused counts more banks than it holds.
-        const std::size_t banks = std::min<std::size_t>(stMapFw.ulFwCount, SCALER_ISP_MAX_BANKS);
-        FwBankKeys keys(banks);
-        keys.AddCount(stMapFw.ulFwCount);
-        for (unsigned int i = 0; i < banks; ++i) {
-            keys.AddTargetBank(stMapFw.ulTargetBank[i], i);
-            keys.AddFileBank(i, i);
-            keys.AddPath(i, {stMapFw.stFwBank[i].wszFwPath, SCALER_ISP_PATH_CHARS});
+        const std::size_t count = std::min<std::size_t>(stMapFw.ulFwCount, SCALER_ISP_MAX_BANKS);
+        std::vector<FwBankKeys::Bank> banks;
+        banks.reserve(count);
+        for (unsigned int i = 0; i < count; ++i) {
+            banks.push_back(
+                {stMapFw.ulTargetBank[i], i, ViewBounded(stMapFw.stFwBank[i].wszFwPath)});
         }
-        keys.WriteTo(ReadBounded(wszSettingFile));
+        WriteFwBankKeys({stMapFw.ulFwCount, std::move(banks)}, ReadBounded(wszSettingFile));
     });
 }
 

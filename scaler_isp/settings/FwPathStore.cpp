@@ -1,8 +1,11 @@
 #include "scaler_isp/settings/FwPathStore.h"
 
+#include <utility>
+#include <vector>
+
 #include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/FlashBanks.h"
-#include "scaler_isp/settings/FwBankKeys.h"
+#include "scaler_isp/settings/FwBankStore.h"
 
 void SaveFwPathFromFile(CCpNxString fwPath, CCpNxString iniPath, unsigned int startBank) {
     NothingOnThrow([&] {
@@ -10,13 +13,11 @@ void SaveFwPathFromFile(CCpNxString fwPath, CCpNxString iniPath, unsigned int st
         if (GetFwBankCount(fwPath, count) == 0) {
             return;
         }
-        FwBankKeys keys(count);
-        keys.AddCount(count);
+        std::vector<FwBankKeys::Bank> banks;
+        banks.reserve(count);
         for (unsigned int i = 0; i < count; ++i) {
-            keys.AddTargetBank(i, startBank + i);
-            keys.AddFileBank(i, i);
-            keys.AddPath(i, fwPath);
+            banks.push_back({i, startBank + i, fwPath.c_str()});
         }
-        keys.WriteTo(iniPath);
+        WriteFwBankKeys({count, std::move(banks)}, iniPath);
     });
 }

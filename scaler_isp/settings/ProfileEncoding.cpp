@@ -39,17 +39,21 @@ bool IsAsciiByte(char byte) {
     return static_cast<unsigned char>(byte) <= kLastAscii;
 }
 
-/// The length of the ASCII text at the beginning. Eight bytes at a time: nearly every file is
-/// nothing else, and this is most of what deciding costs.
+/// The length of the ASCII text at the beginning. Whole blocks first: nearly every file is nothing
+/// else, and this is most of what deciding costs.
 std::size_t AsciiPrefix(std::string_view bytes) {
+    std::array<std::uint64_t, 8> block{};
     std::size_t size = 0;
-    std::uint64_t word = 0;
-    while (bytes.size() - size >= sizeof word) {
-        std::memcpy(&word, bytes.data() + size, sizeof word);
-        if ((word & 0x8080808080808080U) != 0) {
+    while (bytes.size() - size >= sizeof block) {
+        std::memcpy(block.data(), bytes.data() + size, sizeof block);
+        std::uint64_t bits = 0;
+        for (const std::uint64_t word : block) {
+            bits |= word;
+        }
+        if ((bits & 0x8080808080808080U) != 0) {
             break;
         }
-        size += sizeof word;
+        size += sizeof block;
     }
     while (size < bytes.size() && IsAsciiByte(bytes[size])) {
         ++size;

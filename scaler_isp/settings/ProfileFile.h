@@ -13,6 +13,9 @@ struct ProfileBytes {
 
 ProfileBytes ReadProfileFile(const std::string &path);
 
+/// What a writer prints for every key when the file cannot be opened.
+constexpr const char *kProfileOpenError = "Open file error \n";
+
 enum class RewriteResult {
     Written,
     CannotOpen, ///< nothing changed

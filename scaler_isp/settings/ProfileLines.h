@@ -48,7 +48,8 @@ template <class Char> class ProfileLineReader {
   public:
     using View = std::basic_string_view<Char>;
 
-    explicit ProfileLineReader(View text) : m_rest(text) {}
+    explicit ProfileLineReader(View text)
+        : m_rest(text), m_hasNul(text.find(Char('\0')) != View::npos) {}
 
     /// Takes the next line, trimmed. False at the end, and a line over the limit is the end.
     bool Next(View &line) {
@@ -60,7 +61,10 @@ template <class Char> class ProfileLineReader {
             size = m_rest.size();
         }
         line = m_rest.substr(0, size);
-        line = TrimBlanks(line.substr(0, line.find(Char('\0'))));
+        if (m_hasNul) {
+            line = line.substr(0, line.find(Char('\0')));
+        }
+        line = TrimBlanks(line);
         m_rest.remove_prefix(size < m_rest.size() ? size + 1 : size);
         return true;
     }
@@ -72,6 +76,7 @@ template <class Char> class ProfileLineReader {
 
   private:
     View m_rest;
+    bool m_hasNul; ///< asked once for all lines, since hardly any text has one
 };
 
 #endif

@@ -6,12 +6,10 @@
 #include <cstdio>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/CCpTransform.h"
 #include "scaler_isp/common/Numbers.h"
-#include "scaler_isp/settings/ProfileBatch.h"
 #include "scaler_isp/settings/ProfileEdit.h"
 #include "scaler_isp/settings/ProfileEncoding.h"
 #include "scaler_isp/settings/ProfileFile.h"
@@ -81,42 +79,22 @@ int GetInt(const Char *section, const Char *key, int defaultValue, const Char *f
     return length != 0 ? static_cast<int>(ParseLongLong(text.data(), &end)) : defaultValue;
 }
 
-/// How many of the writes the file would take, each tried on the file as it is.
-template <class Encoding>
-std::size_t CountPossible(Encoding &encoding, const std::string &before,
-                          const std::vector<KeyWrite<typename Encoding::Char>> &writes) {
-    std::size_t count = 0;
-    std::string after;
-    for (const auto &write : writes) {
-        count += EditProfileBytes(encoding, before, {write}, after);
-    }
-    return count;
-}
-
-template <class Encoding>
-int WriteKeys(const std::vector<KeyWrite<typename Encoding::Char>> &writes,
-              const std::string &path) {
-    Encoding encoding;
-    const ProfileBytes before = ReadProfileFile(path);
-    std::string after;
-    const std::size_t written = EditProfileBytes(encoding, before.bytes, writes, after);
-    if (written == 0) {
-        return writes.empty() ? 1 : 0;
-    }
-    const RewriteResult result = RewriteProfileFile(path, after, before);
-    if (result == RewriteResult::CannotOpen) {
-        for (auto left = CountPossible(encoding, before.bytes, writes); left > 0; --left) {
-            std::printf("Open file error \n");
-        }
-    }
-    return result == RewriteResult::Written && written == writes.size() ? 1 : 0;
-}
-
 template <class Encoding, class Char = typename Encoding::Char>
 int WriteKey(const Char *section, const Char *key, const Char *value, const Char *fileName) {
     return ResultOrOnThrow(0, [&] {
         const KeyWrite<Char> write{OrEmpty(section), OrEmpty(key), OrEmpty(value)};
-        return WriteKeys<Encoding>({write}, NarrowName(fileName));
+        const std::string path = NarrowName(fileName);
+        Encoding encoding;
+        const ProfileBytes before = ReadProfileFile(path);
+        std::string after;
+        if (!EditProfileBytes(encoding, before.bytes, write, after)) {
+            return 0;
+        }
+        const RewriteResult result = RewriteProfileFile(path, after, before);
+        if (result == RewriteResult::CannotOpen) {
+            std::printf("%s", kProfileOpenError);
+        }
+        return result == RewriteResult::Written ? 1 : 0;
     });
 }
 
@@ -152,9 +130,4 @@ int CpNxGetPrivateProfileIntA(const char *section, const char *key, int defaultV
 int CpNxWritePrivateProfileStringA(const char *section, const char *key, const char *value,
                                    const char *fileName) {
     return WriteKey<ByteEncoding>(section, key, value, fileName);
-}
-
-int WriteProfileBatchW(const std::vector<KeyWrite<wchar_t>> &writes, const wchar_t *fileName) {
-    return ResultOrOnThrow(0,
-                           [&] { return WriteKeys<NativeEncoding>(writes, NarrowName(fileName)); });
 }

@@ -181,4 +181,18 @@ std::optional<std::string> Write(const std::string &bytes, Encoding encoding,
     return result;
 }
 
+std::vector<std::string> SmallFiles(std::size_t count, const std::vector<std::string> &lines) {
+    std::vector<std::string> files = {""};
+    for (std::size_t begin = 0; count > 0; --count) {
+        const std::size_t end = files.size();
+        for (std::size_t i = begin; i < end; ++i) {
+            for (const std::string &line : lines) {
+                files.push_back(files[i] + line + "\n");
+            }
+        }
+        begin = end;
+    }
+    return files;
+}
+
 } // namespace reference

@@ -1,6 +1,7 @@
 #ifndef SCALER_ISP_TESTS_UNIT_SETTINGS_REFERENCE_PROFILE_H
 #define SCALER_ISP_TESTS_UNIT_SETTINGS_REFERENCE_PROFILE_H
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -32,6 +33,9 @@ Read GetString(const std::string &bytes, Encoding encoding, const std::wstring &
 std::optional<std::string> Write(const std::string &bytes, Encoding encoding,
                                  const std::wstring &section, const std::wstring &key,
                                  const std::wstring &value);
+
+/// Every file of up to `count` of the lines.
+std::vector<std::string> SmallFiles(std::size_t count, const std::vector<std::string> &lines);
 
 } // namespace reference
 
