@@ -126,8 +126,17 @@ macos_run() {
     suite "build/macos/$arch"
 }
 
+# The sign/verify plug-in with real signatures, as Linux uses it: the loader opens ELF files, too.
+macos_elf_plugin() {
+    # shellcheck disable=SC2086
+    run cmake -S . -B build/macos/elf -G Ninja -DCMAKE_BUILD_TYPE=Release -DSCALER_ISP_WERROR=ON \
+        -DSCALER_ISP_HOST=OFF -DSCALER_ISP_SIMULATOR=ON -DBUILD_TESTING=OFF $launcher
+    run cmake --build build/macos/elf -j "$jobs" --target virtual_sign_verify
+}
+
 macos_x86_64() {
-    macos_run x86_64
+    on_a_mac || macos_elf_plugin
+    macos_run x86_64 -DELF_SIGN_VERIFY="$PWD/build/macos/elf/virtual/libSignVerify.dylib"
 }
 
 macos_arm64() {
