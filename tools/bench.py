@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs the measurements of a Release build and writes the table of ratios to bench/RESULTS.md.
+"""Runs the measurements of a Release build and writes the table of ratios to its part of bench/RESULTS.md.
 
     tools/bench.py BUILD [--quick]
 
@@ -16,13 +16,12 @@ import sys
 import tempfile
 from collections import defaultdict
 
-ROOT = pathlib.Path(__file__).resolve().parent.parent
-RESULTS = ROOT / "bench/RESULTS.md"
+from results import write_part
+
+PART = "Speed"
 FIRST_CALL = "bench_first_call"
 INTRODUCTION = """\
-# Measurements
-
-Written by `tools/bench.py`. The library stands before the slash, what it is measured against behind it.
+Written by `./dev bench`. The library stands before the slash, what it is measured against behind it.
 Both run in turns, and what counts is the least processor time of each: other programs on the machine
 can only add to it. The spread is the middle half of the library's runs, relative to its least. The
 commands are programs of the build's folder `bench`, to be run with `LC_ALL=C.UTF-8`.
@@ -238,7 +237,7 @@ def main():
     text = table(rows)
     print(text, end="")
     if not options.quick:
-        RESULTS.write_text(f"{INTRODUCTION}\nMachine: {machine(cache)}.\n\n{text}")
+        write_part(PART, f"{INTRODUCTION}\nMachine: {machine(cache)}.\n\n{text}")
     missed = sum(not r["met"] for r in rows)
     print(f"{len(rows) - missed} of {len(rows)} goals met")
     return 0

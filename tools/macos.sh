@@ -94,8 +94,19 @@ macos_inspection() {
     # shellcheck disable=SC2086
     run python3 -B tests/macos/check_library.py "$macos_library" \
         build/macos/universal/lib/libScalerIsp.dylib build/macos/sysroot . $native
+    # shellcheck disable=SC2086
+    run python3 -B tests/macos/check_numbers.py "$macos_library" $native
     run python3 -B tests/macos/check_inspection.py "$macos_library" \
         build/macos/universal/lib/libScalerIsp.dylib build/macos/sysroot .
+}
+
+# Only on request: a check must not change the tree.
+macos_numbers() {
+    if on_a_mac; then
+        echo "./dev macos numbers: those of the file that ships, which is built on Linux" >&2
+        exit 2
+    fi
+    run python3 -B tests/macos/check_numbers.py "$macos_library" --write
 }
 
 # macos_runtime ARCH: libc++ and the unwinder for the loader, built once and kept in the cache.
@@ -151,10 +162,10 @@ all_macos="library again inspection x86_64 arm64"
 dev_macos() {
     [ $# -gt 0 ] || set -- $all_macos
     for step in "$@"; do
-        case " $all_macos " in
+        case " $all_macos numbers " in
         *" $step "*) ;;
         *)
-            echo "./dev macos: no step is called $step; there are: $all_macos" >&2
+            echo "./dev macos: no step is called $step; there are: $all_macos numbers" >&2
             exit 2
             ;;
         esac

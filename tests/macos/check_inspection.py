@@ -5,11 +5,13 @@ usage: check_inspection.py LIBRARY UNSTRIPPED SYSROOT SOURCE-ROOT
 """
 
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
 
-CHECK = pathlib.Path(__file__).with_name("check_library.py")
+HERE = pathlib.Path(__file__).resolve().parent
+RESULTS = HERE.parents[1] / "bench/RESULTS.md"
 
 
 def second_half(data):
@@ -51,23 +53,44 @@ CHANGES = [flip_a_byte_of_the_code, rename_the_library, ask_for_a_newer_system, 
            import_an_unknown_symbol]
 
 
+def is_seen(what, expected, program, *arguments):
+    done = subprocess.run([sys.executable, "-B", str(HERE / program), *map(str, arguments)],
+                          capture_output=True, text=True, check=False)
+    seen = done.returncode == 1 and expected in done.stdout
+    print(f"{'seen' if seen else 'MISSED'}: {what}")
+    if not seen:
+        print(done.stdout + done.stderr)
+    return seen
+
+
+def changed_libraries_are_seen(library, folder):
+    for change in CHANGES:
+        data = bytearray(library.read_bytes())
+        expected = change(data)
+        changed = folder / library.name
+        changed.write_bytes(data)
+        yield is_seen(change.__name__, expected, "check_library.py", changed, *sys.argv[2:])
+
+
+def old_numbers_are_seen(library, folder):
+    """Of the recorded table: a number that is two hundredths off, and a row that is missing."""
+    text = RESULTS.read_text()
+    results = folder / "RESULTS.md"
+    row = re.search(r"^\| arm64 \| ([0-9,]+) .*\n", text, re.MULTILINE)
+    other = f"{int(row[1].replace(',', '')) * 98 // 100:,}"
+    for what, old in (("another size", text.replace(row[0], row[0].replace(row[1], other))),
+                      ("no row", text.replace(row[0], ""))):
+        results.write_text(old)
+        yield is_seen(f"{what} in {results.name}", "RESULTS.md is out of date; ./dev macos numbers",
+                      "check_numbers.py", library, "--results", results)
+
+
 def main():
     library = pathlib.Path(sys.argv[1])
-    missed = 0
-    with tempfile.TemporaryDirectory() as folder:
-        for change in CHANGES:
-            data = bytearray(library.read_bytes())
-            expected = change(data)
-            changed = pathlib.Path(folder, library.name)
-            changed.write_bytes(data)
-            done = subprocess.run([sys.executable, "-B", str(CHECK), str(changed), *sys.argv[2:]],
-                                  capture_output=True, text=True, check=False)
-            seen = done.returncode == 1 and expected in done.stdout
-            missed += not seen
-            print(f"{'seen' if seen else 'MISSED'}: {change.__name__}")
-            if not seen:
-                print(done.stdout + done.stderr)
-    return 1 if missed else 0
+    with tempfile.TemporaryDirectory() as place:
+        folder = pathlib.Path(place)
+        seen = [*changed_libraries_are_seen(library, folder), *old_numbers_are_seen(library, folder)]
+    return 0 if all(seen) else 1
 
 
 if __name__ == "__main__":
