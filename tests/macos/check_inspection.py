@@ -43,6 +43,13 @@ def name_a_folder(data):
     return "names a folder: /home/me/x.c"
 
 
+def name_the_build_folder(data):
+    folder = str(pathlib.Path(sys.argv[2]).resolve().parents[1]).encode() + b"/x.o"
+    place = second_half(data) + 0x8000
+    data[place:place + len(folder)] = folder
+    return f"names a folder of this build: {folder[:-4].decode()}\n"
+
+
 def import_an_unknown_symbol(data):
     place = data.index(b"_closedir\0")
     data[place:place + 9] = b"_closedri"
@@ -50,7 +57,7 @@ def import_an_unknown_symbol(data):
 
 
 CHANGES = [flip_a_byte_of_the_code, rename_the_library, ask_for_a_newer_system, name_a_folder,
-           import_an_unknown_symbol]
+           name_the_build_folder, import_an_unknown_symbol]
 
 
 def is_seen(what, expected, program, *arguments):

@@ -89,10 +89,23 @@ def import_problems(image, stubs):
         yield f"bound weakly: {sorted(weak)}; operators new and delete: {sorted(operators)}"
 
 
-def build_path_problems(image, root):
-    for folder in {bytes(root), bytes(pathlib.Path.home())} - {b"/"}:
-        if folder + b"/" in image.data:
-            yield f"names a folder of this machine: {folder.decode()}"
+def build_folders(unstripped, root):
+    """The folders that took part in this build, by every name they had: none may stand in the file."""
+    folders = {str(root), str(pathlib.Path.home())}
+    for cache in (folder / "CMakeCache.txt" for folder in unstripped.parents):
+        if cache.exists():
+            folders.update(re.findall(
+                r"^(?:CMAKE_HOME_DIRECTORY|CMAKE_CACHEFILE_DIR|MACOS_SYSROOT):\w+=(.+)$",
+                cache.read_text(), re.MULTILINE))
+    named = {name for folder in folders for name in (folder, str(pathlib.Path(folder).resolve()))}
+    return sorted(named - {"/"}, key=len, reverse=True)
+
+
+def build_path_problems(image, folders):
+    for folder in folders:
+        if re.search(re.escape(folder.encode()) + rb"[/\0]", image.data):
+            yield f"names a folder of this build: {folder}"
+            break
     for text in re.findall(rb"/(?:tmp|home|root|Users|work)/[\x20-\x7e]+", image.data):
         yield f"names a folder: {text.decode()}"
 
@@ -102,12 +115,13 @@ def main():
     native = "--native" in sys.argv
     library, unstripped, sysroot, root = (pathlib.Path(a).resolve() for a in arguments)
     images, whole = macho_reader.load(library), macho_reader.load(unstripped)
+    folders = build_folders(unstripped, root)
     stubs = {} if native else stub_symbols(sysroot)
     problems = [] if sorted(images) == ["arm64", "x86_64"] else [f"architectures: {sorted(images)}"]
     for arch, image in images.items():
         found = [*header_problems(image), *export_problems(image, root),
                  *import_problems(image, stubs), *code_signature.problems(image),
-                 *build_path_problems(image, root), *vtables.problems(whole[arch], root)]
+                 *build_path_problems(image, folders), *vtables.problems(whole[arch], root)]
         if image.signature_place and not code_signature.is_ad_hoc(image):
             found.append("signed with a certificate")
         problems += [f"{arch}: {text}" for text in found]
