@@ -4,11 +4,9 @@ package_version() {
     sed -n 's/^project(ScalerIsp VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt
 }
 
-# package_readme FOLDER SYSTEM LIBRARY WHAT MODULE
+# package_readme FOLDER KIND: a line that begins with @linux@ or @macos@ is for that kind only.
 package_readme() {
-    awk -v number="$(package_version)" -v target="$2" -v file="$3" -v what="$4" -v module="$5" '
-        { gsub(/@VERSION@/, number); gsub(/@SYSTEM@/, target); gsub(/@LIBRARY@/, file)
-          gsub(/@WHAT@/, what); gsub(/@MODULE@/, module); print }' \
+    sed -e "s/^@$2@//" -e '/^@[a-z]*@/d' -e "s/@VERSION@/$(package_version)/g" \
         packaging/package-readme.md.in >"$1/README.md"
 }
 
@@ -24,29 +22,27 @@ package_archive() {
 }
 
 package_linux() {
-    folder=build/package/ScalerIsp-$(package_version)-linux-$(uname -m)
-    rm -rf "$folder"
+    package=build/package/ScalerIsp-$(package_version)-linux-$(uname -m)
+    rm -rf "$package"
     # shellcheck disable=SC2086
     run cmake -S . -B build/package/build -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF \
         -DSCALER_ISP_HOST=OFF -DSCALER_ISP_SIMULATOR=OFF $launcher
     build build/package/build
-    run cmake --install build/package/build --prefix "$PWD/$folder" --strip
-    package_readme "$folder" Linux libScalerIsp.so "" ""
-    package_archive "$folder"
+    run cmake --install build/package/build --prefix "$PWD/$package" --strip
+    package_readme "$package" linux
+    package_archive "$package"
 }
 
 package_macos() {
     [ -e "$macos_library" ] || dev_macos library
-    folder=build/package/ScalerIsp-$(package_version)-macos-universal
-    rm -rf "$folder"
-    run cmake --install build/macos/universal --prefix "$PWD/$folder"
-    rm -rf "$folder/share" # the virtual scaler is for developers
-    cp "$macos_library" "$folder/lib/"
-    cp packaging/macos/module.modulemap "$folder/include/"
-    package_readme "$folder" "macOS 11 and later" libScalerIsp.dylib \
-        ", for x86_64 and arm64, with an ad-hoc signature: sign it again as a part of your application" \
-        "    include/module.modulemap  for Swift and Objective-C: import ScalerIsp\n"
-    package_archive "$folder"
+    package=build/package/ScalerIsp-$(package_version)-macos-universal
+    rm -rf "$package"
+    run cmake --install build/macos/universal --prefix "$PWD/$package"
+    rm -rf "$package/share" # the virtual scaler is for developers
+    cp "$macos_library" "$package/lib/"
+    cp packaging/macos/module.modulemap "$package/include/"
+    package_readme "$package" macos
+    package_archive "$package"
 }
 
 dev_package() {

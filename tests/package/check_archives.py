@@ -38,7 +38,9 @@ def unpack(archive, folder):
     found = {str(p.relative_to(root)) for p in root.rglob("*") if p.is_file()} - {"SHA256SUMS"}
     assert listed == found, listed ^ found
     assert {"README.md", "LICENSE", "include/scaler_isp/ScalerIsp.h"} <= found
-    assert "@" not in (root / "README.md").read_text()
+    readme = (root / "README.md").read_text()
+    assert "@" not in readme
+    assert max(map(len, readme.splitlines())) <= 110
     return root
 
 
