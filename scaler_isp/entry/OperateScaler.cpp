@@ -1,5 +1,6 @@
 #include "scaler_isp/OperateScaler.h"
 
+#include <algorithm>
 #include <memory>
 #include <new>
 #include <string>
@@ -21,8 +22,8 @@ using SignArgs = STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS;
 
 constexpr int kNoParser = 0;
 
-/// The parser that a line with bad quotes has left over. The global still points to it; the next
-/// call replaces it, and unloading the library frees it.
+/// The parser that a line with bad quotes, or without memory for its words, has left over. The
+/// global still points to it; the next call replaces it, and unloading the library frees it.
 std::unique_ptr<CCpIspArgsParse> g_leftoverParser;
 
 /// The parser of one call; the global points to it meanwhile.
@@ -71,15 +72,18 @@ int ParseAndRun(CurrentParser &parser, const std::string &line, void *device,
         parser.LeaveOver();
         return SCALER_ISP_REFUSED;
     }
-    std::vector<const char *> argv;
-    argv.reserve(tokens.size() + 1);
-    for (const std::string &token : tokens) {
-        argv.push_back(token.c_str());
+    // Value-initialised, so that a null ends the words.
+    const std::unique_ptr<const char *[]> argv(new (std::nothrow)
+                                                   const char *[tokens.size() + 1]());
+    if (argv == nullptr) {
+        parser.LeaveOver();
+        return SCALER_ISP_REFUSED;
     }
-    argv.push_back(nullptr);
+    std::transform(tokens.begin(), tokens.end(), argv.get(),
+                   [](const std::string &token) { return token.c_str(); });
     g_funcReturnProg = progress;
     g_funcShowMsg = message;
-    if ((*parser).ParseArgs(static_cast<int>(tokens.size()), argv.data()) == 0) {
+    if ((*parser).ParseArgs(static_cast<int>(tokens.size()), argv.get()) == 0) {
         return SCALER_ISP_REFUSED;
     }
     return Carry(*parser, device);

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <iterator>
 #include <new>
 
 namespace {
 
 constexpr std::size_t kRecordBytes = 1840; // the smaller record; the others are larger
+constexpr int kStaleByte = 0xCC;           // what a host may have left in memory
 
 int g_successes = -1; // negative: never fails
 void *g_living[64] = {};
@@ -35,10 +37,15 @@ void *operator new(std::size_t size, const std::nothrow_t &) noexcept {
         memory = std::malloc(size == 0 ? 1 : size);
     }
     if (size >= kRecordBytes && memory != nullptr) {
+        std::memset(memory, kStaleByte, size);
         g_successes -= g_successes > 0 ? 1 : 0;
         *std::find(std::begin(g_living), std::end(g_living), nullptr) = memory;
     }
     return memory;
+}
+
+void *operator new[](std::size_t size, const std::nothrow_t &tag) noexcept {
+    return operator new(size, tag);
 }
 
 void operator delete(void *memory) noexcept {
@@ -50,6 +57,18 @@ void operator delete(void *memory, std::size_t) noexcept {
 }
 
 void operator delete(void *memory, const std::nothrow_t &) noexcept {
+    Release(memory);
+}
+
+void operator delete[](void *memory) noexcept {
+    Release(memory);
+}
+
+void operator delete[](void *memory, std::size_t) noexcept {
+    Release(memory);
+}
+
+void operator delete[](void *memory, const std::nothrow_t &) noexcept {
     Release(memory);
 }
 

@@ -6,6 +6,29 @@
 #include "RunFlowFixture.h"
 #include "scaler_isp/common/LibraryAnchor.h"
 
+namespace {
+
+/// The globals before the first call of this program.
+class AtTheStart : public testing::Environment {
+  public:
+    void SetUp() override {
+        folder = g_cpStrCurDir;
+        settingFile = g_cpStrSettingFilePath;
+        allNull = g_pcArgsParse == nullptr && g_funcReturnProg == nullptr &&
+                  g_funcShowMsg == nullptr && g_funcNxGetHubDev == nullptr;
+    }
+
+    std::wstring folder = L"not set up";
+    std::wstring settingFile = L"not set up";
+    bool allNull = false;
+};
+
+// googletest owns it.
+const auto *const g_atTheStart =
+    static_cast<AtTheStart *>(testing::AddGlobalTestEnvironment(new AtTheStart));
+
+} // namespace
+
 /// The exports, with the plug-ins beside this program.
 class OperateScalerTest : public testing::Test {
   protected:
@@ -33,6 +56,12 @@ class OperateScalerTest : public testing::Test {
     std::string out;
     const std::string success = "\x1b[32mSuccess\n\x1b[m";
 };
+
+TEST_F(OperateScalerTest, Globals_are_empty_at_the_start) {
+    EXPECT_EQ(g_atTheStart->folder, L"");
+    EXPECT_EQ(g_atTheStart->settingFile, L"");
+    EXPECT_TRUE(g_atTheStart->allNull);
+}
 
 TEST_F(OperateScalerTest, Whole_line_is_carried_to_the_plugin) {
     module.answer = [](const ModuleCall &call) {
@@ -212,6 +241,43 @@ TEST_F(OperateScalerTest, No_memory_has_a_result_for_each_object) {
         EXPECT_EQ(LivingObjects(), living);
         EXPECT_EQ(g_pcArgsParse, nullptr);
     }
+}
+
+TEST_F(OperateScalerTest, Folder_is_known_before_there_is_a_parser) {
+    Operate(L"p --resetmcu");
+    const CCpNxString folder = g_cpStrCurDir;
+    g_cpStrCurDir = L"former";
+    g_cpStrSettingFilePath = L"former";
+    progress = nullptr;
+    const FailingHeap heap(0);
+    EXPECT_EQ(Operate(L"p --resetmcu"), 0);
+    EXPECT_EQ(g_cpStrCurDir, folder);
+    EXPECT_EQ(g_cpStrSettingFilePath, folder + L"IspSetting.ini");
+    EXPECT_EQ(g_funcReturnProg, &Progress); // that of the call before
+}
+
+TEST_F(OperateScalerTest, No_memory_for_the_words_leaves_the_parser_over) {
+    Operate(L"p --resetmcu");
+    const int living = LivingObjects();
+    progress = nullptr;
+    message = nullptr;
+    std::wstring line = L"p --resetmcu";
+    for (int i = 0; i < 400; ++i) {
+        line += L" x"; // so many pointers take as much room as a record
+    }
+    {
+        const FailingHeap heap(1);
+        EXPECT_EQ(Operate(line), -1);
+    }
+    EXPECT_EQ(out, "");
+    EXPECT_THAT(module.calls, IsEmpty());
+    EXPECT_NE(g_pcArgsParse, nullptr);
+    EXPECT_EQ(LivingObjects(), living + 1);
+    EXPECT_EQ(g_funcReturnProg, &Progress); // those of the call before
+    EXPECT_EQ(g_funcShowMsg, &Message);
+    EXPECT_EQ(Operate(line), 0);
+    EXPECT_EQ(g_pcArgsParse, nullptr);
+    EXPECT_EQ(LivingObjects(), living);
 }
 
 TEST_F(OperateScalerTest, Half_a_megabyte_of_stack_is_enough) {
