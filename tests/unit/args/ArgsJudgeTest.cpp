@@ -47,6 +47,34 @@ TEST_F(ArgsJudge, Raw_record_starts_with_the_defaults) {
           args.ulSendExtraCmdMode}) {
         EXPECT_EQ(number, 0U);
     }
+    for (const std::string &text : {args.strUserDefinedVerMode,
+                                    args.strComm,
+                                    args.strFwPath,
+                                    args.strSignFile,
+                                    args.strKeyPair,
+                                    args.strVkFile,
+                                    args.strSkFile,
+                                    args.strSubCert,
+                                    args.strNextVkFile,
+                                    args.strSlave,
+                                    args.strMergeWriteData,
+                                    args.strVerAddr,
+                                    args.strTotalVerLen,
+                                    args.strMajorVerLen,
+                                    args.strSubVerLen,
+                                    args.strRecordVerMode,
+                                    args.strDumpAddr,
+                                    args.strDumpLen,
+                                    args.strDumpName,
+                                    args.strSettingFile,
+                                    args.strSearchFwMode,
+                                    args.strFlagAddr,
+                                    args.strFlagData,
+                                    args.strDsMode,
+                                    args.strBootFwPath,
+                                    args.strWriteData}) {
+        EXPECT_EQ(text, "");
+    }
 }
 
 TEST_F(ArgsJudge, Action_comes_before_everything_else) {

@@ -80,6 +80,24 @@ TEST_F(OptionEngine, Table_ends_at_its_null_name) {
     EXPECT_EQ(StepOf(engine, arguments).printed, "prog: unrecognized command '--behind'\n");
 }
 
+TEST_F(OptionEngine, Every_table_goes_behind_what_is_registered) {
+    const STRUCT_CP_LONG_CMD_UNIT more[] = {
+        {"third", 0, nullptr, 3}, {"fourth", 0, nullptr, 4}, {nullptr, 0, nullptr, 0}};
+    const STRUCT_CP_LONG_CMD_UNIT empty[] = {{nullptr, 0, nullptr, 0}};
+    CpNxCmdLindParse own;
+    own.AddLongCmd("first", 0, nullptr, 1);
+    own.AddLongCmd("second", 0, nullptr, 2);
+    own.AddLongCmds(more);
+    own.AddLongCmds(empty);
+    own.AddLongCmd("fifth", 0, nullptr, 5);
+    Arguments arguments({"--first", "--second", "--third", "--fourth", "--fifth"});
+    for (int place = 0; place < 5; ++place) {
+        int longIndex = -1;
+        EXPECT_EQ(StepOf(own, arguments, &longIndex).result, place + 1);
+        EXPECT_EQ(longIndex, place);
+    }
+}
+
 TEST_F(OptionEngine, Table_is_copied_and_its_names_are_not) {
     std::string name = "first";
     STRUCT_CP_LONG_CMD_UNIT table[] = {{name.c_str(), 0, nullptr, 5}, {nullptr, 0, nullptr, 0}};
@@ -211,6 +229,19 @@ TEST_F(OptionEngine, Index_0_starts_afresh_at_1) {
     std::memcpy(reinterpret_cast<char *>(&engine) + 72, &index, sizeof index);
     EXPECT_EQ(StepOf(engine, arguments).result, 'a');
     EXPECT_EQ(StepOf(engine, arguments).result, 'b');
+}
+
+TEST_F(OptionEngine, Bounds_beyond_the_index_come_back_to_it) {
+    Arguments arguments({"--sign", "a", "--sign"});
+    EXPECT_EQ(StepOf(engine, arguments).result, 105);
+    const int beyond[] = {3, 4};
+    std::memcpy(reinterpret_cast<char *>(&engine) + 56, beyond, sizeof beyond);
+    EXPECT_EQ(StepOf(engine, arguments).result, 105);
+    EXPECT_EQ(At<int>(&engine, 56), 2);
+    EXPECT_EQ(At<int>(&engine, 60), 3);
+    EXPECT_EQ(StepOf(engine, arguments).result, -1);
+    EXPECT_EQ(arguments.Now(), (Words{"--sign", "--sign", "a"}));
+    EXPECT_EQ(engine.GetCmdIndex(), 3);
 }
 
 TEST_F(OptionEngine, Null_pointers_are_survived) {
