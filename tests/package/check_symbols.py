@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
-"""What the built library exports and needs, read from the file itself.
+"""What the built library exports, needs and calls, read from the file itself.
 
 usage: check_symbols.py LIBRARY EXPORT-LIST
 
 Exported are the two C functions and the toolkit of the export list, each entry at least once; nothing
 of the standard library, no state of the entry module, no anchor. Needed are the system's C and C++
-libraries only.
+libraries only. Of these it calls nothing that starts a thread, a process or a timer, that reads or
+changes the environment, or that ends the host, and prints through C stdio alone.
 """
 
 import pathlib
@@ -18,6 +19,12 @@ NEVER = {"TCSZ_GLOBAL_SYMBOL", "g_cpStrCurDir", "g_cpStrSettingFilePath", "g_pcA
          "g_funcReturnProg", "g_funcShowMsg", "g_funcNxGetHubDev", "STR_ISP_DLL_PATH",
          "STR_SIGN_VERIFY_DLL"}
 NEEDED = re.compile(r"(libstdc\+\+|libgcc_s|libc|libm|ld-linux[\w-]*|libdl)\.so\.\d+$")
+# Locales are read from the environment by the C library.
+NEVER_CALLED = re.compile(
+    r"pthread_create|thrd_create|_ZNSt6thread.*|fork|vfork|clone|posix_spawnp?|exec[lv].*|system|popen"
+    r"|timer_create|timerfd_create|setitimer|alarm|signal|sigaction"
+    r"|(secure_|__secure_)?getenv|setenv|unsetenv|putenv|clearenv|environ|__environ"
+    r"|exit|_exit|_Exit|quick_exit|raise|kill|_ZSt[34](w?cout|w?cerr|w?clog)")
 
 
 def output(*command):
@@ -92,8 +99,17 @@ def dynamic_problems(library):
     return problems
 
 
+def call_problems(library):
+    lines = output("nm", "-D", "--undefined-only", library).splitlines()
+    names = {line.split()[-1].split("@")[0] for line in lines}
+    problems = [f"calls {name}" for name in sorted(names) if NEVER_CALLED.fullmatch(name)]
+    return problems if "dlopen" in names else problems + ["the calls cannot be read"]
+
+
 def main():
-    problems = symbol_problems(sys.argv[1], sys.argv[2]) + dynamic_problems(sys.argv[1])
+    library, export_list = sys.argv[1:]
+    problems = symbol_problems(library, export_list) + dynamic_problems(library)
+    problems += call_problems(library)
     print("\n".join(problems))
     return 1 if problems else 0
 
