@@ -4,8 +4,8 @@ in bench/RESULTS.md.
 
 usage: check_numbers.py LIBRARY [--write | --native | --results FILE]
 
-The table may be off by a hundredth, so that not every change of the library must write it again; then
---write does that. --native: built by Xcode's tools, whose numbers are others; they are only shown.
+The table may be off by a hundredth and the size by a page, so that not every change of the library must
+write it again; where it must, --write does that. --native: built by Xcode's tools, whose numbers are others; they are only shown.
 """
 
 import argparse
@@ -20,11 +20,12 @@ from results import RESULTS, read_parts, write_part
 
 SIZE_LIMIT = 300_000  # bytes of one architecture
 TOLERANCE = 0.01
+PAGE = 16_384  # code and data are padded to whole pages, so one more instruction may cost that much
 PART = "The library for macOS"
 INTRODUCTION = f"""\
 Written by `./dev macos numbers`: the file that ships, stripped and with its signatures, built by clang 19 and
-lld 19 of Debian 12. `./dev macos inspection` ends with an error where a number here is more than a hundredth
-away from the file it has built, and where one half is larger than its goal.
+lld 19 of Debian 12. `./dev macos inspection` ends with an error where one half is larger than its goal, and
+where a number here is more than a hundredth away from the file it has built, a size a page more.
 
 Binds and rebases are the places that the system fills in when it loads the file, initialisers the
 functions that it calls then.
@@ -66,13 +67,18 @@ def recorded_rows(text):
     return rows
 
 
+def allowed(name, column, value):
+    pages = 0 if column != "bytes" else 2 if name == "universal" else 1
+    return value * TOLERANCE + pages * PAGE
+
+
 def differences(rows, recorded):
     for name, row in rows.items():
         for column, value in row.items():
             said = recorded.get(name, {}).get(column)
             if said is None:
                 yield f"{name}: no {column} recorded, the file has {value:,}"
-            elif abs(said - value) > value * TOLERANCE:
+            elif abs(said - value) > allowed(name, column, value):
                 yield f"{name}: {said:,} {column} recorded, the file has {value:,}"
     yield from (f"{name}: recorded, but not in the file" for name in recorded.keys() - rows.keys())
 
