@@ -74,6 +74,11 @@ TEST(ProcessDir, Is_the_folder_of_the_file_with_one_slash) {
 
 TEST(ProcessDir, Slash_goes_before_backslash) {
     EXPECT_EQ(DirOf("/opt/tool\\x\\lib.so"), L"/opt/");
+    EXPECT_EQ(DirOf("/opt/tool\\x/lib.so"), L"/opt/tool\\x/");
+}
+
+TEST(ProcessDir, Empty_name_means_the_working_folder) {
+    EXPECT_EQ(DirOf(""), L"./");
 }
 
 TEST(ProcessDir, Address_in_no_file_gives_nothing) {
@@ -132,6 +137,14 @@ TEST(ProcessDir, Relative_image_path_belongs_to_the_folder_of_the_start) {
     EXPECT_EQ(DirOf("./lib.so"), start + L"/");
     EXPECT_EQ(DirOf("././sub/lib.so"), start + L"/sub/");
     EXPECT_EQ(DirOf("../lib.so"), start + L"/../");
+}
+
+#else
+
+TEST(ProcessDir, Relative_image_path_stays_relative) {
+    EXPECT_EQ(DirOf("sub/lib.so"), L"sub/");
+    EXPECT_EQ(DirOf("lib.so"), L"./");
+    EXPECT_EQ(DirOf("tool\\lib.so"), L"tool\\/");
 }
 
 #endif

@@ -24,6 +24,8 @@ TEST(StringConversion, Follows_the_text) {
     text = L"three";
     EXPECT_EQ(text.GetUtf8String(), "three");
     EXPECT_EQ(text.GetUtf8StringLength(), 5);
+    text = L"eleven";
+    EXPECT_EQ(text.GetUtf8StringLength(), 6);
     text = L"two";
     EXPECT_STREQ(text.GetUtf8StringBuffer(), "two");
     text = L"four";
@@ -84,6 +86,9 @@ TEST(StringConversion, Pointer_survives_assignment_copy_and_move) {
     text = std::move(other);
     EXPECT_EQ(narrow, expected);
     EXPECT_EQ(otherNarrow, otherExpected);
+    other = L"o";
+    EXPECT_STREQ(other.GetUtf8StringBuffer(), "o"); // into its own cache
+    EXPECT_EQ(narrow, expected);
 
     const CCpNxString copy(text);
     CCpNxString moved(std::move(text));
