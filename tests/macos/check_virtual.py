@@ -11,14 +11,14 @@ from in_loader import SUCCESS, Folder
 FIRMWARE = bytes(i * 7 % 251 for i in range(200_000))
 
 
-def main():
-    library, plugin, place, *host = sys.argv[1:]
-    folder = Folder(place, library, plugin, host)
-    (folder.path / "a.bin").write_bytes(FIRMWARE)
+def results(events):
+    return [line for line in events if line.startswith("result")]
 
+
+def check_programming(folder):
     dump = f"p --dumpflash --dumpaddr 0 --dumplen {len(FIRMWARE)} --dumpname {folder.path}/b.bin"
     events, printed = folder.run("p --isp --fw a.bin", dump)
-    assert [line for line in events if line.startswith("result")] == ["result 0"] * 2, events
+    assert results(events) == ["result 0"] * 2, events
     assert "progress 100" in events, events
     assert printed.endswith(SUCCESS), printed
     flash = folder.flash()
@@ -29,7 +29,26 @@ def main():
 
     events, _ = folder.run("p --isp --fw missing.bin")
     assert events == ["result -1"], events
-    print("programmed, padded, read again, and refused a missing file")
+
+
+def check_plain_locale(folder):
+    """Started from Finder, in a folder outside ASCII: every byte of its name is a character, and comes back
+    as that byte for the plug-ins, but not for files, whose names are made UTF-8."""
+    relative, full = "p --isp --fw a.bin", f"p --isp --fw {folder.path}/a.bin"
+    events, _ = folder.run("p --resetmcu", relative, full, locale="C")
+    assert results(events) == ["result 0", "result -1", "result 0"], events
+    assert folder.flash()[:len(FIRMWARE)] == FIRMWARE
+    events, _ = folder.run(relative)
+    assert results(events) == ["result 0"], events
+
+
+def main():
+    library, plugin, place, *host = sys.argv[1:]
+    for check, name in ((check_programming, "virtual"), (check_plain_locale, "größe")):
+        folder = Folder(f"{place}/{name}", library, plugin, host)
+        (folder.path / "a.bin").write_bytes(FIRMWARE)
+        check(folder)
+    print("programmed, padded, read again, refused a missing file; plug-ins found without a locale")
 
 
 if __name__ == "__main__":

@@ -19,13 +19,13 @@ class Folder:
         shutil.copy(library, self.path / "libScalerIsp.dylib")
         shutil.copy(isp_plugin, self.path / "PlugIn/libIsp.dylib")
 
-    def run(self, *lines):
+    def run(self, *lines, locale="C.UTF-8"):
         """(events, standard output) of one process that calls the library with these lines."""
         (self.path / "run.txt").write_text("load\n" + "".join(f"call {line}\n" for line in lines))
         (self.path / "events.txt").unlink(missing_ok=True)
         done = subprocess.run(
             [*self.host, str(self.path / "libScalerIsp.dylib"), "run.txt", "events.txt"],
-            cwd=self.path, env=dict(os.environ, LC_ALL="C.UTF-8"), check=True,
+            cwd=self.path, env=dict(os.environ, LC_ALL=locale), check=True,
             stdout=subprocess.PIPE)
         return (self.path / "events.txt").read_text().splitlines(), done.stdout.decode()
 
