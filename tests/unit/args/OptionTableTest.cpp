@@ -1,5 +1,8 @@
+#include <map>
+
 #include "OptionList.h"
 #include "ParserFixture.h"
+#include "scaler_isp/args/OptionTable.h"
 
 namespace {
 
@@ -14,6 +17,19 @@ using OptionTableTest = ParserTest;
 
 TEST_F(OptionTableTest, There_are_ninety_options) {
     EXPECT_EQ(std::size(kListedOptions), 90U);
+}
+
+TEST_F(OptionTableTest, Ids_of_the_options_have_a_row_and_no_others) {
+    std::map<int, std::string> names;
+    for (const ListedOption &option : kListedOptions) {
+        if (option.word == '-') {
+            names[static_cast<int>(option.number)] = option.name;
+        }
+    }
+    for (int id = -2; id <= 300; ++id) {
+        const OptionRow *row = FindOptionById(id);
+        EXPECT_EQ(row != nullptr ? row->pszName : "", names[id]) << id;
+    }
 }
 
 TEST_F(OptionTableTest, Option_with_a_value_complains_where_it_is_missing) {

@@ -100,6 +100,24 @@ TEST(RecordCopy, Sign_record_lies_directly_behind_the_command_record) {
     EXPECT_LT(whole.end() - found - static_cast<std::ptrdiff_t>(both.size()), 8);
 }
 
+TEST(RecordCopy, Members_lie_in_their_order) {
+    const auto parser = std::make_unique<CCpIspArgsParse>();
+    parser->SetCurrentDir("/folder/");
+    EXPECT_EQ(parser->InsertCommandFwFile(3, "a.bin"), 1);
+    const auto *place = reinterpret_cast<const char *>(parser.get());
+    EXPECT_EQ(*reinterpret_cast<const std::string *>(place), "/folder/");
+    place += sizeof(std::string);
+    const auto &files = *reinterpret_cast<const FwBankMap *>(place);
+    ASSERT_EQ(files.size(), 1U);
+    EXPECT_EQ(files.begin()->first, 3U);
+    place += sizeof(FwBankMap) + sizeof(CCpTransform);
+    const Storage<Command> given(Pattern(546704, 7));
+    parser->SetISPCmdSetting(*given.record);
+    EXPECT_EQ(std::memcmp(place, given.record.get(), 546704), 0);
+    EXPECT_EQ(place + 546704 + 1840,
+              reinterpret_cast<const char *>(parser.get()) + sizeof(CCpIspArgsParse));
+}
+
 TEST(RecordCopy, New_parser_holds_default_records) {
     const auto parser = std::make_unique<CCpIspArgsParse>();
     EXPECT_EQ(BytesOf(parser->GetDigitalSignArgs()), Bytes(1840, 0));
