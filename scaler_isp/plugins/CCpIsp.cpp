@@ -1,7 +1,6 @@
 #include "scaler_isp/plugins/CCpIsp.h"
 
 #include <cstdio>
-#include <string>
 
 #include "scaler_isp/abi/ResultCodes.h"
 #include "scaler_isp/common/Boundary.h"
@@ -25,10 +24,10 @@ void CCpIsp::Init() {
 int CCpIsp::LoadIspDllFile(wchar_t *path) {
     return ResultOrOnThrow(0, [&] {
         FreeIspDllFile();
-        std::string error;
+        const char *error = nullptr;
         m_hIspDll = OpenSharedLibrary(CCpTransform().ConvertWCHARToANSIString(path), error);
         if (m_hIspDll == nullptr) {
-            std::printf("dlopen - %sn", error.c_str());
+            std::printf("dlopen - %sn", error);
             return 0;
         }
         const SymbolRow rows[] = {

@@ -1,7 +1,6 @@
 #include "scaler_isp/plugins/CCpSignVerify.h"
 
 #include <cstdio>
-#include <string>
 
 #include "scaler_isp/abi/ResultCodes.h"
 #include "scaler_isp/common/Boundary.h"
@@ -23,10 +22,10 @@ void CCpSignVerify::Init() {
 int CCpSignVerify::LoadSignVerfiyDllFile(wchar_t *path) {
     return ResultOrOnThrow(0, [&] {
         FreeSignVerfiyDllFile();
-        std::string error;
+        const char *error = nullptr;
         m_hSignVerifyDll = OpenSharedLibrary(CCpTransform().ConvertWCHARToANSIString(path), error);
         if (m_hSignVerifyDll == nullptr) {
-            std::printf("dlopen - %s\n", error.c_str());
+            std::printf("dlopen - %s\n", error);
             return 0;
         }
         const SymbolRow rows[] = {
@@ -34,7 +33,7 @@ int CCpSignVerify::LoadSignVerfiyDllFile(wchar_t *path) {
             {"SignFwExport", &m_pfnSignFwExport, true},
         };
         if (ResolveSymbols(m_hSignVerifyDll, rows, error) != nullptr) {
-            std::printf("dlsym - %s\n", error.c_str());
+            std::printf("dlsym - %s\n", error);
             FreeSignVerfiyDllFile();
             return 0;
         }

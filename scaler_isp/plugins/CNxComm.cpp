@@ -33,11 +33,10 @@ int CNxComm::LoadCommDllFile(wchar_t *path) {
     return ResultOrOnThrow(0, [&] {
         FreeCommDllFile();
         const std::string narrow = CCpTransform().ConvertWCHARToANSIString(path);
-        std::string error;
+        const char *error = nullptr;
         void *handle = OpenSharedLibrary(narrow, error);
         if (handle == nullptr) {
-            std::fprintf(stderr, "Failed to open libaray %s error:%s\n", narrow.c_str(),
-                         error.c_str());
+            std::fprintf(stderr, "Failed to open libaray %s error:%s\n", narrow.c_str(), error);
             return 0;
         }
         m_hCommDll = handle;

@@ -49,11 +49,10 @@ int nxdLoadDeviceDllFile(wchar_t *path) {
     return ResultOrOnThrow(kNotOpened, [&] {
         nxdFreeDeviceDllFile();
         const std::string narrow = CCpTransform().ConvertWCHARToCHAR(path);
-        std::string error;
+        const char *error = nullptr;
         g_hDeviceDll = OpenSharedLibrary(narrow, error);
         if (g_hDeviceDll == nullptr) {
-            std::fprintf(stderr, "Failed to open libaray %s error:%s\n", narrow.c_str(),
-                         error.c_str());
+            std::fprintf(stderr, "Failed to open libaray %s error:%s\n", narrow.c_str(), error);
             return kNotOpened;
         }
         for (const DeviceRow &row : kRows) {

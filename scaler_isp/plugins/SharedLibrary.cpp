@@ -5,15 +5,15 @@
 
 namespace {
 
-// The text is gone with the loader's next call, so it is fetched at once and only once.
-std::string LoaderText() {
+// The loader forgets the text when it is fetched, so that is done only once.
+const char *LoaderText() {
     const char *text = ::dlerror();
     return text != nullptr ? text : "";
 }
 
 } // namespace
 
-void *OpenSharedLibrary(const std::string &path, std::string &error) {
+void *OpenSharedLibrary(const std::string &path, const char *&error) {
     if (path.empty()) {
         error = "the path is empty or cannot be expressed in the environment's encoding";
         return nullptr;
@@ -25,7 +25,7 @@ void *OpenSharedLibrary(const std::string &path, std::string &error) {
     return handle;
 }
 
-const SymbolRow *ResolveSymbols(void *handle, std::span<const SymbolRow> rows, std::string &error) {
+const SymbolRow *ResolveSymbols(void *handle, std::span<const SymbolRow> rows, const char *&error) {
     for (const SymbolRow &row : rows) {
         ::dlerror(); // forgets an older failure
         void *symbol = ::dlsym(handle, row.pszName);

@@ -5,7 +5,8 @@
 #include <string>
 
 /// The one way to open a library and look functions up (dlopen, dlsym; POSIX). Each binding keeps
-/// its own messages, order and codes.
+/// its own messages, order and codes. Nothing here needs memory, so a load that fails can always
+/// close what it opened.
 
 /// One function to look up.
 struct SymbolRow {
@@ -16,14 +17,15 @@ struct SymbolRow {
 
 /// Opens a library with immediate binding.
 /// \param path   narrow; an empty one is a failure (the loader would open the main program).
-/// \param error  receives the loader's own words.
+/// \param error  receives the loader's own words; they live until its next call.
 /// RETURNS the handle, or null.
-void *OpenSharedLibrary(const std::string &path, std::string &error);
+void *OpenSharedLibrary(const std::string &path, const char *&error);
 
 /// Fills the rows in order, a missing optional symbol with null.
-/// \param error  receives the loader's own words about a required symbol that is missing.
+/// \param error  receives the loader's own words about a required symbol that is missing; they live
+///               until its next call.
 /// RETURNS the row of that symbol, or null when all went well.
-const SymbolRow *ResolveSymbols(void *handle, std::span<const SymbolRow> rows, std::string &error);
+const SymbolRow *ResolveSymbols(void *handle, std::span<const SymbolRow> rows, const char *&error);
 
 void CloseSharedLibrary(void *handle);
 
