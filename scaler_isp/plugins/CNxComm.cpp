@@ -40,15 +40,24 @@ int CNxComm::LoadCommDllFile(wchar_t *path) {
             return 0;
         }
         m_hCommDll = handle;
-#define SCALER_ISP_LOOK_UP_REQUIRED(METHOD, SYMBOL) {#SYMBOL, &m_pfn##METHOD, true},
-#define SCALER_ISP_LOOK_UP_REQUIRED_TWICE(METHOD, SYMBOL)                                          \
-    SCALER_ISP_LOOK_UP_REQUIRED(METHOD, SYMBOL) SCALER_ISP_LOOK_UP_REQUIRED(METHOD, SYMBOL)
-#define SCALER_ISP_LOOK_UP_OPTIONAL(METHOD, SYMBOL) {#SYMBOL, &m_pfn##METHOD, false},
-#define SCALER_ISP_LOOK_UP_NEVER(METHOD, SYMBOL)
+        // What must be there first: where it is missing, nothing is asked for what may be.
+        const SymbolRow rows[] = {
+#define SCALER_ISP_REQUIRED_ROW(METHOD, SYMBOL) {#SYMBOL, &m_pfn##METHOD, true},
+#define SCALER_ISP_REQUIRED_TWICE_ROW(METHOD, SYMBOL)                                              \
+    SCALER_ISP_REQUIRED_ROW(METHOD, SYMBOL) SCALER_ISP_REQUIRED_ROW(METHOD, SYMBOL)
+#define SCALER_ISP_OPTIONAL_ROW(METHOD, SYMBOL)
+#define SCALER_ISP_NEVER_ROW(METHOD, SYMBOL)
 #define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, UNLOADED, PARAMETERS,      \
                                  ARGUMENTS)                                                        \
-    SCALER_ISP_LOOK_UP_##LOOKUP(METHOD, SYMBOL)
-        const SymbolRow rows[] = {
+    SCALER_ISP_##LOOKUP##_ROW(METHOD, SYMBOL)
+#include "scaler_isp/plugins/comm_functions.def"
+#undef SCALER_ISP_REQUIRED_ROW
+#undef SCALER_ISP_OPTIONAL_ROW
+#define SCALER_ISP_REQUIRED_ROW(METHOD, SYMBOL)
+#define SCALER_ISP_OPTIONAL_ROW(METHOD, SYMBOL) {#SYMBOL, &m_pfn##METHOD, false},
+#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, UNLOADED, PARAMETERS,      \
+                                 ARGUMENTS)                                                        \
+    SCALER_ISP_##LOOKUP##_ROW(METHOD, SYMBOL)
 #include "scaler_isp/plugins/comm_functions.def"
         };
         if (ResolveSymbols(handle, rows, error) != nullptr) {

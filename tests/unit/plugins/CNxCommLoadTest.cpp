@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 
 #include "comm/CommRecord.h"
+#include "comm/CommSymbols.h"
 #include "comm/LibraryCopy.h"
 #include "support/CapturedOutput.h"
 #include "support/TempFolder.h"
@@ -19,33 +20,10 @@ namespace {
 using testing::EndsWith;
 using testing::StartsWith;
 
-const std::vector<std::string> kOptional = {"SetI2CDebugPort",
-                                            "SetI2CoverAUXDebugPort",
-                                            "ReadDDRCPURegEx",
-                                            "WriteDDRCPURegEx",
-                                            "ReadDDRCPURegsEx",
-                                            "WriteDDRCPURegsEx",
-                                            "CheckSnifferBoardCustomerId",
-                                            "I2CSlaveWrite",
-                                            "I2CSlaveRead",
-                                            "Read32BitReg1Byte",
-                                            "I2CStretchRead",
-                                            "Write32BitReg1Byte"};
-
-/// Every symbol that must be there: those of the methods and the one that no method calls.
+/// Every symbol that must be there.
 std::vector<std::string> RequiredSymbols() {
-    const char *const symbols[] = {
-        "I2CMasterCurrentReadEx",
-#define COMM_ROW(SLOT, METHOD, SYMBOL, ...) SYMBOL,
-#include "comm/comm_rows.def"
-    };
-    std::vector<std::string> required;
-    for (const char *symbol : symbols) {
-        if (symbol != nullptr && std::count(kOptional.begin(), kOptional.end(), symbol) == 0 &&
-            std::count(required.begin(), required.end(), symbol) == 0) {
-            required.emplace_back(symbol);
-        }
-    }
+    std::vector<std::string> required = CalledCommSymbols();
+    required.emplace_back(kUncalledCommSymbol);
     return required;
 }
 
@@ -113,6 +91,24 @@ TEST_F(CNxCommLoad, Complete_library_loads_with_1_and_fills_all_but_20_pointers)
     ExpectDefaultFormerValues(comm);
 }
 
+TEST_F(CNxCommLoad, Pointers_are_the_functions_of_the_methods_in_their_order) {
+    const char *const symbols[] = {
+#define COMM_ROW(SLOT, METHOD, SYMBOL, ...) SYMBOL,
+#include "comm/comm_rows.def"
+    };
+    CNxComm comm;
+    ASSERT_EQ(Load(comm, COMM_RECORDER_FILE), 1);
+    const std::vector<std::uintptr_t> words = HandleAndPointers(comm);
+    auto *library = reinterpret_cast<void *>(words[0]);
+    for (std::size_t i = 0; i < 156; ++i) {
+        // The method of this one calls its neighbour's, but it has its own.
+        const char *symbol = i == 85 ? kUncalledCommSymbol : symbols[i];
+        void *function = symbol != nullptr ? dlsym(library, symbol) : nullptr;
+        EXPECT_EQ(words[1 + i], reinterpret_cast<std::uintptr_t>(function)) << i;
+    }
+    comm.FreeCommDllFile();
+}
+
 TEST_F(CNxCommLoad, Each_of_the_124_required_symbols_is_needed) {
     const std::vector<std::string> required = RequiredSymbols();
     ASSERT_EQ(required.size(), 124U);
@@ -130,8 +126,8 @@ TEST_F(CNxCommLoad, Each_of_the_124_required_symbols_is_needed) {
 }
 
 TEST_F(CNxCommLoad, Each_of_the_12_optional_symbols_may_be_missing) {
-    ASSERT_EQ(kOptional.size(), 12U);
-    for (const std::string &symbol : kOptional) {
+    ASSERT_EQ(kOptionalCommSymbols.size(), 12U);
+    for (const std::string &symbol : kOptionalCommSymbols) {
         CNxComm comm;
         EXPECT_EQ(Load(comm, Copy(symbol + ".so", {symbol})), 1) << symbol;
         const auto words = HandleAndPointers(comm);
@@ -142,7 +138,7 @@ TEST_F(CNxCommLoad, Each_of_the_12_optional_symbols_may_be_missing) {
 
 TEST_F(CNxCommLoad, Without_all_optional_symbols_their_methods_answer_6) {
     CNxComm comm;
-    EXPECT_EQ(Load(comm, Copy("few.so", kOptional)), 1);
+    EXPECT_EQ(Load(comm, Copy("few.so", kOptionalCommSymbols)), 1);
     unsigned int word = 0;
     unsigned char byte = 0;
     EXPECT_EQ(comm.SetI2CDebugPort(1, 2), 6U);
@@ -163,7 +159,7 @@ TEST_F(CNxCommLoad, Without_all_optional_symbols_their_methods_answer_6) {
 TEST_F(CNxCommLoad, Optional_symbols_of_an_earlier_library_are_forgotten) {
     CNxComm comm;
     EXPECT_EQ(Load(comm, COMM_RECORDER_FILE), 1);
-    EXPECT_EQ(Load(comm, Copy("few.so", kOptional)), 1);
+    EXPECT_EQ(Load(comm, Copy("few.so", kOptionalCommSymbols)), 1);
     const auto words = HandleAndPointers(comm);
     EXPECT_EQ(std::count(words.begin(), words.end(), 0U), 32);
     comm.FreeCommDllFile();

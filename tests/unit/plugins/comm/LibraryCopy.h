@@ -12,6 +12,8 @@
 #include <dlfcn.h>
 #include <link.h>
 
+#include "modules/ModuleCalls.h"
+
 inline std::string FileBytes(const std::string &path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
@@ -55,16 +57,6 @@ inline std::string WithoutFunctions(std::string library, const std::vector<std::
         throw std::runtime_error("a function to leave out is not there");
     }
     return library;
-}
-
-/// Whether some handle keeps the file open.
-inline bool IsLoaded(const std::string &path) {
-    void *handle = dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD);
-    if (handle == nullptr) {
-        return false;
-    }
-    dlclose(handle);
-    return true;
 }
 
 #endif
