@@ -62,6 +62,24 @@ void *Slot(CNxComm &comm, unsigned slot) {
     return table[slot];
 }
 
+/// What the function behind a pointer received last.
+struct Received {
+    int calls = 0;
+    std::string arguments; ///< their bytes, one after the other
+    std::vector<unsigned> sizes;
+} g_received;
+
+alignas(16) unsigned char g_answer[16]; // and what it returns
+
+template <class Parameter, class Value> void Receive(const Value &value) {
+    const void *address = &value;
+    const void *bytes =
+        std::is_reference_v<Parameter> ? static_cast<const void *>(&address) : &value;
+    const std::size_t size = std::is_reference_v<Parameter> ? sizeof address : sizeof value;
+    g_received.arguments.append(static_cast<const char *>(bytes), size);
+    g_received.sizes.push_back(static_cast<unsigned>(size));
+}
+
 struct Called {
     std::string result;    ///< its bytes; empty where there is none
     std::string arguments; ///< the bytes of all arguments, one after the other
@@ -77,6 +95,17 @@ template <class Result, class... Parameters> struct Caller<Result(Parameters...)
             return sizeof(Result);
         }
     }();
+
+    /// A function of the library, its arguments told by their places and not by their names.
+    static Result Function(Parameters... arguments) {
+        g_received = {g_received.calls + 1, {}, {}};
+        (Receive<Parameters>(arguments), ...);
+        if constexpr (!std::is_void_v<Result>) {
+            Result result;
+            std::memcpy(static_cast<void *>(&result), g_answer, sizeof result);
+            return result;
+        }
+    }
 
     static Called Call(CNxComm &comm, unsigned slot) {
         return WithPlaces(comm, slot, std::index_sequence_for<Parameters...>{});
@@ -107,11 +136,18 @@ struct Row {
     std::uint64_t unloaded;
     std::size_t resultBytes;
     Called (*call)(CNxComm &comm, unsigned slot);
+    void *function;
 };
 
 const Row kRows[] = {
 #define COMM_ROW(SLOT, METHOD, SYMBOL, UNLOADED, ...)                                              \
-    {SLOT, #METHOD, SYMBOL, UNLOADED, Caller<__VA_ARGS__>::kResultBytes, Caller<__VA_ARGS__>::Call},
+    {SLOT,                                                                                         \
+     #METHOD,                                                                                      \
+     SYMBOL,                                                                                       \
+     UNLOADED,                                                                                     \
+     Caller<__VA_ARGS__>::kResultBytes,                                                            \
+     Caller<__VA_ARGS__>::Call,                                                                    \
+     reinterpret_cast<void *>(&Caller<__VA_ARGS__>::Function)},
 #include "comm/comm_rows.def"
 };
 
@@ -212,6 +248,34 @@ TEST_F(CNxCommForwarding, Master_current_read_ex_calls_the_plain_read) {
     unsigned char data[1] = {};
     m_comm.I2CMasterCurrentReadEx(0xA0, 1, data);
     EXPECT_STREQ(m_record->name, "I2CMasterCurrentRead");
+}
+
+/// The pointer with this number in the object, which lies behind the handle.
+void SetPointer(CNxComm &comm, std::size_t number, void *function) {
+    std::memcpy(reinterpret_cast<char *>(&comm) + 64 + 8 * number, &function, sizeof function);
+}
+
+TEST(CNxCommPointers, Every_method_calls_its_own_pointer_with_its_arguments_in_order) {
+    for (unsigned char i = 0; i < 16; ++i) {
+        g_answer[i] = static_cast<unsigned char>(0xD1 + i);
+    }
+    CNxComm comm;
+    const std::string former(reinterpret_cast<const char *>(&comm) + 8, 48);
+    for (const Row &row : kRows) {
+        SCOPED_TRACE(row.method);
+        const bool asTheRowBefore = std::strcmp(row.method, "I2CMasterCurrentReadEx") == 0;
+        const unsigned number = row.slot - 4 - (asTheRowBefore ? 1 : 0);
+        g_received = {};
+        SetPointer(comm, number, row.function);
+        const Called called = row.call(comm, row.slot);
+        SetPointer(comm, number, nullptr);
+        EXPECT_EQ(g_received.calls, 1);
+        EXPECT_EQ(g_received.sizes, called.sizes);
+        EXPECT_EQ(g_received.arguments, called.arguments);
+        EXPECT_EQ(called.result, std::string(reinterpret_cast<char *>(g_answer), row.resultBytes));
+    }
+    EXPECT_EQ(std::string(reinterpret_cast<const char *>(&comm) + 8, 48), former)
+        << "the former values are the users'";
 }
 
 TEST(CNxCommEmpty, Every_method_answers_as_not_loaded_and_prints_nothing) {

@@ -3,11 +3,14 @@
 #include "scaler_isp/plugins/DeviceLibrary.h"
 
 #include <cstring>
+#include <map>
 #include <type_traits>
+#include <typeindex>
 
 #include <gmock/gmock.h>
 
 #include "comm/LibraryCopy.h"
+#include "scaler_isp/abi/CommTypes.h"
 #include "support/CapturedOutput.h"
 #include "support/TempFolder.h"
 #include "support/TestLocale.h"
@@ -18,10 +21,11 @@ struct Pointer {
     std::string name;
     std::string symbol;
     void *slot;
+    std::type_index type;
 };
 
 #define POINTER(NAME, SYMBOL)                                                                      \
-    { "nxd" #NAME, SYMBOL, &nxd##NAME }
+    { "nxd" #NAME, SYMBOL, &nxd##NAME, typeid(nxd##NAME) }
 
 const Pointer kLoaded[] = {
     // required, in the order of the look-up
@@ -120,6 +124,18 @@ static_assert(std::is_same_v<decltype(nxdSetConfigFilePath), void (*)(wchar_t *)
 static_assert(
     std::is_same_v<decltype(nxdSectorErase), unsigned int (*)(unsigned char, unsigned char)>);
 
+/// The types of the communication functions, by the names of their methods.
+std::map<std::string, std::type_index> CommTypes() {
+    struct Types {
+#define COMM_ROW(SLOT, METHOD, SYMBOL, UNLOADED, ...) using METHOD = __VA_ARGS__;
+#include "comm/comm_rows.def"
+    };
+    return {
+#define COMM_ROW(SLOT, METHOD, SYMBOL, UNLOADED, ...) {#METHOD, typeid(Types::METHOD *)},
+#include "comm/comm_rows.def"
+    };
+}
+
 void *Value(const Pointer &pointer) {
     void *value = nullptr;
     std::memcpy(&value, pointer.slot, sizeof value);
@@ -172,6 +188,26 @@ TEST_F(DeviceLibrary, Only_the_first_37_pointers_are_ever_set) {
         EXPECT_NE(dlsym(g_hDeviceDll, pointer.symbol.c_str()), nullptr) << pointer.symbol;
         EXPECT_EQ(Value(pointer), nullptr) << pointer.name;
     }
+}
+
+TEST_F(DeviceLibrary, Types_are_those_of_the_communication_functions_with_the_same_name) {
+    const auto types = CommTypes();
+    std::size_t opaque = 0;
+    const auto check = [&](const Pointer &pointer) {
+        const std::string name = pointer.name.substr(3);
+        const auto same = types.find(name == "SetUsbWaitingMode" ? "SetWaitingMode" : name);
+        const bool found = same != types.end();
+        const std::type_index none = typeid(unsigned int (*)());
+        EXPECT_EQ(pointer.type, found ? same->second : none) << pointer.name;
+        opaque += found ? 0 : 1;
+    };
+    for (const Pointer &pointer : kLoaded) {
+        check(pointer);
+    }
+    for (const Pointer &pointer : kNeverLoaded) {
+        check(pointer);
+    }
+    EXPECT_EQ(opaque, 13U);
 }
 
 TEST_F(DeviceLibrary, Free_clears_the_37_pointers_and_closes) {
