@@ -153,6 +153,7 @@ TYPED_TEST(ProfileReader, Numbers_take_their_base_from_the_prefix) {
     EXPECT_EQ(this->GetInt("-12"), -12);
     EXPECT_EQ(this->GetInt("+7"), 7);
     EXPECT_EQ(this->GetInt("0b11"), 0);
+    EXPECT_EQ(this->GetInt("\t0x10"), 16);
 }
 
 TYPED_TEST(ProfileReader, Number_stops_at_the_first_character_that_does_not_fit) {

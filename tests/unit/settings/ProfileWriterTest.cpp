@@ -27,7 +27,10 @@ using Families = testing::Types<WideFamily, NarrowFamily>;
 TYPED_TEST_SUITE(ProfileWriter, Families);
 
 TYPED_TEST(ProfileWriter, Missing_file_is_created) {
-    EXPECT_EQ(TypeParam::Write(this->m_folder.Path("new.ini"), "S", "K", "V"), 1);
+    EXPECT_EQ(OutputOf([&] {
+                  EXPECT_EQ(TypeParam::Write(this->m_folder.Path("new.ini"), "S", "K", "V"), 1);
+              }),
+              "");
     EXPECT_EQ(this->m_folder.Read("new.ini"), "[S]\nK=V\n");
 }
 
@@ -210,6 +213,18 @@ TYPED_TEST(ProfileWriter, Full_device_gives_0_without_a_message) {
     }
     EXPECT_EQ(OutputOf([] { EXPECT_EQ(TypeParam::Write("/dev/full", "S", "K", "1"), 0); }), "");
     EXPECT_EQ(TypeParam::Get("/dev/full", "S", "K"), (Got{0, "dflt"}));
+}
+
+TEST(ProfileWriterNull, Null_deletes_neither_a_key_nor_a_section) {
+    const TempFolder folder;
+    const std::string path = folder.Write("p.ini", "[S]\nK=1\n[T]\nL=2\n");
+    EXPECT_EQ(CpNxWritePrivateProfileStringW(L"S", L"K", nullptr, Wide(path).c_str()), 1);
+    EXPECT_EQ(folder.Read("p.ini"), "[S]\nK=\n[T]\nL=2\n");
+    EXPECT_EQ(CpNxWritePrivateProfileStringW(L"T", nullptr, nullptr, Wide(path).c_str()), 1);
+    EXPECT_EQ(folder.Read("p.ini"), "[S]\nK=\n[T]\nL=2\n=\n");
+    EXPECT_EQ(CpNxWritePrivateProfileStringA("S", "K", nullptr, path.c_str()), 1);
+    EXPECT_EQ(CpNxWritePrivateProfileStringA("S", nullptr, nullptr, path.c_str()), 1);
+    EXPECT_EQ(folder.Read("p.ini"), "[S]\nK=\n=\n[T]\nL=2\n=\n");
 }
 
 } // namespace

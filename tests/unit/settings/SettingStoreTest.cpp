@@ -241,6 +241,29 @@ TEST_F(SettingStore, Switches_have_keys_of_their_names) {
     }
 }
 
+TEST_F(SettingStore, Path_of_the_settings_needs_no_terminator) {
+    const std::string name(260 - m_folder.Path().size(), 'n');
+    const std::string path = m_folder.Write(name, "[ISP_Action]\nenumActionType=9\n"
+                                                  "[ISP_Flash]\nbShowDumpFlash=1\n[ISP_Fw]\n");
+    ASSERT_EQ(path.size(), 260U);
+    constexpr std::size_t kBehind = 545384 + 260 * 4;
+    std::memset(reinterpret_cast<char *>(m_setting.get()) + kBehind, 'x',
+                sizeof(Setting) - kBehind);
+    SetPath(m_setting->wszSettingFile, path);
+    m_setting->LoadSetting();
+    EXPECT_EQ(At(*m_setting, 0), 9U);
+    m_setting->SaveSetting();
+    EXPECT_EQ(m_folder.Read(name), "[ISP_Action]\nenumActionType=9\n[ISP_Flash]\n"
+                                   "bShowDumpFlash=1\n[ISP_Fw]\nfwFileCount=0\n");
+    struct {
+        STRUCT_CP_ISP_UI_SETTING setting;
+        wchar_t behind[2] = L"x";
+    } switches;
+    SetPath(switches.setting.wszSettingFile, path);
+    switches.setting.LoadUISetting();
+    EXPECT_EQ(switches.setting.bShowDumpFlash, 1U);
+}
+
 TEST_F(SettingStore, Path_of_the_switches_lies_behind_them) {
     EXPECT_EQ(offsetof(STRUCT_CP_ISP_UI_SETTING, wszSettingFile), 32U);
     STRUCT_CP_ISP_UI_SETTING setting;
