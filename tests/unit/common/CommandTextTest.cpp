@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/CapturedOutput.h"
+
 namespace {
 
 using Bytes = std::vector<unsigned char>;
@@ -91,6 +93,7 @@ TEST(CommandText, Edid_needs_a_sum_of_zero) {
     EXPECT_EQ(Edid(L"0x01, 0x02"), (Converted{0, {}}));
     EXPECT_EQ(Edid(L""), (Converted{0, {}}));
     EXPECT_EQ(Edid(L"0"), (Converted{1, {0}}));
+    EXPECT_EQ(Edid(L"1"), (Converted{0, {}}));
     EXPECT_EQ(Edid(L"0x100, 0"), (Converted{0, {}}));
 }
 
@@ -109,7 +112,30 @@ TEST(CommandText, Edid_checksum_covers_the_whole_buffer) {
     EXPECT_EQ(EDIDToBin(two.data(), static_cast<unsigned int>(two.size()), bytes.data(), 256), 256);
 }
 
-TEST(CommandText, Converters_print_nothing_and_take_no_buffer) {
+TEST(CommandText, Converters_print_nothing) {
+    std::wstring text = L"0x100, NAME 09 /* open";
+    const auto length = static_cast<unsigned int>(text.size());
+    CCpNxString bad = L"G";
+    unsigned char bytes[4] = {};
+    wchar_t word[256] = {};
+    unsigned int pos = 0;
+    unsigned int value = 0;
+    CapturedOutput error(CapturedOutput::Stream::Error);
+    EXPECT_EQ(OutputOf([&] {
+                  CmdToBin(text.data(), length, bytes, 4);
+                  EDIDToBin(text.data(), length, bytes, 4);
+                  FindNextBytes(text.data(), pos, length, text.data(), &value);
+                  GetNextWord(text.data(), pos, length, word, 256);
+                  GetDefineValue(word, text.data(), &value);
+                  HexStrToInt(text.data(), 9);
+                  HexStrToInt(bad, 1);
+                  ConvetStringToByteArry("1,256,x", bytes, 4);
+              }),
+              "");
+    EXPECT_EQ(error.Take(), "");
+}
+
+TEST(CommandText, Without_a_buffer_there_are_no_bytes) {
     std::wstring text = L"1, 2";
     EXPECT_EQ(CmdToBin(text.data(), 4, nullptr, 9), 0);
     EXPECT_EQ(EDIDToBin(text.data(), 4, nullptr, 9), 0);
@@ -125,13 +151,13 @@ struct TokenRow {
 
 TEST(CommandText, Tokens_are_told_apart) {
     const TokenRow rows[] = {
-        {L"", 0, 0, L""},        {L" \t", 0, 2, L""},   {L" aZ_09-", 1, 6, L"aZ_09"},
-        {L"\rA", 3, 1, L""},     {L"\nA", 3, 1, L""},   {L", ", 4, 1, L""},
-        {L"{a", 5, 1, L""},      {L"}a", 6, 1, L""},    {L"/* x */y", 2, 7, L""},
-        {L"/* x *", 0, 6, L""},  {L"/*/", 0, 3, L""},   {L"/**/", 2, 4, L""},
-        {L"// x\ry", 2, 4, L""}, {L"//", 2, 2, L""},    {L"/x", 0, 1, L""},
-        {L"#x", 0, 1, L""},      {L"\xE4x", 0, 1, L""}, {L"\vx", 0, 1, L""},
-        {L"\x661 1", 0, 1, L""},
+        {L"", 0, 0, L""},        {L" \t", 0, 2, L""},    {L" aZ_09-", 1, 6, L"aZ_09"},
+        {L"\rA", 3, 1, L""},     {L"\nA", 3, 1, L""},    {L", ", 4, 1, L""},
+        {L"{a", 5, 1, L""},      {L"}a", 6, 1, L""},     {L"/* x */y", 2, 7, L""},
+        {L"/* x *", 0, 6, L""},  {L"/*/", 0, 3, L""},    {L"/**/", 2, 4, L""},
+        {L"// x\ry", 2, 4, L""}, {L"//", 2, 2, L""},     {L"/x", 0, 1, L""},
+        {L"#x", 0, 1, L""},      {L"\xE4x", 0, 1, L""},  {L"\vx", 0, 1, L""},
+        {L"\x661 1", 0, 1, L""}, {L"\t a,", 1, 3, L"a"},
     };
     for (const TokenRow &row : rows) {
         std::wstring text = row.text;

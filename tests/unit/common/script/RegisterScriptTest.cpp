@@ -141,6 +141,21 @@ TEST_F(RegisterScript, Script_stops_at_the_first_failure) {
     EXPECT_EQ(m_count, 2U) << "a failed read is not counted";
 }
 
+TEST_F(RegisterScript, Failed_block_read_keeps_what_was_delivered_before) {
+    for (const Bytes &block :
+         {Bytes{21, 0, 1, 0, 2, 1}, Bytes{23, 1, 0, 2, 1}, Bytes{25, 0, 1, 0, 2, 1}}) {
+        m_comm.calls.clear();
+        m_comm.failures[2] = 9;
+        m_count = 0;
+        Bytes script = {5, 1};
+        script.insert(script.end(), block.begin(), block.end());
+        script.insert(script.end(), {5, 2});
+        EXPECT_EQ(Run(script), 9) << int{block[0]};
+        EXPECT_EQ(m_count, 1U) << int{block[0]};
+        EXPECT_EQ(m_comm.calls.size(), 2U) << int{block[0]};
+    }
+}
+
 TEST_F(RegisterScript, Waits_are_milliseconds) {
     EXPECT_EQ(Run({0, 0, 5, 0, 0xFF, 0xFF, 0, 0, 0}), 0);
     EXPECT_EQ(g_waits, (std::vector<unsigned int>{5000, 65535000, 0}));
