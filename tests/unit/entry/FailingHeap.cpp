@@ -31,6 +31,10 @@ void *operator new(std::size_t size) {
     throw std::bad_alloc();
 }
 
+void *operator new[](std::size_t size) {
+    return operator new(size);
+}
+
 void *operator new(std::size_t size, const std::nothrow_t &) noexcept {
     void *memory = nullptr;
     if (size < kRecordBytes || g_successes != 0) {
