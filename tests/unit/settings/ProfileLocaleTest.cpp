@@ -91,6 +91,8 @@ TEST_F(ProfileLocale, Plain_ASCII_locale_takes_bytes) {
         EXPECT_EQ(Write("; \xE4\n[S]\nK=\xC3\xA4\n", L"L", L"\x00FF"),
                   "; \xE4\n[S]\nK=\xC3\xA4\nL=\xFF\n");
         EXPECT_EQ(m_result, 1);
+        EXPECT_EQ(Write("[S]\n", L"\x0080", L"\x00FF"), "[S]\n\x80=\xFF\n");
+        EXPECT_EQ(m_result, 1);
     }
 }
 

@@ -89,6 +89,8 @@ TYPED_TEST(ProfileWriter, Key_is_replaced_in_every_section_of_the_name) {
 }
 
 TYPED_TEST(ProfileWriter, Key_is_added_only_once) {
+    EXPECT_EQ(this->Written("[S]\nK=1\n\n[S]\nL=2\n\n[S]\n[T]\n", "S", "J", "3"),
+              "[S]\nK=1\nJ=3\n\n[S]\nL=2\n\n[S]\n[T]\n");
     EXPECT_EQ(this->Written("[S]\nK=1\n\n[S]\nL=2\n", "S", "J", "3"),
               "[S]\nK=1\nJ=3\n\n[S]\nL=2\n");
     EXPECT_EQ(this->Written("[S]\nK=1\n\n[S]\nL=2\n", "S", "L", "3"),
