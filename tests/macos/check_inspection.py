@@ -80,14 +80,14 @@ def changed_libraries_are_seen(library, folder):
 
 
 def old_numbers_are_seen(library, folder):
-    """Of the recorded table: a size a tenth off, imports three hundredths off, a row that is missing."""
+    """Of the recorded table: a size a fifth off, imports a tenth off, a row that is missing."""
     text = RESULTS.read_text()
     results = folder / "RESULTS.md"
     row = re.search(r"^\| arm64 \| (\S+) \| .*? \| yes \| \S+ \| (\d+) .*\n", text, re.MULTILINE)
     size, imports = int(row[1].replace(",", "")), int(row[2])
     for what, new in (
-            ("another size", row[0].replace(row[1], f"{size * 9 // 10:,}")),
-            ("other imports", row[0].replace(f" {imports} ", f" {imports * 103 // 100} ")),
+            ("another size", row[0].replace(row[1], f"{size * 4 // 5:,}")),
+            ("other imports", row[0].replace(f" {imports} ", f" {imports * 11 // 10} ")),
             ("no row", "")):
         results.write_text(text.replace(row[0], new))
         yield is_seen(f"{what} in {results.name}", "RESULTS.md is out of date; ./dev macos numbers",
