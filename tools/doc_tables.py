@@ -5,15 +5,18 @@
     | ... |
     <!-- end of table -->
 
-The name behind "table:" is one of TABLES; read are docs/*.md.
+The name behind "table:" is one of TABLES, or "options" and a purpose of args/OptionTable.cpp; read are
+docs/*.md. docs/options.md must explain every option, and name none that does not exist.
 """
 
+import functools
 import re
 import sys
 
+import option_rows
 from tracked import ROOT, report
 
-BLOCK = re.compile(r"(<!-- table: (?P<name>[a-z ]+) -->\n).*?(<!-- end of table -->\n)", re.DOTALL)
+BLOCK = re.compile(r"(<!-- table: (?P<name>[a-zA-Z0-9 ]+) -->\n).*?(<!-- end of table -->\n)", re.DOTALL)
 OPCODE = re.compile(
     r'^SCALER_ISP_OPCODE\((\d+), (\w+), (\w+), "([^"]*)", (.*)\)$', re.MULTILINE)
 KEY = re.compile(r"^    SCALER_ISP_(?:COMMAND|UI)_KEY\(L\"(\w+)\", (\w+)(?:, (\w+))?\),$",
@@ -62,20 +65,36 @@ def keys(source):
         yield f"| `{section}` | `{field}` | {number(default or '0')} |\n"
 
 
+def options(entries):
+    """The options of one purpose."""
+    yield "| option | value | meaning | with |\n|---|---|---|---|\n"
+    for entry in entries:
+        names = ", ".join(f"`--{name}`" for name in entry.names)
+        yield f"| {names} | {entry.value} | {entry.meaning} | {entry.also} |\n"
+
+
+OPTIONS, OPTION_PROBLEMS = option_rows.all_options()
 TABLES = {
     "opcodes": opcodes,
     "command keys": lambda: keys("settings/CommandSettingStore.cpp"),
     "switch keys": lambda: keys("settings/UiSetting.cpp"),
+} | {
+    f"options {purpose}": functools.partial(
+        options, [entry for entry in OPTIONS if entry.purpose == purpose])
+    for purpose in {entry.purpose for entry in OPTIONS}
 }
 
 
 def main():
-    problems, found = [], set()
+    problems, found = list(OPTION_PROBLEMS), set()
     for page in sorted(ROOT.glob("docs/*.md")):
         before = page.read_text()
 
         def renewed(block):
             found.add(block["name"])
+            if block["name"] not in TABLES:
+                problems.append(f"{page.relative_to(ROOT)}: there is no table '{block['name']}'")
+                return block[0]
             return block[1] + "".join(TABLES[block["name"]]()) + block[3]
 
         after = BLOCK.sub(renewed, before)
@@ -85,6 +104,9 @@ def main():
             problems.append(f"{page.relative_to(ROOT)} is out of date: run tools/doc_tables.py")
         else:
             page.write_text(after)
+    problems += option_rows.problems_of_page(
+        "docs/options.md", (ROOT / "docs/options.md").read_text(),
+        [name for entry in OPTIONS for name in entry.names], option_rows.console_options())
     problems += [f"no page shows the table '{name}'" for name in sorted(TABLES.keys() - found)]
     for name, rows, least in (("opcodes", opcodes, 27),
                               ("command keys", TABLES["command keys"], 12),
