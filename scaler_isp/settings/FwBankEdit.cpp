@@ -54,7 +54,7 @@ class FwBankPass {
         std::string_view line;
         while (m_lines.Next(line)) {
             const std::size_t equals = inSection ? line.find('=') : 0;
-            if (inSection && equals != line.npos) {
+            if (inSection && equals != std::string_view::npos) {
                 PutKeyLine(line, equals);
                 continue;
             }
@@ -119,7 +119,7 @@ class FwBankPass {
         }
         // An earlier write of the name may have had a longer number.
         const std::size_t longest = std::max(m_text.size(), value + kLongestDecimal);
-        m_certain = m_certain && m_text.find('\n', value) == m_text.npos &&
+        m_certain = m_certain && m_text.find('\n', value) == std::string::npos &&
                     longest - begin <= kProfileLineLimit;
         // Where the last write is not possible, the one before it is a number.
         while (index + 1 != m_keys.Count() && m_text.back() == ' ') {
