@@ -46,17 +46,27 @@ macos_native_configure() {
         -DCMAKE_CXX_FLAGS="-g -ffile-prefix-map=$PWD=." $launcher
 }
 
+# macos_build FOLDER OPTIONS...: for every object of two architectures clang leaves an empty folder among
+# the temporary files.
+macos_build() {
+    build_folder=$1
+    shift
+    mkdir -p build/macos/tmp
+    run env TMPDIR="$PWD/build/macos/tmp" cmake --build "$build_folder" -j "$jobs" "$@"
+    rm -rf build/macos/tmp
+}
+
 # The file that ships: debug information beside it, local symbols out of it.
 macos_library() {
     macos_environment
     if on_a_mac; then
         macos_native_configure
-        build build/macos/universal
+        macos_build build/macos/universal
         bin=
     else
         macos_sysroot
         macos_configure . build/macos/universal -DSCALER_ISP_TESTS=ON
-        build build/macos/universal
+        macos_build build/macos/universal
         bin=$macos_llvm/
         PATH=$PWD/build/macos/sysroot/bin:$PATH
     fi
@@ -82,7 +92,7 @@ macos_again() {
     cp -R CMakeLists.txt scaler_isp packaging build/macos/again/elsewhere/
     macos_configure build/macos/again/elsewhere build/macos/again/build -DBUILD_TESTING=OFF \
         -DSCALER_ISP_SIMULATOR=OFF
-    run cmake --build build/macos/again/build -j "$jobs" --target ScalerIsp
+    macos_build build/macos/again/build --target ScalerIsp
     run "$macos_llvm/llvm-strip" -x -S build/macos/again/build/lib/libScalerIsp.dylib
     run cmp build/macos/again/build/lib/libScalerIsp.dylib "$macos_library"
     echo "the same bytes from another folder"
