@@ -95,6 +95,19 @@ TEST_F(ArgsJudge, One_signature_type_is_allowed) {
     EXPECT_EQ(static_cast<unsigned>(Setting()->enumDigitalSignatureType), 0U);
 }
 
+TEST_F(ArgsJudge, Second_command_of_a_parser_keeps_what_it_has_no_option_for) {
+    EXPECT_ACCEPTED(Parse({"--mergefwinfo", "--write", "7"}));
+    EXPECT_ACCEPTED(Parse({"--resetmcu"}));
+    EXPECT_EQ(static_cast<unsigned>(Setting()->enumMergeFWInfoMode), 1U);
+    EXPECT_EQ(Setting()->stMergeFwInfo.ulMergeDataCount, 1U);
+    // The signature type is different: a command without one has none.
+    EXPECT_ACCEPTED(ParseFresh({"--isp", "--hw", "--dsmode", "2", "--fw", "fw.bin"}));
+    EXPECT_ACCEPTED(Parse({"--resetmcu"}));
+    EXPECT_EQ(static_cast<unsigned>(Setting()->enumDigitalSignatureType), 0U);
+    EXPECT_EQ(static_cast<unsigned>(Sign().enumDigitalSignatureType), 2U);
+    EXPECT_EQ(static_cast<unsigned>(Sign().enumHWDigitalSignatureMode), 2U);
+}
+
 TEST_F(ArgsJudge, Bad_signature_mode_prints_two_lines) {
     EXPECT_REFUSED(Parse({"--isp", "--sw", "--fw", "a.bin", "--dsmode", "5"}),
                    "Parameter out of range! --dsmode 5 \nDigital signature mode is illegal!\n");
@@ -167,6 +180,25 @@ TEST_F(ArgsJudge, Long_texts_fill_their_fields) {
     EXPECT_EQ(TextOf(Sign().szNextVerifyKeyFile), text.substr(0, 259));
     EXPECT_EQ(TextOf(Setting()->szBootFwPath), text.substr(0, 260));
     EXPECT_EQ(Setting()->stMergeFwInfo.ulMergeDataCount, 0U);
+}
+
+TEST_F(ArgsJudge, Shorter_texts_leave_nothing_of_longer_ones) {
+    for (const std::string &text : {std::string(300, 'k'), std::string("s"), std::string()}) {
+        EXPECT_REFUSED(Parse({"--isp", "--hw", "--dsmode", "1", "--boot", text, "--signfile", text,
+                              "--keypair", text, "--vkfile", text, "--skfile", text, "--subcert",
+                              text, "--nextvkfile", text}),
+                       "Program fw bin path should not be empty!\n");
+        std::string field = text;
+        field.resize(260);
+        const auto sign = Sign();
+        EXPECT_EQ(std::string(Setting()->szBootFwPath, 260), field);
+        EXPECT_EQ(std::string(sign.szSignatureFile, 260), field);
+        EXPECT_EQ(std::string(sign.szKeyPair, 260), field);
+        EXPECT_EQ(std::string(sign.szVerifyKeyFile, 260), field);
+        EXPECT_EQ(std::string(sign.szSignKeyFile, 260), field);
+        EXPECT_EQ(std::string(sign.szSubCertFile, 260), field);
+        EXPECT_EQ(std::string(sign.szNextVerifyKeyFile, 260), field);
+    }
 }
 
 TEST_F(ArgsJudge, Signing_ends_with_the_files) {

@@ -23,8 +23,11 @@ class BankArguments : public ParserTest {
     std::string b;
 };
 
-TEST_F(BankArguments, Null_path_is_refused_silently) {
+TEST_F(BankArguments, Null_path_is_refused_silently_and_leaves_no_entry) {
     EXPECT_REFUSED(File(0, nullptr), "");
+    FwBankMap map;
+    EXPECT_REFUSED(Ask([&] { return parser->JudgeFwMap(map); }),
+                   "Program fw bin path should not be empty!\n");
     EXPECT_ACCEPTED(File(0, "a.bin"));
 }
 

@@ -20,7 +20,9 @@ TEST_F(DumpFlashArguments, Address_length_and_name_are_stored) {
 }
 
 TEST_F(DumpFlashArguments, Refusals_print_nothing) {
+    setting.ulDumpAddr = 9;
     EXPECT_REFUSED(Convert("", "", "a.bin"), "");
+    EXPECT_EQ(setting.ulDumpAddr, 9U); // nothing given, nothing stored
     EXPECT_REFUSED(Convert("x", "16", ""), "");
     EXPECT_REFUSED(Convert("1", "y", ""), "");
     EXPECT_REFUSED(Convert("1", "0", ""), "");

@@ -1,3 +1,5 @@
+#include <filesystem>
+
 #include "ParserFixture.h"
 
 namespace {
@@ -21,6 +23,19 @@ TEST(FindFile, Names_must_be_longer_than_the_ending) {
                 testing::UnorderedElementsAre("a.bin", "x.bin", "._y.bin", "sub.bin"));
     EXPECT_THAT(Found(folder.Path(), ".txt"), testing::ElementsAre("c.bin.txt"));
     EXPECT_THAT(Found(folder.Path(), ".hex"), testing::IsEmpty());
+}
+
+TEST(FindFile, Names_come_in_the_order_of_the_listing) {
+    TempFolder folder;
+    for (int i = 1; i <= 40; ++i) {
+        folder.Write(std::to_string(i * 37 % 101) + ".bin", "");
+    }
+    std::vector<std::string> listed;
+    for (const auto &entry : std::filesystem::directory_iterator(folder.Path())) {
+        listed.push_back(entry.path().filename().string());
+    }
+    ASSERT_EQ(listed.size(), 40U);
+    EXPECT_EQ(Found(folder.Path(), ".bin"), listed);
 }
 
 TEST(FindFile, Names_are_appended) {

@@ -75,8 +75,7 @@ TEST_F(FwBankMapCopy, Path_is_cut_at_260_and_padded_with_zeroes) {
     EXPECT_EQ(TextOf(record->stFwBank[1].wszFwPath), std::wstring(259, L'y'));
     map[1] = Bank(0, 0, L"s");
     EXPECT_EQ(CopyMapFwToCStyleStruct(*record, map), 1);
-    EXPECT_EQ(record->stFwBank[1].wszFwPath[1], L'\0');
-    EXPECT_EQ(record->stFwBank[1].wszFwPath[259], L'\0');
+    EXPECT_EQ(std::wstring(record->stFwBank[1].wszFwPath, 260), L"s" + std::wstring(259, L'\0'));
 }
 
 TEST_F(FwBankMapCopy, Refused_copy_keeps_the_count) {
