@@ -53,6 +53,7 @@ unsigned int CalculateWordChecksum(unsigned char *data, unsigned int size) {
 int CpNxSaveAnsiFile(CCpNxString path, CCpNxString text, unsigned int charCount, int append) {
     return ResultOrOnThrow(0, [&] {
         const EnvironmentLocale locale;
+        const EnvironmentLocale::InUse use(locale);
         std::ofstream file(path.GetStringBufferBaseOnOS(),
                            append != 0 ? std::ios::app : std::ios::trunc);
         if (!file.is_open()) {

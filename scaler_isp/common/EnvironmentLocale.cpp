@@ -1,21 +1,28 @@
 #include "scaler_isp/common/EnvironmentLocale.h"
 
-#include <clocale>
+#include <cerrno>
 
-namespace {
+#include "scaler_isp/common/CallFailure.h"
 
-// setlocale's text lives until its next call, so it is copied at once.
-std::string CurrentName() {
-    const char *name = std::setlocale(LC_CTYPE, nullptr);
-    return name != nullptr ? name : "";
-}
-
-} // namespace
-
-EnvironmentLocale::EnvironmentLocale() : m_former(CurrentName()) {
-    std::setlocale(LC_CTYPE, "");
+EnvironmentLocale::EnvironmentLocale() {
+    errno = 0;
+    m_locale = ::newlocale(LC_CTYPE_MASK, "", locale_t{});
+    if (m_locale == locale_t{} && errno != ENOENT) {
+        throw CallFailure(errno);
+    }
 }
 
 EnvironmentLocale::~EnvironmentLocale() {
-    std::setlocale(LC_CTYPE, m_former.c_str());
+    if (Exists()) {
+        ::freelocale(m_locale);
+    }
+}
+
+EnvironmentLocale::InUse::InUse(const EnvironmentLocale &locale)
+    : m_previous(locale.Exists() ? ::uselocale(locale.m_locale) : locale_t{}) {}
+
+EnvironmentLocale::InUse::~InUse() {
+    if (m_previous != locale_t{}) {
+        ::uselocale(m_previous);
+    }
 }
