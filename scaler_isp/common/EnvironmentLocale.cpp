@@ -4,10 +4,20 @@
 
 #include "scaler_isp/common/CallFailure.h"
 
+namespace {
+
+// glibc reports a name that can be none (with a slash) as EINVAL, and from the second request on it
+// knows a missing locale without asking the system, which leaves errno alone.
+bool SaysNoSuchLocale(int error) {
+    return error == ENOENT || error == EINVAL || error == 0;
+}
+
+} // namespace
+
 EnvironmentLocale::EnvironmentLocale() {
     errno = 0;
     m_locale = ::newlocale(LC_CTYPE_MASK, "", locale_t{});
-    if (m_locale == locale_t{} && errno != ENOENT) {
+    if (m_locale == locale_t{} && !SaysNoSuchLocale(errno)) {
         throw CallFailure(errno);
     }
 }

@@ -1,5 +1,6 @@
 #include "scaler_isp/common/CCpTransform.h"
 
+#include <cerrno>
 #include <dlfcn.h>
 #include <iconv.h>
 #include <string>
@@ -50,6 +51,7 @@ extern "C" iconv_t iconv_open(const char *to, const char *from) {
     if (IconvWatch::current != nullptr) {
         for (const std::string &name : IconvWatch::current->missing) {
             if (name == to || name == from) {
+                errno = EINVAL;
                 return reinterpret_cast<iconv_t>(-1);
             }
         }
