@@ -21,6 +21,7 @@
 #include "scaler_isp/common/TextUtil.h"
 #include "scaler_isp/common/script/RegisterScript.h"
 #include "scaler_isp/entry/CommandLineSplit.h"
+#include "scaler_isp/entry/Globals.h"
 #include "scaler_isp/entry/RunFlow.h"
 #include "scaler_isp/plugins/CCpIsp.h"
 #include "scaler_isp/plugins/CCpSignVerify.h"

@@ -9,4 +9,11 @@
 #define SCALER_ISP_API
 #endif
 
+/// Marks a member of an exported class that is not for other binaries.
+#if defined(__GNUC__)
+#define SCALER_ISP_INTERNAL __attribute__((visibility("hidden")))
+#else
+#define SCALER_ISP_INTERNAL
+#endif
+
 #endif

@@ -14,11 +14,12 @@
 
 /// Turns one command line into the two records that the plug-ins receive.
 ///
-/// ParseArgs scans the arguments (ArgsScan) into a raw record, collects the firmware files
-/// (ArgsBankMap, ArgsFwSearch) and has everything judged (ArgsJudge, ArgsConvert). The other
-/// operations are its parts. Unless said otherwise an operation returns 1 for accepted and 0 for
-/// refused, and PRINTS its message to standard output before it refuses; what was stored before
-/// stays stored.
+/// ParseArgs scans the arguments into a raw record, collects the firmware files and validates
+/// everything. The other operations are its parts. Unless said otherwise an operation returns 1 for
+/// accepted and 0 for refused, and PRINTS its message to standard output before it refuses; what
+/// was stored before stays stored. 0 without a message may also mean that the system failed (no
+/// memory, no descriptor, an I/O error): never does such a failure leave an empty or default value
+/// in a record that was accepted.
 ///
 /// The object holds a command record: keep it on the heap.
 class SCALER_ISP_API CCpIspArgsParse {
@@ -101,12 +102,9 @@ class SCALER_ISP_API CCpIspArgsParse {
     int GetI2CCmdFromString(std::vector<unsigned char> &bytes, std::string text);
 
   private:
-    friend class ArgumentScan;
-    friend class ArgumentJudge;
-
     std::string m_strCurrentDir;
     FwBankMap m_mapCommandFw;
-    CCpTransform m_transform;
+    CCpTransform m_transform; // part of the class's layout, which hosts compile in
     STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING m_stSetting;
     STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS m_stDigitalSignArgs; // directly behind the command record
 };

@@ -5,8 +5,6 @@
 #include <cstring>
 #include <string_view>
 
-#include "scaler_isp/common/Boundary.h"
-
 namespace {
 
 constexpr int kEndOfOptions = -1;
@@ -103,7 +101,7 @@ int CpNxCmdLindParse::AddShortCmds(const char *shortCmds) {
 
 int CpNxCmdLindParse::AddLongCmd(const char *name, int hasArg, int *flag, int val) {
     if (name != nullptr) {
-        NothingOnThrow([&] { m_vecLongCmds.push_back({name, hasArg, flag, val}); });
+        m_vecLongCmds.push_back({name, hasArg, flag, val});
     }
     return 0;
 }
@@ -113,7 +111,7 @@ int CpNxCmdLindParse::AddLongCmds(const STRUCT_CP_LONG_CMD_UNIT *table) {
     while (end != nullptr && end->pszName != nullptr) {
         ++end;
     }
-    NothingOnThrow([&] { m_vecLongCmds.insert(m_vecLongCmds.end(), table, end); });
+    m_vecLongCmds.insert(m_vecLongCmds.end(), table, end);
     return 0;
 }
 
@@ -266,7 +264,7 @@ int CpNxCmdLindParse::ParseShortCmd(int argc, char **argv) {
 
 int CpNxCmdLindParse::ParseLongCmd(int argc, char **argv, int *longIndex, int longOnly,
                                    const char *prefix) {
-    if (m_pszNextChar == nullptr || argv == nullptr) {
+    if (m_pszNextChar == nullptr) {
         return kError;
     }
     char *text = m_pszNextChar;

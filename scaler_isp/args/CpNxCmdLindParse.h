@@ -43,7 +43,8 @@ class SCALER_ISP_API CpNxCmdLindParse {
     /// ":" silences the diagnostics. RETURNS 0.
     int AddShortCmds(const char *shortCmds);
 
-    /// Registers long options; a name that is null is left out. RETURNS 0.
+    /// Registers long options; a name that is null is left out. RETURNS 0. Throws std::bad_alloc:
+    /// an option must not get lost without a word.
     int AddLongCmd(const char *name, int hasArg, int *flag, int val);
     int AddLongCmds(const STRUCT_CP_LONG_CMD_UNIT *table);
 
@@ -72,13 +73,15 @@ class SCALER_ISP_API CpNxCmdLindParse {
     int GetUnknownChar(); ///< after an error: the character or the option's value, 0 for a name
 
   private:
-    int ParseShortCmd(int argc, char **argv);
-    int ParseElement(int argc, char **argv, int *longIndex, int longOnly);
-    void MoveOptionsForward(char **argv);
-    int MissingArgument() const;
-    int TakeLongCmd(int argc, char **argv, int *longIndex, const char *prefix,
-                    const STRUCT_CP_LONG_CMD_UNIT &unit, char *value);
-    void PrintAmbiguity(char **argv, const char *prefix, std::string_view name, int longOnly) const;
+    // Not for other binaries, unlike the rest of the class.
+    SCALER_ISP_INTERNAL int ParseShortCmd(int argc, char **argv);
+    SCALER_ISP_INTERNAL int ParseElement(int argc, char **argv, int *longIndex, int longOnly);
+    SCALER_ISP_INTERNAL void MoveOptionsForward(char **argv);
+    SCALER_ISP_INTERNAL int MissingArgument() const;
+    SCALER_ISP_INTERNAL int TakeLongCmd(int argc, char **argv, int *longIndex, const char *prefix,
+                                        const STRUCT_CP_LONG_CMD_UNIT &unit, char *value);
+    SCALER_ISP_INTERNAL void PrintAmbiguity(char **argv, const char *prefix, std::string_view name,
+                                            int longOnly) const;
 
     std::vector<STRUCT_CP_LONG_CMD_UNIT> m_vecLongCmds;
     const char *m_pszShortCmds;

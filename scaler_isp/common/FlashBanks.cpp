@@ -2,33 +2,53 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <fstream>
+#include <fcntl.h>
+#include <unistd.h>
 
 #include "scaler_isp/abi/CommandSetting.h"
 #include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/FileBanks.h"
+#include "scaler_isp/common/TextConversion.h"
 
-// KEPT File_of_4_GiB_and_a_byte_is_one_bank: the size is taken as 32 bits.
-bool CountFlashBanks(const std::string &path, unsigned int &count) {
-    // Opened first and moved to the end then: opening at the end fails on some file systems for the
-    // folder that an empty name leads to. A position of -1 counts like any other.
-    std::ifstream file(path);
-    if (!file.is_open()) {
+namespace {
+
+/// The largest file whose banks an unsigned int counts.
+constexpr std::uint64_t kCountableBytes = std::uint64_t{1} << 48U;
+
+unsigned int BanksOf(std::uint64_t bytes) {
+    return static_cast<unsigned int>(bytes / SCALER_ISP_BANK_BYTES +
+                                     (bytes % SCALER_ISP_BANK_BYTES != 0 ? 1 : 0));
+}
+
+} // namespace
+
+bool FindEndOfFile(const std::string &path, std::int64_t &position) {
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) {
         return false;
     }
-    file.seekg(0, std::ios::end);
-    const auto position = static_cast<long long>(file.tellg());
-    const auto size = static_cast<std::uint32_t>(position);
-    count = size / SCALER_ISP_BANK_BYTES + (size % SCALER_ISP_BANK_BYTES != 0 ? 1 : 0);
+    // The directory that an empty name leads to has an end position of its own on every file
+    // system, and none on some; -1 counts like any other.
+    position = ::lseek(descriptor, 0, SEEK_END);
+    ::close(descriptor);
     return true;
+}
+
+// KEPT File_of_4_GiB_and_a_byte_is_one_bank: the size is taken as 32 bits.
+unsigned int BanksOfCommandFile(std::int64_t endPosition) {
+    return BanksOf(static_cast<std::uint32_t>(endPosition));
 }
 
 int GetFwBankCount(CCpNxString path, unsigned int &count) {
     return ResultOrOnThrow(0, [&] {
-        const std::string narrow = path.GetStringBufferBaseOnOS();
-        if (!CountFlashBanks(narrow, count)) {
+        const std::string narrow = Utf8FromWide(path);
+        std::int64_t position = 0;
+        if (!FindEndOfFile(narrow, position)) {
             std::printf("File open fail! %s\n", narrow.c_str());
             return 0;
         }
+        const auto bytes = static_cast<std::uint64_t>(position);
+        count = bytes < kCountableBytes ? BanksOf(bytes) : BanksOfCommandFile(position);
         return 1;
     });
 }

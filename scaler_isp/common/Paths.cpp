@@ -1,57 +1,79 @@
 #include "scaler_isp/common/Paths.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <cstdlib>
-#include <fstream>
+#include <dirent.h>
+#include <fcntl.h>
+#include <memory>
+#include <string_view>
+#include <unistd.h>
 
 #include "scaler_isp/common/Boundary.h"
-#include "scaler_isp/common/CCpTransform.h"
-#include "scaler_isp/common/Platform.h"
+#include "scaler_isp/common/CallFailure.h"
+#include "scaler_isp/common/LibraryDirectory.h"
+#include "scaler_isp/common/PathResolution.h"
 
 namespace {
 
-constexpr std::size_t kImagePathBytes = 260;
 constexpr std::size_t kResolvedPathBytes = 40960;
 static_assert(kResolvedPathBytes > PATH_MAX, "realpath writes up to PATH_MAX bytes");
 
-/// The path up to and including its last separator.
-std::string FolderOf(const std::string &path) {
-    for (const char separator : {'/', '\\'}) {
-        const auto last = path.rfind(separator);
-        if (last != std::string::npos) {
-            return path.substr(0, last + 1);
-        }
-    }
-    return "./";
-}
-
-CCpNxString ToWide(const std::string &path) {
-    CCpNxString wide;
-    wide = CCpTransform().ConvertCHARToUnicodeString(path.c_str());
-    if (wide.IsEmpty() && PlatformPathsFallBackToUtf8()) {
-        wide = path;
-    }
-    return wide;
-}
-
 } // namespace
 
+std::string ResolvePath(const std::string &path) {
+    // The buffer matters: after a failure it holds the path that could not be resolved, which users
+    // see in messages. The allocating form of realpath would give nothing.
+    std::string buffer(kResolvedPathBytes, '\0');
+    if (::realpath(path.c_str(), buffer.data()) == nullptr && !IsErrorOfPath(errno)) {
+        throw CallFailure(errno);
+    }
+    buffer.resize(std::min(buffer.find('\0'), buffer.size()));
+    return buffer;
+}
+
+std::string ResolveFile(const std::string &file, const std::string &directory) {
+    return IsAbsolutePath(file) ? file : ResolvePath(directory + file);
+}
+
+bool CanBeOpened(const std::string &path) {
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) {
+        return false;
+    }
+    ::close(descriptor);
+    return true;
+}
+
+std::vector<std::string> ListNames(const std::string &directory, const std::string &ending) {
+    std::vector<std::string> names;
+    const std::unique_ptr<DIR, int (*)(DIR *)> listing(::opendir(directory.c_str()), &::closedir);
+    if (listing == nullptr) {
+        if (!IsErrorOfPath(errno)) {
+            throw CallFailure(errno);
+        }
+        return names;
+    }
+    for (;;) {
+        errno = 0; // the end of the listing and an error both give null
+        const dirent *entry = ::readdir(listing.get());
+        if (entry == nullptr) {
+            break;
+        }
+        const std::string_view name = entry->d_name;
+        if (name.size() > ending.size() && name.ends_with(ending)) {
+            names.emplace_back(name);
+        }
+    }
+    if (errno != 0) {
+        throw CallFailure(errno);
+    }
+    return names;
+}
+
 CCpNxString GetCurrentProcessDir(void *address) {
-    return ResultOrOnThrow(CCpNxString(), [&] {
-        std::string narrow;
-        if (address == nullptr) {
-            narrow = PlatformExecutablePath();
-        } else if (PlatformImagePath(address, narrow)) {
-            narrow = FolderOf(narrow.substr(0, kImagePathBytes));
-        }
-        CCpNxString folder = ToWide(narrow);
-        if (!folder.IsEmpty()) {
-            // Without a "/" the position is -1 as an int, and Left(-1) is the whole text.
-            folder = folder.Left(static_cast<int>(folder.rfind(L'/'))) + L'/';
-        }
-        return folder;
-    });
+    return ResultOrOnThrow(CCpNxString(), [&] { return FindDirectoryOf(address).strName; });
 }
 
 CCpNxString GetParentDir(CCpNxString path) {
@@ -67,24 +89,15 @@ bool IsAbsolutePath(const std::string &path) {
 }
 
 std::string GetFileFullPath(const std::string &file, const std::string &directory) {
-    return ResultOrOnThrow(std::string(), [&] {
-        return IsAbsolutePath(file) ? file : GetAbsolutePath(directory + file);
-    });
+    return ResultOrOnThrow(std::string(), [&] { return ResolveFile(file, directory); });
 }
 
 std::string GetAbsolutePath(const std::string &path) {
-    return ResultOrOnThrow(std::string(), [&] {
-        // The buffer matters: after a failure it holds the path that could not be resolved, which
-        // users see in messages. The allocating form of realpath would give nothing.
-        std::string buffer(kResolvedPathBytes, '\0');
-        static_cast<void>(::realpath(path.c_str(), buffer.data()));
-        buffer.resize(std::min(buffer.find('\0'), buffer.size()));
-        return buffer;
-    });
+    return ResultOrOnThrow(std::string(), [&] { return ResolvePath(path); });
 }
 
 int PathFileExist(const std::string &path) {
-    return ResultOrOnThrow(0, [&] { return std::ifstream(path).is_open() ? 1 : 0; });
+    return CanBeOpened(path) ? 1 : 0;
 }
 
 int PopupDlgToGetOpenFilePath(CCpNxString title, CCpNxString &path) {

@@ -8,14 +8,27 @@
 
 namespace {
 
-std::string WorkingDirectory() {
-    std::array<char, 4096> buffer{};
-    return ::getcwd(buffer.data(), buffer.size()) != nullptr ? buffer.data() : "";
-}
+/// The working directory when the library was loaded, in memory that needs no allocation: nothing
+/// may fail while the loader runs this.
+class LoadDirectory {
+  public:
+    LoadDirectory() {
+        if (::getcwd(m_path.data(), m_path.size()) == nullptr) {
+            m_path[0] = '\0';
+        }
+    }
+    /// Empty if it could not be found.
+    const char *Path() const {
+        return m_path.data();
+    }
+
+  private:
+    std::array<char, 4096> m_path{};
+};
 
 // The loader reports a library under the name it was opened by. A relative one is only right in the
 // working directory of that moment, which is the one in which this initialiser runs.
-const std::string g_loadDirectory = WorkingDirectory();
+const LoadDirectory g_loadDirectory;
 
 } // namespace
 
@@ -25,13 +38,15 @@ bool PlatformImagePath(const void *address, std::string &path) {
         return false;
     }
     path = info.dli_fname;
-    if (!path.empty() && path.front() != '/' && !g_loadDirectory.empty()) {
-        while (path.compare(0, 2, "./") == 0) {
-            path.erase(0, 2);
-        }
-        path.insert(0, g_loadDirectory + "/");
+    if (path.empty() || path.front() == '/') {
+        return true;
     }
-    return true;
+    while (path.compare(0, 2, "./") == 0) {
+        path.erase(0, 2);
+    }
+    const std::string directory = g_loadDirectory.Path();
+    path.insert(0, directory + "/");
+    return !directory.empty(); // else it would be looked for in whatever directory is current now
 }
 
 std::string PlatformExecutablePath() {

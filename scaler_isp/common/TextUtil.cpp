@@ -1,9 +1,11 @@
 #include "scaler_isp/common/TextUtil.h"
 
+#include <cstddef>
 #include <string_view>
 
 #include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/Numbers.h"
+#include "scaler_isp/common/SplitText.h"
 
 namespace {
 
@@ -12,6 +14,23 @@ template <class Char> void Trim(std::basic_string<Char> &text) {
     const auto last = text.find_last_not_of(kBlank);
     text.erase(last == std::basic_string<Char>::npos ? 0 : last + 1);
     text.erase(0, text.find_first_not_of(kBlank));
+}
+
+std::vector<std::string> Split(std::string_view text, std::string_view delimiters, bool keepEmpty) {
+    std::vector<std::string> fields;
+    std::size_t start = 0;
+    for (auto stop = text.find_first_of(delimiters); stop != std::string_view::npos;
+         stop = text.find_first_of(delimiters, start)) {
+        if (stop > start || keepEmpty) {
+            fields.emplace_back(text.substr(start, stop - start));
+        }
+        start = stop + 1;
+    }
+    // A trailing empty field is never added.
+    if (start < text.size()) {
+        fields.emplace_back(text.substr(start));
+    }
+    return fields;
 }
 
 } // namespace
@@ -27,23 +46,14 @@ int StringtoInt(const std::string &text, int &value) {
     return 1;
 }
 
+std::vector<std::string> SplitText(std::string_view text, std::string_view delimiters) {
+    return Split(text, delimiters, false);
+}
+
 std::vector<std::string> StringSplit(const std::string &text, const char *delimiters,
                                      int keepEmpty) {
     return ResultOrOnThrow(std::vector<std::string>(), [&] {
-        std::vector<std::string> fields;
-        const std::string_view set = delimiters != nullptr ? delimiters : "";
-        std::string::size_type start = 0;
-        for (auto stop = text.find_first_of(set); stop != std::string::npos;
-             stop = text.find_first_of(set, start)) {
-            if (stop > start || keepEmpty != 0) {
-                fields.emplace_back(text, start, stop - start);
-            }
-            start = stop + 1;
-        }
-        if (start < text.size()) {
-            fields.emplace_back(text, start);
-        }
-        return fields;
+        return Split(text, delimiters != nullptr ? delimiters : "", keepEmpty != 0);
     });
 }
 

@@ -4,7 +4,8 @@
 #include <cstddef>
 
 #include "scaler_isp/common/Boundary.h"
-#include "scaler_isp/common/TextUtil.h"
+#include "scaler_isp/common/SplitText.h"
+#include "scaler_isp/entry/CommandTokens.h"
 
 namespace {
 
@@ -18,8 +19,8 @@ bool CollectSegments(const std::string &line, std::size_t quotes,
     std::string::size_type found = 0;
     std::string::size_type opening = 0;
     while (quotes > 0) {
-        // The search starts behind the last place, at index 1 the first time. A quote at index 0 is
-        // therefore counted but never found, and the last search then finds the end of the line.
+        // The search starts after the last position, at index 1 the first time. A quote at index 0
+        // is therefore counted but never found, and the last search then finds the end of the line.
         found = line.find(kQuote, found + 1);
         --quotes;
         if (quotes % 2 == 0) {
@@ -40,30 +41,32 @@ std::string Inner(const std::string &segment) {
 
 } // namespace
 
+bool SplitCommandLine(const std::string &commandLine, std::vector<std::string> &tokens) {
+    const auto quotes =
+        static_cast<std::size_t>(std::count(commandLine.begin(), commandLine.end(), kQuote));
+    std::vector<std::string> segments;
+    if (quotes % 2 != 0 || !CollectSegments(commandLine, quotes, segments)) {
+        return false;
+    }
+    std::string copy = commandLine;
+    for (const std::string &segment : segments) {
+        const auto position = copy.find(segment);
+        if (position != std::string::npos) {
+            copy.replace(position, segment.size(), kPlaceholder);
+        }
+    }
+    tokens = SplitText(copy, " ");
+    auto segment = segments.begin();
+    for (std::string &token : tokens) {
+        const auto position = token.find(kPlaceholder);
+        if (position != std::string::npos && segment != segments.end()) {
+            token.replace(position, kPlaceholderLength, Inner(*segment));
+            ++segment;
+        }
+    }
+    return true;
+}
+
 int ParseCommandLineParameter(std::vector<std::string> &tokens, const std::string &commandLine) {
-    return ResultOrOnThrow(0, [&] {
-        const auto quotes =
-            static_cast<std::size_t>(std::count(commandLine.begin(), commandLine.end(), kQuote));
-        std::vector<std::string> segments;
-        if (quotes % 2 != 0 || !CollectSegments(commandLine, quotes, segments)) {
-            return 0;
-        }
-        std::string copy = commandLine;
-        for (const std::string &segment : segments) {
-            const auto place = copy.find(segment);
-            if (place != std::string::npos) {
-                copy.replace(place, segment.size(), kPlaceholder);
-            }
-        }
-        tokens = StringSplit(copy, " ", 0);
-        auto segment = segments.begin();
-        for (std::string &token : tokens) {
-            const auto place = token.find(kPlaceholder);
-            if (place != std::string::npos && segment != segments.end()) {
-                token.replace(place, kPlaceholderLength, Inner(*segment));
-                ++segment;
-            }
-        }
-        return 1;
-    });
+    return ResultOrOnThrow(0, [&] { return SplitCommandLine(commandLine, tokens) ? 1 : 0; });
 }

@@ -1,6 +1,7 @@
 #include "scaler_isp/OperateScaler.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <memory>
 #include <new>
 #include <string>
@@ -9,9 +10,9 @@
 
 #include "scaler_isp/args/CCpIspArgsParse.h"
 #include "scaler_isp/common/Boundary.h"
-#include "scaler_isp/common/LibraryAnchor.h"
-#include "scaler_isp/common/Paths.h"
-#include "scaler_isp/entry/CommandLineSplit.h"
+#include "scaler_isp/common/LibraryDirectory.h"
+#include "scaler_isp/common/TextConversion.h"
+#include "scaler_isp/entry/CommandTokens.h"
 #include "scaler_isp/entry/Globals.h"
 #include "scaler_isp/entry/RunFlow.h"
 
@@ -66,9 +67,9 @@ int Carry(const CCpIspArgsParse &parser, void *device) {
 
 int ParseAndRun(CurrentParser &parser, const std::string &line, void *device,
                 ScalerIspProgressCallback progress, ScalerIspMessageCallback message) {
-    (*parser).SetCurrentDir(g_cpStrCurDir.GetStringBufferBaseOnOS());
+    (*parser).SetCurrentDir(Utf8FromWide(g_cpStrCurDir));
     std::vector<std::string> tokens;
-    if (ParseCommandLineParameter(tokens, line) == 0) {
+    if (!SplitCommandLine(line, tokens)) {
         parser.LeaveOver();
         return SCALER_ISP_REFUSED;
     }
@@ -99,9 +100,10 @@ int Operate(const wchar_t *commandLine, ScalerIspProgressCallback progress,
     // KEPT Device_handle_is_discarded: whatever the host passes, the plug-in works without
     // a handle.
     void *const device = nullptr;
-    const std::string line = wide.GetStringBufferBaseOnOS();
-    g_cpStrCurDir = GetCurrentProcessDir(TCSZ_GLOBAL_SYMBOL);
-    g_cpStrSettingFilePath = g_cpStrCurDir + L"IspSetting.ini";
+    const std::string line = Utf8FromWide(wide);
+    const LibraryDirectory directory = FindLibraryDirectory();
+    g_cpStrCurDir = directory.strName;
+    g_cpStrSettingFilePath = DefaultSettingFile(directory);
     std::unique_ptr<CCpIspArgsParse> fresh =
         ResultOrOnThrow(std::unique_ptr<CCpIspArgsParse>(), [] {
             return std::unique_ptr<CCpIspArgsParse>(new (std::nothrow) CCpIspArgsParse);
@@ -115,8 +117,12 @@ int Operate(const wchar_t *commandLine, ScalerIspProgressCallback progress,
 
 int Guarded(const wchar_t *commandLine, ScalerIspProgressCallback progress,
             ScalerIspMessageCallback message) {
-    return ResultOrOnThrow(static_cast<int>(SCALER_ISP_REFUSED),
-                           [&] { return Operate(commandLine, progress, message); });
+    const int result = ResultOrOnThrow(static_cast<int>(SCALER_ISP_REFUSED),
+                                       [&] { return Operate(commandLine, progress, message); });
+    // What the host prints next, on whatever stream, follows what was printed here. A failed flush
+    // says nothing about the device.
+    std::fflush(stdout);
+    return result;
 }
 
 } // namespace

@@ -8,10 +8,11 @@
 #include "scaler_isp/abi/RecordGaps.h"
 #include "scaler_isp/abi/ResultCodes.h"
 #include "scaler_isp/abi/SignVerifyPlugin.h"
-#include "scaler_isp/args/CCpIspArgsParse.h"
+#include "scaler_isp/args/CommandFlow.h"
+#include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/BoundedCopy.h"
-#include "scaler_isp/common/LibraryAnchor.h"
-#include "scaler_isp/common/Paths.h"
+#include "scaler_isp/common/LibraryDirectory.h"
+#include "scaler_isp/common/TextConversion.h"
 #include "scaler_isp/entry/Globals.h"
 #include "scaler_isp/plugins/CCpIsp.h"
 #include "scaler_isp/plugins/CCpSignVerify.h"
@@ -22,10 +23,10 @@ using Command = STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING;
 using SignArgs = STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS;
 
 constexpr unsigned int kBootEntry = 0;
-// The plug-in knows no size for the key; room behind the promised bytes keeps a longer one
+// The plug-in knows no size for the key; space after the promised bytes keeps a longer one
 // harmless.
-constexpr std::size_t kKeyRoomBytes = 4096;
-static_assert(kKeyRoomBytes > SCALER_ISP_FLASH_KEY_BYTES);
+constexpr std::size_t kKeyBufferBytes = 4096;
+static_assert(kKeyBufferBytes > SCALER_ISP_FLASH_KEY_BYTES);
 
 template <int (CCpIsp::*Wrapper)(Command *)> int Call(CCpIsp &isp, Command *setting) {
     return (isp.*Wrapper)(setting);
@@ -69,14 +70,14 @@ constexpr DispatchRow kDispatch[] = {
 };
 
 /// One run: the records it works on and the plug-ins it has loaded. Every step returns a result
-/// code; anything but success ends the run.
+/// code; anything but success ends the run. A step of its own that the system fails has the code
+/// that the step has anyway, so that only what plug-ins and callbacks throw leaves a run.
 class Run {
   public:
-    Run(Command &setting, SignArgs &signArgs, const CCpNxString &ispPath,
-        const CCpNxString &signVerifyName, void *device)
-        : m_setting(setting), m_signArgs(signArgs),
-          m_folder(GetCurrentProcessDir(TCSZ_GLOBAL_SYMBOL)), m_ispPath(m_folder + ispPath),
-          m_signVerifyPath(m_folder + signVerifyName), m_device(device) {}
+    Run(Command &setting, SignArgs &signArgs, const wchar_t *ispPath, const wchar_t *signVerifyName,
+        void *device)
+        : m_setting(setting), m_signArgs(signArgs), m_ispPath(ispPath),
+          m_signVerifyName(signVerifyName), m_device(device) {}
 
     int Execute() {
         switch (m_setting.enumActionType) {
@@ -90,8 +91,22 @@ class Run {
     }
 
   private:
+    /// The path of a plug-in; empty, which never loads, if the library's own directory is unknown:
+    /// the plug-ins of whatever directory is current are not ours.
+    static std::string PluginPath(const wchar_t *name) {
+        const LibraryDirectory directory = FindLibraryDirectory();
+        return directory.IsKnown() ? directory.strBytes + EnvironmentTextFromWide(name)
+                                   : std::string();
+    }
+
+    bool LoadIsp() {
+        return ResultOrOnThrow(false, [&] { return m_isp.Load(PluginPath(m_ispPath)); });
+    }
+
     int LoadSignVerify() {
-        return LoadSignVerfiyDll(m_signVerify, m_folder, m_signVerifyPath);
+        const bool loaded =
+            ResultOrOnThrow(false, [&] { return m_signVerify.Load(PluginPath(m_signVerifyName)); });
+        return loaded ? SCALER_ISP_SUCCESS : SCALER_ISP_SIGN_PLUGIN_MISSING;
     }
 
     int Verify() {
@@ -106,7 +121,7 @@ class Run {
     }
 
     int Operate() {
-        if (m_isp.LoadIspDllFile(m_ispPath.GetBuffer()) == 0) {
+        if (!LoadIsp()) {
             return SCALER_ISP_PLUGIN_NOT_LOADED;
         }
         m_isp.SetIDev(m_device);
@@ -139,18 +154,19 @@ class Run {
     }
 
     int VerifyWithKeyFromFlash() {
-        std::string key(kKeyRoomBytes, '\0');
+        const std::unique_ptr<unsigned char[]> key(
+            new (std::nothrow) unsigned char[kKeyBufferBytes]());
         std::unique_ptr<Command> copy(new (std::nothrow) Command(m_setting));
-        if (copy == nullptr) {
+        if (key == nullptr || copy == nullptr) {
             return SCALER_ISP_NO_WORKING_COPY;
         }
         copy->ClearMapFW();
         std::printf("Get Key From Flash ...\n");
-        const int result =
-            m_isp.GetKeyFromFlash(copy.get(), reinterpret_cast<unsigned char *>(key.data()));
+        const int result = m_isp.GetKeyFromFlash(copy.get(), key.get());
         copy.reset();
-        return result != SCALER_ISP_SUCCESS ? result
-                                            : m_signVerify.VerifySignature(&m_signArgs, key.data());
+        return result != SCALER_ISP_SUCCESS
+                   ? result
+                   : m_signVerify.VerifySignature(&m_signArgs, reinterpret_cast<char *>(key.get()));
     }
 
     /// In factory mode with new boot code the boot firmware goes to bank 0 first.
@@ -159,30 +175,31 @@ class Run {
             m_setting.enumIspMode != SCALER_ISP_MODE_FACTORY || m_setting.szBootFwPath[0] == '\0') {
             return SCALER_ISP_SUCCESS;
         }
-        const std::unique_ptr<CCpIspArgsParse> parser(new (std::nothrow) CCpIspArgsParse);
         const std::unique_ptr<Command> boot(new (std::nothrow) Command);
-        if (parser == nullptr || boot == nullptr) {
+        if (boot == nullptr) {
             return SCALER_ISP_NO_WORKING_COPY;
         }
         ClearGaps(*boot);
         boot->enumActionType = ENUM_ACTION_ISP;
-        if (MapBootFirmware(*parser, *boot) == 0) {
-            return SCALER_ISP_BOOT_MAP_TOO_LARGE;
+        int result = ResultOrOnThrow(static_cast<int>(SCALER_ISP_NO_WORKING_COPY),
+                                     [&] { return MapBootFirmware(*boot); });
+        if (result == SCALER_ISP_SUCCESS) {
+            result = m_isp.IspFlash(boot.get());
         }
-        const int result = m_isp.IspFlash(boot.get());
         return result != SCALER_ISP_SUCCESS ? result : UseHubDevice();
     }
 
     // KEPT Missing_boot_file_reaches_the_plugin_as_an_empty_map: a boot firmware that cannot be
     // read is reported, and the plug-in is called with no banks.
-    int MapBootFirmware(CCpIspArgsParse &parser, Command &boot) {
-        const std::string path = ReadBounded(m_setting.szBootFwPath);
-        parser.SetISPCmdSetting(boot);
-        parser.SetCurrentDir(m_folder.GetStringBufferBaseOnOS());
-        parser.InsertCommandFwFile(kBootEntry, path.c_str());
+    int MapBootFirmware(Command &boot) const {
+        FwBankMap files;
         FwBankMap bankMap;
-        parser.JudgeFwMap(bankMap);
-        return CopyMapFwToCStyleStruct(boot.stMapFw, bankMap);
+        if (AddFirmwareFile(files, kBootEntry, ReadBounded(m_setting.szBootFwPath))) {
+            static_cast<void>(ExpandFirmwareFiles(
+                files, boot, Utf8FromWide(FindLibraryDirectory().strName), bankMap));
+        }
+        return CopyMapFwToCStyleStruct(boot.stMapFw, bankMap) != 0 ? SCALER_ISP_SUCCESS
+                                                                   : SCALER_ISP_BOOT_MAP_TOO_LARGE;
     }
 
     int Dispatch() {
@@ -211,30 +228,33 @@ class Run {
 
     Command &m_setting;
     SignArgs &m_signArgs;
-    CCpNxString m_folder;
-    CCpNxString m_ispPath;
-    CCpNxString m_signVerifyPath;
+    const wchar_t *m_ispPath;
+    const wchar_t *m_signVerifyName;
     void *m_device;
     CCpIsp m_isp;
     CCpSignVerify m_signVerify;
 };
 
-} // namespace
-
-int ExecuteProcess(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting,
-                   STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *signArgs, CCpNxString &ispPath,
-                   CCpNxString &signVerifyName, void *device) {
+int Execute(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting,
+            STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *signArgs, const wchar_t *ispPath,
+            const wchar_t *signVerifyName, void *device) {
     if (setting == nullptr || signArgs == nullptr) {
         return SCALER_ISP_NO_WORKING_COPY;
     }
     return Run(*setting, *signArgs, ispPath, signVerifyName, device).Execute();
 }
 
+} // namespace
+
+int ExecuteProcess(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting,
+                   STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *signArgs, CCpNxString &ispPath,
+                   CCpNxString &signVerifyName, void *device) {
+    return Execute(setting, signArgs, ispPath.c_str(), signVerifyName.c_str(), device);
+}
+
 int DoIsp(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting,
           STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *signArgs, void *device) {
-    CCpNxString ispPath = STR_ISP_DLL_PATH;
-    CCpNxString signVerifyName = STR_SIGN_VERIFY_DLL;
-    const int result = ExecuteProcess(setting, signArgs, ispPath, signVerifyName, device);
+    const int result = Execute(setting, signArgs, STR_ISP_DLL_PATH, STR_SIGN_VERIFY_DLL, device);
     // KEPT Colour_is_reset_behind_the_line_end: the reset follows the line feed.
     if (result != SCALER_ISP_SUCCESS) {
         std::printf("\x1b[31mFail! Error Code: 0x%X\n\x1b[m", static_cast<unsigned>(result));

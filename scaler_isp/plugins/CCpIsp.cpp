@@ -4,7 +4,7 @@
 
 #include "scaler_isp/abi/ResultCodes.h"
 #include "scaler_isp/common/Boundary.h"
-#include "scaler_isp/common/CCpTransform.h"
+#include "scaler_isp/common/TextConversion.h"
 #include "scaler_isp/plugins/SharedLibrary.h"
 
 CCpIsp::CCpIsp() { // NOLINT(*-member-init): Init sets every member
@@ -23,24 +23,29 @@ void CCpIsp::Init() {
 
 int CCpIsp::LoadIspDllFile(wchar_t *path) {
     return ResultOrOnThrow(0, [&] {
-        FreeIspDllFile();
-        const char *error = nullptr;
-        m_hIspDll = OpenSharedLibrary(CCpTransform().ConvertWCHARToANSIString(path), error);
-        if (m_hIspDll == nullptr) {
-            std::printf("dlopen - %sn", error);
-            return 0;
-        }
-        const SymbolRow rows[] = {
+        FreeIspDllFile(); // also if the path cannot be converted
+        return Load(EnvironmentTextFromWide(path != nullptr ? path : L"")) ? 1 : 0;
+    });
+}
+
+bool CCpIsp::Load(const std::string &path) {
+    FreeIspDllFile();
+    const char *error = nullptr;
+    m_hIspDll = OpenSharedLibrary(path, error);
+    if (m_hIspDll == nullptr) {
+        std::printf("dlopen - %sn", error);
+        return false;
+    }
+    const SymbolRow rows[] = {
 #define SCALER_ISP_REQUIRED_SYMBOL(NAME) {#NAME, &m_pfn##NAME, true},
 #define SCALER_ISP_OPTIONAL_SYMBOL(NAME) {#NAME, &m_pfn##NAME, false},
 #include "scaler_isp/plugins/isp_functions.def"
-        };
-        if (ResolveSymbols(m_hIspDll, rows, error) != nullptr) {
-            FreeIspDllFile();
-            return 0;
-        }
-        return 1;
-    });
+    };
+    if (ResolveSymbols(m_hIspDll, rows, error) != nullptr) {
+        FreeIspDllFile();
+        return false;
+    }
+    return true;
 }
 
 void CCpIsp::FreeIspDllFile() {

@@ -1,6 +1,8 @@
 #ifndef SCALER_ISP_PLUGINS_CCP_ISP_H
 #define SCALER_ISP_PLUGINS_CCP_ISP_H
 
+#include <string>
+
 #include "scaler_isp/abi/Callbacks.h"
 #include "scaler_isp/abi/CommandSetting.h"
 #include "scaler_isp/abi/Export.h"
@@ -30,6 +32,9 @@ class SCALER_ISP_API CCpIsp {
     /// required function is missing. RETURNS 1 when loaded, else 0 and nothing stays open.
     // KEPT Open_failure_message_ends_in_the_letter_n: there is no line end behind it.
     int LoadIspDllFile(wchar_t *path);
+
+    /// The same for a path as the system knows it; for the library itself.
+    SCALER_ISP_INTERNAL bool Load(const std::string &path);
 
     /// Closes the plug-in and forgets its functions; does nothing when none is loaded.
     void FreeIspDllFile();

@@ -4,7 +4,7 @@
 
 #include "scaler_isp/abi/ResultCodes.h"
 #include "scaler_isp/common/Boundary.h"
-#include "scaler_isp/common/CCpTransform.h"
+#include "scaler_isp/common/TextConversion.h"
 #include "scaler_isp/plugins/SharedLibrary.h"
 
 CCpSignVerify::CCpSignVerify() { // NOLINT(*-member-init): Init sets every member
@@ -21,24 +21,29 @@ void CCpSignVerify::Init() {
 
 int CCpSignVerify::LoadSignVerfiyDllFile(wchar_t *path) {
     return ResultOrOnThrow(0, [&] {
-        FreeSignVerfiyDllFile();
-        const char *error = nullptr;
-        m_hSignVerifyDll = OpenSharedLibrary(CCpTransform().ConvertWCHARToANSIString(path), error);
-        if (m_hSignVerifyDll == nullptr) {
-            std::printf("dlopen - %s\n", error);
-            return 0;
-        }
-        const SymbolRow rows[] = {
-            {"VerifySignatureExport", &m_pfnVerifySignatureExport, true},
-            {"SignFwExport", &m_pfnSignFwExport, true},
-        };
-        if (ResolveSymbols(m_hSignVerifyDll, rows, error) != nullptr) {
-            std::printf("dlsym - %s\n", error);
-            FreeSignVerfiyDllFile();
-            return 0;
-        }
-        return 1;
+        FreeSignVerfiyDllFile(); // also if the path cannot be converted
+        return Load(EnvironmentTextFromWide(path != nullptr ? path : L"")) ? 1 : 0;
     });
+}
+
+bool CCpSignVerify::Load(const std::string &path) {
+    FreeSignVerfiyDllFile();
+    const char *error = nullptr;
+    m_hSignVerifyDll = OpenSharedLibrary(path, error);
+    if (m_hSignVerifyDll == nullptr) {
+        std::printf("dlopen - %s\n", error);
+        return false;
+    }
+    const SymbolRow rows[] = {
+        {"VerifySignatureExport", &m_pfnVerifySignatureExport, true},
+        {"SignFwExport", &m_pfnSignFwExport, true},
+    };
+    if (ResolveSymbols(m_hSignVerifyDll, rows, error) != nullptr) {
+        std::printf("dlsym - %s\n", error);
+        FreeSignVerfiyDllFile();
+        return false;
+    }
+    return true;
 }
 
 void CCpSignVerify::FreeSignVerfiyDllFile() {

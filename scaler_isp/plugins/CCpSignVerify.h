@@ -1,6 +1,8 @@
 #ifndef SCALER_ISP_PLUGINS_CCP_SIGN_VERIFY_H
 #define SCALER_ISP_PLUGINS_CCP_SIGN_VERIFY_H
 
+#include <string>
+
 #include "scaler_isp/abi/DigitalSignArgs.h"
 #include "scaler_isp/abi/Export.h"
 #include "scaler_isp/common/CCpNxString.h"
@@ -21,6 +23,9 @@ class SCALER_ISP_API CCpSignVerify {
     /// PRINTS "dlopen - %s\n" or "dlsym - %s\n" with the loader's text on failure.
     /// RETURNS 1 when loaded, else 0 and nothing stays open.
     int LoadSignVerfiyDllFile(wchar_t *path);
+
+    /// The same for a path as the system knows it; for the library itself.
+    SCALER_ISP_INTERNAL bool Load(const std::string &path);
 
     /// Closes the plug-in and forgets its functions; does nothing when none is loaded.
     void FreeSignVerfiyDllFile();

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "scaler_isp/common/Boundary.h"
-#include "scaler_isp/common/CCpTransform.h"
+#include "scaler_isp/common/TextConversion.h"
 #include "scaler_isp/plugins/SharedLibrary.h"
 
 static_assert(sizeof(STRUCT_REG_FORMER_VALUE) == 48);
@@ -32,7 +32,7 @@ void CNxComm::Init() {
 int CNxComm::LoadCommDllFile(wchar_t *path) {
     return ResultOrOnThrow(0, [&] {
         FreeCommDllFile();
-        const std::string narrow = CCpTransform().ConvertWCHARToANSIString(path);
+        const std::string narrow = EnvironmentTextFromWide(path != nullptr ? path : L"");
         const char *error = nullptr;
         void *handle = OpenSharedLibrary(narrow, error);
         if (handle == nullptr) {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "scaler_isp/common/Boundary.h"
-#include "scaler_isp/common/CCpTransform.h"
+#include "scaler_isp/common/TextConversion.h"
 #include "scaler_isp/plugins/SharedLibrary.h"
 
 void *g_hDeviceDll = nullptr;
@@ -48,7 +48,7 @@ void ClearPointers() {
 int nxdLoadDeviceDllFile(wchar_t *path) {
     return ResultOrOnThrow(kNotOpened, [&] {
         nxdFreeDeviceDllFile();
-        const std::string narrow = CCpTransform().ConvertWCHARToCHAR(path);
+        const std::string narrow = EnvironmentTextFromWide(path != nullptr ? path : L"");
         const char *error = nullptr;
         g_hDeviceDll = OpenSharedLibrary(narrow, error);
         if (g_hDeviceDll == nullptr) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "scaler_isp/args/CCpIspArgsParse.h"
 #include "support/CapturedOutput.h"
 #include "support/TempFolder.h"
 #include "support/TestLocale.h"
@@ -50,19 +51,33 @@ TEST(FlashBanks, Size_is_rounded_up_to_64_kib) {
         EXPECT_EQ(OutputOf([&] { EXPECT_EQ(GetFwBankCount(Wide(path), count), 1) << row.size; }),
                   "");
         EXPECT_EQ(count, row.banks) << row.size;
+        std::string given = path;
         count = 4711;
-        EXPECT_TRUE(CountFlashBanks(path, count)) << row.size;
+        EXPECT_EQ(CCpIspArgsParse().GetFwBankCount(given, count), 1) << row.size;
         EXPECT_EQ(count, row.banks) << row.size;
     }
 }
 
 TEST(FlashBanks, File_of_4_GiB_and_a_byte_is_one_bank) {
+    const struct {
+        std::int64_t size;
+        unsigned ofFile;
+        unsigned ofCommandFile; ///< which takes the size as 32 bits
+    } rows[] = {
+        {4294967296, 65536, 0},
+        {4294967297, 65537, 1},
+        {4294967296 + 65537, 65538, 2},
+        {1099511627776, 16777216, 0},
+    };
     const TempFolder folder;
-    unsigned count = 4711;
-    EXPECT_EQ(GetFwBankCount(Wide(SparseFile(folder, 4294967297)), count), 1);
-    EXPECT_EQ(count, 1U);
-    EXPECT_EQ(GetFwBankCount(Wide(SparseFile(folder, 4294967296)), count), 1);
-    EXPECT_EQ(count, 0U);
+    for (const auto &row : rows) {
+        std::string path = SparseFile(folder, row.size);
+        unsigned count = 4711;
+        EXPECT_EQ(GetFwBankCount(Wide(path), count), 1) << row.size;
+        EXPECT_EQ(count, row.ofFile) << row.size;
+        EXPECT_EQ(CCpIspArgsParse().GetFwBankCount(path, count), 1) << row.size;
+        EXPECT_EQ(count, row.ofCommandFile) << row.size;
+    }
 }
 
 TEST(FlashBanks, File_that_cannot_be_opened_is_told_with_its_path_as_given) {
@@ -73,12 +88,6 @@ TEST(FlashBanks, File_that_cannot_be_opened_is_told_with_its_path_as_given) {
               "File open fail! miss\xC3\xA9ng.bin\n");
     EXPECT_EQ(count, 4711U);
     EXPECT_EQ(OutputOf([&] { EXPECT_EQ(GetFwBankCount(L"", count), 0); }), "File open fail! \n");
-    EXPECT_EQ(count, 4711U);
-}
-
-TEST(FlashBanks, Narrow_form_is_silent) {
-    unsigned count = 4711;
-    EXPECT_EQ(OutputOf([&] { EXPECT_FALSE(CountFlashBanks("/missing/file.bin", count)); }), "");
     EXPECT_EQ(count, 4711U);
 }
 

@@ -1,14 +1,12 @@
+#include "scaler_isp/args/CommandFlow.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <iterator>
 #include <string>
-#include <vector>
 
-#include "scaler_isp/args/CCpIspArgsParse.h"
 #include "scaler_isp/args/CpNxCmdLindParse.h"
 #include "scaler_isp/args/OptionTable.h"
-#include "scaler_isp/common/Boundary.h"
 
 namespace {
 
@@ -20,29 +18,25 @@ constexpr int kUserDefinedBit = 0x80;
 constexpr int kWriteBit = 2;
 constexpr std::uint32_t kMergeFwInfoBit = 0x200000;
 
-} // namespace
-
-/// One scan of one command line into a raw record. Each handler returns 1, or 0 to end ParseArgs.
+/// One scan of one command line. Each handler returns whether the line is still accepted.
 class ArgumentScan {
   public:
-    explicit ArgumentScan(CCpIspArgsParse &parser) : m_parser(parser) {}
+    ArgumentScan(const ArgsDirectories &directories, RawArgs &args, FwBankMap &files,
+                 PathField &settingFile)
+        : m_directories(directories), m_args(args), m_files(files), m_settingFile(settingFile) {}
 
-    int Run(int argc, char **argv) {
+    bool Run(int argc, char **argv) {
         RegisterOptions();
         for (;;) {
             const int result = m_engine.ParseCmdLineEx(argc, argv, nullptr);
             if (result == kEndOfOptions) {
                 PrintLeftovers(argc, argv);
-                return 1;
+                return true;
             }
-            if (Handle(result) == 0) {
-                return 0;
+            if (!Handle(result)) {
+                return false;
             }
         }
-    }
-
-    STRUCT_CP_ISP_CMD_ARGS &Args() {
-        return m_args;
     }
 
   private:
@@ -59,18 +53,18 @@ class ArgumentScan {
         m_engine.AddLongCmds(units.data());
     }
 
-    int Handle(int result) {
+    bool Handle(int result) {
         if (result == kFlagOption) {
-            TakeFlags();
-            return 1;
+            MergeFlags();
+            return true;
         }
         if (result == kEngineError) {
-            // An option that nobody knows is reported and passed over.
+            // An unknown option is reported and ignored.
             std::printf("illegal option ' %c '!\n", m_engine.GetUnknownChar());
-            return 1;
+            return true;
         }
         const OptionRow *row = FindOptionById(result);
-        return row != nullptr ? Take(*row, Argument()) : 1;
+        return row == nullptr || Apply(*row, Argument());
     }
 
     int Flag(OptionGroup group) const {
@@ -84,9 +78,9 @@ class ArgumentScan {
     }
 
     // KEPT Flag_words_repeat_on_every_later_flag_option: the flag words keep their last value, so
-    // the mode of --userdefined and the data of --write are taken again from a later flag option
-    // that has an argument.
-    void TakeFlags() {
+    // the mode of --userdefined and the data of --write are set again by a later flag option that
+    // has an argument.
+    void MergeFlags() {
         m_args.ulActionMask |= static_cast<std::uint32_t>(Flag(OptionGroup::Action));
         m_args.ulSignTypeMask |= static_cast<std::uint32_t>(Flag(OptionGroup::SignType));
         m_args.ulVerLocMask |= static_cast<std::uint32_t>(Flag(OptionGroup::VersionLocation));
@@ -102,92 +96,74 @@ class ArgumentScan {
         }
     }
 
-    int Take(const OptionRow &row, const std::string &argument) {
+    bool Apply(const OptionRow &row, const std::string &argument) {
         switch (row.enumEffect) {
         case OptionEffect::Text:
             m_args.*row.pText = argument;
-            return 1;
+            return true;
         case OptionEffect::Number:
             m_args.*row.pNumber = row.ulNumber;
-            return 1;
+            return true;
         case OptionEffect::Keyword:
-            return TakeKeyword(row, argument);
+            return ApplyKeyword(row, argument);
         case OptionEffect::Firmware:
-            return TakeFirmware(row.nEntry, argument);
+            return ApplyFirmware(row.nEntry, argument);
         case OptionEffect::Bank:
-            return m_parser.InsertCommandStartBank(row.nEntry, argument);
+            return SetStartBank(m_files, row.nEntry, argument);
         case OptionEffect::Search:
-            return TakeSearch(argument);
+            return ApplySearch(argument);
         case OptionEffect::Flag:
             break;
         }
-        return 1;
+        return true;
     }
 
-    int TakeKeyword(const OptionRow &row, const std::string &argument) {
+    bool ApplyKeyword(const OptionRow &row, const std::string &argument) {
         const auto keyword =
             std::find_if(row.keywords.begin(), row.keywords.end(),
                          [&](const OptionKeyword &known) { return known.strWord == argument; });
         if (keyword == row.keywords.end()) {
             std::fputs(row.pszKeywordError, stdout);
-            return 0;
+            return false;
         }
         m_args.*row.pNumber = keyword->ulValue;
-        return 1;
+        return true;
     }
 
     // KEPT Search_and_file_exclude_each_other_silently: whichever of --fw and --searchfw comes
     // second ends the command without a message.
-    int TakeFirmware(unsigned int entry, const std::string &path) {
+    bool ApplyFirmware(unsigned int entry, const std::string &path) {
         if (entry == 0) {
             m_args.strFwPath = path;
             m_args.bFwGiven = 1;
             if (m_args.bSearchFw != 0) {
-                return 0;
+                return false;
             }
         }
-        return m_parser.InsertCommandFwFile(entry, path.c_str());
+        return AddFirmwareFile(m_files, entry, path);
     }
 
-    int TakeSearch(const std::string &rule) {
+    bool ApplySearch(const std::string &rule) {
         m_args.strSearchFwMode = rule;
         m_args.bSearchFw = 1;
-        if (m_args.bFwGiven != 0) {
-            return 0;
-        }
-        if (SearchFirmware(rule) == 0) {
-            return 0;
-        }
-        return m_parser.InsertCommandFwFile(0, m_args.strFwPath.c_str());
+        return m_args.bFwGiven == 0 && SearchFirmware() &&
+               AddFirmwareFile(m_files, 0, m_args.strFwPath);
     }
 
-    int SearchFirmware(const std::string &rule) {
+    bool SearchFirmware() {
+        const std::string &rule = m_args.strSearchFwMode;
         if (rule == "userdefined") {
-            return m_parser.GetUserDefinedBinNameFromTxt(m_args.strFwPath);
+            return FindFirmwareByInfo(m_directories, m_args.strFwPath);
         }
         if (rule == "auto") {
-            return FindOnlyBin();
+            return FindOnlyFirmware(m_directories, m_args.strFwPath);
         }
         if (rule == "prefix") {
-            return m_parser.GetBinNameFromPrefixSetting(m_args.strFwPath, m_args.strSettingFile);
+            return FindFirmwareByPrefix(m_directories, m_args.strSettingFile, m_settingFile,
+                                        m_args.strFwPath);
         }
         std::printf("auto search fw parameter illegal!\n");
-        return 0;
-    }
-
-    int FindOnlyBin() {
-        std::vector<std::string> names;
-        FindFile(m_parser.GetCurrentDir(), names, ".bin");
-        if (names.empty()) {
-            std::printf("cann't find bin file!\n");
-            return 0;
-        }
-        if (names.size() > 1) {
-            std::printf("find more than one bin file!\n");
-            return 0;
-        }
-        m_args.strFwPath = names.front();
-        return 1;
+        return false;
     }
 
     void PrintLeftovers(int argc, char **argv) {
@@ -201,27 +177,20 @@ class ArgumentScan {
         std::printf("\n");
     }
 
-    CCpIspArgsParse &m_parser;
+    const ArgsDirectories &m_directories;
+    RawArgs &m_args;
+    FwBankMap &m_files;
+    PathField &m_settingFile;
     CpNxCmdLindParse m_engine;
-    STRUCT_CP_ISP_CMD_ARGS m_args;
     std::array<int, kOptionGroups> m_flags{};
 };
+
+} // namespace
 
 // KEPT First_word_is_the_program_name: argv[0] is never scanned as an option.
 // KEPT Unknown_options_are_not_fatal: unknown options, missing arguments and stray words are
 // reported and passed over.
-int CCpIspArgsParse::ParseArgs(int argc, const char *const *argv) {
-    return ResultOrOnThrow(0, [&] {
-        // The scan reorders its vector, and the caller's may be constant: it gets a copy of the
-        // pointers. The words are never written to.
-        std::vector<char *> words;
-        if (argv != nullptr && argc > 0) {
-            std::transform(argv, argv + argc, std::back_inserter(words),
-                           [](const char *word) { return const_cast<char *>(word); });
-        }
-        const int count = static_cast<int>(words.size());
-        words.push_back(nullptr);
-        ArgumentScan scan(*this);
-        return scan.Run(count, words.data()) != 0 ? JudgeArgument(scan.Args()) : 0;
-    });
+bool ScanArguments(int argc, char **argv, const ArgsDirectories &directories, RawArgs &args,
+                   FwBankMap &files, PathField &settingFile) {
+    return ArgumentScan(directories, args, files, settingFile).Run(argc, argv);
 }

@@ -1,0 +1,116 @@
+#include "scaler_isp/args/CommandFlow.h"
+
+#include <cstdio>
+#include <string>
+
+#include "scaler_isp/args/ProgrammingActions.h"
+#include "scaler_isp/common/FileBanks.h"
+#include "scaler_isp/common/PathResolution.h"
+#include "scaler_isp/common/TextConversion.h"
+#include "scaler_isp/common/TextUtil.h"
+
+namespace {
+
+constexpr int kNoStartBank = -1;
+constexpr int kLastStartBank = 255;
+
+/// Whether a command of this kind writes firmware, or reads a version out of firmware files.
+bool NeedsFirmware(const CommandRecord &setting) {
+    const bool readsVersionOfFile = setting.enumActionType == ENUM_ACTION_RECORDVER &&
+                                    (setting.enumVersionLocationType == ENUM_VER_LOC_FWBIN ||
+                                     setting.enumVersionLocationType == ENUM_VER_LOC_FWBINCMD);
+    return readsVersionOfFile || ProgramsFirmware(setting.enumActionType);
+}
+
+/// Whether none of the banks [first, first + count) is in the map; bank numbers wrap at 32 bits.
+bool BanksAreFree(const FwBankMap &bankMap, unsigned int first, unsigned int count) {
+    for (unsigned int i = 0; i < count; ++i) {
+        if (bankMap.contains(first + i)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void InsertBanks(FwBankMap &bankMap, unsigned int first, unsigned int count,
+                 const std::wstring &path) {
+    auto hint = bankMap.end();
+    for (unsigned int i = 0; i < count; ++i) {
+        hint = bankMap.emplace_hint(hint, first + i, STRUCT_FW_BANK_SETTING());
+        hint->second.ulFileBank = i;
+        hint->second.strFwPath = path;
+        ++hint;
+    }
+}
+
+} // namespace
+
+bool AddFirmwareFile(FwBankMap &files, unsigned int entry, const std::string &path) {
+    const std::wstring wide = WideFromUtf8(path);
+    STRUCT_FW_BANK_SETTING &setting = files[entry];
+    if (!setting.strFwPath.IsEmpty()) {
+        std::printf("Parameter has been detected two or more times! --fw%d \n",
+                    static_cast<int>(entry));
+        return false;
+    }
+    setting.strFwPath = wide;
+    return true;
+}
+
+bool SetStartBank(FwBankMap &files, unsigned int entry, const std::string &value) {
+    const int number = static_cast<int>(entry);
+    int bank = 0;
+    if (StringtoInt(value, bank) == 0) {
+        std::printf("Parameter illegal! --bank%d %s \n", number, value.c_str());
+        return false;
+    }
+    // KEPT Bank_minus_one_has_a_message_of_its_own: -1 is the mark for no value, and 0xffffffff is
+    // the same 32 bits.
+    if (bank == kNoStartBank) {
+        std::printf("Parameter illegal, start bank value is loss! --bank%d %s \n", number,
+                    value.c_str());
+        return false;
+    }
+    if (bank < 0 || bank > kLastStartBank) {
+        std::printf("Parameter out of range 0~255! --bank%d %s\n", number, value.c_str());
+        return false;
+    }
+    files[entry].ulFileBank = static_cast<unsigned int>(bank);
+    return true;
+}
+
+bool CountFirmwareBanks(std::string &path, const std::string &directory, unsigned int &count) {
+    path = ResolveFile(path, directory);
+    std::int64_t position = 0;
+    if (!FindEndOfFile(path, position)) {
+        std::printf("File open fail! %s\n", path.c_str());
+        return false;
+    }
+    count = BanksOfCommandFile(position);
+    return true;
+}
+
+bool ExpandFirmwareFiles(const FwBankMap &files, const CommandRecord &setting,
+                         const std::string &directory, FwBankMap &bankMap) {
+    if (!NeedsFirmware(setting)) {
+        return true;
+    }
+    if (files.empty() && setting.bAutoSearchFW == 0) {
+        std::printf("Program fw bin path should not be empty!\n");
+        return false;
+    }
+    for (const auto &[entry, file] : files) {
+        std::string path = Utf8FromWide(file.strFwPath);
+        unsigned int count = 0;
+        if (!CountFirmwareBanks(path, directory, count)) {
+            return false;
+        }
+        // Nothing of a file is inserted before all of its banks are known to be free.
+        if (!BanksAreFree(bankMap, file.ulFileBank, count)) {
+            std::printf("Program fw bank duplicate!\n");
+            return false;
+        }
+        InsertBanks(bankMap, file.ulFileBank, count, WideFromUtf8(path));
+    }
+    return true;
+}

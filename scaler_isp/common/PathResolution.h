@@ -1,0 +1,24 @@
+#ifndef SCALER_ISP_COMMON_PATH_RESOLUTION_H
+#define SCALER_ISP_COMMON_PATH_RESOLUTION_H
+
+#include <string>
+#include <vector>
+
+/// The path functions as the library itself calls them: as in Paths.h, but what is not an answer
+/// about the path throws (CallFailure, std::bad_alloc).
+
+/// As GetAbsolutePath.
+std::string ResolvePath(const std::string &path);
+
+/// As GetFileFullPath.
+std::string ResolveFile(const std::string &file, const std::string &directory);
+
+/// As PathFileExist.
+bool CanBeOpened(const std::string &path);
+
+/// The names in a directory that end with `ending` and are longer than it, in the order of the
+/// listing. A directory that does not exist or may not be read has none; a listing that breaks off
+/// throws.
+std::vector<std::string> ListNames(const std::string &directory, const std::string &ending);
+
+#endif
