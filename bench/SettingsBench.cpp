@@ -1,5 +1,6 @@
-// Saving a full firmware map against one write of the same bytes, and reading one key against a
-// scan of the lines.
+// Saving a full firmware map against a program that reads the old file, formats the same lines and
+// replaces it by a temporary file; odd files against an ordinary one; reading and writing one key
+// against a scan of the lines.
 
 #include <cstdio>
 #include <fstream>
@@ -31,25 +32,43 @@ std::string ReadAll(const std::string &path) {
 constexpr const char *kDisk = "";           // the place for temporary files
 constexpr const char *kMemory = "/dev/shm"; // tmpfs on Linux
 
-/// A record whose map has this many entries, saved once.
-std::unique_ptr<STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING> Saved(const std::string &ini,
-                                                             unsigned int entries) {
-    auto setting = std::make_unique<STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING>();
+constexpr const char *kSection = "[ISP_Fw]\n";
+
+using Setting = STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING;
+
+/// A record whose map has this many entries, each with this path.
+std::unique_ptr<Setting> MapOf(const std::string &ini, unsigned int entries,
+                               const std::wstring &path) {
+    auto setting = std::make_unique<Setting>();
     Wide(ini).copy(setting->wszSettingFile, SCALER_ISP_PATH_CHARS);
     setting->stMapFw.ulFwCount = entries;
     for (unsigned int i = 0; i < entries; ++i) {
         setting->stMapFw.ulTargetBank[i] = i;
-        std::wstring(kPathCharacters, L'p')
-            .copy(setting->stMapFw.stFwBank[i].wszFwPath, kPathCharacters);
+        path.copy(setting->stMapFw.stFwBank[i].wszFwPath, SCALER_ISP_PATH_CHARS);
     }
-    setting->SaveSetting();
     return setting;
+}
+
+std::unique_ptr<Setting> OrdinaryMap(const std::string &ini, unsigned int entries) {
+    return MapOf(ini, entries, std::wstring(kPathCharacters, L'p'));
+}
+
+/// Replaces a file as the library has to do it.
+bool Replace(const std::string &ini, const std::string &bytes) {
+    const std::string temporary = ini + ".tmp";
+    std::FILE *file = std::fopen(temporary.c_str(), "wb");
+    if (file == nullptr) {
+        return false;
+    }
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    return std::fclose(file) == 0 && written && std::rename(temporary.c_str(), ini.c_str()) == 0;
 }
 
 void SaveSubject(benchmark::State &state, const char *place, unsigned int entries) {
     const ScratchFolder folder(place);
     const std::string ini = folder.Path() + "s.ini";
-    const auto setting = Saved(ini, entries);
+    const auto setting = OrdinaryMap(ini, entries);
+    setting->SaveSetting();
     for (auto _ : state) {
         setting->SaveSetting();
     }
@@ -58,26 +77,49 @@ void SaveSubject(benchmark::State &state, const char *place, unsigned int entrie
     }
 }
 
-/// One open, write and close of the bytes that the library writes.
 void SavePeer(benchmark::State &state, const char *place) {
     const ScratchFolder folder(place);
     const std::string ini = folder.Path() + "s.ini";
-    Saved(ini, SCALER_ISP_MAX_BANKS);
-    const std::string bytes = ReadAll(ini);
+    const auto setting = OrdinaryMap(ini, SCALER_ISP_MAX_BANKS);
+    setting->SaveSetting();
+    const std::string expected = ReadAll(ini);
+    const std::string path(kPathCharacters, 'p');
     for (auto _ : state) {
-        std::FILE *file = std::fopen(ini.c_str(), "wb");
-        const bool written =
-            file != nullptr && std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-        if (!written || std::fclose(file) != 0) {
+        const std::string before = ReadAll(ini);
+        std::string bytes = kSection;
+        char line[SCALER_ISP_PATH_CHARS];
+        const auto add = [&](int size) { bytes.append(line, static_cast<std::size_t>(size)); };
+        add(std::snprintf(line, sizeof line, "fwFileCount=%u\n", setting->stMapFw.ulFwCount));
+        for (unsigned int i = 0; i < setting->stMapFw.ulFwCount; ++i) {
+            add(std::snprintf(line, sizeof line, "fw%u_TargetBank=%u\n", i, i));
+            add(std::snprintf(line, sizeof line, "fw%u_FileBank=%u\n", i, i));
+            add(std::snprintf(line, sizeof line, "fw%u_Path=%s\n", i, path.c_str()));
+        }
+        if (before != expected || bytes != expected || !Replace(ini, bytes)) {
             state.SkipWithError("not written");
             return;
         }
     }
 }
 
+/// Saves into a file that is odd from the beginning, and stays so.
+void SaveOdd(benchmark::State &state, const std::string &front, const std::wstring &path) {
+    const ScratchFolder folder(kMemory);
+    const std::string ini = folder.Path() + "s.ini";
+    const auto setting = MapOf(ini, SCALER_ISP_MAX_BANKS, path);
+    std::ofstream(ini) << front << kSection;
+    setting->SaveSetting();
+    for (auto _ : state) {
+        setting->SaveSetting();
+    }
+    if (ReadAll(ini).find("fw511_Path=") == std::string::npos) {
+        state.SkipWithError("wrong file");
+    }
+}
+
 std::string WriteLines(const ScratchFolder &folder) {
     std::ofstream file(folder.Path() + "s.ini");
-    file << "[ISP_Fw]\n";
+    file << kSection;
     for (unsigned int i = 0; i < kLines; ++i) {
         file << "fw" << i << "_Path=/srv/firmware/panel-" << i << ".bin\n";
     }
@@ -116,12 +158,50 @@ void ReadPeer(benchmark::State &state) {
     }
 }
 
+void WriteSubject(benchmark::State &state) {
+    const ScratchFolder folder(kMemory);
+    const std::wstring path = Wide(WriteLines(folder));
+    for (auto _ : state) {
+        if (CpNxWritePrivateProfileStringW(L"ISP_Fw", L"fw1499_Path", L"/x", path.c_str()) != 1) {
+            state.SkipWithError("not written");
+            return;
+        }
+    }
+}
+
+void WritePeer(benchmark::State &state) {
+    const ScratchFolder folder(kMemory);
+    const std::string path = WriteLines(folder);
+    for (auto _ : state) {
+        std::ifstream file(path);
+        std::string line;
+        std::string bytes;
+        while (std::getline(file, line)) {
+            const bool found = line.compare(0, 12, "fw1499_Path=") == 0;
+            (bytes += found ? "fw1499_Path=/x" : line) += '\n';
+        }
+        if (!Replace(path, bytes)) {
+            state.SkipWithError("not written");
+            return;
+        }
+    }
+}
+
+const std::wstring kOrdinaryPath(kPathCharacters, L'p');
+const std::string kTwice = std::string(kSection) + "K=1\n\n" + kSection + "fw0_Path=/a\n\n";
+
 BENCHMARK_CAPTURE(SaveSubject, disk, kDisk, 512)->Name("save_on_disk:subject");
 BENCHMARK_CAPTURE(SavePeer, disk, kDisk)->Name("save_on_disk:peer");
 BENCHMARK_CAPTURE(SaveSubject, memory, kMemory, 512)->Name("save_in_memory:subject");
 BENCHMARK_CAPTURE(SavePeer, memory, kMemory)->Name("save_in_memory:peer");
 BENCHMARK_CAPTURE(SaveSubject, quarter, kMemory, 128)->Name("save_128");
+BENCHMARK_CAPTURE(SaveOdd, twice, kTwice, kOrdinaryPath)->Name("save_odd_twice");
+BENCHMARK_CAPTURE(SaveOdd, unreadable, "; \xE4\n", std::wstring(kPathCharacters, L'\x00E4'))
+    ->Name("save_odd_unreadable");
+BENCHMARK_CAPTURE(SaveOdd, newline, "", kOrdinaryPath + L"\nq")->Name("save_odd_newline");
 BENCHMARK(ReadSubject)->Name("read_key:subject");
 BENCHMARK(ReadPeer)->Name("read_key:peer");
+BENCHMARK(WriteSubject)->Name("write_key:subject");
+BENCHMARK(WritePeer)->Name("write_key:peer");
 
 } // namespace

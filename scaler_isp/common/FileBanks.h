@@ -11,4 +11,7 @@ bool FindEndOfFile(const std::string &path, std::int64_t &position);
 /// The 64 KiB banks of a firmware file of the command line, rounded up.
 unsigned int BanksOfCommandFile(std::int64_t endPosition);
 
+/// The banks of a file of any size. False, and `count` unchanged, if it cannot be opened.
+bool CountBanksOfFile(const std::string &path, unsigned int &count);
+
 #endif

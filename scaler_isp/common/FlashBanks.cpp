@@ -39,16 +39,23 @@ unsigned int BanksOfCommandFile(std::int64_t endPosition) {
     return BanksOf(static_cast<std::uint32_t>(endPosition));
 }
 
+bool CountBanksOfFile(const std::string &path, unsigned int &count) {
+    std::int64_t position = 0;
+    if (!FindEndOfFile(path, position)) {
+        return false;
+    }
+    const auto bytes = static_cast<std::uint64_t>(position);
+    count = bytes < kCountableBytes ? BanksOf(bytes) : BanksOfCommandFile(position);
+    return true;
+}
+
 int GetFwBankCount(CCpNxString path, unsigned int &count) {
     return ResultOrOnThrow(0, [&] {
         const std::string narrow = Utf8FromWide(path);
-        std::int64_t position = 0;
-        if (!FindEndOfFile(narrow, position)) {
+        if (!CountBanksOfFile(narrow, count)) {
             std::printf("File open fail! %s\n", narrow.c_str());
             return 0;
         }
-        const auto bytes = static_cast<std::uint64_t>(position);
-        count = bytes < kCountableBytes ? BanksOf(bytes) : BanksOfCommandFile(position);
         return 1;
     });
 }

@@ -23,4 +23,8 @@ bool PlatformPathsFallBackToUtf8();
 /// Where this is false the locale itself does so.
 bool PlatformAsciiLocaleNeedsByteConversion();
 
+/// Gives an open file the extended attributes and access control list of another one, and no
+/// others. RETURNS 0, or errno.
+int PlatformCopyAttributes(int from, int to);
+
 #endif

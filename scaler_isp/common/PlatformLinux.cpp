@@ -3,7 +3,10 @@
 #include "scaler_isp/common/Platform.h"
 
 #include <array>
+#include <cerrno>
+#include <cstring>
 #include <dlfcn.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace {
@@ -29,6 +32,50 @@ class LoadDirectory {
 // The loader reports a library under the name it was opened by. A relative one is only right in the
 // working directory of that moment, which is the one in which this initialiser runs.
 const LoadDirectory g_loadDirectory;
+
+/// Names of the extended attributes, each ended by a NUL; none if the file system has none. RETURNS
+/// 0, or errno.
+int AttributeNames(int file, std::string &names) {
+    const ssize_t size = ::flistxattr(file, nullptr, 0);
+    if (size <= 0) {
+        return size == 0 || errno == ENOTSUP ? 0 : errno;
+    }
+    names.resize(static_cast<std::size_t>(size));
+    return ::flistxattr(file, names.data(), names.size()) == size ? 0 : EIO;
+}
+
+/// RETURNS 0, or errno.
+int AttributeValue(int file, const char *name, std::string &value) {
+    const ssize_t size = ::fgetxattr(file, name, nullptr, 0);
+    if (size < 0) {
+        return errno;
+    }
+    value.resize(static_cast<std::size_t>(size));
+    return ::fgetxattr(file, name, value.data(), value.size()) == size ? 0 : EIO;
+}
+
+/// Calls `action` for every name until it returns an error number. RETURNS 0, or that number.
+template <class Action> int ForEachName(const std::string &names, Action action) {
+    int error = 0;
+    for (const char *name = names.data(); error == 0 && name < names.data() + names.size();
+         name += std::strlen(name) + 1) {
+        error = action(name);
+    }
+    return error;
+}
+
+int CopyAttribute(int from, int to, const char *name) {
+    std::string value;
+    std::string present;
+    if (const int error = AttributeValue(from, name, value); error != 0) {
+        return error;
+    }
+    // What the system has set itself often may not be set.
+    if (AttributeValue(to, name, present) == 0 && present == value) {
+        return 0;
+    }
+    return ::fsetxattr(to, name, value.data(), value.size(), 0) != 0 ? errno : 0;
+}
 
 } // namespace
 
@@ -66,6 +113,26 @@ bool PlatformPathsFallBackToUtf8() {
 
 bool PlatformAsciiLocaleNeedsByteConversion() {
     return true;
+}
+
+// The access control list is one of the extended attributes. A new file may have inherited one from
+// its directory, which the old one lacks.
+int PlatformCopyAttributes(int from, int to) {
+    std::string names;
+    std::string inherited;
+    int error = AttributeNames(from, names);
+    error = error != 0 ? error : AttributeNames(to, inherited);
+    if (error != 0) {
+        return error;
+    }
+    error = ForEachName(inherited, [&](const char *name) {
+        std::string unused;
+        const bool wanted = AttributeValue(from, name, unused) == 0;
+        return wanted || ::fremovexattr(to, name) == 0 ? 0 : errno;
+    });
+    return error != 0 ? error : ForEachName(names, [&](const char *name) {
+        return CopyAttribute(from, to, name);
+    });
 }
 
 #endif

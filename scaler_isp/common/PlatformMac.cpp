@@ -3,6 +3,8 @@
 #include "scaler_isp/common/Platform.h"
 
 #include <array>
+#include <cerrno>
+#include <copyfile.h>
 #include <dlfcn.h>
 #include <libproc.h>
 #include <unistd.h>
@@ -32,6 +34,10 @@ bool PlatformPathsFallBackToUtf8() {
 
 bool PlatformAsciiLocaleNeedsByteConversion() {
     return false;
+}
+
+int PlatformCopyAttributes(int from, int to) {
+    return ::fcopyfile(from, to, nullptr, COPYFILE_ACL | COPYFILE_XATTR) < 0 ? errno : 0;
 }
 
 #endif

@@ -1,13 +1,10 @@
 #include <algorithm>
-#include <cstddef>
 #include <iterator>
-#include <utility>
-#include <vector>
 
 #include "scaler_isp/abi/CommandSetting.h"
 #include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/BoundedCopy.h"
-#include "scaler_isp/settings/FwBankStore.h"
+#include "scaler_isp/settings/FwMapWrites.h"
 #include "scaler_isp/settings/SettingKey.h"
 
 namespace {
@@ -33,7 +30,7 @@ constexpr SettingKey kKeys[] = {
 } // namespace
 
 void STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING::LoadSetting() {
-    NothingOnThrow([&] { LoadKeys(kKeys, ReadBounded(wszSettingFile).c_str(), *this); });
+    NothingOnThrow([&] { LoadKeys(kKeys, ReadBounded(wszSettingFile), *this); });
 }
 
 // KEPT SaveSetting_numbers_the_target_key_by_its_bank: fw<target bank>_TargetBank holds the index
@@ -41,14 +38,12 @@ void STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING::LoadSetting() {
 void STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING::SaveSetting() {
     NothingOnThrow([&] {
         // A map that was refused counts more banks than it holds.
-        const std::size_t count = std::min<std::size_t>(stMapFw.ulFwCount, SCALER_ISP_MAX_BANKS);
-        std::vector<FwBankKeys::Bank> banks;
-        banks.reserve(count);
+        const unsigned int count = std::min<unsigned int>(stMapFw.ulFwCount, SCALER_ISP_MAX_BANKS);
+        FwMapWrites writes(stMapFw.ulFwCount, count);
         for (unsigned int i = 0; i < count; ++i) {
-            banks.push_back(
-                {stMapFw.ulTargetBank[i], i, ViewBounded(stMapFw.stFwBank[i].wszFwPath)});
+            writes.AddBank(stMapFw.ulTargetBank[i], i, ViewBounded(stMapFw.stFwBank[i].wszFwPath));
         }
-        WriteFwBankKeys({stMapFw.ulFwCount, std::move(banks)}, ReadBounded(wszSettingFile));
+        writes.Save(ReadBounded(wszSettingFile));
     });
 }
 

@@ -1,23 +1,25 @@
 #include "scaler_isp/settings/FwPathStore.h"
 
-#include <utility>
-#include <vector>
+#include <cstdio>
+#include <string>
 
 #include "scaler_isp/common/Boundary.h"
-#include "scaler_isp/common/FlashBanks.h"
-#include "scaler_isp/settings/FwBankStore.h"
+#include "scaler_isp/common/FileBanks.h"
+#include "scaler_isp/common/TextConversion.h"
+#include "scaler_isp/settings/FwMapWrites.h"
 
 void SaveFwPathFromFile(CCpNxString fwPath, CCpNxString iniPath, unsigned int startBank) {
     NothingOnThrow([&] {
+        const std::string path = Utf8FromWide(fwPath);
         unsigned int count = 0;
-        if (GetFwBankCount(fwPath, count) == 0) {
+        if (!CountBanksOfFile(path, count)) {
+            std::printf("File open fail! %s\n", path.c_str());
             return;
         }
-        std::vector<FwBankKeys::Bank> banks;
-        banks.reserve(count);
+        FwMapWrites writes(count, count);
         for (unsigned int i = 0; i < count; ++i) {
-            banks.push_back({i, startBank + i, fwPath.c_str()});
+            writes.AddBank(i, startBank + i, fwPath.c_str());
         }
-        WriteFwBankKeys({count, std::move(banks)}, iniPath);
+        writes.Save(iniPath);
     });
 }

@@ -1,14 +1,59 @@
 #include "scaler_isp/settings/IniReader.h"
+
+#include <cerrno>
+#include <cstddef>
+
+#include "scaler_isp/common/CallFailure.h"
+#include "scaler_isp/common/FileBytes.h"
 #include "scaler_isp/common/Numbers.h"
-#include "scaler_isp/settings/ProfileFile.h"
-#include "scaler_isp/settings/ProfileLookup.h"
-IniReader::IniReader(const std::string &path) : m_bytes(ReadProfileFile(path).bytes) {}
+#include "scaler_isp/settings/IniLines.h"
+
+IniReader::IniReader(const std::string &path, Charset charset) : m_encoding(charset) {
+    try {
+        m_text = m_encoding.Decode(ReadFileBytes(path));
+    } catch (const CallFailure &failure) {
+        if (!IsErrorOfPath(failure.Error())) {
+            throw;
+        }
+        m_opened = failure.Error() == EISDIR; // a directory opens and fails when it is read
+    }
+}
+
+IniReader::Result IniReader::Find(std::wstring_view section, std::wstring_view key,
+                                  std::wstring &value) const {
+    std::string wantedSection;
+    std::string wantedKey;
+    const bool sectionExists = m_encoding.ToText(section, wantedSection);
+    const bool keyExists = m_encoding.ToText(key, wantedKey);
+    const std::string header = IniHeader(wantedSection);
+    IniLineReader lines(m_encoding, m_text);
+    std::string_view line;
+    do {
+        if (!lines.Next(line)) {
+            return m_opened ? Result::EndOfFile : Result::NoFile;
+        }
+    } while (!sectionExists || line != header);
+    while (lines.Next(line)) {
+        const std::size_t equals = line.find('=');
+        if (equals == line.npos) {
+            return Result::EndOfSection;
+        }
+        if (keyExists && Trim(line.substr(0, equals)) == wantedKey) {
+            value = m_encoding.FromText(Trim(line.substr(UpToLastEquals(line).size())));
+            return Result::Found;
+        }
+    }
+    return Result::EndOfFile;
+}
+
 std::wstring IniReader::String(std::wstring_view section, std::wstring_view key) const {
     std::wstring value;
-    return LookUpValue(m_bytes, section, key, value) == Lookup::Found ? value : std::wstring();
+    Find(section, key, value);
+    return value;
 }
+
 int IniReader::Number(std::wstring_view section, std::wstring_view key, int defaultValue) const {
-    const std::wstring text = String(section, key);
+    const std::wstring value = String(section, key);
     const wchar_t *end = nullptr;
-    return text.empty() ? defaultValue : static_cast<int>(ParseLongLong(text.c_str(), &end));
+    return value.empty() ? defaultValue : static_cast<int>(ParseLongLong(value.c_str(), &end));
 }

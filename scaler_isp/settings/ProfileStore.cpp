@@ -1,34 +1,58 @@
 #include "scaler_isp/settings/ProfileStore.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "scaler_isp/common/Boundary.h"
-#include "scaler_isp/common/CCpTransform.h"
+#include "scaler_isp/common/CallFailure.h"
 #include "scaler_isp/common/Numbers.h"
-#include "scaler_isp/settings/ProfileEdit.h"
-#include "scaler_isp/settings/ProfileEncoding.h"
-#include "scaler_isp/settings/ProfileFile.h"
-#include "scaler_isp/settings/ProfileLines.h"
-#include "scaler_isp/settings/ProfileLookup.h"
+#include "scaler_isp/common/TextConversion.h"
+#include "scaler_isp/settings/IniEdit.h"
+#include "scaler_isp/settings/IniReader.h"
 
 namespace {
 
+using Charset = TextFileEncoding::Charset;
+
+/// What differs between the two families. Inside, a byte of the narrow one is the character U+00n.
+template <class Char> struct Family;
+
+template <> struct Family<wchar_t> {
+    static constexpr Charset kCharset = Charset::Environment;
+    static constexpr bool kMissingFileIsAnError = false;
+    static std::wstring ToWide(std::wstring_view text) {
+        return std::wstring(text);
+    }
+    static std::wstring FromWide(std::wstring text) {
+        return text;
+    }
+    static std::string FileName(std::wstring_view name) {
+        return Utf8FromWide(std::wstring(name));
+    }
+};
+
+template <> struct Family<char> {
+    static constexpr Charset kCharset = Charset::Bytes;
+    static constexpr bool kMissingFileIsAnError = true;
+    static std::wstring ToWide(std::string_view text) {
+        return TextFileEncoding(kCharset).FromText(text);
+    }
+    static std::string FromWide(const std::wstring &text) {
+        std::string bytes;
+        TextFileEncoding(kCharset).ToText(text, bytes);
+        return bytes;
+    }
+    static std::string FileName(std::string_view name) {
+        return std::string(name);
+    }
+};
+
 template <class Char> std::basic_string_view<Char> OrEmpty(const Char *text) {
     return text != nullptr ? std::basic_string_view<Char>(text) : std::basic_string_view<Char>();
-}
-
-/// The narrow name of a file; empty, which no file has, where it cannot be expressed.
-std::string NarrowName(const wchar_t *name) {
-    return CCpTransform().ConvertUnicodeStringToUTF8(std::wstring(OrEmpty(name)));
-}
-
-std::string NarrowName(const char *name) {
-    return std::string(OrEmpty(name));
 }
 
 /// RETURNS the number of characters copied.
@@ -44,24 +68,47 @@ unsigned int CopyOut(std::basic_string_view<Char> text, Char *buffer, unsigned i
     return static_cast<unsigned int>(count);
 }
 
-enum class MissingFile { GivesDefault, IsAnError };
+/// Looks a key up. A file that cannot be read counts as one that cannot be opened.
+template <class Char>
+IniReader::Result LookUp(const Char *section, const Char *key, const Char *fileName,
+                         std::basic_string<Char> &value) {
+    using Names = Family<Char>;
+    try {
+        std::wstring wide;
+        const IniReader reader(Names::FileName(OrEmpty(fileName)), Names::kCharset);
+        const IniReader::Result result =
+            reader.Find(Names::ToWide(OrEmpty(section)), Names::ToWide(OrEmpty(key)), wide);
+        value = Names::FromWide(wide);
+        return result;
+    } catch (const CallFailure &) {
+        return IniReader::Result::NoFile;
+    }
+}
 
-template <MissingFile missing, class Char>
+/// What the narrow family prints.
+template <class Char> void ReportMissingFile() {
+    if (Family<Char>::kMissingFileIsAnError) {
+        std::printf("Error \n");
+    }
+}
+
+template <class Char>
 unsigned int GetString(const Char *section, const Char *key, const Char *defaultValue, Char *buffer,
                        unsigned int size, const Char *fileName) {
     return ResultOrOnThrow(0U, [&]() -> unsigned int {
-        const ProfileBytes file = ReadProfileFile(NarrowName(fileName));
-        if (!file.opened && missing == MissingFile::IsAnError) {
-            std::printf("Error \n");
-            return 0;
-        }
         std::basic_string<Char> value;
-        switch (LookUpValue(file.bytes, OrEmpty(section), OrEmpty(key), value)) {
-        case Lookup::Found:
+        switch (LookUp(section, key, fileName, value)) {
+        case IniReader::Result::Found:
             return CopyOut<Char>(value, buffer, size);
-        case Lookup::EndOfSection:
+        case IniReader::Result::EndOfSection:
             return 0;
-        case Lookup::EndOfFile:
+        case IniReader::Result::NoFile:
+            ReportMissingFile<Char>();
+            if (Family<Char>::kMissingFileIsAnError) {
+                return 0;
+            }
+            break;
+        case IniReader::Result::EndOfFile:
             break;
         }
         CopyOut(OrEmpty(defaultValue), buffer, size);
@@ -69,32 +116,27 @@ unsigned int GetString(const Char *section, const Char *key, const Char *default
     });
 }
 
-template <MissingFile missing, class Char>
+template <class Char>
 int GetInt(const Char *section, const Char *key, int defaultValue, const Char *fileName) {
-    std::array<Char, kProfileLineLimit + 1> text{};
-    const Char *noDefault = nullptr;
-    const unsigned int length = GetString<missing>(
-        section, key, noDefault, text.data(), static_cast<unsigned int>(text.size()), fileName);
-    const Char *end = nullptr;
-    return length != 0 ? static_cast<int>(ParseLongLong(text.data(), &end)) : defaultValue;
+    return ResultOrOnThrow(defaultValue, [&] {
+        std::basic_string<Char> value;
+        if (LookUp(section, key, fileName, value) == IniReader::Result::NoFile) {
+            ReportMissingFile<Char>();
+        }
+        const Char *end = nullptr;
+        return value.empty() ? defaultValue : static_cast<int>(ParseLongLong(value.c_str(), &end));
+    });
 }
 
-template <class Encoding, class Char = typename Encoding::Char>
+template <class Char>
 int WriteKey(const Char *section, const Char *key, const Char *value, const Char *fileName) {
     return ResultOrOnThrow(0, [&] {
-        const KeyWrite<Char> write{OrEmpty(section), OrEmpty(key), OrEmpty(value)};
-        const std::string path = NarrowName(fileName);
-        Encoding encoding;
-        const ProfileBytes before = ReadProfileFile(path);
-        std::string after;
-        if (!EditProfileBytes(encoding, before.bytes, write, after)) {
-            return 0;
-        }
-        const RewriteResult result = RewriteProfileFile(path, after, before);
-        if (result == RewriteResult::CannotOpen) {
-            std::printf("%s", kProfileOpenError);
-        }
-        return result == RewriteResult::Written ? 1 : 0;
+        using Names = Family<Char>;
+        const std::wstring wideKey = Names::ToWide(OrEmpty(key));
+        const std::wstring wideValue = Names::ToWide(OrEmpty(value));
+        const IniWrite write{wideKey, wideValue};
+        return EditIniFile(Names::FileName(OrEmpty(fileName)), Names::kCharset,
+                           Names::ToWide(OrEmpty(section)), {&write, 1});
     });
 }
 
@@ -103,31 +145,31 @@ int WriteKey(const Char *section, const Char *key, const Char *value, const Char
 unsigned int CpNxGetPrivateProfileStringW(const wchar_t *section, const wchar_t *key,
                                           const wchar_t *defaultValue, wchar_t *buffer,
                                           unsigned int size, const wchar_t *fileName) {
-    return GetString<MissingFile::GivesDefault>(section, key, defaultValue, buffer, size, fileName);
+    return GetString(section, key, defaultValue, buffer, size, fileName);
 }
 
 int CpNxGetPrivateProfileIntW(const wchar_t *section, const wchar_t *key, int defaultValue,
                               const wchar_t *fileName) {
-    return GetInt<MissingFile::GivesDefault>(section, key, defaultValue, fileName);
+    return GetInt(section, key, defaultValue, fileName);
 }
 
 int CpNxWritePrivateProfileStringW(const wchar_t *section, const wchar_t *key, const wchar_t *value,
                                    const wchar_t *fileName) {
-    return WriteKey<NativeEncoding>(section, key, value, fileName);
+    return WriteKey(section, key, value, fileName);
 }
 
 unsigned int CpNxGetPrivateProfileStringA(const char *section, const char *key,
                                           const char *defaultValue, char *buffer, unsigned int size,
                                           const char *fileName) {
-    return GetString<MissingFile::IsAnError>(section, key, defaultValue, buffer, size, fileName);
+    return GetString(section, key, defaultValue, buffer, size, fileName);
 }
 
 int CpNxGetPrivateProfileIntA(const char *section, const char *key, int defaultValue,
                               const char *fileName) {
-    return GetInt<MissingFile::IsAnError>(section, key, defaultValue, fileName);
+    return GetInt(section, key, defaultValue, fileName);
 }
 
 int CpNxWritePrivateProfileStringA(const char *section, const char *key, const char *value,
                                    const char *fileName) {
-    return WriteKey<ByteEncoding>(section, key, value, fileName);
+    return WriteKey(section, key, value, fileName);
 }

@@ -5,8 +5,11 @@
 #include <cstdint>
 #include <cstring>
 #include <span>
+#include <string>
+#include <vector>
 
-#include "scaler_isp/settings/ProfileStore.h"
+#include "scaler_isp/common/TextConversion.h"
+#include "scaler_isp/settings/IniReader.h"
 
 /// One key of a settings file and the 32-bit field of a record that receives it.
 struct SettingKey {
@@ -22,13 +25,18 @@ struct SettingKey {
         SECTION, L"" #FIELD, DEFAULT, offsetof(RECORD, FIELD)                                      \
     }
 
-/// Reads all keys in order and stores them as they are; no range is checked.
+/// Reads the file once, and then stores all keys as they are; no range is checked. If it throws,
+/// the record is as it was.
 template <class Record>
-void LoadKeys(std::span<const SettingKey> keys, const wchar_t *iniFile, Record &record) {
+void LoadKeys(std::span<const SettingKey> keys, const std::wstring &iniFile, Record &record) {
+    const IniReader reader(Utf8FromWide(iniFile));
+    std::vector<std::int32_t> values;
     for (const SettingKey &key : keys) {
-        const std::int32_t value =
-            CpNxGetPrivateProfileIntW(key.pszSection, key.pszKey, key.nDefault, iniFile);
-        std::memcpy(reinterpret_cast<char *>(&record) + key.nOffset, &value, sizeof value);
+        values.push_back(reader.Number(key.pszSection, key.pszKey, key.nDefault));
+    }
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        std::memcpy(reinterpret_cast<char *>(&record) + keys[i].nOffset, &values[i],
+                    sizeof values[i]);
     }
 }
 

@@ -23,5 +23,5 @@ constexpr SettingKey kKeys[] = {
 } // namespace
 
 void STRUCT_CP_ISP_UI_SETTING::LoadUISetting() {
-    NothingOnThrow([&] { LoadKeys(kKeys, ReadBounded(wszSettingFile).c_str(), *this); });
+    NothingOnThrow([&] { LoadKeys(kKeys, ReadBounded(wszSettingFile), *this); });
 }

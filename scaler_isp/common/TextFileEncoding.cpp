@@ -1,0 +1,212 @@
+#include "scaler_isp/common/TextFileEncoding.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <cwchar>
+#include <utility>
+
+#include "scaler_isp/common/CallFailure.h"
+#include "scaler_isp/common/Platform.h"
+#include "scaler_isp/common/Utf8.h"
+
+namespace {
+
+constexpr std::size_t kFailed = static_cast<std::size_t>(-1);
+
+/// The first character in the current locale. RETURNS the bytes it takes; 0 if there is none.
+std::size_t ReadCharacter(std::string_view bytes, std::mbstate_t &state, wchar_t &character) {
+    const std::size_t used = std::mbrtowc(&character, bytes.data(), bytes.size(), &state);
+    if (used == kFailed && errno != EILSEQ) {
+        throw CallFailure(errno);
+    }
+    if (used > bytes.size()) {
+        return 0;
+    }
+    return used == 0 ? 1 : used; // 0 is a NUL
+}
+
+/// Appends a character in the current locale's encoding. False if it cannot be expressed.
+bool WriteCharacter(wchar_t character, std::mbstate_t &state, std::string &bytes) {
+    std::array<char, MB_LEN_MAX> buffer{};
+    const std::size_t size = std::wcrtomb(buffer.data(), character, &state);
+    if (size == kFailed && errno != EILSEQ) {
+        throw CallFailure(errno);
+    }
+    if (size == kFailed) {
+        return false;
+    }
+    bytes.append(buffer.data(), size);
+    return true;
+}
+
+/// One byte as a character of its own in the current locale; false if it is none.
+bool ByteToCharacter(int value, wchar_t &character) {
+    const char byte = static_cast<char>(value);
+    std::mbstate_t state{};
+    return ReadCharacter({&byte, 1}, state, character) == 1 && std::mbsinit(&state) != 0;
+}
+
+bool WritesAs(wchar_t character, std::string_view expected) {
+    std::mbstate_t state{};
+    std::string bytes;
+    return WriteCharacter(character, state, bytes) && bytes == expected;
+}
+
+bool AsciiIsItself() {
+    for (int byte = 1; byte <= kLastAscii; ++byte) {
+        wchar_t character = L'\0';
+        if (!ByteToCharacter(byte, character) || character != byte) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Whether the current locale has no more characters than bytes, and both have the same numbers.
+bool BytesAreCharacters() {
+    std::mbstate_t state{};
+    std::string unused;
+    if (MB_CUR_MAX != 1 || WriteCharacter(kLastByte + 1, state, unused)) {
+        return false;
+    }
+    int themselves = 0;
+    int none = 0;
+    for (int byte = kLastAscii + 1; byte <= kLastByte; ++byte) {
+        wchar_t character = L'\0';
+        if (!ByteToCharacter(byte, character)) {
+            ++none;
+        } else if (character == byte) {
+            ++themselves;
+        }
+    }
+    return themselves == 128 || (none == 128 && PlatformAsciiLocaleNeedsByteConversion());
+}
+
+} // namespace
+
+TextFileEncoding::TextFileEncoding(Charset charset) {
+    if (charset == Charset::Environment && m_locale.emplace().Exists()) {
+        m_kind = DetectKind();
+    }
+}
+
+// The locale is asked what it does with characters, never for its name: names differ by system.
+TextFileEncoding::Kind TextFileEncoding::DetectKind() {
+    const EnvironmentLocale::InUse use(*m_locale);
+    m_ascii = AsciiIsItself();
+    if (!m_ascii) {
+        return Kind::Other;
+    }
+    const bool utf8 = WritesAs(0xE9, "\xC3\xA9") && WritesAs(0x20AC, "\xE2\x82\xAC") &&
+                      WritesAs(0x1F600, "\xF0\x9F\x98\x80");
+    if (utf8) {
+        return Kind::Utf8;
+    }
+    return BytesAreCharacters() ? Kind::Bytes : Kind::Other;
+}
+
+std::string TextFileEncoding::Decode(std::string bytes) {
+    std::wstring wide;
+    std::string text;
+    switch (m_kind) {
+    case Kind::Bytes:
+        return bytes;
+    case Kind::Utf8:
+        m_fileIsBytes = !IsUtf8(bytes);
+        return bytes;
+    case Kind::Other:
+        m_fileIsBytes = !ReadNative(bytes, wide) || !AppendUtf8(wide, text);
+        break;
+    }
+    return m_fileIsBytes ? bytes : text;
+}
+
+bool TextFileEncoding::Encode(std::string text, std::string &bytes) const {
+    if (!IsConverted()) {
+        bytes = std::move(text);
+        return true;
+    }
+    bytes.clear();
+    return WriteNative(WideFromValidUtf8(text), bytes);
+}
+
+bool TextFileEncoding::ToText(std::wstring_view wide, std::string &text) const {
+    text.clear();
+    return m_fileIsBytes ? AppendAsBytes(kLastByte, wide, text) : AppendUtf8(wide, text);
+}
+
+std::wstring TextFileEncoding::FromText(std::string_view text) const {
+    if (!m_fileIsBytes) {
+        return WideFromValidUtf8(text);
+    }
+    std::wstring wide(text.size(), L'\0');
+    std::transform(text.begin(), text.end(), wide.begin(), [](char byte) {
+        return static_cast<wchar_t>(static_cast<unsigned char>(byte));
+    });
+    return wide;
+}
+
+std::size_t TextFileEncoding::CountCharacters(std::string_view text) const {
+    return m_fileIsBytes ? text.size() : CountUtf8Characters(text);
+}
+
+bool TextFileEncoding::CanEncode(const std::string &text) const {
+    std::string bytes;
+    return !IsConverted() || Encode(text, bytes);
+}
+
+bool TextFileEncoding::IsKept(std::string_view text) const {
+    if (!IsConverted()) {
+        return true;
+    }
+    const std::wstring wide = WideFromValidUtf8(text);
+    std::string bytes;
+    std::wstring again;
+    return WriteNative(wide, bytes) && ReadNative(bytes, again) && again == wide;
+}
+
+bool TextFileEncoding::IsReadable(std::string_view bytes) const {
+    std::wstring wide;
+    return m_kind == Kind::Bytes || (m_kind == Kind::Utf8 && IsUtf8(bytes)) ||
+           (m_kind == Kind::Other && ReadNative(bytes, wide));
+}
+
+bool TextFileEncoding::ReadNative(std::string_view bytes, std::wstring &wide) const {
+    const EnvironmentLocale::InUse use(*m_locale);
+    std::mbstate_t state{};
+    while (!bytes.empty()) {
+        std::size_t used = m_ascii && std::mbsinit(&state) != 0 ? AsciiPrefix(bytes) : 0;
+        if (used != 0) {
+            wide.append(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(used));
+        } else {
+            wchar_t character = L'\0';
+            used = ReadCharacter(bytes, state, character);
+            if (used == 0) {
+                return false;
+            }
+            wide += character;
+        }
+        bytes.remove_prefix(used);
+    }
+    return std::mbsinit(&state) != 0;
+}
+
+bool TextFileEncoding::WriteNative(std::wstring_view wide, std::string &bytes) const {
+    const EnvironmentLocale::InUse use(*m_locale);
+    std::mbstate_t state{};
+    while (!wide.empty()) {
+        std::size_t used = m_ascii && std::mbsinit(&state) != 0 ? AsciiPrefix(wide) : 0;
+        if (used != 0) {
+            AppendAsBytes(kLastAscii, wide.substr(0, used), bytes);
+        } else if (WriteCharacter(wide.front(), state, bytes)) {
+            used = 1;
+        } else {
+            return false;
+        }
+        wide.remove_prefix(used);
+    }
+    return std::mbsinit(&state) != 0;
+}

@@ -1,0 +1,33 @@
+#ifndef SCALER_ISP_COMMON_UTF8_H
+#define SCALER_ISP_COMMON_UTF8_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// UTF-8 without a locale and without iconv. Only Unicode characters in their shortest form are
+/// UTF-8; surrogates are not characters.
+
+bool IsUtf8(std::string_view bytes);
+
+/// Appends the characters. False if one is not a Unicode character; `bytes` is then unspecified.
+bool AppendUtf8(std::wstring_view text, std::string &bytes);
+
+/// REQUIRES: IsUtf8(bytes).
+std::wstring WideFromValidUtf8(std::string_view bytes);
+
+/// UNITS: characters. REQUIRES: IsUtf8(bytes).
+std::size_t CountUtf8Characters(std::string_view bytes);
+
+/// Length of the ASCII prefix.
+std::size_t AsciiPrefix(std::string_view bytes);
+std::size_t AsciiPrefix(std::wstring_view text);
+
+constexpr wchar_t kLastAscii = 0x7F;
+constexpr wchar_t kLastByte = 0xFF;
+
+/// Appends every character as the byte of its number. False, and the bytes are as they were, if one
+/// is above `last`, which is kLastAscii or kLastByte.
+bool AppendAsBytes(wchar_t last, std::wstring_view text, std::string &bytes);
+
+#endif

@@ -1,0 +1,74 @@
+#include "scaler_isp/settings/IniEdit.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+
+#include "scaler_isp/common/AtomicFile.h"
+#include "scaler_isp/settings/IniText.h"
+
+namespace {
+
+/// Key and value as texts of the file that was decoded last. False if it cannot hold them.
+bool Convert(const TextFileEncoding &encoding, const IniWrite &write, std::string &key,
+             std::string &value) {
+    return encoding.ToText(write.key, key) && encoding.ToText(write.value, value) &&
+           encoding.CanEncode(value);
+}
+
+} // namespace
+
+std::size_t EditIniBytes(TextFileEncoding &encoding, const std::string &before,
+                         std::wstring_view section, IniWrites writes, std::string &after) {
+    std::size_t written = 0;
+    std::string name;
+    std::string key;
+    std::string value;
+    after = before;
+    while (!writes.empty()) {
+        const std::string text = encoding.Decode(after);
+        const bool hasName = encoding.ToText(section, name);
+        IniText ini(encoding, text, name, writes.size());
+        std::size_t applied = 0;
+        do {
+            if (hasName && Convert(encoding, writes.front(), key, value)) {
+                ini.Write(key, value);
+                ++applied;
+            }
+            writes = writes.subspan(1);
+        } while (!writes.empty() && ini.IsAsReadAgain());
+        std::string bytes;
+        if (applied != 0 && encoding.Encode(ini.Text(), bytes)) {
+            after.swap(bytes);
+            written += applied;
+        }
+    }
+    return written;
+}
+
+std::size_t CountPossibleWrites(TextFileEncoding &encoding, const std::string &file,
+                                IniWrites writes) {
+    encoding.Decode(file);
+    std::string key;
+    std::string value;
+    return static_cast<std::size_t>(
+        std::count_if(writes.begin(), writes.end(),
+                      [&](const IniWrite &write) { return Convert(encoding, write, key, value); }));
+}
+
+int EditIniFile(const std::string &path, TextFileEncoding::Charset charset,
+                std::wstring_view section, IniWrites writes) {
+    TextFileEncoding encoding(charset);
+    AtomicFile file(path);
+    std::string after;
+    if (EditIniBytes(encoding, file.Bytes(), section, writes, after) == 0) {
+        return 0;
+    }
+    const SaveResult result = file.Replace(after);
+    if (result == SaveResult::CannotOpen) {
+        for (auto left = CountPossibleWrites(encoding, file.Bytes(), writes); left > 0; --left) {
+            std::printf("Open file error \n");
+        }
+    }
+    return result == SaveResult::Written ? 1 : 0;
+}

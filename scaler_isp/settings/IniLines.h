@@ -1,0 +1,70 @@
+#ifndef SCALER_ISP_SETTINGS_INI_LINES_H
+#define SCALER_ISP_SETTINGS_INI_LINES_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "scaler_isp/common/TextFileEncoding.h"
+
+/// How an INI text is divided into lines: what the reader and the writer have in common.
+
+/// UNITS: characters of a line, without its newline.
+constexpr std::size_t kIniLineLimit = 1023;
+
+/// Without trailing spaces.
+inline std::string_view TrimEnd(std::string_view text) {
+    return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+/// Without leading and trailing spaces (the space character, nothing else).
+inline std::string_view Trim(std::string_view text) {
+    text = TrimEnd(text);
+    return text.substr(text.empty() ? 0 : text.find_first_not_of(' '));
+}
+
+/// The text up to and including the last "="; empty if there is none. Searches from the front,
+/// where the search is fast and the first one is mostly the last.
+inline std::string_view UpToLastEquals(std::string_view line) {
+    std::size_t size = 0;
+    for (std::size_t at = line.find('='); at != line.npos; at = line.find('=', size)) {
+        size = at + 1;
+    }
+    return line.substr(0, size);
+}
+
+/// "[section]"
+inline std::string IniHeader(std::string_view section) {
+    return std::string("[").append(section).append("]");
+}
+
+/// Walks over the lines of a decoded text, which must outlive the lines. The last line needs no
+/// newline, and there is no empty line after the last newline. A line ends at its first NUL, which
+/// counts for the limit like any character.
+class IniLineReader {
+  public:
+    IniLineReader(const TextFileEncoding &encoding, std::string_view text)
+        : m_encoding(encoding), m_rest(text), m_hasNul(text.find('\0') != text.npos) {}
+
+    /// Reads the next line, trimmed. False at the end, and a line over the limit is the end.
+    bool Next(std::string_view &line) {
+        line = m_rest.substr(0, m_rest.find('\n'));
+        if (m_rest.empty() || IsOverlong(m_encoding, line)) {
+            return false;
+        }
+        m_rest.remove_prefix(line.size() < m_rest.size() ? line.size() + 1 : line.size());
+        line = Trim(m_hasNul ? line.substr(0, line.find('\0')) : line);
+        return true;
+    }
+
+    static bool IsOverlong(const TextFileEncoding &encoding, std::string_view line) {
+        return line.size() > kIniLineLimit && encoding.CountCharacters(line) > kIniLineLimit;
+    }
+
+  private:
+    const TextFileEncoding &m_encoding;
+    std::string_view m_rest;
+    bool m_hasNul; ///< asked once for all lines, since hardly any text has one
+};
+
+#endif
