@@ -28,7 +28,8 @@ std::size_t EditIniBytes(TextFileEncoding &encoding, const std::string &before,
     while (!writes.empty()) {
         const std::string text = encoding.Decode(after);
         const bool hasName = encoding.ToText(section, name);
-        IniText ini(encoding, text, name, writes.size());
+        const bool isKept = writes.size() > 1 && encoding.KeepsAscii() && encoding.IsKept(text);
+        IniText ini(encoding, text, name);
         std::size_t applied = 0;
         do {
             if (hasName && Convert(encoding, writes.front(), key, value)) {
@@ -36,7 +37,7 @@ std::size_t EditIniBytes(TextFileEncoding &encoding, const std::string &before,
                 ++applied;
             }
             writes = writes.subspan(1);
-        } while (!writes.empty() && ini.IsAsReadAgain());
+        } while (!writes.empty() && isKept && ini.IsDecodedTheSame());
         std::string bytes;
         if (applied != 0 && encoding.Encode(ini.Text(), bytes)) {
             after.swap(bytes);

@@ -49,7 +49,9 @@ class IniLineReader {
     /// Reads the next line, trimmed. False at the end, and a line over the limit is the end.
     bool Next(std::string_view &line) {
         line = m_rest.substr(0, m_rest.find('\n'));
-        if (m_rest.empty() || IsOverlong(m_encoding, line)) {
+        const bool overlong =
+            line.size() > kIniLineLimit && m_encoding.CountCharacters(line) > kIniLineLimit;
+        if (m_rest.empty() || overlong) {
             return false;
         }
         m_rest.remove_prefix(line.size() < m_rest.size() ? line.size() + 1 : line.size());
@@ -57,8 +59,9 @@ class IniLineReader {
         return true;
     }
 
-    static bool IsOverlong(const TextFileEncoding &encoding, std::string_view line) {
-        return line.size() > kIniLineLimit && encoding.CountCharacters(line) > kIniLineLimit;
+    /// Whether all was read; otherwise the next line is over the limit.
+    bool IsAtEnd() const {
+        return m_rest.empty();
     }
 
   private:

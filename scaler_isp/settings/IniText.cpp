@@ -1,35 +1,45 @@
 #include "scaler_isp/settings/IniText.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "scaler_isp/settings/IniLines.h"
 
-IniText::IniText(const TextFileEncoding &encoding, std::string_view text, std::string_view section,
-                 std::size_t writes)
-    : m_encoding(encoding), m_header(IniHeader(section)), m_hasIndex(writes > 1),
-      m_textSize(text.size()) {
-    IniLineReader lines(encoding, text);
-    std::string_view line;
-    while (lines.Next(line)) {
-        m_lines.push_back({line, line.find('='), {}});
-        m_unreadable += IsUnreadable(m_lines.back()) ? 1U : 0U;
-    }
-    FindSections();
-    if (m_hasIndex) {
-        m_index.reserve(m_lines.size() + writes);
-        IndexKeys();
-        m_isAsReadAgain = encoding.KeepsAscii() && encoding.IsKept(text);
-    }
+namespace {
+
+/// An index costs as much as this many searches.
+constexpr std::size_t kSearchesWithoutIndex = 16;
+constexpr std::size_t kBlockBytes = std::size_t{16} * 1024;
+
+} // namespace
+
+IniText::IniText(const TextFileEncoding &encoding, std::string_view text, std::string_view section)
+    : m_encoding(encoding), m_header(IniHeader(section)), m_textSize(text.size()) {
+    Divide(text, m_lines);
+    LookAtLines();
 }
 
-void IniText::FindSections() {
-    for (std::size_t header = 0; header < m_lines.size(); ++header) {
-        if (m_lines[header].text == m_header) {
-            std::size_t end = header + 1;
+/// Appends the lines of a text. False if one over the limit was the end.
+bool IniText::Divide(std::string_view text, std::vector<Line> &lines) const {
+    IniLineReader reader(m_encoding, text);
+    std::string_view line;
+    while (reader.Next(line)) {
+        lines.push_back({line, line.find('='), {}});
+    }
+    return reader.IsAtEnd();
+}
+
+void IniText::LookAtLines() {
+    m_unreadable = 0;
+    m_sections.clear();
+    for (std::size_t i = 0; i < m_lines.size(); ++i) {
+        m_unreadable += IsUnreadable(m_lines[i]) ? 1U : 0U;
+        if (m_lines[i].text == m_header) {
+            std::size_t end = i + 1;
             while (end < m_lines.size() && m_lines[end].keySize != kNone) {
                 ++end;
             }
-            m_sections.push_back({header, end});
+            m_sections.push_back({i, end});
         }
     }
 }
@@ -38,27 +48,34 @@ void IniText::FindSections() {
 void IniText::IndexKeys() {
     for (auto section = m_sections.rbegin(); section != m_sections.rend(); ++section) {
         for (std::size_t i = section->end - 1; i > section->header; --i) {
-            std::size_t &first = m_index[m_lines[i].text.substr(0, m_lines[i].keySize)].first;
+            std::size_t &first = m_index[m_lines[i].text.substr(0, m_lines[i].keySize)].line;
             m_lines[i].next = std::exchange(first, i);
         }
     }
+    for (std::size_t i = 0; i < m_added.size(); ++i) {
+        m_index[m_added[i].text.substr(0, m_added[i].keySize)].added = i;
+    }
+    m_hasIndex = true;
 }
 
 // KEPT Header_that_ends_a_section_is_passed_over: the line that ends a section in which the key was
 // not found is not looked at again, even if it is the same header.
 void IniText::Write(std::string_view key, std::string_view value) {
+    if (!m_areLines) {
+        ReadWrittenLines();
+    }
     ++m_writes;
-    value = Keep(std::string(value));
-    Lines lines = Find(key);
+    value = Keep(value);
+    KeyIndex::Entry entry = Find(key);
     if (m_sections.empty()) {
-        WriteAdded(lines.added, key, value);
+        WriteAdded(entry, value);
     }
     std::size_t from = 0; // lines in front of it are not looked at again
     for (const Section &section : m_sections) {
         if (section.header < from) {
             continue;
         }
-        const std::size_t found = FindInSection(section, key, lines.first);
+        const std::size_t found = FindInSection(section, entry);
         if (found != kNone) {
             SetValue(m_lines[found], value);
             from = found + 1;
@@ -66,51 +83,63 @@ void IniText::Write(std::string_view key, std::string_view value) {
         }
         from = section.end + 1;
         if (section.header == m_sections.front().header) {
-            from -= lines.added != kNone ? 1 : 0;
-            WriteAdded(lines.added, key, value);
+            from -= entry.added != kNone ? 1 : 0;
+            WriteAdded(entry, value);
         }
     }
 }
 
-IniText::Lines IniText::Find(std::string_view key) const {
-    const auto found = m_index.find(key);
-    return found != m_index.end() ? found->second : Lines{};
+KeyIndex::Entry IniText::Find(std::string_view key) {
+    if (!m_hasIndex && ++m_searches > kSearchesWithoutIndex) {
+        IndexKeys();
+    }
+    if (m_hasIndex) {
+        const KeyIndex::Entry *entry = m_index.Find(key);
+        return entry != nullptr ? *entry : KeyIndex::Entry{key};
+    }
+    const auto added = std::find_if(m_added.begin(), m_added.end(), [key](const Line &line) {
+        return line.text.substr(0, line.keySize) == key;
+    });
+    KeyIndex::Entry entry{key};
+    if (added != m_added.end()) {
+        entry.added = static_cast<std::size_t>(added - m_added.begin());
+    }
+    return entry;
 }
 
-/// \param first  a line with the key, from which on the section is searched if there is an index
-std::size_t IniText::FindInSection(const Section &section, std::string_view key,
-                                   std::size_t &first) const {
+/// With an index, moves the entry on to the first of its lines in the section or after it.
+std::size_t IniText::FindInSection(const Section &section, KeyIndex::Entry &entry) const {
     if (m_hasIndex) {
-        while (first != kNone && first < section.header) {
-            first = m_lines[first].next;
+        while (entry.line != kNone && entry.line < section.header) {
+            entry.line = m_lines[entry.line].next;
         }
-        return first < section.end ? first : kNone;
+        return entry.line < section.end ? entry.line : kNone;
     }
     for (std::size_t i = section.header + 1; i < section.end; ++i) {
-        if (m_lines[i].text.substr(0, m_lines[i].keySize) == key) {
+        if (m_lines[i].text.substr(0, m_lines[i].keySize) == entry.key) {
             return i;
         }
     }
     return kNone;
 }
 
-void IniText::WriteAdded(std::size_t line, std::string_view key, std::string_view value) {
-    if (line != kNone) {
-        SetValue(m_added[line], value);
+void IniText::WriteAdded(const KeyIndex::Entry &entry, std::string_view value) {
+    if (entry.added != kNone) {
+        SetValue(m_added[entry.added], value);
         return;
     }
-    const std::string_view text = Keep(std::string(key) + '=');
-    m_added.push_back({text, key.size(), value, m_writes});
+    const std::string_view text = Keep(entry.key, "=");
+    m_added.push_back({text, entry.key.size(), value, m_writes});
     CheckWritten(m_added.back());
     if (m_hasIndex) {
-        m_index[text.substr(0, key.size())].added = m_added.size() - 1;
+        m_index[text.substr(0, entry.key.size())].added = m_added.size() - 1;
     }
 }
 
 void IniText::SetValue(Line &line, std::string_view value) {
     m_unreadable -= IsUnreadable(line) ? 1U : 0U;
     if (line.value.find('=') != line.value.npos) {
-        line.text = Keep(std::string(line.text).append(TrimEnd(line.value)));
+        line.text = Keep(line.text, TrimEnd(line.value));
     }
     line.text = UpToLastEquals(line.text);
     line.value = value;
@@ -120,13 +149,30 @@ void IniText::SetValue(Line &line, std::string_view value) {
 
 void IniText::CheckWritten(const Line &line) {
     m_unreadable += IsUnreadable(line) ? 1U : 0U;
-    const bool becameReadable = m_encoding.IsUnreadable() && m_unreadable == 0;
-    const bool overlong =
-        line.text.size() + line.value.size() > kIniLineLimit &&
-        m_encoding.CountCharacters(line.text) + m_encoding.CountCharacters(line.value) >
-            kIniLineLimit;
-    m_isAsReadAgain = m_isAsReadAgain && !becameReadable && !overlong &&
-                      line.value.find('\n') == line.value.npos && m_encoding.IsKept(line.value);
+    m_isKept = m_isKept && m_encoding.IsKept(line.value);
+    m_areLines = m_areLines && line.value.find('\n') == line.value.npos &&
+                 line.text.size() + line.value.size() <= kIniLineLimit;
+}
+
+/// Divides the values of the last write into lines, as the next one would read them.
+void IniText::ReadWrittenLines() {
+    std::vector<Line> lines;
+    lines.reserve(m_lines.size() + m_added.size() + 2);
+    bool more = true;
+    ForEachLine([&](const Line &line) {
+        if (more && line.write == m_writes) {
+            more = Divide(Keep(Keep(line.text, line.value), "\n"), lines);
+        } else if (more) {
+            lines.push_back(line);
+        }
+    });
+    m_lines.swap(lines);
+    m_added.clear();
+    m_index.Clear();
+    m_hasIndex = false;
+    m_searches = 0;
+    m_areLines = true;
+    LookAtLines();
 }
 
 bool IniText::IsUnreadable(const Line &line) const {
@@ -134,36 +180,39 @@ bool IniText::IsUnreadable(const Line &line) const {
            !(m_encoding.IsReadable(line.text) && m_encoding.IsReadable(line.value));
 }
 
-std::string IniText::Text() const {
-    std::string text;
-    text.reserve(m_textSize + m_keptSize + m_added.size() + m_header.size() + 2);
-    const std::size_t end = m_sections.empty() ? m_lines.size() : m_sections.front().end;
-    for (std::size_t i = 0; i < end; ++i) {
-        AppendLine(m_lines[i], text);
-    }
-    AppendAdded(text);
-    for (std::size_t i = end; i < m_lines.size(); ++i) {
-        AppendLine(m_lines[i], text);
-    }
-    return text;
-}
-
-void IniText::AppendAdded(std::string &text) const {
-    if (m_sections.empty()) {
-        text.append(m_header) += '\n';
-    }
-    for (const Line &line : m_added) {
-        AppendLine(line, text);
-    }
+bool IniText::IsDecodedTheSame() const {
+    return m_isKept && !(m_encoding.IsUnreadable() && m_unreadable == 0);
 }
 
 /// A write trims all lines that it reads: those of the writes before it, but not its own.
-void IniText::AppendLine(const Line &line, std::string &text) const {
-    text.append(line.text);
-    text.append(line.write == m_writes ? line.value : TrimEnd(line.value)) += '\n';
+std::string IniText::Text() const {
+    std::string text;
+    text.reserve(m_textSize + m_keptSize + m_lines.size() + m_added.size());
+    ForEachLine([&](const Line &line) {
+        text.append(line.text);
+        text.append(line.write == m_writes ? line.value : TrimEnd(line.value)) += '\n';
+    });
+    return text;
 }
 
-std::string_view IniText::Keep(std::string text) {
-    m_keptSize += text.size();
-    return m_kept.emplace_back(std::move(text));
+template <class Visit> void IniText::ForEachLine(Visit visit) const {
+    const std::size_t end = m_sections.empty() ? m_lines.size() : m_sections.front().end;
+    std::for_each_n(m_lines.begin(), end, visit);
+    if (m_sections.empty()) {
+        visit({m_header, m_header.find('='), {}});
+    }
+    std::for_each(m_added.begin(), m_added.end(), visit);
+    std::for_each(m_lines.begin() + static_cast<std::ptrdiff_t>(end), m_lines.end(), visit);
+}
+
+/// In blocks, which is cheaper than one string per value.
+std::string_view IniText::Keep(std::string_view text, std::string_view more) {
+    const std::size_t size = text.size() + more.size();
+    if (m_kept.empty() || m_kept.back().capacity() - m_kept.back().size() < size) {
+        m_kept.emplace_back().reserve(std::max(size, kBlockBytes));
+    }
+    m_keptSize += size;
+    std::string &block = m_kept.back();
+    block.append(text).append(more);
+    return std::string_view(block).substr(block.size() - size);
 }
