@@ -8,6 +8,33 @@
 #include "scaler_isp/common/Numbers.h"
 #include "scaler_isp/settings/IniLines.h"
 
+IniResult FindIniValue(const TextFileEncoding &encoding, std::string_view text,
+                       std::wstring_view section, std::wstring_view key, std::wstring &value) {
+    std::string wantedSection;
+    std::string wantedKey;
+    const bool sectionExists = encoding.ToText(section, wantedSection);
+    const bool keyExists = encoding.ToText(key, wantedKey);
+    const std::string header = IniHeader(wantedSection);
+    IniLineReader lines(encoding, text);
+    std::string_view line;
+    do {
+        if (!lines.Next(line)) {
+            return IniResult::EndOfFile;
+        }
+    } while (!sectionExists || line != header);
+    while (lines.Next(line)) {
+        const std::size_t equals = line.find('=');
+        if (equals == line.npos) {
+            return IniResult::EndOfSection;
+        }
+        if (keyExists && Trim(line.substr(0, equals)) == wantedKey) {
+            value = encoding.FromText(Trim(line.substr(UpToLastEquals(line).size())));
+            return IniResult::Found;
+        }
+    }
+    return IniResult::EndOfFile;
+}
+
 IniReader::IniReader(const std::string &path, Charset charset) : m_encoding(charset) {
     try {
         m_text = m_encoding.Decode(ReadFileBytes(path));
@@ -19,31 +46,9 @@ IniReader::IniReader(const std::string &path, Charset charset) : m_encoding(char
     }
 }
 
-IniReader::Result IniReader::Find(std::wstring_view section, std::wstring_view key,
-                                  std::wstring &value) const {
-    std::string wantedSection;
-    std::string wantedKey;
-    const bool sectionExists = m_encoding.ToText(section, wantedSection);
-    const bool keyExists = m_encoding.ToText(key, wantedKey);
-    const std::string header = IniHeader(wantedSection);
-    IniLineReader lines(m_encoding, m_text);
-    std::string_view line;
-    do {
-        if (!lines.Next(line)) {
-            return m_opened ? Result::EndOfFile : Result::NoFile;
-        }
-    } while (!sectionExists || line != header);
-    while (lines.Next(line)) {
-        const std::size_t equals = line.find('=');
-        if (equals == line.npos) {
-            return Result::EndOfSection;
-        }
-        if (keyExists && Trim(line.substr(0, equals)) == wantedKey) {
-            value = m_encoding.FromText(Trim(line.substr(UpToLastEquals(line).size())));
-            return Result::Found;
-        }
-    }
-    return Result::EndOfFile;
+IniResult IniReader::Find(std::wstring_view section, std::wstring_view key,
+                          std::wstring &value) const {
+    return m_opened ? FindIniValue(m_encoding, m_text, section, key, value) : IniResult::NoFile;
 }
 
 std::wstring IniReader::String(std::wstring_view section, std::wstring_view key) const {

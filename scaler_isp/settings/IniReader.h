@@ -6,18 +6,23 @@
 
 #include "scaler_isp/common/TextFileEncoding.h"
 
-/// A settings file, read once. The rules are those of ProfileStore.h.
+/// How a search for a key ended.
+enum class IniResult {
+    Found,
+    EndOfSection, ///< at a line without "="
+    EndOfFile,    ///< without the section, or inside it; an overlong line is an end, too
+    NoFile        ///< that can be opened
+};
+
+/// Searches a text as the encoding has decoded it. The rules are those of ProfileStore.h.
+/// \param value  set if the key is found
+IniResult FindIniValue(const TextFileEncoding &encoding, std::string_view text,
+                       std::wstring_view section, std::wstring_view key, std::wstring &value);
+
+/// A settings file, read once.
 class IniReader {
   public:
     using Charset = TextFileEncoding::Charset;
-
-    /// How a search ended.
-    enum class Result {
-        Found,
-        EndOfSection, ///< at a line without "="
-        EndOfFile,    ///< without the section, or inside it; an overlong line is an end, too
-        NoFile        ///< that can be opened
-    };
 
     /// A file that cannot be opened is empty. Throws CallFailure or std::bad_alloc if the reason is
     /// not the path (IsErrorOfPath), or if the file cannot be read to its end.
@@ -25,7 +30,7 @@ class IniReader {
     explicit IniReader(const std::string &path, Charset charset = Charset::Environment);
 
     /// \param value  set if the key is found
-    Result Find(std::wstring_view section, std::wstring_view key, std::wstring &value) const;
+    IniResult Find(std::wstring_view section, std::wstring_view key, std::wstring &value) const;
 
     /// The value; empty if the key is not found.
     std::wstring String(std::wstring_view section, std::wstring_view key) const;

@@ -70,18 +70,18 @@ unsigned int CopyOut(std::basic_string_view<Char> text, Char *buffer, unsigned i
 
 /// Looks a key up. A file that cannot be read counts as one that cannot be opened.
 template <class Char>
-IniReader::Result LookUp(const Char *section, const Char *key, const Char *fileName,
-                         std::basic_string<Char> &value) {
+IniResult LookUp(const Char *section, const Char *key, const Char *fileName,
+                 std::basic_string<Char> &value) {
     using Names = Family<Char>;
     try {
         std::wstring wide;
         const IniReader reader(Names::FileName(OrEmpty(fileName)), Names::kCharset);
-        const IniReader::Result result =
+        const IniResult result =
             reader.Find(Names::ToWide(OrEmpty(section)), Names::ToWide(OrEmpty(key)), wide);
         value = Names::FromWide(wide);
         return result;
     } catch (const CallFailure &) {
-        return IniReader::Result::NoFile;
+        return IniResult::NoFile;
     }
 }
 
@@ -98,17 +98,17 @@ unsigned int GetString(const Char *section, const Char *key, const Char *default
     return ResultOrOnThrow(0U, [&]() -> unsigned int {
         std::basic_string<Char> value;
         switch (LookUp(section, key, fileName, value)) {
-        case IniReader::Result::Found:
+        case IniResult::Found:
             return CopyOut<Char>(value, buffer, size);
-        case IniReader::Result::EndOfSection:
+        case IniResult::EndOfSection:
             return 0;
-        case IniReader::Result::NoFile:
+        case IniResult::NoFile:
             ReportMissingFile<Char>();
             if (Family<Char>::kMissingFileIsAnError) {
                 return 0;
             }
             break;
-        case IniReader::Result::EndOfFile:
+        case IniResult::EndOfFile:
             break;
         }
         CopyOut(OrEmpty(defaultValue), buffer, size);
@@ -120,7 +120,7 @@ template <class Char>
 int GetInt(const Char *section, const Char *key, int defaultValue, const Char *fileName) {
     return ResultOrOnThrow(defaultValue, [&] {
         std::basic_string<Char> value;
-        if (LookUp(section, key, fileName, value) == IniReader::Result::NoFile) {
+        if (LookUp(section, key, fileName, value) == IniResult::NoFile) {
             ReportMissingFile<Char>();
         }
         const Char *end = nullptr;

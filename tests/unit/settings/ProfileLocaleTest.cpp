@@ -139,6 +139,27 @@ TEST_F(ProfileLocale, EUC_JP_locale_reads_and_writes_EUC_JP) {
     EXPECT_EQ(Get("[S]\nK=\xA4\n", L"K"), L"\x00A4");
 }
 
+TEST_F(ProfileLocale, Names_are_compared_as_characters_and_not_as_bytes) {
+    if (!HasTestLocale("ja_JP.EUC-JP")) {
+        GTEST_SKIP() << "the locale ja_JP.EUC-JP was not made";
+    }
+    // The encoding writes a yen sign as the byte of the backslash.
+    const EnvironmentLocaleGuard locale("ja_JP.EUC-JP");
+    EXPECT_EQ(Get("[S]\n\\b=1\n", L"\\b"), L"1");
+    EXPECT_EQ(Get("[S]\n\\b=1\n", L"\x00A5"
+                                  L"b"),
+              L"dflt");
+    EXPECT_EQ(Get("[S]\n\xA4\xA2=2\n\\b=1\n", L"\x00A5"
+                                              L"b"),
+              L"dflt");
+    EXPECT_EQ(Write("[S]\n\\b=1\n",
+                    L"\x00A5"
+                    L"b",
+                    L"2"),
+              "[S]\n\\b=1\n\\b=2\n");
+    EXPECT_EQ(m_result, 1);
+}
+
 TEST_F(ProfileLocale, Narrow_family_never_converts) {
     const std::string path = m_folder.Write("p.ini", "[\xE4]\nK=\xC3\xA4\n");
     EXPECT_EQ(NarrowFamily::Get(path, "\xE4", "K"), (Got{2, "\xC3\xA4"}));

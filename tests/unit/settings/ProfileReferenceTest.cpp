@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 #include <random>
 
-#include "scaler_isp/settings/ProfileEdit.h"
-#include "scaler_isp/settings/ProfileLookup.h"
+#include "scaler_isp/settings/IniEdit.h"
+#include "scaler_isp/settings/IniReader.h"
 #include "support/TestLocale.h"
 #include "unit/settings/ProfileFamilies.h"
 #include "unit/settings/ReferenceProfile.h"
@@ -10,19 +10,6 @@
 namespace {
 
 using reference::Encoding;
-
-/// What a getter has to do after the search, as the second version says it.
-template <class Text> reference::Read AsRead(Lookup lookup, const Text &value) {
-    switch (lookup) {
-    case Lookup::Found:
-        return {static_cast<unsigned int>(value.size()), std::wstring(value.begin(), value.end())};
-    case Lookup::EndOfSection:
-        return {0, std::nullopt};
-    case Lookup::EndOfFile:
-        break;
-    }
-    return {0, L"dflt"};
-}
 
 struct ProfileWrite {
     std::wstring section;
@@ -39,44 +26,50 @@ std::string Shown(const ProfileWrite &write) {
            " " + testing::PrintToString(write.value);
 }
 
-/// A text as the narrow family gets it.
-std::string Bytes(const std::wstring &text) {
-    return Narrow(text).c_str(); // ends at a NUL
+/// A string as the narrow family gets it.
+std::wstring AsBytes(const std::wstring &text) {
+    return Wide(Narrow(text).c_str()); // ends at a NUL
 }
 
-/// The library's search and writer for the wide family, without the file.
-void CompareWide(const std::string &bytes, Encoding encoding, const ProfileWrite &write) {
+using Charset = TextFileEncoding::Charset;
+
+/// What a getter has to do after the library's search, as the second version says it.
+reference::Read ReadByTheLibrary(const std::string &bytes, Charset charset,
+                                 const ProfileWrite &names) {
+    TextFileEncoding encoding(charset);
+    const std::string text = encoding.Decode(bytes);
     std::wstring value;
-    const Lookup lookup = LookUpValue(bytes, write.section, write.key, value);
-    EXPECT_EQ(AsRead(lookup, value),
+    switch (FindIniValue(encoding, text, names.section, names.key, value)) {
+    case IniResult::Found:
+        return {static_cast<unsigned int>(value.size()), value};
+    case IniResult::EndOfSection:
+        return {0, std::nullopt};
+    case IniResult::EndOfFile:
+        return {0, L"dflt"};
+    case IniResult::NoFile:
+        break;
+    }
+    return {0, L"no file"};
+}
+
+/// The library's search and writer for one family.
+void CompareFamily(const std::string &bytes, Charset charset, Encoding encoding,
+                   const ProfileWrite &write) {
+    EXPECT_EQ(ReadByTheLibrary(bytes, charset, write),
               reference::GetString(bytes, encoding, write.section, write.key, L"dflt"));
     const auto expected = reference::Write(bytes, encoding, write.section, write.key, write.value);
-    NativeEncoding native;
+    TextFileEncoding native(charset);
+    const IniWrite request{write.key, write.value};
     std::string after;
-    EXPECT_EQ(EditProfileBytes(native, bytes, {write.section, write.key, write.value}, after),
-              expected.has_value());
-    if (expected) {
-        EXPECT_EQ(after, *expected);
-    }
-}
-
-/// The same for the narrow family.
-void CompareNarrow(const std::string &bytes, const std::string &section, const std::string &key,
-                   const std::string &newValue) {
-    std::string value;
-    const Lookup lookup = LookUpValue(bytes, section, key, value);
-    EXPECT_EQ(AsRead(lookup, Wide(value)),
-              reference::GetString(bytes, Encoding::Bytes, Wide(section), Wide(key), L"dflt"));
-    ByteEncoding narrow;
-    std::string after;
-    EXPECT_TRUE(EditProfileBytes(narrow, bytes, {section, key, newValue}, after));
-    EXPECT_EQ(after,
-              reference::Write(bytes, Encoding::Bytes, Wide(section), Wide(key), Wide(newValue)));
+    EXPECT_EQ(EditIniBytes(native, bytes, write.section, {&request, 1}, after),
+              expected.has_value() ? 1U : 0U);
+    EXPECT_EQ(after, expected.value_or(bytes));
 }
 
 void CompareSingle(const std::string &bytes, Encoding encoding, const ProfileWrite &write) {
-    CompareWide(bytes, encoding, write);
-    CompareNarrow(bytes, Bytes(write.section), Bytes(write.key), Bytes(write.value));
+    CompareFamily(bytes, Charset::Environment, encoding, write);
+    CompareFamily(bytes, Charset::Bytes, Encoding::Bytes,
+                  {AsBytes(write.section), AsBytes(write.key), AsBytes(write.value)});
     if (testing::Test::HasFailure()) {
         ADD_FAILURE() << Shown(bytes) << Shown(write);
     }

@@ -1,11 +1,12 @@
-#include "scaler_isp/settings/FwBankEdit.h"
+#include "scaler_isp/settings/IniEdit.h"
 
 #include <gtest/gtest.h>
+#include <iterator>
 #include <optional>
 #include <random>
 #include <utility>
+#include <vector>
 
-#include "scaler_isp/settings/ProfileEdit.h"
 #include "support/TestLocale.h"
 #include "unit/settings/ReferenceProfile.h"
 
@@ -56,20 +57,20 @@ void PrintTo(const Edited &edited, std::ostream *stream) {
             << testing::PrintToString(edited.file);
 }
 
-FwBankKeys KeysOf(const Map &map) {
-    std::vector<FwBankKeys::Bank> banks;
-    for (const Bank &bank : map.banks) {
-        banks.push_back({bank.targetKey, bank.targetValue, bank.path});
+std::vector<IniWrite> ViewsOf(const Writes &writes) {
+    std::vector<IniWrite> views;
+    for (const auto &[key, value] : writes) {
+        views.push_back({key, value});
     }
-    return {map.count, std::move(banks)};
+    return views;
 }
 
 Edited ByTheLibrary(const std::string &before, const Map &map) {
-    const FwBankKeys keys = KeysOf(map);
-    NativeEncoding encoding;
+    const Writes writes = WritesOf(map);
+    TextFileEncoding encoding(TextFileEncoding::Charset::Environment);
     Edited result;
-    result.written = EditFwBanks(encoding, before, keys, result.file);
-    result.possible = CountPossibleFwBanks(encoding, before, keys);
+    result.written = EditIniBytes(encoding, before, L"ISP_Fw", ViewsOf(writes), result.file);
+    result.possible = CountPossibleWrites(encoding, before, ViewsOf(writes));
     return result;
 }
 
@@ -87,12 +88,13 @@ class SingleWriter {
     std::optional<std::string> operator()(const std::string &before, const std::wstring &key,
                                           const std::wstring &value) {
         std::string after;
-        const bool possible = EditProfileBytes(m_encoding, before, {L"ISP_Fw", key, value}, after);
+        const IniWrite write{key, value};
+        const bool possible = EditIniBytes(m_encoding, before, L"ISP_Fw", {&write, 1}, after) == 1;
         return possible ? std::optional(after) : std::nullopt;
     }
 
   private:
-    NativeEncoding m_encoding;
+    TextFileEncoding m_encoding{TextFileEncoding::Charset::Environment};
 };
 
 template <class Write> Edited KeyByKey(const std::string &before, const Map &map, Write &&write) {
@@ -108,7 +110,7 @@ template <class Write> Edited KeyByKey(const std::string &before, const Map &map
     return result;
 }
 
-TEST(FwBankEdit, All_small_files_give_the_bytes_of_single_writes) {
+TEST(IniEdit, All_small_files_give_the_bytes_of_single_writes) {
     const Map maps[] = {{1, {{1, 0, L"/a"}}}, {2, {{1, 0, L"/a=b "}, {1, 1, L"/c "}}}};
     const std::vector<std::string> lines = {
         "", "[ISP_Fw]", "fw0_Path=/o=p", " fw1_TargetBank=7 ", "fw0_FileBank =1", "x"};
@@ -120,7 +122,7 @@ TEST(FwBankEdit, All_small_files_give_the_bytes_of_single_writes) {
     }
 }
 
-TEST(FwBankEdit, Path_that_cannot_be_expressed_is_left_out_of_all_small_files) {
+TEST(IniEdit, Path_that_cannot_be_expressed_is_left_out_of_all_small_files) {
     const EnvironmentLocaleGuard locale("C");
     const Map map{2, {{0, 0, L"/\x4E2D"}, {1, 1, L"/a"}}};
     for (const std::string &file : reference::SmallFiles(6, {"", "[ISP_Fw]", "fw0_Path=/o"})) {
@@ -129,7 +131,7 @@ TEST(FwBankEdit, Path_that_cannot_be_expressed_is_left_out_of_all_small_files) {
     }
 }
 
-TEST(FwBankEdit, Target_written_twice_at_the_limit_of_a_line_is_that_of_single_writes) {
+TEST(IniEdit, Target_written_twice_at_the_limit_of_a_line_is_that_of_single_writes) {
     const unsigned int values[] = {1, 0xFFFFFFFFU, 1234, 0x80000000U};
     for (std::size_t filler = 998; filler < 1010; ++filler) {
         const std::string file =
@@ -201,7 +203,8 @@ class Pieces {
         const bool ascending = Below(2) == 0;
         const unsigned int start = targets[Below(targets.size())];
         Map map{static_cast<unsigned int>(Below(20)), {}};
-        for (unsigned int i = 0, count = static_cast<unsigned int>(Below(5)); i < count; ++i) {
+        const std::size_t count = Below(Below(3) == 0 ? 12 : 5);
+        for (unsigned int i = 0; i < count; ++i) {
             map.banks.push_back({ascending ? start + i : targets[Below(targets.size())],
                                  targets[Below(targets.size())], paths[Below(sorts)]});
         }
@@ -235,7 +238,7 @@ template <class Write> void CompareRandomInputs(unsigned int seed, Write &&write
     }
 }
 
-TEST(FwBankEdit, Random_inputs_give_the_bytes_of_single_writes_in_UTF_8) {
+TEST(IniEdit, Random_inputs_give_the_bytes_of_single_writes_in_UTF_8) {
     CompareRandomInputs(1, SecondVersion(Encoding::Utf8));
 }
 
@@ -249,9 +252,9 @@ void PrintTo(const LocaleCase &row, std::ostream *stream) {
     *stream << row.locale;
 }
 
-class FwBankEditInLocale : public testing::TestWithParam<LocaleCase> {};
+class IniEditInLocale : public testing::TestWithParam<LocaleCase> {};
 
-TEST_P(FwBankEditInLocale, Random_inputs_give_the_bytes_of_single_writes) {
+TEST_P(IniEditInLocale, Random_inputs_give_the_bytes_of_single_writes) {
     if (GetParam().mayBeMissing && !HasTestLocale(GetParam().locale)) {
         GTEST_SKIP() << "the locale was not made";
     }
@@ -259,7 +262,7 @@ TEST_P(FwBankEditInLocale, Random_inputs_give_the_bytes_of_single_writes) {
     CompareRandomInputs(2, SingleWriter());
 }
 
-INSTANTIATE_TEST_SUITE_P(Locales, FwBankEditInLocale,
+INSTANTIATE_TEST_SUITE_P(Locales, IniEditInLocale,
                          testing::Values(LocaleCase{"plain_ASCII", "C", false},
                                          LocaleCase{"none", "xx_YY.nothing", false},
                                          LocaleCase{"Latin_1", "de_DE.ISO-8859-1", true},
@@ -267,13 +270,32 @@ INSTANTIATE_TEST_SUITE_P(Locales, FwBankEditInLocale,
                                          LocaleCase{"EUC_JP", "ja_JP.EUC-JP", true}),
                          [](const auto &row) { return row.param.name; });
 
-TEST(FwBankEdit, Bytes_are_those_of_single_writes_without_a_valid_locale) {
+TEST(IniEdit, Bytes_are_those_of_single_writes_without_a_valid_locale) {
     const EnvironmentLocaleGuard locale("xx_YY.nothing");
     CompareRandomInputs(3, SecondVersion(Encoding::Bytes));
 }
 
+TEST(IniEdit, Section_that_occurs_often_is_written_as_by_single_writes) {
+    std::mt19937 random(4);
+    Map map{40, {}};
+    for (unsigned int i = 0; i < 40; ++i) {
+        map.banks.push_back({i % 7, i, L"/" + std::to_wstring(i)});
+    }
+    const char *lines[] = {
+        "[ISP_Fw]", "fw1_TargetBank=7", "fw30_Path=/o=p", "fw2_FileBank=1", "fw39_FileBank=", "",
+        "x"};
+    for (int round = 0; round < 50; ++round) {
+        std::string file;
+        for (unsigned int count = 0; count < 30; ++count) {
+            file += std::string(lines[random() % std::size(lines)]) + "\n";
+        }
+        ASSERT_EQ(ByTheLibrary(file, map), KeyByKey(file, map, SecondVersion(Encoding::Utf8)))
+            << file;
+    }
+}
+
 /// 512 entries, and the file they make.
-TEST(FwBankEdit, Full_map_is_written_to_the_last_byte) {
+TEST(IniEdit, Full_map_is_written_to_the_last_byte) {
     Map map{512, {}};
     std::string expected = "[ISP_Fw]\nfwFileCount=512\n";
     for (unsigned int i = 0; i < 512; ++i) {
@@ -283,13 +305,9 @@ TEST(FwBankEdit, Full_map_is_written_to_the_last_byte) {
                     prefix + "FileBank=" + std::to_string(i) + "\n" + prefix + "Path=/\xC3\xA4/" +
                     std::to_string(i) + "\n";
     }
-    const FwBankKeys keys = KeysOf(map);
-    NativeEncoding encoding;
-    std::string file;
-    EXPECT_EQ(EditFwBanks(encoding, "", keys, file), 1 + 3 * 512U);
-    EXPECT_EQ(file, expected);
-    EXPECT_EQ(EditFwBanks(encoding, expected + "\n[X]\nY=1\n", keys, file), 1 + 3 * 512U);
-    EXPECT_EQ(file, expected + "\n[X]\nY=1\n");
+    EXPECT_EQ(ByTheLibrary("", map), (Edited{expected, 1 + 3 * 512U, 1 + 3 * 512U}));
+    const std::string more = expected + "\n[X]\nY=1\n";
+    EXPECT_EQ(ByTheLibrary(more, map), (Edited{more, 1 + 3 * 512U, 1 + 3 * 512U}));
 }
 
 } // namespace

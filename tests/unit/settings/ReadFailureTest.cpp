@@ -1,0 +1,146 @@
+#include <cerrno>
+#include <dlfcn.h>
+#include <functional>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <sys/types.h>
+#include <unistd.h>
+
+#include "scaler_isp/ScalerIsp.h"
+#include "scaler_isp/common/CallFailure.h"
+#include "scaler_isp/settings/IniReader.h"
+#include "support/CapturedOutput.h"
+#include "support/TempFolder.h"
+#include "unit/settings/ProfileFamilies.h"
+
+namespace {
+
+/// While it lives, the read of this number, counted from 1, goes wrong in this process.
+struct ReadFault {
+    enum class Kind { Error, EarlyEnd };
+
+    ReadFault(Kind faultKind, int readNumber) : kind(faultKind), number(readNumber) {
+        current = this;
+    }
+    ~ReadFault() {
+        current = nullptr;
+    }
+    ReadFault(const ReadFault &) = delete;
+    ReadFault &operator=(const ReadFault &) = delete;
+
+    Kind kind;
+    int number;
+    static inline ReadFault *current = nullptr;
+};
+
+} // namespace
+
+extern "C" ssize_t read(int file, void *to, size_t size) {
+    using Read = ssize_t (*)(int, void *, size_t);
+    static const auto real = reinterpret_cast<Read>(dlsym(RTLD_NEXT, "read"));
+    if (ReadFault::current != nullptr && --ReadFault::current->number == 0) {
+        if (ReadFault::current->kind == ReadFault::Kind::EarlyEnd) {
+            return 0;
+        }
+        errno = EIO;
+        return -1;
+    }
+    return real(file, to, size);
+}
+
+namespace {
+
+constexpr const char *kFile = "[S]\nK=1\n";
+
+const ReadFault::Kind kKinds[] = {ReadFault::Kind::Error, ReadFault::Kind::EarlyEnd};
+
+TEST(ReadFailure, File_that_was_not_read_to_its_end_is_not_rewritten) {
+    const TempFolder folder;
+    const std::string path = folder.Write("p.ini", kFile);
+    for (const ReadFault::Kind kind : kKinds) {
+        EXPECT_EQ(OutputOf([&] {
+                      const ReadFault fault(kind, 1);
+                      EXPECT_EQ(WideFamily::Write(path, "S", "K", "2"), 0);
+                  }),
+                  "");
+        EXPECT_EQ(OutputOf([&] {
+                      const ReadFault fault(kind, 1);
+                      EXPECT_EQ(NarrowFamily::Write(path, "S", "K", "2"), 0);
+                  }),
+                  "");
+        EXPECT_EQ(folder.Read("p.ini"), kFile);
+    }
+    EXPECT_EQ(WideFamily::Write(path, "S", "K", "2"), 1);
+}
+
+TEST(ReadFailure, Map_is_not_saved_into_a_file_that_was_not_read_to_its_end) {
+    const TempFolder folder;
+    const auto setting = std::make_unique<STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING>();
+    Wide(folder.Write("p.ini", kFile)).copy(setting->wszSettingFile, SCALER_ISP_PATH_CHARS);
+    for (const ReadFault::Kind kind : kKinds) {
+        const ReadFault fault(kind, 1);
+        setting->SaveSetting();
+    }
+    EXPECT_EQ(folder.Read("p.ini"), kFile);
+}
+
+TEST(ReadFailure, Inner_reader_throws) {
+    const TempFolder folder;
+    const std::string path = folder.Write("p.ini", kFile);
+    for (const ReadFault::Kind kind : kKinds) {
+        const ReadFault fault(kind, 1);
+        EXPECT_THROW(IniReader{path}, CallFailure);
+    }
+    EXPECT_EQ(IniReader(path).String(L"S", L"K"), L"1");
+}
+
+TEST(ReadFailure, Inner_reader_takes_a_path_that_leads_nowhere_as_an_empty_file) {
+    const TempFolder folder;
+    for (const std::string &path :
+         {folder.Path("none"), folder.MakeFolder("d"), folder.Write("f", "") + "/x"}) {
+        const IniReader reader(path);
+        EXPECT_EQ(reader.String(L"S", L"K"), L"") << path;
+        EXPECT_EQ(reader.Number(L"S", L"K", 7), 7) << path;
+    }
+}
+
+TEST(ReadFailure, Getter_returns_the_default) {
+    const TempFolder folder;
+    const std::string path = folder.Write("p.ini", kFile);
+    {
+        const ReadFault fault(ReadFault::Kind::Error, 1);
+        EXPECT_EQ(WideFamily::Get(path, "S", "K"), (Got{0, "dflt"}));
+    }
+    const ReadFault fault(ReadFault::Kind::Error, 1);
+    EXPECT_EQ(WideFamily::GetInt(path, "S", "K", 7), 7);
+}
+
+TEST(ReadFailure, Record_stays_as_it_was) {
+    const TempFolder folder;
+    const std::string path =
+        folder.Write("p.ini", "[Communication]\nenumCommID=5\n[ISP_Flash]\nbShowDumpFlash=1\n");
+    const auto setting = std::make_unique<STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING>();
+    Wide(path).copy(setting->wszSettingFile, SCALER_ISP_PATH_CHARS);
+    setting->enumCommID = 77;
+    setting->enumActionType = 78;
+    STRUCT_CP_ISP_UI_SETTING switches;
+    Wide(path).copy(switches.wszSettingFile, SCALER_ISP_PATH_CHARS);
+    switches.bShowDumpFlash = 79;
+    for (const ReadFault::Kind kind : kKinds) {
+        {
+            const ReadFault fault(kind, 1);
+            setting->LoadSetting();
+        }
+        const ReadFault fault(kind, 1);
+        switches.LoadUISetting();
+    }
+    EXPECT_EQ(setting->enumCommID, 77U);
+    EXPECT_EQ(setting->enumActionType, 78U);
+    EXPECT_EQ(switches.bShowDumpFlash, 79U);
+    setting->LoadSetting();
+    EXPECT_EQ(setting->enumCommID, 5U);
+    EXPECT_EQ(setting->enumActionType, 4U);
+}
+
+} // namespace
