@@ -48,9 +48,13 @@ PAIRS = [
     ("bench_toolkit", "byte_list", 0.5, "CmdToBin of 256 KiB / strtol on the narrow text"),
     ("bench_toolkit", "script", 2.0, "RunCommand of 10,000 records / the same calls, decoded before"),
     ("bench_settings", "read_key", 2.0, "read one key of 1,500 lines / getline on a narrow stream"),
+    ("bench_settings", "write_key", 2.0,
+     "write one key of 1,500 lines / getline, then replace the file"),
 ]
 SETTINGS = "bench_settings"
-DISK_GOAL, MEMORY_GOAL, LINEAR_GOAL = 3.0, 10.0, 1.1
+DISK_GOAL, MEMORY_GOAL, LINEAR_GOAL, ODD_GOAL = 2.0, 2.0, 1.1, 10.0
+ODD_FILES = [("twice", "that has the section twice"),
+             ("unreadable", "that the encoding cannot read")]
 CALL_GOAL = 1.5
 EXTRA_FAULTS = 30
 BANKS = [64, 128, 256, 512]
@@ -167,7 +171,7 @@ def file_system(folder):
 def save_rows(folder, quick):
     """On a disk both wait for the disk, so what counts there is the median of the time that passes."""
     runs = measure(folder, SETTINGS, quick)
-    what = "SaveSetting of 512 entries on {} / one open, write, close of the bytes"
+    what = "SaveSetting of 512 entries on {} / read, format the lines, write, rename"
     subject, peer = (runs[f"save_on_disk:{side}"] for side in ("subject", "peer"))
     yield row(what.format(file_system(tempfile.gettempdir())) + ", elapsed",
               quantile(subject.elapsed, 0.5) / quantile(peer.elapsed, 0.5), DISK_GOAL,
@@ -178,6 +182,11 @@ def save_rows(folder, quick):
     yield row("SaveSetting, cost an entry of 512 / of 128",
               subject.least / 512 / (runs["save_128"].least / 128), LINEAR_GOAL, subject.spread,
               f"{SETTINGS} --benchmark_filter=save")
+    for name, which in ODD_FILES:
+        odd = runs[f"save_odd_{name}"]
+        yield row(f"SaveSetting into a file {which} / into an ordinary one",
+                  odd.least / subject.least, ODD_GOAL, odd.spread,
+                  f"{SETTINGS} --benchmark_filter=save")
 
 
 def bank_rows(folder, quick):

@@ -220,11 +220,13 @@ typedef struct STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING {
     SCALER_ISP_API STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING();
 
     /// Loads twelve fields from the file wszSettingFile; a missing file, section or key gives its
-    /// default. The firmware map is not read, and no range is checked.
+    /// default. The firmware map is not read, and no range is checked. If the file cannot be read
+    /// for want of memory or for an I/O error, all fields stay as they were.
     SCALER_ISP_API void LoadSetting();
 
     /// Writes the firmware map, and nothing else, to section "ISP_Fw" of the file wszSettingFile.
-    /// PRINTS "Open file error \n" once a key where the file cannot be written.
+    /// All keys are written at once; see ProfileStore.h for how a file is replaced.
+    /// PRINTS "Open file error \n" once per key if the file cannot be opened for writing.
     SCALER_ISP_API void SaveSetting();
 
     /// Empties the firmware map: count, target banks and bank values become 0, of the file banks

@@ -119,11 +119,11 @@ TEST(ReadFailure, Getter_returns_the_default) {
 TEST(ReadFailure, Record_stays_as_it_was) {
     const TempFolder folder;
     const std::string path =
-        folder.Write("p.ini", "[Communication]\nenumCommID=5\n[ISP_Flash]\nbShowDumpFlash=1\n");
+        folder.Write("p.ini", "[ISP_Fw]\nulProgStartBank=5\n[ISP_Flash]\nbShowDumpFlash=1\n");
     const auto setting = std::make_unique<STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING>();
     Wide(path).copy(setting->wszSettingFile, SCALER_ISP_PATH_CHARS);
-    setting->enumCommID = 77;
-    setting->enumActionType = 78;
+    setting->ulProgStartBank = 77;
+    setting->bAutoSearchFW = 78;
     STRUCT_CP_ISP_UI_SETTING switches;
     Wide(path).copy(switches.wszSettingFile, SCALER_ISP_PATH_CHARS);
     switches.bShowDumpFlash = 79;
@@ -135,12 +135,12 @@ TEST(ReadFailure, Record_stays_as_it_was) {
         const ReadFault fault(kind, 1);
         switches.LoadUISetting();
     }
-    EXPECT_EQ(setting->enumCommID, 77U);
-    EXPECT_EQ(setting->enumActionType, 78U);
+    EXPECT_EQ(setting->ulProgStartBank, 77U);
+    EXPECT_EQ(setting->bAutoSearchFW, 78U);
     EXPECT_EQ(switches.bShowDumpFlash, 79U);
     setting->LoadSetting();
-    EXPECT_EQ(setting->enumCommID, 5U);
-    EXPECT_EQ(setting->enumActionType, 4U);
+    EXPECT_EQ(setting->ulProgStartBank, 5U);
+    EXPECT_EQ(setting->bAutoSearchFW, 0U);
 }
 
 } // namespace
