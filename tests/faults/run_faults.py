@@ -1,0 +1,121 @@
+#!/usr/bin/env python3
+"""Fails one operation of the C library at a time under the library and ispctl, and judges what comes of
+it (README.md). Works on a finished build of the tests.
+
+  run_faults.py BUILD [--long] [--part lines|settings|ispctl|self-test] [--only NAME]
+                [--operation NAME] [--one WARMTH OPERATION:FIRST:once|forever:ERRNO]
+"""
+
+import argparse
+import collections
+import concurrent.futures
+import os
+import shutil
+import sys
+import tempfile
+import time
+
+import check_lines
+import outcome
+
+PARTS = ("self-test", "lines", "settings", "ispctl")
+SHOWN_OF_ONE_KIND = 3
+
+
+class Tally:
+    """Runs and failures of everything; prints a line as each subject ends."""
+
+    def __init__(self, options):
+        self.options = options
+        self.passed = self.failed = 0
+        self.by_assertion = collections.Counter()
+
+    def subject(self, part, name, runs, faults, failures, detail=""):
+        bad = {failure[1:4] for failure in failures}
+        self.failed += len(bad)
+        self.passed += runs - len(bad)
+        print("%-8s %-26s %6d runs %6d faults %s%s" % (
+            part, name, runs, faults, detail, "  %d FAILED" % len(bad) if bad else ""), flush=True)
+        self.show(part, failures)
+
+    def show(self, part, failures):
+        kinds = collections.defaultdict(list)
+        for failure in failures:
+            self.by_assertion[part + "." + failure[0]] += 1
+            kinds[failure[0]].append(failure)
+        for assertion, those in kinds.items():
+            for _, subject, state, order, seen in those[:SHOWN_OF_ONE_KIND]:
+                print("    FAILED %s: %s\n        %s --part %s --only %s --one %s %s" % (
+                    assertion, seen, self.options.command, part, subject, state, order))
+            if len(those) > SHOWN_OF_ONE_KIND:
+                print("    ... %d more of %s" % (len(those) - SHOWN_OF_ONE_KIND, assertion))
+
+
+def one_order(options, text):
+    names = outcome.operations(options.source)
+    operation, first, how, error = text.split(":")
+    return names.index(operation), int(first), int(how == "forever"), int(error)
+
+
+def run_lines(options, tally):
+    lines = check_lines.selected(options.only)
+    with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
+        futures = [pool.submit(check_lines.check_line, line, options) for line in lines]
+        for line, future in zip(lines, futures):
+            runs, faults, failures, calls = future.result()
+            tally.subject("lines", line.name, runs, faults, failures,
+                          "(calls: %d cold, %d warm)" % tuple(calls))
+
+
+def parse_options():
+    parser = argparse.ArgumentParser(description="The library and ispctl under failing operations.")
+    parser.add_argument("build", help="a finished build of the tests, build/test")
+    parser.add_argument("--long", action="store_true", help="every n instead of a sample")
+    parser.add_argument("--part", choices=PARTS, help="only this part")
+    parser.add_argument("--only", help="only this command line or subject")
+    parser.add_argument("--operation", help="only this operation")
+    parser.add_argument("--one", nargs=2, metavar=("STATE", "ORDER"), help="one single fault")
+    parser.add_argument("--trace", action="store_true", help="with --one: who met the fault")
+    parser.add_argument("--jobs", type=int, default=os.cpu_count())
+    options = parser.parse_args()
+    build = os.path.abspath(options.build)
+    here = os.path.join(build, "tests/faults")
+    options.command = "tests/faults/run_faults.py " + options.build
+    options.source = os.path.dirname(os.path.abspath(__file__))
+    options.here = here
+    options.library = os.path.join(build, "lib/libScalerIsp.so")
+    options.locales = os.path.join(build, "tests/support/locales")
+    options.faulty = os.path.join(here, "faulty.so")
+    options.isp = os.path.join(here, "isp.so")
+    options.sign = os.path.join(here, "sign.so")
+    options.host = os.path.join(here, "line_host")
+    options.variables = {"FAULTS_TRACE": "1"} if options.trace else {}
+    options.orders = None
+    if options.one:
+        options.orders = [one_order(options, options.one[1])]
+    return options
+
+
+def main():
+    options = parse_options()
+    start = time.monotonic()
+    options.work = os.path.realpath(tempfile.mkdtemp(prefix="faults-"))
+    print("faults: %s" % ("every call of every operation" if options.long else
+                          "each of the first 64 calls of an operation, then a sample (--long: every call)"))
+    tally = Tally(options)
+    try:
+        parts = {"lines": run_lines}
+        for part in PARTS:
+            if options.part in (None, part) and part in parts:
+                parts[part](options, tally)
+    finally:
+        shutil.rmtree(options.work, ignore_errors=True)
+    for assertion, count in sorted(tally.by_assertion.items()):
+        print("faults: %s failed in %d runs" % (assertion, count))
+    print("faults: %d passed, %d failed in %d s" % (tally.passed, tally.failed,
+                                                   time.monotonic() - start))
+    return 1 if tally.failed or tally.passed == 0 else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
