@@ -43,6 +43,9 @@
 #define FAULTS_ENUMERATOR(NAME) FAULTS_##NAME,
 enum faults_operation { FAULTS_OPERATIONS(FAULTS_ENUMERATOR) FAULTS_COUNT };
 
+/* As the errno value: the process is killed where the operation begins. */
+#define FAULTS_KILL 1000
+
 void faults_arm(int operation, long first, int forever, int error);
 void faults_disarm(void);
 

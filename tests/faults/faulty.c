@@ -12,6 +12,7 @@
 #include <link.h>
 #include <locale.h>
 #include <pthread.h>
+#include <signal.h>
 #include <spawn.h>
 #include <stdarg.h>
 #include <stdint.h>
@@ -114,6 +115,9 @@ static int fails(enum faults_operation operation) {
     }
     __atomic_add_fetch(&g_injected, 1, __ATOMIC_RELAXED);
     show_callers();
+    if (g_error == FAULTS_KILL) {
+        kill(getpid(), SIGKILL);
+    }
     errno = g_error;
     return 1;
 }
@@ -561,6 +565,11 @@ EXPORTED int fflush(FILE *file) {
     }
     return next(file);
 }
+
+FAILING(int, ftruncate, (int file, off_t size), (file, size), write, -1)
+FAILING(int, ftruncate64, (int file, off64_t size), (file, size), write, -1)
+FAILING(int, posix_fallocate, (int file, off_t from, off_t size), (file, from, size), write,
+        g_error)
 
 /* ---- the loader ---- */
 

@@ -16,6 +16,7 @@ import tempfile
 import time
 
 import check_lines
+import check_settings
 import outcome
 
 PARTS = ("self-test", "lines", "settings", "ispctl")
@@ -40,8 +41,9 @@ class Tally:
 
     def show(self, part, failures):
         kinds = collections.defaultdict(list)
+        for assertion, _, _, _ in {failure[:4] for failure in failures}:
+            self.by_assertion[part + "." + assertion] += 1
         for failure in failures:
-            self.by_assertion[part + "." + failure[0]] += 1
             kinds[failure[0]].append(failure)
         for assertion, those in kinds.items():
             for _, subject, state, order, seen in those[:SHOWN_OF_ONE_KIND]:
@@ -67,6 +69,17 @@ def run_lines(options, tally):
                           "(calls: %d cold, %d warm)" % tuple(calls))
 
 
+def run_settings(options, tally):
+    subjects = check_settings.subjects(options)
+    with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
+        futures = [pool.submit(function) for _, function in subjects]
+        for (name, _), future in zip(subjects, futures):
+            runs, faults, failures = future.result()
+            tally.subject("settings", name, runs, faults, failures)
+    if os.geteuid() != 0 and not options.only:
+        print("settings: left out without root: write_only, read_only_directory, full_disk")
+
+
 def parse_options():
     parser = argparse.ArgumentParser(description="The library and ispctl under failing operations.")
     parser.add_argument("build", help="a finished build of the tests, build/test")
@@ -88,6 +101,9 @@ def parse_options():
     options.faulty = os.path.join(here, "faulty.so")
     options.isp = os.path.join(here, "isp.so")
     options.sign = os.path.join(here, "sign.so")
+    options.settings_host = os.path.join(here, "settings_host")
+    options.preload = options.faulty
+    options.seed = 1
     options.host = os.path.join(here, "line_host")
     options.variables = {"FAULTS_TRACE": "1"} if options.trace else {}
     options.orders = None
@@ -104,7 +120,7 @@ def main():
                           "each of the first 64 calls of an operation, then a sample (--long: every call)"))
     tally = Tally(options)
     try:
-        parts = {"lines": run_lines}
+        parts = {"lines": run_lines, "settings": run_settings}
         for part in PARTS:
             if options.part in (None, part) and part in parts:
                 parts[part](options, tally)
