@@ -58,9 +58,15 @@ class Stage:
         self.library = self.put(options.library, b"libScalerIsp.so")
         self.plugins = [self.put(options.isp, b"PlugIn/libIsp.dylib"),
                         self.put(options.sign, b"libSignVerify.dylib")]
+        # What a library that does not know its directory would find: the same files, but plug-ins of
+        # a stranger, in the current directory and on the loader's path.
+        os.makedirs(os.path.join(self.root, "PlugIn"))
+        shutil.copy2(options.stranger, os.path.join(self.root, "PlugIn/libIsp.dylib"))
+        shutil.copy2(options.stranger, os.path.join(self.root, "libSignVerify.dylib"))
         for name, contents in line.files.items():
             if name != lacking:
-                self.write(name, contents)
+                self.write(self.folder, name, contents)
+                self.write(os.fsencode(self.root), name, contents)
         with open(os.path.join(self.root, "answers.txt"), "w", encoding="utf-8") as file:
             file.write("".join(answer + "\n" for answer in line.answers))
 
@@ -69,8 +75,9 @@ class Stage:
         shutil.copy2(source, target)
         return target
 
-    def write(self, name, contents):
-        with open(os.path.join(self.folder, os.fsencode(name)), "wb") as file:
+    @staticmethod
+    def write(folder, name, contents):
+        with open(os.path.join(folder, os.fsencode(name)), "wb") as file:
             if isinstance(contents, int):
                 file.truncate(contents)
             else:
@@ -80,7 +87,7 @@ class Stage:
         env = {k: v for k, v in os.environ.items()
                if not re.fullmatch(r"LC_.*|LANG|LANGUAGE|LOCPATH|FAULTS_.*", k)}
         env.update(LC_ALL=self.line.locale, BLACKBOX_DIR=self.root, LD_PRELOAD=self.options.faulty,
-                   LD_BIND_NOW="1", **self.options.variables)
+                   LD_LIBRARY_PATH=self.root, LD_BIND_NOW="1", **self.options.variables)
         if self.line.locale != "C.UTF-8":
             env["LOCPATH"] = self.options.locales
         return env
@@ -119,6 +126,10 @@ class Judge:
     def __init__(self, operations, line, reference, alternatives):
         self.operations, self.line, self.reference = operations, line, reference
         self.alternatives = alternatives  # file name: what is seen without it
+        signs = line.text.startswith(("p --sign", "p --verify"))
+        self.not_loaded = (0x4004,) if signs else (0xD67,)
+        if reference.numbers["result"] == -1:
+            self.not_loaded = (-1,)
         self.out_lines = set(lines_of(reference.out))
 
     def failed(self, run):
@@ -133,6 +144,12 @@ class Judge:
         if numbers["stage"] != 3:
             return [("crash", "the process ended in stage %d" % numbers["stage"])]
         found = list(self.leaks(run)) + list(self.next_call(run))
+        if b"STRANGER" in run.events + run.next_events:
+            return [("stranger", "a plug-in from the current directory or the search path was loaded")]
+        if self.operations[numbers["operation"]] == "dladdr" and numbers["forever"] and (
+                numbers["injected"] > 0 and numbers["first"] == 1
+                and numbers["result"] not in self.not_loaded):
+            found.append(("stranger", "result %d although the own directory is unknown" % numbers["result"]))
         if numbers["injected"] == 0:
             if run.seen() != self.reference.seen():
                 found.append(("untouched", "another outcome without a fault"))

@@ -2,14 +2,14 @@
 
 import os
 import re
-import shutil
 import signal
 import subprocess
+import tempfile
 
 import outcome
 
 FIELDS = ("operation", "first", "forever", "error", "status", "stage", "injected", "new_descriptors",
-          "new_blocks", "new_of_others", "in_c_library", "result", "next_result", "contents",
+          "new_blocks", "result", "next_result", "contents",
           "surroundings", "out", "next_contents", "next_surroundings", "next_out")
 TEXTS = FIELDS[-6:]
 NO_FAULT = (-1, 1, 0, 0)
@@ -22,6 +22,9 @@ RETURNING = ("wide", "narrow")  # the others return nothing
 IN_PLACE = ("second_link", "read_only_directory")
 SCENARIOS = ("existing", "missing", "symbolic_link", "second_link", "write_only",
              "read_only_directory", "other_encoding", "large", "overlong_line")
+# One of each kind meets everything, the other two what differs for them, unless with --long.
+THOROUGH = ("wide", "record")
+FEW_SCENARIOS = ("existing", "missing", "second_link", "other_encoding")
 # Operations at whose n-th call the process is killed: all that touch a file.
 KILLED_AT = ("open", "read", "write", "rename", "close", "flock", "owner", "unlink")
 KILLS = 300
@@ -36,7 +39,7 @@ def old_contents(scenario):
     if scenario == "other_encoding":
         return USUAL.encode("latin-1")
     if scenario == "large":
-        return USUAL.encode() + b"".join(b"key%05d=%0100d\n" % (i, i) for i in range(2000))
+        return USUAL.encode() + b"".join(b"key%05d=%0100d\n" % (i, i) for i in range(700))
     if scenario == "overlong_line":
         return USUAL.encode() + b"x" * 1100 + b"\nlost=1\n"
     return USUAL.encode()
@@ -70,9 +73,8 @@ class Folder:
 
     def __init__(self, options, writer, scenario):
         self.options, self.writer, self.scenario = options, writer, scenario
-        self.path = os.path.join(options.work, "%s-%s" % (writer, scenario))
-        shutil.rmtree(self.path, ignore_errors=True)
-        os.makedirs(self.path)
+        self.path = tempfile.mkdtemp(prefix="%s-%s-" % (writer, scenario), dir=options.work)
+        os.chmod(self.path, 0o755)
         os.chmod(options.work, 0o755)
         self.put("old.ini", old_contents(scenario))
         self.put("out.txt", b"")
@@ -163,8 +165,7 @@ class Judge:
 
     def leaks(self, save):
         found = []
-        which = "new_of_others" if save.numbers["in_c_library"] else "new_blocks"
-        extra = save.numbers[which] - self.reference.numbers[which]
+        extra = save.numbers["new_blocks"] - self.reference.numbers["new_blocks"]
         if extra > 0:
             found.append(("memory", "%d blocks are left" % extra))
         if save.numbers["new_descriptors"] > 0:
@@ -338,7 +339,7 @@ def subjects(options):
     """(name, function) of everything here."""
     made = []
     for writer in WRITERS:
-        for scenario in SCENARIOS:
+        for scenario in SCENARIOS if writer in THOROUGH or options.long else FEW_SCENARIOS:
             if scenario in ("write_only", "read_only_directory") and os.geteuid() != 0:
                 continue
             made.append((writer + "/" + scenario,

@@ -9,7 +9,8 @@
  *
  * A whole process is armed from its start by the environment variable
  *   FAULTS_ARM=DEPTH:OPERATION:FIRST:FOREVER:ERRNO
- * DEPTH 0 is the process itself, 1 its children and so on; there, all threads count. */
+ * DEPTH 0 is the process itself, 1 its children and so on; there, all threads count,
+ * and the file that FAULTS_REPORT names appears as soon as a call has failed. */
 
 /* Operations: what fails, and the errno values that the check uses for it. */
 #define FAULTS_OPERATIONS(X)                                                                       \

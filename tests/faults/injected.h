@@ -7,6 +7,7 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <locale.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -54,6 +55,20 @@ static inline void find_injector(struct injector *injector) {
     find_function("faults_live_blocks", &injector->live);
     find_function("faults_live_of_others", &injector->live_of_others);
     find_function("faults_in_c_library", &injector->in_c_library);
+}
+
+/* A locale, or its converters, that could not be loaded for want of memory is missing to the C
+ * library from then on, and no caller is told. So both are there before. */
+static inline void load_locale(void) {
+    wchar_t wide[2];
+    locale_t locale = newlocale(LC_ALL_MASK, "", NULL);
+    if (locale == NULL) {
+        fprintf(stderr, "the locale of the environment is missing\n");
+        exit(2);
+    }
+    uselocale(locale);
+    mbstowcs(wide, "a", 2);
+    uselocale(LC_GLOBAL_LOCALE);
 }
 
 static inline int read_order(FILE *in, struct order *order) {

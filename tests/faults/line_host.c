@@ -175,19 +175,6 @@ static void redirect_output(const char *folder) {
     fclose(file);
 }
 
-/* A locale, or its converters, that could not be loaded for want of memory is missing to the C
- * library from then on, and no caller is told. So both are there before. */
-static void load_locale(void) {
-    wchar_t wide[2];
-    locale_t locale = newlocale(LC_ALL_MASK, "", NULL);
-    if (locale == NULL) {
-        give_up("the environment's locale");
-    }
-    uselocale(locale);
-    mbstowcs(wide, "a", 2);
-    uselocale(LC_GLOBAL_LOCALE);
-}
-
 static void load_library(const char *path) {
     void *image = dlopen(path, RTLD_NOW | RTLD_LOCAL);
     void *symbol = image == NULL ? NULL : dlsym(image, "OperateScaler");

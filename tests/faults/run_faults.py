@@ -15,6 +15,7 @@ import sys
 import tempfile
 import time
 
+import check_ispctl
 import check_lines
 import check_settings
 import outcome
@@ -80,6 +81,12 @@ def run_settings(options, tally):
         print("settings: left out without root: write_only, read_only_directory, full_disk")
 
 
+def run_ispctl(options, tally):
+    for name, function in check_ispctl.subjects(options):
+        runs, faults, failures = function()
+        tally.subject("ispctl", name, runs, faults, failures)
+
+
 def parse_options():
     parser = argparse.ArgumentParser(description="The library and ispctl under failing operations.")
     parser.add_argument("build", help="a finished build of the tests, build/test")
@@ -100,6 +107,8 @@ def parse_options():
     options.locales = os.path.join(build, "tests/support/locales")
     options.faulty = os.path.join(here, "faulty.so")
     options.isp = os.path.join(here, "isp.so")
+    options.stranger = os.path.join(here, "stranger.so")
+    options.ispctl = os.path.join(build, "bin/ispctl")
     options.sign = os.path.join(here, "sign.so")
     options.settings_host = os.path.join(here, "settings_host")
     options.preload = options.faulty
@@ -120,7 +129,7 @@ def main():
                           "each of the first 64 calls of an operation, then a sample (--long: every call)"))
     tally = Tally(options)
     try:
-        parts = {"lines": run_lines, "settings": run_settings}
+        parts = {"lines": run_lines, "settings": run_settings, "ispctl": run_ispctl}
         for part in PARTS:
             if options.part in (None, part) and part in parts:
                 parts[part](options, tally)

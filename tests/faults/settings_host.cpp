@@ -206,9 +206,7 @@ struct Outcome {
     int result;
     int next_result;
     long injected;
-    long new_blocks;
     long new_of_others;
-    int in_c_library;
     int new_descriptors;
     std::array<long, FAULTS_COUNT> calls;
 };
@@ -230,7 +228,6 @@ void SaveUnder(const order &order, Writer writer, Outcome &outcome, bool next) {
     const Save save = writer(g_folder / "run/s.ini", 1);
     int &result = next ? outcome.next_result : outcome.result;
     open_descriptors(before.data());
-    const long blocks = g_injector.live();
     const long others = g_injector.live_of_others();
     outcome.stage = next ? 2 : 1;
     g_injector.arm(next ? -1 : order.operation, order.first, order.forever, order.error);
@@ -239,12 +236,10 @@ void SaveUnder(const order &order, Writer writer, Outcome &outcome, bool next) {
     std::fflush(stdout);
     if (!next) {
         outcome.injected = g_injector.injected();
-        outcome.in_c_library = g_injector.in_c_library();
         for (int i = 0; i < FAULTS_COUNT; ++i) {
             outcome.calls[static_cast<std::size_t>(i)] = g_injector.calls(i);
         }
         outcome.new_descriptors = count_new_descriptors(before.data());
-        outcome.new_blocks = g_injector.live() - blocks;
         outcome.new_of_others = g_injector.live_of_others() - others;
     }
     outcome.stage = next ? 3 : 2;
@@ -268,10 +263,10 @@ int InChild(bool forNobody, auto body) {
 
 void Report(const order &order, int status, const Outcome &outcome,
             const std::array<Side, 2> &sides) {
-    std::fprintf(g_report, "%d %ld %d %d %d %d %ld %d %ld %ld %d %d %d", order.operation,
-                 order.first, order.forever, order.error, status, outcome.stage, outcome.injected,
-                 outcome.new_descriptors, outcome.new_blocks, outcome.new_of_others,
-                 outcome.in_c_library, outcome.result, outcome.next_result);
+    std::fprintf(g_report, "%d %ld %d %d %d %d %ld %d %ld %d %d", order.operation, order.first,
+                 order.forever, order.error, status, outcome.stage, outcome.injected,
+                 outcome.new_descriptors, outcome.new_of_others, outcome.result,
+                 outcome.next_result);
     for (const Side &side : sides) {
         std::fprintf(g_report, " %zu %zu %zu", side.contents.size(), side.surroundings.size(),
                      side.out.size());
@@ -353,6 +348,9 @@ void RunKills(Writer writer, int count, unsigned int seed) {
         outcome.stage = 3;
         std::array<Side, 2> sides;
         sides[0] = Look();
+        if (sides[0].contents.size() < fs::file_size(g_folder / "old.ini")) {
+            Stage("existing"); // lost already; the next round shall have something to lose
+        }
         if (round + 1 == count) {
             outcome.next_result = writer(g_folder / "run/s.ini", 1)();
             sides[1] = Look();
@@ -408,7 +406,6 @@ void RunWriters(Writer writer, int count, bool threads) {
 /// A real disk of 64 KiB in a mount namespace of this process, with so many pages left free.
 void MakeSmallDisk(int freePages) {
     const fs::path run = g_folder / "run";
-    ::umount(run.c_str());
     if (::mount("none", run.c_str(), "tmpfs", 0, "size=64k") != 0) {
         GiveUp("mount");
     }
@@ -452,9 +449,9 @@ void RunFull(Writer writer, bool disk) {
         InChild(false, [&] { SaveUnder(order, writer, outcome, true); });
         sides[1] = Look();
         Report({-1, room, 0, 0}, status, outcome, sides);
-    }
-    if (disk) {
-        ::umount((g_folder / "run").c_str());
+        if (disk) {
+            ::umount((g_folder / "run").c_str());
+        }
     }
 }
 
@@ -468,12 +465,14 @@ int main(int argc, char **argv) {
     }
     std::setlocale(LC_CTYPE, "C.UTF-8"); // for the paths of this program alone
     find_injector(&g_injector);
+    load_locale();
     g_folder = arguments[2];
     g_report = ::fdopen(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 100), "w");
     if (std::freopen((g_folder / "out.txt").c_str(), "a", stdout) == nullptr) {
         GiveUp("out.txt");
     }
-    static std::array<char, BUFSIZ> buffer; // so that the first output of the library takes no memory
+    static std::array<char, BUFSIZ>
+        buffer; // so that the first output of the library takes no memory
     std::setvbuf(stdout, buffer.data(), _IOFBF, buffer.size());
     const Writer writer = WriterNamed(arguments[3]);
     const std::string &mode = arguments[1];
