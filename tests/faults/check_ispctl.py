@@ -8,10 +8,10 @@ import re
 import resource
 import shutil
 import subprocess
+import tempfile
 
 import outcome
 
-TIMEOUT = 20
 LIMITS = range(3, 21)
 OPERATIONS = ("open", "pipe", "process", "thread", "duplicate", "read", "close", "stat", "dlopen")
 DEPTHS = {"parent": 0, "child": 1}
@@ -21,6 +21,7 @@ MOST_CALLS = 400
 class Result:
     def __init__(self, status, out, err):
         self.status, self.out, self.err = status, out, err
+        self.journal = None  # what the plug-in wrote down, if it could
 
 
 class Console:
@@ -51,7 +52,7 @@ class Console:
             resource.setrlimit(resource.RLIMIT_NOFILE, (limit, limit))
         try:
             done = subprocess.run([self.options.ispctl] + arguments, cwd=self.root, env=env, stdout=stdout,
-                                  stderr=subprocess.PIPE, stdin=subprocess.DEVNULL, timeout=TIMEOUT,
+                                  stderr=subprocess.PIPE, stdin=subprocess.DEVNULL, timeout=self.options.timeout,
                                   preexec_fn=lower if limit else None, check=False)
         except subprocess.TimeoutExpired as error:
             return Result(None, error.stdout or b"", error.stderr or b"")
@@ -59,27 +60,33 @@ class Console:
 
     def armed(self, arguments, depth, order):
         """A run with a fault; also whether anything failed in it."""
-        report = os.path.join(self.root, "report-" + re.sub(r"\W", "-", "%s-%d-%s" % (
-            arguments[1], depth, order)))
+        folder = tempfile.mkdtemp(dir=self.root)
+        report = os.path.join(folder, "report")
         result = self.start(arguments, variables={
             "LD_PRELOAD": self.options.faulty, "FAULTS_ARM": "%d:%s" % (depth, order),
-            "FAULTS_REPORT": report})
+            "FAULTS_REPORT": report, "BLACKBOX_DIR": folder})
         met = os.path.exists(report)
-        if met:
-            os.unlink(report)
+        journal = os.path.join(folder, "events.txt")
+        result.journal = b""
+        if os.path.exists(journal):
+            with open(journal, "rb") as file:
+                result.journal = file.read()
+        shutil.rmtree(folder)
         return result, met
 
 
 def judge(result, as_json):
     """The assertions that a run fails."""
     if result.status is None:
-        return [("hang", "no end within %d seconds" % TIMEOUT)]
+        return [("hang", "no end in time")]
     if result.status < 0:
         return [("crash", "signal %d: %r" % (-result.status, result.err[-200:]))]
     found = []
-    reported = reports_success(result.out) if as_json else b"0" in result.err
+    reported = reports_success(result.out) if as_json else b"success" in result.err.lower()
     if result.status == 0 and not reported:
         found.append(("status", "0 without a report of success: %r" % (result.out + result.err)[-200:]))
+    if result.status == 0 and result.journal is not None and b"IspFlash" not in result.journal:
+        found.append(("status", "0, and the plug-in was never called"))
     if result.status != 0 and not result.err and not result.out:
         found.append(("silence", "status %d and not a word" % result.status))
     return found

@@ -99,9 +99,10 @@ class Stage:
         if warmth == "warm":
             command += self.plugins
         done = subprocess.run(command, input=text.encode(), env=self.environment(), cwd=self.root,
-                              stdout=subprocess.PIPE, check=False)
+                              capture_output=True, check=False)
         if done.returncode != 0:
-            raise RuntimeError("%s: the host ended with %d" % (self.line.name, done.returncode))
+            raise RuntimeError("%s: the host ended with %d: %s" % (
+                self.line.name, done.returncode, done.stderr.decode("utf-8", "replace")))
         return list(parse(done.stdout))
 
 

@@ -15,7 +15,6 @@
 #include "faults.h"
 
 #define MAX_DESCRIPTORS 128
-#define SECONDS_TO_A_HANG 10
 
 struct order {
     int operation;
@@ -35,6 +34,11 @@ struct injector {
     long (*live_of_others)(void);
     int (*in_c_library)(void);
 };
+
+static inline unsigned seconds_to_a_hang(void) {
+    const char *text = getenv("FAULTS_SECONDS");
+    return text == NULL ? 10 : (unsigned)atoi(text);
+}
 
 static inline void find_function(const char *name, void *slot) {
     void *symbol = dlsym(RTLD_DEFAULT, name);

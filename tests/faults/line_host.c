@@ -85,7 +85,7 @@ static void run_child(const struct order *order, struct outcome *outcome) {
     long blocks = g_injector.live();
     long others = g_injector.live_of_others();
     int operation;
-    alarm(SECONDS_TO_A_HANG);
+    alarm(seconds_to_a_hang());
     open_descriptors(before);
     outcome->stage = 1;
     g_injector.arm(order->operation, order->first, order->forever, order->error);

@@ -19,6 +19,7 @@ import check_ispctl
 import check_lines
 import check_settings
 import outcome
+import self_test
 
 PARTS = ("self-test", "lines", "settings", "ispctl")
 SHOWN_OF_ONE_KIND = 3
@@ -36,7 +37,7 @@ class Tally:
         bad = {failure[1:4] for failure in failures}
         self.failed += len(bad)
         self.passed += runs - len(bad)
-        print("%-8s %-26s %6d runs %6d faults %s%s" % (
+        print("%-9s %-26s %6d runs %6d faults  %s%s" % (
             part, name, runs, faults, detail, "  %d FAILED" % len(bad) if bad else ""), flush=True)
         self.show(part, failures)
 
@@ -67,7 +68,7 @@ def run_lines(options, tally):
         for line, future in zip(lines, futures):
             runs, faults, failures, calls = future.result()
             tally.subject("lines", line.name, runs, faults, failures,
-                          "(calls: %d cold, %d warm)" % tuple(calls))
+                          "%d calls cold, %d warm" % tuple(calls))
 
 
 def run_settings(options, tally):
@@ -79,6 +80,19 @@ def run_settings(options, tally):
             tally.subject("settings", name, runs, faults, failures)
     if os.geteuid() != 0 and not options.only:
         print("settings: left out without root: write_only, read_only_directory, full_disk")
+
+
+def run_self_test(options, tally):
+    cases = self_test.cases(options)
+    with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
+        futures = [pool.submit(function) for _, _, function in cases]
+        for (name, wanted, _), future in zip(cases, futures):
+            found = future.result()
+            passed = set(wanted) <= found if wanted else not found
+            seen = "caught by: " + ", ".join(sorted(found))
+            failures = [] if passed else [("self_test", name, "-", "-", seen)]
+            tally.subject("self-test", name, 1, 1, failures,
+                          "must fail: " + ", ".join(wanted) if wanted else "must pass")
 
 
 def run_ispctl(options, tally):
@@ -113,6 +127,7 @@ def parse_options():
     options.settings_host = os.path.join(here, "settings_host")
     options.preload = options.faulty
     options.seed = 1
+    options.timeout = 20
     options.host = os.path.join(here, "line_host")
     options.variables = {"FAULTS_TRACE": "1"} if options.trace else {}
     options.orders = None
@@ -129,7 +144,7 @@ def main():
                           "each of the first 64 calls of an operation, then a sample (--long: every call)"))
     tally = Tally(options)
     try:
-        parts = {"lines": run_lines, "settings": run_settings, "ispctl": run_ispctl}
+        parts = {"self-test": run_self_test, "lines": run_lines, "settings": run_settings, "ispctl": run_ispctl}
         for part in PARTS:
             if options.part in (None, part) and part in parts:
                 parts[part](options, tally)

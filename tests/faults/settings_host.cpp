@@ -224,7 +224,7 @@ Side Look() {
 /// The child: one save under the order, or the undisturbed one after it.
 void SaveUnder(const order &order, Writer writer, Outcome &outcome, bool next) {
     std::array<unsigned char, MAX_DESCRIPTORS> before{};
-    ::alarm(SECONDS_TO_A_HANG);
+    ::alarm(seconds_to_a_hang());
     const Save save = writer(g_folder / "run/s.ini", 1);
     int &result = next ? outcome.next_result : outcome.result;
     open_descriptors(before.data());
@@ -262,7 +262,7 @@ int InChild(bool forNobody, auto body) {
 }
 
 void Report(const order &order, int status, const Outcome &outcome,
-            const std::array<Side, 2> &sides) {
+            const std::array<Side, 3> &sides) {
     std::fprintf(g_report, "%d %ld %d %d %d %d %ld %d %ld %d %d", order.operation, order.first,
                  order.forever, order.error, status, outcome.stage, outcome.injected,
                  outcome.new_descriptors, outcome.new_of_others, outcome.result,
@@ -288,8 +288,10 @@ void RunOrder(const order &order, Writer writer, const std::string &scenario, Ou
     outcome = {};
     const bool forNobody = IsForNobody(scenario);
     fs::resize_file(g_folder / "out.txt", 0);
+    const Side staged = Look();
     const int status = InChild(forNobody, [&] { SaveUnder(order, writer, outcome, false); });
-    std::array<Side, 2> sides;
+    std::array<Side, 3> sides;
+    sides[2] = staged;
     sides[0] = Look();
     fs::resize_file(g_folder / "out.txt", 0);
     if (outcome.stage == 2 || WIFSIGNALED(status)) {
@@ -346,7 +348,7 @@ void RunKills(Writer writer, int count, unsigned int seed) {
         ::waitpid(child, &status, 0);
         outcome = {};
         outcome.stage = 3;
-        std::array<Side, 2> sides;
+        std::array<Side, 3> sides;
         sides[0] = Look();
         if (sides[0].contents.size() < fs::file_size(g_folder / "old.ini")) {
             Stage("existing"); // lost already; the next round shall have something to lose
@@ -400,7 +402,7 @@ void RunWriters(Writer writer, int count, bool threads) {
     }
     outcome.stage = 3;
     outcome.result = refused;
-    Report({-1, 1, 0, 0}, 0, outcome, {Look(), Side{}});
+    Report({-1, 1, 0, 0}, 0, outcome, {Look(), Side{}, Side{}});
 }
 
 /// A real disk of 64 KiB in a mount namespace of this process, with so many pages left free.
@@ -444,7 +446,7 @@ void RunFull(Writer writer, bool disk) {
             }
             SaveUnder(order, writer, outcome, false);
         });
-        std::array<Side, 2> sides{Look(), Side{}};
+        std::array<Side, 3> sides{Look(), Side{}, Side{}};
         fs::remove(g_folder / "run/filler");
         InChild(false, [&] { SaveUnder(order, writer, outcome, true); });
         sides[1] = Look();
