@@ -1,4 +1,4 @@
-"""ispctl without descriptors, pipes, processes and a place for its output: it never claims a success that
+"""ispctl without descriptors, pipes, processes or with an output that is full: it never claims a success that
 was not, never hangs and never ends in silence."""
 
 import concurrent.futures

@@ -19,6 +19,8 @@ FAIL_LINE = re.compile(rb"\x1b\[31mFail! Error Code: 0x([0-9A-F]+)")
 SUCCESS_LINE = b"\x1b[32mSuccess"
 # What the library may print when a file, a directory or a plug-in does not open, whatever the reason.
 STATED = re.compile(rb"File open fail! .*|dlopen - .*|dlsym - .*|Digital signature: .*is not exist! .*")
+# What it leaves of a path is used, whatever the reason for its failure.
+STATED_FAILURES = ("realpath",)
 STATED_FOR = {
     "opendir": re.compile(rb"cann't find bin file!|Cannot find bin in current dir!"
                           rb"|get userdefined info fail!|cann't find fw use userdefined .*"),
@@ -124,13 +126,14 @@ def parse(data):
 class Judge:
     """What an undisturbed run does, and whether a disturbed one may differ as it does."""
 
-    def __init__(self, operations, line, reference, alternatives):
+    def __init__(self, operations, line, folder, reference, alternatives):
         self.operations, self.line, self.reference = operations, line, reference
+        self.folder = folder
         self.alternatives = alternatives  # file name: what is seen without it
         signs = line.text.startswith(("p --sign", "p --verify"))
         self.not_loaded = (0x4004,) if signs else (0xD67,)
-        if reference.numbers["result"] == -1:
-            self.not_loaded = (-1,)
+        if reference.numbers["result"] == -1 or "--searchfw" in line.text:
+            self.not_loaded += (-1,)  # refused before anything is loaded
         self.out_lines = set(lines_of(reference.out))
 
     def failed(self, run):
@@ -185,7 +188,7 @@ class Judge:
         return False
 
     def records(self, run):
-        events, wanted = run.events.splitlines(), self.reference.events.splitlines()
+        events, wanted = self.resolved(run).splitlines(), self.reference.events.splitlines()
         alternatives = [wanted] + [seen[3].splitlines() for name, seen in self.alternatives.items()
                                    if name in self.line.may_lack]
         if not any(events == other[:len(events)] for other in alternatives):
@@ -199,9 +202,19 @@ class Judge:
             if not parser:
                 yield "result", "0 after %d of %d calls of plug-ins" % (len(events), len(wanted))
 
+    def resolved(self, run):
+        """The journal, with full paths where the run said that a file of the signature check does not
+        exist and went on."""
+        events = run.events
+        if b" is not exist! " in run.out and self.operations[run.numbers["operation"]] in ("open", "memory"):
+            for name in self.line.unresolved:
+                name = os.fsencode(name)
+                events = events.replace(b'File="%s"' % name, b'File="%s/%s"' % (self.folder, name))
+        return events
+
     def output(self, run):
         operation = self.operations[run.numbers["operation"]]
-        stated_here = STATED_FOR.get(operation if operation != "memory" else "opendir")
+        stated_here = STATED_FOR.get("opendir" if operation in ("memory", "dladdr") else operation)
         result = run.numbers["result"]
         for text in lines_of(run.out):
             fail = FAIL_LINE.fullmatch(text)
@@ -231,7 +244,8 @@ def shown(text, width=300):
 
 def orders_for(line, calls, operations, options, warmth):
     for number, operation in enumerate(operations):
-        if calls[number] == 0 or options.operation not in (None, operation):
+        if calls[number] == 0 or operation in STATED_FAILURES or options.operation not in (
+                None, operation):
             continue
         for error in outcome.ERRNOS[operation]:
             for forever in (0, 1):
@@ -254,7 +268,7 @@ def check_line(line, options):
         reference.warmth = warmth
         check_reference(line, reference)
         rewritten = {name: run.seen_from(stage, line, name) for name, run in alternatives.items()}
-        judge = Judge(operations, line, reference, rewritten)
+        judge = Judge(operations, line, stage.folder, reference, rewritten)
         calls_seen.append(sum(reference.calls))
         orders = options.orders or list(orders_for(line, reference.calls, operations, options, warmth))
         for run in stage.run(warmth, orders):

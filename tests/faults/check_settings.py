@@ -32,18 +32,18 @@ KILLS = 300
 TURNS = 200
 OPEN_ERROR = b"Open file error \n"
 
-USUAL = ("[Communication]\nenumCommID=3\n\n[ISP_Fw]\nstrFwPrefix=old\nulProgStartBank=2\n\n"
+ORDINARY = ("[Communication]\nenumCommID=3\n\n[ISP_Fw]\nstrFwPrefix=old\nulProgStartBank=2\n\n"
          "[Other]\nname=größe\n")
 
 
 def old_contents(scenario):
     if scenario == "other_encoding":
-        return USUAL.encode("latin-1")
+        return ORDINARY.encode("latin-1")
     if scenario == "large":
-        return USUAL.encode() + b"".join(b"key%05d=%0100d\n" % (i, i) for i in range(700))
+        return ORDINARY.encode() + b"".join(b"key%05d=%0100d\n" % (i, i) for i in range(700))
     if scenario == "overlong_line":
-        return USUAL.encode() + b"x" * 1100 + b"\nlost=1\n"
-    return USUAL.encode()
+        return ORDINARY.encode() + b"x" * 1100 + b"\nlost=1\n"
+    return ORDINARY.encode()
 
 
 class Save:
@@ -295,7 +295,10 @@ def check_turns(mode, writer, options):
 
 def check_full(writer, how, options):
     """No capacity left: the old file, or the new one if it just fits."""
-    folder = Folder(options, writer, "existing")
+    folder = Folder(options, writer, "large" if how == "disk" else "existing")
+    if how == "disk":  # the last page is full, so that even one byte more needs another
+        old = folder.get("old.ini")
+        folder.put("old.ini", old + b"x" * (-len(old) % 4096 - 1) + b"\n")
     saves = folder.run("full", how)
     failures = []
     old, new = folder.get("old.ini"), saves[-1].next_contents if saves else b""

@@ -75,10 +75,15 @@ bool WriteTo(int file, const std::string &text) {
 
 bool Replace(const std::string &path, const std::string &text) {
     struct stat status {};
-    const std::string temporary = path.substr(0, path.rfind('/') + 1) + ".settings";
+    std::string temporary = path.substr(0, path.rfind('/') + 1) + ".settings";
     const bool existed = ::stat(path.c_str(), &status) == 0;
+    if (!existed && errno != ENOENT) {
+        return false;
+    }
     const int exclusive = IsFake("victim") ? 0 : O_EXCL | O_NOFOLLOW;
-    if (!IsFake("victim") && !IsFake("surroundings_after_next")) {
+    if (IsFake("surroundings_after_next") && ::access(temporary.c_str(), F_OK) == 0) {
+        temporary += "2";
+    } else if (!IsFake("victim")) {
         ::unlink(temporary.c_str());
     }
     const int file = ::open(temporary.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC | exclusive, 0644);

@@ -304,8 +304,8 @@ EXPORTED void free(void *block) {
 #define NO_CHARACTERS ((size_t)-1)
 
 OPENING(iconv_t, iconv_open, (const char *to, const char *from), (to, from), iconv_open, NO_ICONV)
-FAILING(size_t, iconv, (iconv_t handle, char **in, size_t *left, char **out, size_t *room),
-        (handle, in, left, out, room), iconv, NO_CHARACTERS)
+FAILING(size_t, iconv, (iconv_t handle, char **in, size_t *left, char **out, size_t *space),
+        (handle, in, left, out, space), iconv, NO_CHARACTERS)
 
 /* The C locale is part of the C library: making it cannot fail. */
 static int is_built_in(const char *name) {

@@ -14,6 +14,7 @@ class Line:
     folder     the library's directory, as bytes
     may_lack   files that need not open: without one the run goes on in another, stated way
     defaults   settings files: one that does not exist or may not be read counts as empty
+    unresolved files of a signature check that goes on without them: their fields keep the given name
     answers    lines for the recording plug-ins (tests/blackbox/journal.h)
     """
 
@@ -24,6 +25,7 @@ class Line:
     folder: bytes = b"lib"
     may_lack: tuple = ()
     defaults: tuple = ()
+    unresolved: tuple = ()
     answers: tuple = ()
 
 
@@ -71,7 +73,7 @@ LINES = [
     Line("sw_external_key", "p --isp --fw a.bin --sw --dsmode 3 --signfile s.sig --vkfile v.pem", SIGNED,
          may_lack=("s.sig", "v.pem")),
     Line("sw_key_from_flash", "p --isp --fw a.bin --bank 7 --comm 3 --sw --dsmode 4 --signfile s.sig",
-         SIGNED, may_lack=("s.sig",), answers=("GetKeyFromFlash key 1220",)),
+         SIGNED, may_lack=("s.sig",), unresolved=("a.bin", "s.sig"), answers=("GetKeyFromFlash key 1220",)),
     Line("hw_isp", "p --isp --fw a.bin --hw --signfile s.sig", SIGNED),
     Line("sign_hw", "p --sign --hw --fw a.bin --signfile s.sig --nextvkfile n.pem --skfile k.pem", SIGNED,
          may_lack=("k.pem",)),

@@ -19,7 +19,7 @@ LIBRARIES = {"right": (), "record": ("record", "result"), "record_alone": ("reco
 SETTINGS = {"right": None, "contents": "write", "settings_result": "read", "surroundings": "read",
             "surroundings_after_next": "rename", "output": "read", "memory": "read",
             "descriptors": "read", "crash": "read", "hang": "read"}
-# Scripts in the place of ispctl.
+# Scripts instead of ispctl.
 CONSOLES = {
     "status": ("exit 0", ("status",)),
     "silence": ("exit 3", ("silence",)),
