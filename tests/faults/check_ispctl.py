@@ -158,8 +158,23 @@ def check_full_output(console):
     return len(base), len(base), failures
 
 
+def check_one(console, state, order):
+    """One single run: FORM and descriptors:N, or FORM-WHERE and OPERATION:FIRST:FOREVER:ERRNO."""
+    form, _, where = state.partition("-")
+    arguments = dict(forms(console))[form]
+    if where:
+        result, _ = console.armed(arguments, DEPTHS[where], order)
+    else:
+        result = console.start(arguments, int(order.partition(":")[2]))
+    print("status %s\n%r\n%r" % (result.status, result.out, result.err))
+    return 1, 1, [(name, "one", state, order, seen) for name, seen in judge(result, form == "json")]
+
+
 def subjects(options):
     console = Console(options)
+    if options.one:
+        yield "one", lambda: check_one(console, *options.one)
+        return
     pool = concurrent.futures.ThreadPoolExecutor(options.jobs)
 
     def later(function, *arguments):

@@ -49,8 +49,9 @@ class Tally:
             kinds[failure[0]].append(failure)
         for assertion, those in kinds.items():
             for _, subject, state, order, seen in those[:SHOWN_OF_ONE_KIND]:
-                print("    FAILED %s: %s\n        %s --part %s --only %s --one %s %s" % (
-                    assertion, seen, self.options.command, part, subject, state, order))
+                one = " --one %s %s" % (state, order) if order.count(":") in (1, 3) else ""
+                print("    FAILED %s: %s\n        %s --part %s --only '%s'%s" % (
+                    assertion, seen, self.options.command, part, subject, one))
             if len(those) > SHOWN_OF_ONE_KIND:
                 print("    ... %d more of %s" % (len(those) - SHOWN_OF_ONE_KIND, assertion))
 
@@ -131,7 +132,7 @@ def parse_options():
     options.host = os.path.join(here, "line_host")
     options.variables = {"FAULTS_TRACE": "1"} if options.trace else {}
     options.orders = None
-    if options.one:
+    if options.one and options.part != "ispctl":
         options.orders = [one_order(options, options.one[1])]
     return options
 
