@@ -18,12 +18,18 @@ using File = std::unique_ptr<std::FILE, Closer>;
 
 } // namespace
 
-std::optional<std::string> ReadInputFile(const std::string &name, std::string &error) {
-    const File file(std::fopen(name.c_str(), "rb"));
+std::optional<std::string> ReadInputFile(const std::string &name, std::size_t limit,
+                                         std::string &error) {
+    const File file(std::fopen(name.c_str(), "rbe"));
     std::string bytes;
     char buffer[65536];
     std::size_t count = 0;
     while (file && (count = std::fread(buffer, 1, sizeof buffer, file.get())) > 0) {
+        if (count > limit - bytes.size()) {
+            error = fmt::format("{} is too long: at most {} bytes ({} KiB) are read", name, limit,
+                                limit / 1024);
+            return std::nullopt;
+        }
         bytes.append(buffer, count);
     }
     if (!file || std::ferror(file.get()) != 0) {
@@ -34,7 +40,7 @@ std::optional<std::string> ReadInputFile(const std::string &name, std::string &e
 }
 
 bool WriteOutputFile(const std::string &name, const std::string &bytes, std::string &error) {
-    File file(std::fopen(name.c_str(), "wb"));
+    File file(std::fopen(name.c_str(), "wbe"));
     const bool written =
         file && std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
     // What stdio still holds is written by the close.

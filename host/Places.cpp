@@ -16,17 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 
 fs::path ExecutableFolder() {
-    std::error_code ignored;
-#if defined(__APPLE__)
-    std::array<char, 4096> buffer{};
-    auto size = static_cast<std::uint32_t>(buffer.size());
-    if (::_NSGetExecutablePath(buffer.data(), &size) != 0) {
-        return {};
-    }
-    return fs::canonical(buffer.data(), ignored).parent_path();
-#else
-    return fs::read_symlink("/proc/self/exe", ignored).parent_path();
-#endif
+    return ExecutableFile().parent_path();
 }
 
 // Folders are relative to the executable's.
@@ -45,6 +35,20 @@ fs::path FirstWithLibrary(std::initializer_list<const char *> folders) {
 }
 
 } // namespace
+
+fs::path ExecutableFile() {
+    std::error_code ignored;
+#if defined(__APPLE__)
+    std::array<char, 4096> buffer{};
+    auto size = static_cast<std::uint32_t>(buffer.size());
+    if (::_NSGetExecutablePath(buffer.data(), &size) != 0) {
+        return {};
+    }
+    return fs::canonical(buffer.data(), ignored);
+#else
+    return fs::read_symlink("/proc/self/exe", ignored);
+#endif
+}
 
 fs::path InstalledLibrary() {
     return FirstWithLibrary({ISPCTL_LIBRARY_FOLDER, "../lib"});

@@ -5,6 +5,9 @@
 
 namespace ispctl {
 
+/// The file of this program, to be started once more.
+std::filesystem::path ExecutableFile();
+
 /// The libraries that belong to this console are found from where its own file lies, so that an
 /// installation can be moved. The first place that has the file wins; where none has it, the first
 /// place is the result, for the message.

@@ -27,8 +27,9 @@ std::string_view WithoutTrailingColours(std::string_view text) {
 
 } // namespace
 
-ProgressView::ProgressView(const ConsoleStreams &streams)
-    : m_streams(streams), m_bar(streams.IsTerminal(Stream::Error)) {}
+ProgressView::ProgressView(ConsoleStreams &streams)
+    : m_streams(streams), m_output(streams.TheCharset()), m_error(streams.TheCharset()),
+      m_bar(ConsoleStreams::IsTerminal(Stream::Error)), m_one(ConsoleStreams::AreOne()) {}
 
 void ProgressView::EraseBar() {
     if (m_barShown) {
@@ -44,6 +45,7 @@ void ProgressView::DrawBar() {
                                         kEraseLine, "", filled, "", kBarWidth - filled, m_percent);
     // A full bar stays; a later action, after a boot firmware for instance, gets a bar of its own.
     m_streams.Write(Stream::Error, percent == 100 ? bar + "\n" : bar);
+    m_errorMidLine = false;
     m_barShown = percent < 100;
     m_midLine = false;
 }
@@ -52,11 +54,13 @@ void ProgressView::PrintLine(int percent) {
     const int tenth = percent / 10;
     if (tenth != m_tenth) {
         m_streams.Write(Stream::Error, fmt::format("progress {} %\n", percent));
+        m_errorMidLine = false;
         m_tenth = tenth;
     }
 }
 
 void ProgressView::OnProgress(int percent) {
+    FinishConsole();
     const bool changed = percent != m_percent;
     m_percent = percent;
     if (!m_bar) {
@@ -67,7 +71,8 @@ void ProgressView::OnProgress(int percent) {
 }
 
 void ProgressView::OnMessage(std::wstring_view text) {
-    std::string line = EscapeWide(text).text;
+    FinishConsole();
+    std::string line = Visible(EscapeWide(text).text, Layout::Lines, m_streams.TheCharset());
     if (line.empty() || line.back() != '\n') {
         line += '\n';
     }
@@ -78,33 +83,46 @@ void ProgressView::OnMessage(std::wstring_view text) {
         m_midLine = false;
     }
     m_streams.Write(Stream::Output, line);
+    m_errorMidLine = m_errorMidLine && !m_one;
     if (redraw) {
         DrawBar();
     }
 }
 
-void ProgressView::OnConsole(Stream stream, std::string_view bytes) {
-    if (m_bar && m_streams.IsTerminal(stream)) {
+void ProgressView::ShowConsole(Stream stream, std::string_view shown) {
+    const std::string_view text = WithoutTrailingColours(shown);
+    if (m_bar && ConsoleStreams::IsTerminal(stream)) {
         EraseBar();
-        const std::string_view text = WithoutTrailingColours(bytes);
         m_midLine = text.empty() ? m_midLine : text.back() != '\n';
     }
-    m_streams.Write(stream, bytes);
+    if ((stream == Stream::Error || m_one) && !text.empty()) {
+        m_errorMidLine = text.back() != '\n';
+    }
+    m_streams.Write(stream, shown);
 }
 
-void ProgressView::OnResult(int code) {
-    EraseBar();
-    std::string line = m_midLine ? "\n" : "";
-    if (code == 0) {
-        line += "ispctl: success\n";
-    } else {
-        const std::string shown = code == -1 ? "-1" : HexOfResult(code);
-        const bool inside = m_percent != kNone && m_percent < 100;
-        line += fmt::format("ispctl: failed with {}{}: {}\n", shown,
-                            inside ? fmt::format(" at {} %", m_percent) : "",
-                            WordsOfResult(code).meaning);
+void ProgressView::OnConsole(Stream stream, std::string_view bytes) {
+    const std::string shown = (stream == Stream::Output ? m_output : m_error).Add(bytes);
+    if (!shown.empty()) {
+        ShowConsole(stream, shown);
     }
-    m_streams.Write(Stream::Error, line);
+}
+
+// What still waits for the rest of a character goes before what happens next.
+void ProgressView::FinishConsole() {
+    for (const Stream stream : {Stream::Output, Stream::Error}) {
+        const std::string shown = (stream == Stream::Output ? m_output : m_error).Finish();
+        if (!shown.empty()) {
+            ShowConsole(stream, shown);
+        }
+    }
+}
+
+void ProgressView::OnEnd(const RunOutcome &outcome) {
+    FinishConsole();
+    EraseBar();
+    m_streams.Write(Stream::Error, m_midLine || m_errorMidLine ? "\n" : "");
+    m_streams.Say(SentenceOf(outcome));
 }
 
 } // namespace ispctl

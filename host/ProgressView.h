@@ -14,16 +14,12 @@ namespace ispctl {
 /// elsewhere a line for each tenth.
 class ProgressView : public RunObserver {
   public:
-    explicit ProgressView(const ConsoleStreams &streams);
-
-    bool HasBar() const {
-        return m_bar;
-    }
+    explicit ProgressView(ConsoleStreams &streams);
 
     void OnProgress(int percent) override;
     void OnMessage(std::wstring_view text) override;
     void OnConsole(Stream stream, std::string_view bytes) override;
-    void OnResult(int code) override;
+    void OnEnd(const RunOutcome &outcome) override;
 
   private:
     static constexpr int kNone = -1;
@@ -31,11 +27,17 @@ class ProgressView : public RunObserver {
     void DrawBar();
     void EraseBar();
     void PrintLine(int percent);
+    void ShowConsole(Stream stream, std::string_view shown);
+    void FinishConsole();
 
-    const ConsoleStreams &m_streams;
+    ConsoleStreams &m_streams;
+    VisibleStream m_output;
+    VisibleStream m_error;
     bool m_bar;
     bool m_barShown = false;
+    bool m_one; ///< both streams lead to the same file
     bool m_midLine = false; ///< the terminal's last line has text and no line end
+    bool m_errorMidLine = false; ///< the same of what follows on standard error
     int m_percent = kNone;  ///< last value reported
     int m_tenth = kNone;    ///< last tenth printed as a line
 };

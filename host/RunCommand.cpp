@@ -1,110 +1,132 @@
 #include "RunCommand.h"
 
+#include <cstring>
+#include <filesystem>
 #include <fmt/format.h>
 #include <optional>
+#include <stdexcept>
 
-#include "CommandLine.h"
-#include "ConsoleStreams.h"
+#include "ChildProcess.h"
+#include "Environment.h"
 #include "FileHints.h"
-#include "Interrupt.h"
 #include "JsonEvents.h"
-#include "OutputCapture.h"
-#include "Places.h"
 #include "ProgressView.h"
+#include "ResultWords.h"
 #include "RunEvents.h"
 #include "RunLog.h"
-#include "ScalerLibrary.h"
-#include "Utf8.h"
 
 namespace ispctl {
 namespace {
 
-void Say(const ConsoleStreams &streams, std::string_view text) {
-    streams.Write(Stream::Error, fmt::format("ispctl: {}\n", text));
+namespace fs = std::filesystem;
+
+/// What the library's process says of the call that it is about to make.
+struct ReadyCall {
+    std::string library; ///< absolute path
+    std::string line;
+};
+
+ReadyCall ReadyFrom(const std::string &payload) {
+    const auto end = payload.find('\0');
+    return {payload.substr(0, end), payload.substr(end + 1)};
 }
 
-std::optional<ScalerLibrary> OpenLibrary(const RunOptions &options, std::string &error) {
-    if (!options.library.empty()) {
-        return ScalerLibrary::Open(options.library, error);
+/// Nobody but the library's process knows whether the library can be called.
+/// RETURNS nothing where it cannot be, after saying why.
+std::optional<ReadyCall> WaitUntilReady(const RunEvents &events, const std::optional<Frame> &first,
+                                        ConsoleStreams &streams, ChildProcess &child) {
+    if (first && first->kind == FrameKind::Ready) {
+        return ReadyFrom(first->payload);
     }
-    return ScalerLibrary::Open(options.virtualScaler ? VirtualLibrary() : InstalledLibrary(),
-                               error);
+    streams.Print(Stream::Error, events.EarlyText());
+    if (first) {
+        streams.Say(first->payload);
+    } else {
+        streams.Say(fmt::format("the library was not called: its process ended while it was "
+                                "opened{}",
+                                WordsOfStatus(child.Status().value_or(0))));
+    }
+    return std::nullopt;
 }
 
-std::optional<RunLog> OpenLog(const RunOptions &options, const ScalerLibrary &library,
-                              const std::wstring &line) {
+void SayBeforehand(const RunOptions &options, const fs::path &folder, ConsoleStreams &streams) {
+    if (options.virtualScaler) {
+        streams.Say("virtual scaler: no hardware is touched");
+    }
+    if (!IsTextOfEnvironment(folder)) {
+        streams.Say(fmt::format("the library's folder {} cannot be expressed in the encoding of "
+                                "the environment, {}: plug-ins get an empty folder; set a UTF-8 "
+                                "locale, such as LC_ALL=C.UTF-8",
+                                folder.string(), EnvironmentEncoding()));
+    }
+    std::error_code ignored;
+    const auto here = fs::current_path(ignored);
+    for (const std::string &hint : FileHints(options.arguments, folder, here)) {
+        streams.Say(hint);
+    }
+}
+
+std::optional<RunLog> OpenLog(const RunOptions &options, const ReadyCall &call) {
     std::optional<RunLog> log;
     if (!options.log.empty()) {
         log.emplace(options.log);
-        log->Write("library", library.Path().string());
-        log->Write("command", EscapeWide(line).text);
+        log->Write("library", call.library);
+        log->Write("command", call.line);
     }
     return log;
 }
 
-void SayBeforehand(const RunOptions &options, const ScalerLibrary &library,
-                   const ConsoleStreams &streams) {
-    if (options.virtualScaler) {
-        Say(streams, "virtual scaler: no hardware is touched");
+/// What is missing in what was shown is said wherever that is still possible.
+ExitStatus StatusOf(const RunOutcome &outcome, bool complete, RunLog *log,
+                    const RunOptions &options, ConsoleStreams &streams) {
+    if (!complete) {
+        streams.Say("not everything could be shown: no memory");
     }
-    std::error_code ignored;
-    const auto here = std::filesystem::current_path(ignored);
-    for (const std::string &hint : FileHints(options.arguments, library.Folder(), here)) {
-        Say(streams, hint);
+    if (log != nullptr && !streams.IsComplete()) {
+        log->OnNotice(streams.Problem());
     }
+    if (log != nullptr && log->Error() != 0) {
+        complete = false;
+        streams.Say(fmt::format("the log {} is not complete: {}", options.log,
+                                std::strerror(log->Error())));
+    }
+    if (outcome.end == RunEnd::Interrupted) {
+        return kExitInterrupted;
+    }
+    return outcome.IsSuccess() && complete ? kExitSuccess : kExitFailedRun;
 }
 
-int Run(const RunOptions &options, const ScalerLibrary &library, const std::wstring &line,
-        RunLog *log, const ConsoleStreams &streams) {
+ExitStatus Run(const RunOptions &options, const ReadyCall &call, RunEvents &events,
+               ConsoleStreams &streams) {
+    auto log = OpenLog(options, call);
+    SayBeforehand(options, fs::path(call.library).parent_path(), streams);
     JsonEvents json(streams);
     ProgressView view(streams);
     std::vector<RunObserver *> observers;
     observers.push_back(options.json ? static_cast<RunObserver *>(&json) : &view);
-    if (log != nullptr) {
-        observers.push_back(log);
+    if (log) {
+        observers.push_back(&*log);
     }
-    // Without a reader of its own the library's output is left alone: nothing can get lost then.
-    std::optional<OutputCapture> capture;
-    if (options.json || log != nullptr || view.HasBar()) {
-        const bool one = options.json || streams.AreOne();
-        capture.emplace(streams,
-                        one ? OutputCapture::Ordering::OnePipe : OutputCapture::Ordering::TwoPipes);
-    }
-    return RunEvents(std::move(observers)).Run(library, line, capture ? &*capture : nullptr);
+    const RunOutcome outcome = events.Run(std::move(observers));
+    return StatusOf(outcome, events.IsComplete(), log ? &*log : nullptr, options, streams);
 }
 
 } // namespace
 
-ExitStatus RunCommand(const RunOptions &options) {
-    const ConsoleStreams streams;
+ExitStatus RunCommand(const RunOptions &options, const std::vector<std::string> &arguments,
+                      ConsoleStreams &streams) {
     if (options.arguments.empty()) {
-        Say(streams, "no arguments for the library; see ispctl run --help");
+        streams.Say("no arguments for the library; see ispctl run --help");
         return kExitWrongUse;
     }
-    std::string error;
-    const auto library = OpenLibrary(options, error);
-    if (!library) {
-        Say(streams, error);
-        return kExitWrongUse;
-    }
-    const CommandLine line = BuildCommandLine(
-        options.arguments, [&](const std::string &l) { return library->Split(l); });
-    if (!line.IsGood()) {
-        Say(streams, line.refusal);
-        return kExitWrongUse;
-    }
-    auto log = OpenLog(options, *library, line.line);
-    if (log && !log->IsGood()) {
-        Say(streams, fmt::format("the log {} cannot be written", options.log));
-        return kExitWrongUse;
-    }
-    SayBeforehand(options, *library, streams);
-    const InterruptGuard guard(streams);
-    const int result = Run(options, *library, line.line, log ? &*log : nullptr, streams);
-    if (log && !log->IsGood()) {
-        Say(streams, fmt::format("the log {} is not complete", options.log));
-    }
-    return result == 0 ? kExitSuccess : kExitFailedRun;
+    const bool one = options.json || ConsoleStreams::AreOne();
+    ChildProcess child(arguments,
+                       one ? ChildProcess::Ordering::OnePipe : ChildProcess::Ordering::TwoPipes,
+                       RunSignals::Stop::AtSecondInterrupt);
+    RunEvents events(child, streams);
+    const auto first = events.WaitForFirst();
+    const auto call = WaitUntilReady(events, first, streams, child);
+    return call ? Run(options, *call, events, streams) : kExitWrongUse;
 }
 
 } // namespace ispctl

@@ -4,14 +4,10 @@
 #include <string>
 #include <vector>
 
-namespace ispctl {
+#include "ConsoleStreams.h"
+#include "ExitStatus.h"
 
-/// Exit statuses of the console.
-enum ExitStatus : int {
-    kExitSuccess = 0,
-    kExitFailedRun = 1, ///< the library was called and did not return 0
-    kExitWrongUse = 2,  ///< the library was not called
-};
+namespace ispctl {
 
 /// What `ispctl run` was asked for.
 struct RunOptions {
@@ -22,8 +18,10 @@ struct RunOptions {
     std::vector<std::string> arguments; ///< for the library, as typed
 };
 
-/// Hands the arguments to the library as one command line and shows the run.
-ExitStatus RunCommand(const RunOptions &options);
+/// Hands the arguments to the library as one command line, in a process of its own, and shows the
+/// run. \param arguments  of this program, for that process
+ExitStatus RunCommand(const RunOptions &options, const std::vector<std::string> &arguments,
+                      ConsoleStreams &streams);
 
 } // namespace ispctl
 

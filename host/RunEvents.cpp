@@ -1,118 +1,162 @@
 #include "RunEvents.h"
 
-#include <cstdio>
+#include <csignal>
+#include <cstring>
+#include <fmt/format.h>
+#include <sys/wait.h>
+
+#include "ResultWords.h"
 
 namespace ispctl {
 namespace {
 
 // How long a text without line end waits for the rest of its line.
 constexpr int kPauseMilliseconds = 200;
+constexpr std::size_t kMaxEarlyText = 64 * 1024;
 
-// Library and plug-ins write through stdio. Unbuffered, a text reaches the descriptor when it is
-// written, so that its place among the callbacks is known.
-class UnbufferedStdio {
-  public:
-    UnbufferedStdio() {
-        Set(_IONBF, _IONBF);
-    }
-    ~UnbufferedStdio() {
-        Set(_IOLBF, _IONBF);
-    }
-    UnbufferedStdio(const UnbufferedStdio &) = delete;
-    UnbufferedStdio &operator=(const UnbufferedStdio &) = delete;
+std::string WordsOfSignal(int signal) {
+    constexpr const char *kReason = "stopping now can leave the device without firmware";
+    return signal == SIGINT
+               ? fmt::format("{}; press Ctrl-C again to stop at once", kReason)
+               : fmt::format("{}: the run goes on, because {}; press Ctrl-C twice to stop at once",
+                             NameOfSignal(signal), kReason);
+}
 
-  private:
-    static void Set(int output, int error) {
-        std::fflush(stdout);
-        std::fflush(stderr);
-        std::setvbuf(stdout, nullptr, output, BUFSIZ);
-        std::setvbuf(stderr, nullptr, error, BUFSIZ);
-    }
-};
-
-// What goes wrong while a run is shown must not end a run that programs a device.
-template <class Action> void Guarded(const Action &action) noexcept {
-    try {
-        action();
-    } catch (...) {
-    }
+std::wstring MessageOf(const Frame &frame) {
+    std::wstring text(frame.payload.size() / sizeof(wchar_t), L'\0');
+    std::memcpy(text.data(), frame.payload.data(), text.size() * sizeof(wchar_t));
+    return text;
 }
 
 } // namespace
 
-RunEvents *RunEvents::s_current = nullptr;
-
-void RunEvents::TakeText() {
-    if (m_capture != nullptr) {
-        m_capture->TakeAvailable([this](Stream stream, std::string_view bytes) {
-            for (RunObserver *observer : m_observers) {
-                observer->OnConsole(stream, bytes);
-            }
-        });
+// What goes wrong while a run is shown must not end a run that programs a device.
+template <class Action> void RunEvents::Guarded(const Action &action) {
+    try {
+        action();
+    } catch (const std::exception &) {
+        m_complete = false;
     }
 }
 
-void RunEvents::Tell(const std::function<void(RunObserver &)> &event) {
-    const std::lock_guard lock(m_mutex);
-    TakeText();
+template <class Event> void RunEvents::Tell(const Event &event) {
     for (RunObserver *observer : m_observers) {
-        event(*observer);
+        Guarded([&] { event(*observer); });
     }
 }
 
-void RunEvents::OnProgress(int percent) {
-    Guarded([percent] {
-        s_current->Tell([percent](RunObserver &observer) { observer.OnProgress(percent); });
+void RunEvents::ReportSignals() {
+    for (const int signal : m_child.TakeSignals()) {
+        if (!RunSignals::HasStopped()) {
+            const std::string words = WordsOfSignal(signal);
+            m_streams.Write(Stream::Error, "\nispctl: " + words + "\n");
+            Tell([&](RunObserver &observer) { observer.OnNotice(words); });
+        }
+    }
+}
+
+bool RunEvents::TakeText() {
+    return m_child.TakeAvailable([this](Stream stream, std::string_view bytes) {
+        Tell([&](RunObserver &observer) { observer.OnConsole(stream, bytes); });
     });
 }
 
-void RunEvents::OnMessage(wchar_t *text) {
-    Guarded([text] {
-        const std::wstring_view message = text != nullptr ? text : L"";
-        s_current->Tell([message](RunObserver &observer) { observer.OnMessage(message); });
-    });
+void RunEvents::TellFrame(const Frame &frame) {
+    switch (frame.kind) {
+    case FrameKind::Progress:
+        m_percent = ValueOf<int>(frame.payload);
+        m_calledBack = true;
+        Tell([&](RunObserver &observer) { observer.OnProgress(*m_percent); });
+        break;
+    case FrameKind::Message:
+        m_calledBack = true;
+        Tell([&](RunObserver &observer) { observer.OnMessage(MessageOf(frame)); });
+        break;
+    case FrameKind::Result:
+        m_result = ValueOf<RunResult>(frame.payload);
+        break;
+    default:
+        break;
+    }
 }
 
-// Takes text as it comes, so that no writer ever waits at a full pipe.
-void RunEvents::Read() {
-    auto event = OutputCapture::Event::Pause;
-    while (event != OutputCapture::Event::Stop) {
-        // After a pause everything is told; only new text starts the next one.
-        const bool textWaits = event == OutputCapture::Event::Text;
-        event = m_capture->WaitForText(textWaits ? kPauseMilliseconds : -1);
-        Guarded([&] {
-            const std::lock_guard lock(m_mutex);
-            TakeText();
-            if (event != OutputCapture::Event::Text) {
-                for (RunObserver *observer : m_observers) {
-                    observer->OnPause();
-                }
-            }
+void RunEvents::TakeFrames() {
+    while (m_understood) {
+        std::optional<Frame> frame;
+        try {
+            frame = m_child.TakeFrame();
+        } catch (const std::exception &) {
+            m_understood = m_complete = false;
+        }
+        if (!frame) {
+            return;
+        }
+        TakeText();
+        TellFrame(*frame);
+        m_child.Answer();
+    }
+}
+
+std::optional<Frame> RunEvents::WaitForFirst() {
+    std::optional<Frame> frame;
+    while (!frame && !m_child.Status()) {
+        m_child.Wait(-1);
+        ReportSignals();
+        frame = m_child.TakeFrame();
+        m_child.TakeAvailable([this](Stream, std::string_view bytes) {
+            m_earlyText += bytes.substr(0, kMaxEarlyText - m_earlyText.size());
         });
     }
-    m_capture->AcknowledgeStop();
+    return frame ? frame : m_child.TakeFrame();
 }
 
-int RunEvents::Run(const ScalerLibrary &library, const std::wstring &line, OutputCapture *capture) {
-    m_capture = capture;
-    s_current = this;
-    std::thread reader;
-    int result = 0;
-    {
-        const UnbufferedStdio unbuffered;
-        if (m_capture != nullptr) {
-            reader = std::thread([this] { Read(); });
+void RunEvents::Follow() {
+    bool textWaits = !m_earlyText.empty();
+    while (!m_child.Status()) {
+        const bool came = m_child.Wait(textWaits ? kPauseMilliseconds : -1);
+        ReportSignals();
+        TakeFrames();
+        const bool text = TakeText();
+        if (!came) {
+            Tell([](RunObserver &observer) { observer.OnPause(); });
         }
-        result = library.Run(line, OnProgress, OnMessage);
+        // After a pause everything is told; only new text starts the next one.
+        textWaits = text || (textWaits && came);
     }
-    if (m_capture != nullptr) {
-        m_capture->Restore();
-        m_capture->StopWaiting();
-        reader.join();
+    TakeFrames();
+    TakeText();
+}
+
+RunOutcome RunEvents::Run(std::vector<RunObserver *> observers) {
+    m_observers = std::move(observers);
+    Tell([&](RunObserver &observer) { observer.OnConsole(Stream::Output, m_earlyText); });
+    m_child.Answer();
+    Follow();
+    const RunOutcome outcome = Outcome();
+    Tell([&](RunObserver &observer) { observer.OnEnd(outcome); });
+    return outcome;
+}
+
+RunOutcome RunEvents::Outcome() const {
+    RunOutcome outcome;
+    const int status = m_child.Status().value_or(0);
+    outcome.percent = m_percent;
+    if (m_result) {
+        outcome.code = m_result->code;
     }
-    Tell([result](RunObserver &observer) { observer.OnResult(result); });
-    s_current = nullptr;
-    return result;
+    // A code that the library does not form comes from a plug-in, whatever else is seen.
+    const bool own = m_result && !WordsOfResult(m_result->code).name.empty();
+    outcome.pluginCalled = !own || m_result->pluginLoaded != 0 || m_calledBack;
+    if (RunSignals::HasStopped()) {
+        outcome.end = RunEnd::Interrupted;
+    } else if (WIFSIGNALED(status)) {
+        outcome.end = RunEnd::Signal;
+        outcome.number = WTERMSIG(status);
+    } else if (!m_result || WEXITSTATUS(status) != 0) {
+        outcome.end = RunEnd::Exit;
+        outcome.number = WEXITSTATUS(status);
+    }
+    return outcome;
 }
 
 } // namespace ispctl

@@ -1,41 +1,55 @@
 #ifndef ISPCTL_RUN_EVENTS_H
 #define ISPCTL_RUN_EVENTS_H
 
-#include <functional>
-#include <memory>
-#include <mutex>
 #include <optional>
-#include <thread>
+#include <string>
 #include <vector>
 
-#include "OutputCapture.h"
+#include "ChildProcess.h"
+#include "ConsoleStreams.h"
 #include "RunObserver.h"
-#include "ScalerLibrary.h"
 
 namespace ispctl {
 
-/// Carries out one run and tells the observers what happens, in the order in which it happens: text
-/// that was written before a callback is told before it.
+/// Follows the library's process and tells the observers what happens, in the order in which it
+/// happens: text that was written before a callback is told before it.
 class RunEvents {
   public:
-    explicit RunEvents(std::vector<RunObserver *> observers) : m_observers(std::move(observers)) {}
+    RunEvents(ChildProcess &child, ConsoleStreams &streams) : m_child(child), m_streams(streams) {}
 
-    /// \param capture  where library and plug-ins write, or null to leave their output alone
-    /// RETURNS the library's result. One run at a time in a process.
-    int Run(const ScalerLibrary &library, const std::wstring &line, OutputCapture *capture);
+    /// Waits for the process to say whether the library can be called.
+    /// RETURNS nothing where it ended before it could.
+    std::optional<Frame> WaitForFirst();
+    /// What was written meanwhile, at most 64 KiB.
+    const std::string &EarlyText() const {
+        return m_earlyText;
+    }
+    /// Follows the call to the end of the process.
+    RunOutcome Run(std::vector<RunObserver *> observers);
+    /// RETURNS whether everything that happened was told.
+    bool IsComplete() const {
+        return m_complete;
+    }
 
   private:
-    static void OnProgress(int percent);
-    static void OnMessage(wchar_t *text);
+    template <class Action> void Guarded(const Action &action);
+    template <class Event> void Tell(const Event &event);
+    void ReportSignals();
+    bool TakeText();
+    void TakeFrames();
+    void TellFrame(const Frame &frame);
+    void Follow();
+    RunOutcome Outcome() const;
 
-    void Tell(const std::function<void(RunObserver &)> &event);
-    void TakeText();
-    void Read();
-
-    static RunEvents *s_current; ///< the library's callbacks carry no context
+    ChildProcess &m_child;
+    ConsoleStreams &m_streams;
     std::vector<RunObserver *> m_observers;
-    OutputCapture *m_capture = nullptr;
-    std::mutex m_mutex; ///< held while text is taken and while observers are told
+    std::string m_earlyText;
+    std::optional<RunResult> m_result;
+    std::optional<int> m_percent;
+    bool m_calledBack = false;
+    bool m_complete = true;
+    bool m_understood = true;
 };
 
 } // namespace ispctl

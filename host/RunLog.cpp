@@ -1,11 +1,16 @@
 #include "RunLog.h"
 
+#include <cerrno>
 #include <chrono>
 #include <ctime>
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <system_error>
 
+#include "ConsoleStreams.h"
 #include "ResultWords.h"
 #include "Utf8.h"
+#include "VisibleText.h"
 
 namespace ispctl {
 namespace {
@@ -27,24 +32,31 @@ std::string Printable(std::string_view bytes) {
     if (!bytes.empty() && bytes.back() == '\n') {
         bytes.remove_suffix(1);
     }
-    std::string line;
-    for (const char character : EscapeBytes(bytes).text) {
-        const auto byte = static_cast<unsigned char>(character);
-        line += byte < 0x20U || byte == 0x7FU ? fmt::format("\\x{:02X}", byte)
-                                              : std::string(1, character);
+    return Visible(EscapeBytes(bytes).text, Layout::OneLine, Charset::Utf8);
+}
+
+// A pipe without a reader would be waited for.
+Descriptor OpenLog(const std::string &file) {
+    Descriptor log(::open(file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK,
+                          0666)); // NOLINT(*-vararg)
+    if (!log.IsOpen()) {
+        throw std::system_error(errno, std::generic_category(),
+                                fmt::format("the log {} cannot be written", file));
     }
-    return line;
+    ::fcntl(log.Number(), F_SETFL, O_APPEND);
+    return log;
 }
 
 } // namespace
 
-RunLog::RunLog(const std::filesystem::path &file)
-    : m_file(file, std::ios::app),
-      m_output([this](std::string_view text) { Write("console", text); }),
+RunLog::RunLog(const std::string &file)
+    : m_file(OpenLog(file)), m_output([this](std::string_view text) { Write("console", text); }),
       m_error([this](std::string_view text) { Write("console", text); }) {}
 
 void RunLog::Write(std::string_view kind, std::string_view text) {
-    m_file << fmt::format("{} {:<8} {}\n", Now(), kind, Printable(text)) << std::flush;
+    const int error =
+        WriteAll(m_file.Number(), fmt::format("{} {:<8} {}\n", Now(), kind, Printable(text)));
+    m_errno = m_errno != 0 ? m_errno : error;
 }
 
 void RunLog::FinishConsole() {
@@ -71,9 +83,19 @@ void RunLog::OnPause() {
     m_error.EmitFinished();
 }
 
-void RunLog::OnResult(int code) {
+void RunLog::OnNotice(std::string_view text) {
     FinishConsole();
-    Write("result", fmt::format("{} {}", HexOfResult(code), WordsOfResult(code).meaning));
+    Write("ispctl", text);
+}
+
+void RunLog::OnEnd(const RunOutcome &outcome) {
+    FinishConsole();
+    std::string text = outcome.code ? HexOfResult(*outcome.code) + " " : "";
+    text += MeaningOf(outcome);
+    if (!outcome.IsSuccess()) {
+        text += fmt::format("; {}", DeviceAfter(outcome));
+    }
+    Write("result", text);
 }
 
 } // namespace ispctl

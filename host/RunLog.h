@@ -1,24 +1,25 @@
 #ifndef ISPCTL_RUN_LOG_H
 #define ISPCTL_RUN_LOG_H
 
-#include <filesystem>
-#include <fstream>
+#include <string>
 #include <string_view>
 
+#include "Pipe.h"
 #include "RunObserver.h"
 #include "TextPieces.h"
 
 namespace ispctl {
 
-/// Appends a run to a file, one line an event: time (UTC, milliseconds), kind, text. Texts that
-/// hold control characters or bytes that are not UTF-8 show them as \xNN.
+/// Appends a run to a file, one line an event: time (UTC, milliseconds), kind, text. Texts are
+/// UTF-8 and made visible.
 class RunLog : public RunObserver {
   public:
-    explicit RunLog(const std::filesystem::path &file);
+    /// Throws std::system_error where the file cannot be opened; never waits for a reader.
+    explicit RunLog(const std::string &file);
 
-    /// RETURNS whether everything up to now reached the file.
-    bool IsGood() const {
-        return m_file.good();
+    /// RETURNS 0, or the errno of the first failure since the file was opened.
+    int Error() const {
+        return m_errno;
     }
     void Write(std::string_view kind, std::string_view text);
 
@@ -26,12 +27,14 @@ class RunLog : public RunObserver {
     void OnMessage(std::wstring_view text) override;
     void OnConsole(Stream stream, std::string_view bytes) override;
     void OnPause() override;
-    void OnResult(int code) override;
+    void OnNotice(std::string_view text) override;
+    void OnEnd(const RunOutcome &outcome) override;
 
   private:
     void FinishConsole();
 
-    std::ofstream m_file;
+    Descriptor m_file;
+    int m_errno = 0;
     TextPieces m_output;
     TextPieces m_error;
 };

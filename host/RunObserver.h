@@ -3,12 +3,14 @@
 
 #include <string_view>
 
+#include "RunOutcome.h"
+
 namespace ispctl {
 
 /// Which standard stream a text was written to.
 enum class Stream { Output, Error };
 
-/// Sees one run as it happens. Calls never overlap, but they come from more than one thread.
+/// Sees one run as it happens.
 class RunObserver {
   public:
     virtual ~RunObserver() = default;
@@ -21,8 +23,10 @@ class RunObserver {
     virtual void OnConsole(Stream stream, std::string_view bytes) = 0;
     /// Nothing was written for a while.
     virtual void OnPause() {}
+    /// What the console itself says while the run goes on.
+    virtual void OnNotice(std::string_view) {}
     /// The run is over; nothing follows.
-    virtual void OnResult(int code) = 0;
+    virtual void OnEnd(const RunOutcome &outcome) = 0;
 };
 
 } // namespace ispctl

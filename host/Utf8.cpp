@@ -7,11 +7,6 @@ namespace {
 
 static_assert(sizeof(wchar_t) == 4, "wide characters are 32 bits wide");
 
-struct Character {
-    char32_t value = 0;
-    std::size_t length = 0; ///< 0: no valid character begins here
-};
-
 bool IsContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
@@ -33,23 +28,6 @@ std::size_t AnnouncedLength(char first) {
 
 bool IsScalar(char32_t value) {
     return value <= 0x10FFFFU && (value < 0xD800U || value > 0xDFFFU);
-}
-
-Character Decode(std::string_view bytes) {
-    const std::size_t length = AnnouncedLength(bytes.front());
-    if (length == 0 || length > bytes.size()) {
-        return {};
-    }
-    constexpr unsigned kPayloadOfFirst[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
-    char32_t value = static_cast<unsigned char>(bytes.front()) & kPayloadOfFirst[length];
-    for (std::size_t i = 1; i < length; ++i) {
-        if (!IsContinuation(bytes[i])) {
-            return {};
-        }
-        value = (value << 6U) | (static_cast<unsigned char>(bytes[i]) & 0x3FU);
-    }
-    constexpr char32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
-    return value >= kSmallest[length] && IsScalar(value) ? Character{value, length} : Character{};
 }
 
 void Append(std::string &text, char32_t value) {
@@ -75,10 +53,28 @@ void Append(std::string &text, char32_t value) {
 
 } // namespace
 
+FirstCharacter DecodeFirst(std::string_view bytes) {
+    const std::size_t length = AnnouncedLength(bytes.front());
+    if (length == 0 || length > bytes.size()) {
+        return {};
+    }
+    constexpr unsigned kPayloadOfFirst[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
+    char32_t value = static_cast<unsigned char>(bytes.front()) & kPayloadOfFirst[length];
+    for (std::size_t i = 1; i < length; ++i) {
+        if (!IsContinuation(bytes[i])) {
+            return {};
+        }
+        value = (value << 6U) | (static_cast<unsigned char>(bytes[i]) & 0x3FU);
+    }
+    constexpr char32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
+    return value >= kSmallest[length] && IsScalar(value) ? FirstCharacter{value, length}
+                                                         : FirstCharacter{};
+}
+
 std::optional<std::wstring> WideFromUtf8(std::string_view bytes) {
     std::wstring text;
     while (!bytes.empty()) {
-        const Character character = Decode(bytes);
+        const FirstCharacter character = DecodeFirst(bytes);
         if (character.length == 0) {
             return std::nullopt;
         }
@@ -94,7 +90,7 @@ EscapedText EscapeBytes(std::string_view bytes) {
     }
     EscapedText result{"", true};
     while (!bytes.empty()) {
-        const std::size_t length = Decode(bytes).length;
+        const std::size_t length = DecodeFirst(bytes).length;
         if (length == 0) {
             result.text += fmt::format("\\x{:02X}", static_cast<unsigned char>(bytes.front()));
         } else if (bytes.front() == '\\') {

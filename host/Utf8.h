@@ -1,11 +1,21 @@
 #ifndef ISPCTL_UTF8_H
 #define ISPCTL_UTF8_H
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace ispctl {
+
+/// The first character of a text.
+struct FirstCharacter {
+    char32_t value = 0;
+    std::size_t length = 0; ///< UNITS: bytes; 0: no valid character begins there
+};
+
+/// REQUIRES: bytes is not empty.
+FirstCharacter DecodeFirst(std::string_view bytes);
 
 /// UTF-8 to 32-bit characters. RETURNS nothing for invalid bytes: overlong forms, surrogates and
 /// numbers above 0x10FFFF are invalid, too.

@@ -2,16 +2,22 @@
 // option parser sees them, because that parser looks for its own options to the end of the line.
 
 #include <algorithm>
-#include <cstdio>
+#include <csignal>
 #include <exception>
+#include <new>
+#include <sstream>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "ArgumentBorder.h"
+#include "ChildProcess.h"
 #include "ConsoleStreams.h"
+#include "LibraryProcess.h"
 #include "RunCommand.h"
+#include "Session.h"
 #include "edid/AddEdid.h"
 #include "script/AddScript.h"
 
@@ -50,18 +56,29 @@ CLI::App *AddRun(CLI::App &app, ispctl::RunOptions &options) {
     return run;
 }
 
-int Main(std::vector<std::string> arguments) {
+/// The parser's help, version and errors are texts like all others.
+ispctl::ExitStatus ShowParserEnd(const CLI::App &app, const CLI::ParseError &end,
+                                 ispctl::ConsoleStreams &streams) {
+    std::ostringstream output;
+    std::ostringstream error;
+    const int status = app.exit(end, output, error);
+    streams.Print(ispctl::Stream::Output, output.str());
+    streams.Print(ispctl::Stream::Error, error.str());
+    return status == 0 ? ispctl::kExitSuccess : ispctl::kExitWrongUse;
+}
+
+ispctl::ExitStatus Main(ispctl::Session &session, ispctl::RunOptions &runOptions) {
     CLI::App app("The console of ScalerIsp, the firmware programming library of display scalers.",
                  "ispctl");
     app.set_version_flag("--version", "ispctl " ISPCTL_VERSION);
     app.require_subcommand(1);
-    ispctl::RunOptions runOptions;
     CLI::App *run = AddRun(app, runOptions);
     ispctl::ExitStatus status = ispctl::kExitSuccess;
     ispctl::ScriptOptions scriptOptions;
-    ispctl::AddScript(app, scriptOptions, status);
+    ispctl::AddScript(app, scriptOptions, session, status);
     ispctl::EdidOptions edidOptions;
-    ispctl::AddEdid(app, edidOptions, status);
+    ispctl::AddEdid(app, edidOptions, session, status);
+    std::vector<std::string> arguments = session.arguments;
     if (!arguments.empty() && arguments.front() == run->get_name()) {
         std::vector<std::string> own(arguments.begin() + 1, arguments.end());
         runOptions.arguments = ispctl::TakeForeign(*run, own);
@@ -71,20 +88,64 @@ int Main(std::vector<std::string> arguments) {
     try {
         std::reverse(arguments.begin(), arguments.end()); // as the parser wants them
         app.parse(std::move(arguments));
-    } catch (const CLI::ParseError &error) {
-        return app.exit(error) == 0 ? ispctl::kExitSuccess : ispctl::kExitWrongUse;
+    } catch (const CLI::ParseError &end) {
+        return ShowParserEnd(app, end, session.streams);
     }
-    return run->parsed() ? ispctl::RunCommand(runOptions) : status;
+    if (!run->parsed()) {
+        return status;
+    }
+    if (session.link == nullptr) {
+        return ispctl::RunCommand(runOptions, session.arguments, session.streams);
+    }
+    ispctl::RunLibrary(runOptions, *session.link);
+    return ispctl::kExitSuccess;
+}
+
+/// The console itself: nothing ends it without a word.
+int MainOfConsole(ispctl::Session &session) {
+    ispctl::RunOptions options;
+    ispctl::ExitStatus status = ispctl::kExitWrongUse;
+    try {
+        status = Main(session, options);
+    } catch (const std::exception &error) {
+        session.streams.Say(error.what());
+    }
+    return session.streams.Finish(status, options.json);
+}
+
+/// The library's process: what a plug-in throws or ends goes through to the console.
+int MainOfLibraryProcess(ispctl::Session &session) {
+    auto link = ispctl::ConsoleLink::Take(session.arguments);
+    if (!link) {
+        return session.Fail(ispctl::kExitWrongUse, "this command is for the console's own use");
+    }
+    ispctl::BecomeLibraryProcess();
+    session.link = &*link;
+    ispctl::RunOptions options;
+    Main(session, options);
+    return 0;
 }
 
 } // namespace
 
 int main(int argc, char **argv) {
+    // Output that cannot be written is noticed where it is written, not as a signal.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+    if (!ispctl::EnsureStandardDescriptors()) {
+        constexpr std::string_view kWords =
+            "ispctl: a standard descriptor is closed and /dev/null cannot be opened for it\n";
+        ispctl::WriteAll(STDERR_FILENO, kWords);
+        return ispctl::kExitWrongUse;
+    }
     try {
-        ispctl::EnsureStandardDescriptors();
-        return Main(std::vector<std::string>(argv + std::min(argc, 1), argv + argc));
-    } catch (const std::exception &error) {
-        std::fprintf(stderr, "ispctl: %s\n", error.what());
+        ispctl::Session session;
+        session.arguments.assign(argv + std::min(argc, 1), argv + argc);
+        const auto &arguments = session.arguments;
+        const bool library = !arguments.empty() && arguments.front() == ispctl::kLibraryProcess;
+        return library ? MainOfLibraryProcess(session) : MainOfConsole(session);
+    } catch (const std::bad_alloc &) {
+        ispctl::WriteAll(STDERR_FILENO, "ispctl: no memory\n");
         return ispctl::kExitWrongUse;
     }
 }

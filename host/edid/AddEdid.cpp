@@ -4,7 +4,7 @@
 
 namespace ispctl {
 
-void AddEdid(CLI::App &app, EdidOptions &options, ExitStatus &status) {
+void AddEdid(CLI::App &app, EdidOptions &options, Session &session, ExitStatus &status) {
     CLI::App *edid = app.add_subcommand("edid", "Checks an EDID and shows what it says.");
     edid->add_option("FILE", options.file, "bytes, hexadecimal digits, or a byte list")
         ->required()
@@ -17,7 +17,7 @@ void AddEdid(CLI::App &app, EdidOptions &options, ExitStatus &status) {
     edid->add_option("--lib", options.library, "the ScalerIsp library to open, by path")
         ->type_name("FILE");
     edid->footer("\nExit status: 0 success, 1 an EDID that is refused, 2 wrong use.");
-    edid->callback([&options, &status] { status = EdidCommand(options); });
+    edid->callback([&] { status = EdidCommand(options, session); });
 }
 
 } // namespace ispctl

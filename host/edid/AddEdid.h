@@ -10,7 +10,7 @@ class App;
 namespace ispctl {
 
 /// Adds the subcommand `edid`. When it is parsed it runs and leaves its exit status in status.
-void AddEdid(CLI::App &app, EdidOptions &options, ExitStatus &status);
+void AddEdid(CLI::App &app, EdidOptions &options, Session &session, ExitStatus &status);
 
 } // namespace ispctl
 

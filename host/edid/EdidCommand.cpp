@@ -1,6 +1,5 @@
 #include "edid/EdidCommand.h"
 
-#include <cstdio>
 #include <fmt/format.h>
 
 #include "HexDump.h"
@@ -13,10 +12,8 @@
 namespace ispctl {
 namespace {
 
-ExitStatus Fail(ExitStatus status, const std::string &text) {
-    fmt::print(stderr, "ispctl: {}\n", text);
-    return status;
-}
+// An EDID has at most 256 blocks of 128 bytes.
+constexpr std::size_t kMaxBytes = 32 * 1024;
 
 std::optional<Toolkit> OpenToolkit(const EdidOptions &options, std::string &error) {
     const auto library = ScalerLibrary::Open(
@@ -34,47 +31,49 @@ EdidForm Form(const EdidOptions &options, const std::string &content) {
 }
 
 /// Says why the library refuses the list. Its bytes tell more than its answer.
-ExitStatus Refuse(const EdidOptions &options, const Toolkit &toolkit, const std::string &list) {
+ExitStatus Refuse(const EdidOptions &options, const Toolkit &toolkit, const std::string &list,
+                  Session &session) {
     const auto bytes = toolkit.CmdToBin(list);
     if (bytes.empty()) {
-        return Fail(kExitFailedRun,
-                    fmt::format("{}: no bytes, or a value above 255", options.file));
+        return session.Fail(kExitFailedRun,
+                            fmt::format("{}: no bytes, or a value above 255", options.file));
     }
     for (const std::string &problem : EdidProblems(bytes)) {
-        fmt::print(stderr, "{}: {}\n", options.file, problem);
+        session.streams.Print(Stream::Error, fmt::format("{}: {}\n", options.file, problem));
     }
-    return Fail(kExitFailedRun, "the library refuses this EDID");
+    return session.Fail(kExitFailedRun, "the library refuses this EDID");
 }
 
 } // namespace
 
-ExitStatus EdidCommand(const EdidOptions &options) {
+ExitStatus EdidCommand(const EdidOptions &options, Session &session) {
     std::string error;
-    const auto content = ReadInputFile(options.file, error);
+    const auto content = ReadInputFile(options.file, kMaxBytes, error);
     if (!content) {
-        return Fail(kExitWrongUse, error);
+        return session.Fail(kExitWrongUse, error);
     }
     const auto toolkit = OpenToolkit(options, error);
     if (!toolkit) {
-        return Fail(kExitWrongUse, error);
+        return session.Fail(kExitWrongUse, error);
     }
     const auto list = ByteListOfEdid(*content, Form(options, *content));
     if (!list) {
-        return Fail(kExitFailedRun,
-                    fmt::format("{}: an odd number of hexadecimal digits", options.file));
+        return session.Fail(kExitFailedRun,
+                            fmt::format("{}: an odd number of hexadecimal digits", options.file));
     }
     const auto edid = toolkit->EdidToBin(*list);
     if (edid.empty()) {
-        return Refuse(options, *toolkit, *list);
+        return Refuse(options, *toolkit, *list, session);
     }
     const auto problems = EdidProblems(edid);
     for (const std::string &problem : problems) {
-        fmt::print(stderr, "{}: {}\n", options.file, problem);
+        session.streams.Print(Stream::Error, fmt::format("{}: {}\n", options.file, problem));
     }
     if (!problems.empty()) {
-        return Fail(kExitFailedRun, "this EDID is refused");
+        return session.Fail(kExitFailedRun, "this EDID is refused");
     }
-    fmt::print("{}", options.text ? WriteEdidText(edid) : EdidFacts(edid) + "\n" + HexDump(edid));
+    session.streams.Print(Stream::Output, options.text ? WriteEdidText(edid)
+                                                       : EdidFacts(edid) + "\n" + HexDump(edid));
     return kExitSuccess;
 }
 

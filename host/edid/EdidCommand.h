@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "RunCommand.h"
+#include "Session.h"
 
 namespace ispctl {
 
@@ -16,7 +16,7 @@ struct EdidOptions {
 };
 
 /// Checks an EDID and shows it. RETURNS kExitFailedRun for one that is refused.
-ExitStatus EdidCommand(const EdidOptions &options);
+ExitStatus EdidCommand(const EdidOptions &options, Session &session);
 
 } // namespace ispctl
 

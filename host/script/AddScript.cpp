@@ -13,13 +13,13 @@ Examples:
 
 Exit status: 0 success, 1 a script that is refused or fails, 2 wrong use.)";
 
-using Command = ExitStatus (*)(const ScriptOptions &);
+using Command = ExitStatus (*)(const ScriptOptions &, Session &);
 
 CLI::App *AddOne(CLI::App &script, const char *name, const char *help, Command command,
-                 ScriptOptions &options, ExitStatus &status) {
+                 ScriptOptions &options, Session &session, ExitStatus &status) {
     CLI::App *one = script.add_subcommand(name, help);
     one->add_option("FILE", options.file)->required()->type_name("");
-    one->callback([command, &options, &status] { status = command(options); });
+    one->callback([command, &options, &session, &status] { status = command(options, session); });
     return one;
 }
 
@@ -30,12 +30,12 @@ void AddText(CLI::App *command, ScriptOptions &options) {
 
 } // namespace
 
-void AddScript(CLI::App &app, ScriptOptions &options, ExitStatus &status) {
+void AddScript(CLI::App &app, ScriptOptions &options, Session &session, ExitStatus &status) {
     CLI::App *script = app.add_subcommand("script", "Writes, reads and runs register scripts.");
     script->require_subcommand(1);
     script->footer(kFooter);
     const auto add = [&](const char *name, const char *help, Command command) {
-        return AddOne(*script, name, help, command, options, status);
+        return AddOne(*script, name, help, command, options, session, status);
     };
     add("assemble", "Turns script text into a byte list, or with -o into bytes.", AssembleCommand)
         ->add_option("-o,--output", options.output, "write the bytes to OUT")

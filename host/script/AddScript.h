@@ -11,7 +11,7 @@ namespace ispctl {
 
 /// Adds the subcommand `script` with its own subcommands. When one of them is parsed it runs and
 /// leaves its exit status in status.
-void AddScript(CLI::App &app, ScriptOptions &options, ExitStatus &status);
+void AddScript(CLI::App &app, ScriptOptions &options, Session &session, ExitStatus &status);
 
 } // namespace ispctl
 

@@ -1,6 +1,5 @@
 #include "script/ScriptCommand.h"
 
-#include <cstdio>
 #include <filesystem>
 #include <fmt/format.h>
 #include <vector>
@@ -8,10 +7,12 @@
 #include "HexDump.h"
 #include "InputFile.h"
 #include "Places.h"
+#include "RunWire.h"
 #include "Toolkit.h"
 #include "Utf8.h"
 #include "script/ScriptCheck.h"
 #include "script/ScriptLexer.h"
+#include "script/ScriptRelay.h"
 #include "script/ScriptText.h"
 
 namespace ispctl {
@@ -19,17 +20,17 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-ExitStatus Fail(ExitStatus status, const std::string &text) {
-    fmt::print(stderr, "ispctl: {}\n", text);
-    return status;
-}
+// Far more than any script needs. UNITS: bytes.
+constexpr std::size_t kMaxScript = 16 * 1024 * 1024;
+constexpr std::size_t kMaxOutput = 64 * 1024 * 1024;
 
 /// Reads a script: its bytes, or text that is assembled. RETURNS the status of a failure in status.
-std::optional<Bytes> ReadScript(const std::string &file, bool isText, ExitStatus &status) {
+std::optional<Bytes> ReadScript(const std::string &file, bool isText, ExitStatus &status,
+                                Session &session) {
     std::string error;
-    const auto content = ReadInputFile(file, error);
+    const auto content = ReadInputFile(file, kMaxScript, error);
     if (!content) {
-        status = Fail(kExitWrongUse, error);
+        status = session.Fail(kExitWrongUse, error);
         return std::nullopt;
     }
     if (!isText) {
@@ -38,34 +39,36 @@ std::optional<Bytes> ReadScript(const std::string &file, bool isText, ExitStatus
     try {
         return AssembleScript(*content);
     } catch (const ScriptError &reason) {
-        fmt::print(stderr, "{}:{}:{}: {}\n", file, reason.Line(), reason.Column(), reason.what());
+        session.streams.Print(Stream::Error, fmt::format("{}:{}:{}: {}\n", file, reason.Line(),
+                                                         reason.Column(), reason.what()));
         status = kExitFailedRun;
         return std::nullopt;
     }
 }
 
-void SayReport(const std::string &file, const ScriptReport &report) {
+void SayReport(const std::string &file, const ScriptReport &report, Session &session) {
     for (const std::string &problem : report.problems) {
-        fmt::print(stderr, "{}: {}\n", file, problem);
+        session.streams.Print(Stream::Error, fmt::format("{}: {}\n", file, problem));
     }
     for (const std::string &note : report.notes) {
-        fmt::print(stderr, "{}: note: {}\n", file, note);
+        session.streams.Print(Stream::Error, fmt::format("{}: note: {}\n", file, note));
     }
 }
 
-ExitStatus RunOn(const ScriptOptions &options, const Bytes &script, const ScriptReport &report) {
+ExitStatus RunOn(const ScriptOptions &options, const Bytes &script, const ScriptReport &report,
+                 Session &session) {
     std::string error;
     const auto library = ScalerLibrary::Open(
         options.library.empty() ? InstalledLibrary().string() : options.library, error);
     if (!library) {
-        return Fail(kExitWrongUse, error);
+        return session.Fail(kExitWrongUse, error);
     }
     const auto toolkit = Toolkit::Find(*library, error);
     if (!toolkit) {
-        return Fail(kExitWrongUse, error);
+        return session.Fail(kExitWrongUse, error);
     }
     if (options.virtualScaler) {
-        fmt::print(stderr, "ispctl: virtual scaler: no hardware is touched\n");
+        session.streams.Say("virtual scaler: no hardware is touched");
     }
     const std::string path =
         std::filesystem::absolute(options.virtualScaler ? VirtualCommLibrary().string()
@@ -73,28 +76,47 @@ ExitStatus RunOn(const ScriptOptions &options, const Bytes &script, const Script
             .string();
     auto wide = WideFromUtf8(path);
     if (!wide) {
-        return Fail(kExitWrongUse, fmt::format("{} is not valid UTF-8", path));
+        return session.Fail(kExitWrongUse, fmt::format("{} is not valid UTF-8", path));
     }
     const Toolkit::Comm comm = toolkit->MakeComm();
     if (comm->LoadCommDllFile(wide->data()) != 1) {
-        return Fail(kExitWrongUse,
-                    fmt::format("{} cannot be loaded as a communication library", path));
+        return session.Fail(kExitWrongUse,
+                            fmt::format("{} cannot be loaded as a communication library", path));
     }
     if (const unsigned int status = comm->Initiallize(); status != 0) {
-        return Fail(kExitFailedRun, fmt::format("Initiallize: status 0x{:X}", status));
+        return session.Fail(kExitFailedRun, fmt::format("Initiallize: status 0x{:X}", status));
     }
     if (options.channel) {
         const auto channel = static_cast<STRUCT_ENUM_COMM_ID>(*options.channel);
         if (const unsigned int status = comm->SetCommByID(channel); status != 0) {
-            return Fail(kExitFailedRun,
-                        fmt::format("channel {}: status 0x{:X}", *options.channel, status));
+            return session.Fail(kExitFailedRun,
+                                fmt::format("channel {}: status 0x{:X}", *options.channel, status));
         }
     }
     const ScriptResult result = toolkit->RunScript(script, report.outputBytes, *comm);
-    fmt::print("{}", HexDump(result.output));
-    std::fflush(stdout);
-    fmt::print(stderr, "ispctl: {}\n", WordsOfScriptResult(result.code));
+    session.streams.Print(Stream::Output, HexDump(result.output));
+    session.streams.Say(WordsOfScriptResult(result.code));
     return result.code == 0 ? kExitSuccess : kExitFailedRun;
+}
+
+ExitStatus CheckAndRun(const ScriptOptions &options, Session &session) {
+    ExitStatus status = kExitSuccess;
+    const auto script = ReadScript(options.file, options.text, status, session);
+    if (!script) {
+        return status;
+    }
+    const ScriptReport report = CheckScript(*script);
+    SayReport(options.file, report, session);
+    if (!report.problems.empty()) {
+        return session.Fail(kExitFailedRun, "the script was not run");
+    }
+    if (report.outputBytes > kMaxOutput) {
+        return session.Fail(kExitFailedRun,
+                            fmt::format("the script was not run: it reads {} bytes; at most {} are "
+                                        "kept",
+                                        report.outputBytes, kMaxOutput));
+    }
+    return RunOn(options, *script, report, session);
 }
 
 } // namespace
@@ -119,60 +141,66 @@ std::string WordsOfScriptResult(int code) {
     }
 }
 
-ExitStatus AssembleCommand(const ScriptOptions &options) {
+ExitStatus AssembleCommand(const ScriptOptions &options, Session &session) {
     ExitStatus status = kExitSuccess;
-    const auto script = ReadScript(options.file, true, status);
+    const auto script = ReadScript(options.file, true, status, session);
     if (!script) {
         return status;
     }
     const ScriptReport report = CheckScript(*script);
-    SayReport(options.file, report);
+    SayReport(options.file, report, session);
     if (options.output.empty()) {
-        fmt::print("{}", ByteListOfScript(*script));
+        session.streams.Print(Stream::Output, ByteListOfScript(*script));
         return status;
     }
     std::string error;
     const bool written =
         WriteOutputFile(options.output, std::string(script->begin(), script->end()), error);
-    return written ? status : Fail(kExitWrongUse, error);
+    return written ? status : session.Fail(kExitWrongUse, error);
 }
 
-ExitStatus ListCommand(const ScriptOptions &options) {
+ExitStatus ListCommand(const ScriptOptions &options, Session &session) {
     ExitStatus status = kExitSuccess;
-    if (const auto script = ReadScript(options.file, false, status)) {
-        fmt::print("{}", ListScript(*script));
+    if (const auto script = ReadScript(options.file, false, status, session)) {
+        session.streams.Print(Stream::Output, ListScript(*script));
     }
     return status;
 }
 
-ExitStatus CheckCommand(const ScriptOptions &options) {
+ExitStatus CheckCommand(const ScriptOptions &options, Session &session) {
     ExitStatus status = kExitSuccess;
-    const auto script = ReadScript(options.file, options.text, status);
+    const auto script = ReadScript(options.file, options.text, status, session);
     if (!script) {
         return status;
     }
     const ScriptReport report = CheckScript(*script);
-    SayReport(options.file, report);
-    fmt::print("{} bytes, {} records, {} bytes read, {} problems\n", script->size(), report.records,
-               report.outputBytes, report.problems.size());
+    SayReport(options.file, report, session);
+    session.streams.Print(Stream::Output,
+                          fmt::format("{} bytes, {} records, {} bytes read, {} problems\n",
+                                      script->size(), report.records, report.outputBytes,
+                                      report.problems.size()));
     return report.problems.empty() ? kExitSuccess : kExitFailedRun;
 }
 
-ExitStatus RunScriptCommand(const ScriptOptions &options) {
+ExitStatus RunScriptCommand(const ScriptOptions &options, Session &session) {
     if (options.comm.empty() && !options.virtualScaler) {
-        return Fail(kExitWrongUse, "no communication library: give --comm FILE, or --virtual");
+        return session.Fail(kExitWrongUse,
+                            "no communication library: give --comm FILE, or --virtual");
     }
-    ExitStatus status = kExitSuccess;
-    const auto script = ReadScript(options.file, options.text, status);
-    if (!script) {
-        return status;
+    if (session.link == nullptr) {
+        return RelayScript(session);
     }
-    const ScriptReport report = CheckScript(*script);
-    SayReport(options.file, report);
-    if (!report.problems.empty()) {
-        return Fail(kExitFailedRun, "the script was not run");
+    if (!session.link->Tell(FrameKind::Ready, "")) {
+        return kExitWrongUse;
     }
-    return RunOn(options, *script, report);
+    ExitStatus status = kExitWrongUse;
+    try {
+        status = CheckAndRun(options, session);
+    } catch (const std::exception &error) {
+        session.Fail(status, error.what());
+    }
+    session.link->Tell(FrameKind::Result, BytesOf(RunResult{status, 1}));
+    return status;
 }
 
 } // namespace ispctl

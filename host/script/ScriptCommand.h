@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "RunCommand.h"
+#include "Session.h"
 
 namespace ispctl {
 
@@ -21,10 +21,10 @@ struct ScriptOptions {
 
 /// Each RETURNS kExitSuccess, kExitFailedRun for a script that is refused or fails, or
 /// kExitWrongUse.
-ExitStatus AssembleCommand(const ScriptOptions &options);
-ExitStatus ListCommand(const ScriptOptions &options);
-ExitStatus CheckCommand(const ScriptOptions &options);
-ExitStatus RunScriptCommand(const ScriptOptions &options);
+ExitStatus AssembleCommand(const ScriptOptions &options, Session &session);
+ExitStatus ListCommand(const ScriptOptions &options, Session &session);
+ExitStatus CheckCommand(const ScriptOptions &options, Session &session);
+ExitStatus RunScriptCommand(const ScriptOptions &options, Session &session);
 
 /// What a result of the runner means.
 std::string WordsOfScriptResult(int code);

@@ -3,14 +3,18 @@
 //   many:N         N lines of 100 bytes to standard output
 //   message:T      T to the message callback; progress:N to the progress callback
 //   surrogate      a message that is no valid Unicode
-//   sleep:N        N milliseconds; abort ends the process; result:N ends the run
+//   long:N         a message of N characters
+//   sleep:N        N milliseconds; result:N ends the run
+//   abort exit:N _exit:N raise:N end the process; atexit:N ends it with N after the run
 // In T, \n is a line end, \e an escape and \xNN a byte.
 
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 #include "scaler_isp/OperateScaler.h"
@@ -46,6 +50,21 @@ void Message(ScalerIspMessageCallback message, const std::string &text) {
     message(wide.data());
 }
 
+void End(const std::string &name, const std::string &value) {
+    if (name == "abort") {
+        std::abort();
+    } else if (name == "exit") {
+        std::exit(std::stoi(value)); // NOLINT(concurrency-mt-unsafe)
+    } else if (name == "_exit") {
+        ::_exit(std::stoi(value));
+    } else if (name == "raise") {
+        ::raise(std::stoi(value));
+    } else if (name == "atexit") {
+        static const int status = std::stoi(value);
+        std::atexit([] { ::_exit(status); });
+    }
+}
+
 void Step(const std::string &name, const std::string &value, ScalerIspProgressCallback progress,
           ScalerIspMessageCallback message) {
     if (name == "out" || name == "err") {
@@ -64,8 +83,11 @@ void Step(const std::string &name, const std::string &value, ScalerIspProgressCa
         progress(std::stoi(value));
     } else if (name == "sleep") {
         std::this_thread::sleep_for(std::chrono::milliseconds(std::stoi(value)));
-    } else if (name == "abort") {
-        std::abort();
+    } else if (name == "long") {
+        std::wstring text(static_cast<std::size_t>(std::stoi(value)), L'x');
+        message(text.data());
+    } else {
+        End(name, value);
     }
 }
 

@@ -1,0 +1,35 @@
+#include "RunWire.h"
+
+#include <stdexcept>
+
+namespace ispctl {
+namespace {
+
+constexpr std::size_t kHeadBytes = 1 + sizeof(std::uint32_t);
+
+} // namespace
+
+std::string EncodeFrame(FrameKind kind, std::string_view payload) {
+    const auto length = static_cast<std::uint32_t>(payload.size());
+    std::string frame(1, static_cast<char>(kind));
+    return frame.append(BytesOf(length)).append(payload);
+}
+
+std::optional<Frame> FrameReader::Take() {
+    if (m_bytes.size() < kHeadBytes) {
+        return std::nullopt;
+    }
+    const auto length =
+        ValueOf<std::uint32_t>(std::string_view(m_bytes).substr(1, sizeof(std::uint32_t)));
+    if (length > kMaxFrame) {
+        throw std::runtime_error("the library's process tells what cannot be understood");
+    }
+    if (m_bytes.size() < kHeadBytes + length) {
+        return std::nullopt;
+    }
+    Frame frame{static_cast<FrameKind>(m_bytes.front()), m_bytes.substr(kHeadBytes, length)};
+    m_bytes.erase(0, kHeadBytes + length);
+    return frame;
+}
+
+} // namespace ispctl
