@@ -35,11 +35,11 @@ class ProgressView : public RunObserver {
     VisibleStream m_error;
     bool m_bar;
     bool m_barShown = false;
-    bool m_one; ///< both streams lead to the same file
-    bool m_midLine = false; ///< the terminal's last line has text and no line end
+    bool m_one;                  ///< both streams lead to the same file
+    bool m_midLine = false;      ///< the terminal's last line has text and no line end
     bool m_errorMidLine = false; ///< the same of what follows on standard error
-    int m_percent = kNone;  ///< last value reported
-    int m_tenth = kNone;    ///< last tenth printed as a line
+    int m_percent = kNone;       ///< last value reported
+    int m_tenth = kNone;         ///< last tenth printed as a line
 };
 
 } // namespace ispctl

@@ -82,7 +82,10 @@ std::string MeaningOf(const RunOutcome &outcome) {
         return end;
     }
     const auto meaning = std::string(WordsOfResult(*outcome.code, outcome.pluginCalled).meaning);
-    return end.empty() ? meaning : meaning + "; after that " + end;
+    if (end.empty()) {
+        return meaning;
+    }
+    return (*outcome.code == 0 ? "the library returned success" : meaning) + "; after that " + end;
 }
 
 std::string_view DeviceAfter(const RunOutcome &outcome) {
@@ -94,7 +97,7 @@ std::string SentenceOf(const RunOutcome &outcome) {
         return "success";
     }
     std::string code;
-    if (outcome.code) {
+    if (outcome.code && *outcome.code != 0) {
         code =
             *outcome.code == -1 ? " with -1" : fmt::format(" with {}", HexOfResult(*outcome.code));
     }

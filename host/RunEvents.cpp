@@ -144,9 +144,6 @@ RunOutcome RunEvents::Outcome() const {
     if (m_result) {
         outcome.code = m_result->code;
     }
-    // A code that the library does not form comes from a plug-in, whatever else is seen.
-    const bool own = m_result && !WordsOfResult(m_result->code).name.empty();
-    outcome.pluginCalled = !own || m_result->pluginLoaded != 0 || m_calledBack;
     if (RunSignals::HasStopped()) {
         outcome.end = RunEnd::Interrupted;
     } else if (WIFSIGNALED(status)) {
@@ -156,6 +153,10 @@ RunOutcome RunEvents::Outcome() const {
         outcome.end = RunEnd::Exit;
         outcome.number = WEXITSTATUS(status);
     }
+    // A code that the library does not form comes from a plug-in, whatever else is seen.
+    const bool own = m_result && !WordsOfResult(m_result->code).name.empty();
+    outcome.pluginCalled =
+        !own || m_result->pluginLoaded != 0 || m_calledBack || outcome.end != RunEnd::Returned;
     return outcome;
 }
 

@@ -7,8 +7,11 @@
 namespace ispctl {
 namespace {
 
+// A script that is nothing but problems must not fill the memory with them.
+constexpr std::size_t kMaxRemarks = 1000;
+
 void CheckCarry(const ScriptRecord &record, ScriptReport &report) {
-    if (record.block == 0) {
+    if (record.block == 0 || report.notes.size() >= kMaxRemarks) {
         return;
     }
     report.notes.push_back(fmt::format(
@@ -24,7 +27,10 @@ void CheckCarry(const ScriptRecord &record, ScriptReport &report) {
 
 void CheckRecord(const ScriptRecord &record, ScriptReport &report) {
     const auto problem = [&](const std::string &text) {
-        report.problems.push_back(fmt::format("offset {}: {}", record.offset, text));
+        if (report.problems.size() < kMaxRemarks) {
+            report.problems.push_back(fmt::format("offset {}: {}", record.offset, text));
+        }
+        ++report.problemCount;
     };
     if (record.opcode == nullptr) {
         problem(fmt::format("0x{:02X} is no opcode", record.bytes.front()));
@@ -57,10 +63,10 @@ void CheckRecord(const ScriptRecord &record, ScriptReport &report) {
 
 ScriptReport CheckScript(std::span<const std::uint8_t> script) {
     ScriptReport report;
-    for (const ScriptRecord &record : SplitScript(script)) {
+    ForEachRecord(script, [&](const ScriptRecord &record) {
         ++report.records;
         CheckRecord(record, report);
-    }
+    });
     return report;
 }
 

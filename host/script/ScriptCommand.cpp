@@ -50,6 +50,11 @@ void SayReport(const std::string &file, const ScriptReport &report, Session &ses
     for (const std::string &problem : report.problems) {
         session.streams.Print(Stream::Error, fmt::format("{}: {}\n", file, problem));
     }
+    if (report.problemCount > report.problems.size()) {
+        session.streams.Print(Stream::Error,
+                              fmt::format("{}: and {} problems more\n", file,
+                                          report.problemCount - report.problems.size()));
+    }
     for (const std::string &note : report.notes) {
         session.streams.Print(Stream::Error, fmt::format("{}: note: {}\n", file, note));
     }
@@ -178,7 +183,7 @@ ExitStatus CheckCommand(const ScriptOptions &options, Session &session) {
     session.streams.Print(Stream::Output,
                           fmt::format("{} bytes, {} records, {} bytes read, {} problems\n",
                                       script->size(), report.records, report.outputBytes,
-                                      report.problems.size()));
+                                      report.problemCount));
     return report.problems.empty() ? kExitSuccess : kExitFailedRun;
 }
 

@@ -53,7 +53,7 @@ std::string Statement(const ScriptRecord &record) {
 
 std::string ListScript(std::span<const std::uint8_t> script) {
     std::string text;
-    for (const ScriptRecord &record : SplitScript(script)) {
+    ForEachRecord(script, [&](const ScriptRecord &record) {
         if (record.opcode == nullptr) {
             text += "// unknown opcode: the runner ends here with result 1\n";
         } else if (!record.IsWhole()) {
@@ -66,18 +66,18 @@ std::string ListScript(std::span<const std::uint8_t> script) {
             text += fmt::format("// passed over, the last block length is {}\nbytes {}\n",
                                 record.block, List(record.passedOver));
         }
-    }
+    });
     return text;
 }
 
 std::string ByteListOfScript(std::span<const std::uint8_t> script) {
     std::string text;
-    for (const ScriptRecord &record : SplitScript(script)) {
+    ForEachRecord(script, [&](const ScriptRecord &record) {
         text += HexBytes(record.bytes, "    ") + ",\n";
         if (!record.passedOver.empty()) {
             text += HexBytes(record.passedOver, "    ") + ",\n";
         }
-    }
+    });
     return text;
 }
 

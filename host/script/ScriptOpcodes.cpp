@@ -92,16 +92,15 @@ std::uint32_t ScriptRecord::Value(std::size_t operand) const {
     return BigEndian(bytes.subspan(place, opcode->operands[operand].bytes));
 }
 
-std::vector<ScriptRecord> SplitScript(std::span<const std::uint8_t> script) {
-    std::vector<ScriptRecord> records;
+void ForEachRecord(std::span<const std::uint8_t> script,
+                   const std::function<void(const ScriptRecord &)> &take) {
     std::uint32_t block = 0;
     for (std::size_t offset = 0; offset < script.size();) {
-        records.push_back(RecordAt(script, offset, block));
-        const ScriptRecord &record = records.back();
+        const ScriptRecord record = RecordAt(script, offset, block);
+        take(record);
         block = record.block;
         offset += record.bytes.size() + record.passedOver.size();
     }
-    return records;
 }
 
 } // namespace ispctl

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -58,9 +59,10 @@ struct ScriptRecord {
     }
 };
 
-/// Cuts a script into records. The last one may be unknown or not whole; then the rest of the
-/// script belongs to it.
-std::vector<ScriptRecord> SplitScript(std::span<const std::uint8_t> script);
+/// Cuts a script into records, one after the other. The last one may be unknown or not whole; then
+/// the rest of the script belongs to it.
+void ForEachRecord(std::span<const std::uint8_t> script,
+                   const std::function<void(const ScriptRecord &)> &take);
 
 } // namespace ispctl
 

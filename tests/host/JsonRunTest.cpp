@@ -45,13 +45,14 @@ TEST(JsonRun, One_event_a_line_in_the_order_of_the_run) {
 }
 
 TEST(JsonRun, Lines_are_spelt_as_documented) {
-    EXPECT_EQ(RunScripted({"--json"}, {"progress:3", "out:a", "message:m", "result:0x4003"}).out,
-              "{\"event\":\"progress\",\"percent\":3}\n"
-              "{\"event\":\"console\",\"text\":\"a\"}\n"
-              "{\"event\":\"message\",\"text\":\"m\"}\n"
-              "{\"event\":\"result\",\"code\":16387,\"hex\":\"0x4003\","
-              "\"name\":\"SCALER_ISP_BAD_SIGNATURE\","
-              "\"meaning\":\"the signature of the firmware is not good\"}\n");
+    EXPECT_EQ(
+        RunScripted({"--json"}, {"progress:3", "out:a", "message:m", "result:0x4003"}).out,
+        "{\"event\":\"progress\",\"percent\":3}\n"
+        "{\"event\":\"console\",\"text\":\"a\"}\n"
+        "{\"event\":\"message\",\"text\":\"m\"}\n"
+        "{\"event\":\"result\",\"code\":16387,\"hex\":\"0x4003\","
+        "\"name\":\"SCALER_ISP_BAD_SIGNATURE\","
+        "\"meaning\":\"the signature of the firmware is not good\",\"device\":\"unknown\"}\n");
 }
 
 TEST(JsonRun, Code_of_a_plugin_has_no_name) {
@@ -60,7 +61,8 @@ TEST(JsonRun, Code_of_a_plugin_has_no_name) {
                                           {"code", 0x7001},
                                           {"hex", "0x7001"},
                                           {"name", nullptr},
-                                          {"meaning", "from the plug-in"}})));
+                                          {"meaning", "from the plug-in"},
+                                          {"device", "unknown"}})));
 }
 
 TEST(JsonRun, Text_without_line_end_is_an_event) {
@@ -115,7 +117,8 @@ TEST(JsonRun, Reader_that_goes_away_does_not_end_the_run) {
         {"--json"}, {"progress:1", "sleep:300", "many:5000", "progress:2", "result:0"}));
     ASSERT_TRUE(process.WaitForText("progress"));
     process.CloseOutput();
-    EXPECT_EQ(process.Finish(), 0);
+    EXPECT_EQ(process.Finish(), 1);
+    EXPECT_EQ(process.Err(), "ispctl: standard output could not be written in full: Broken pipe\n");
 }
 
 } // namespace

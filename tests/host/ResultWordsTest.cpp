@@ -6,7 +6,9 @@ namespace {
 
 TEST(ResultWords, Codes_of_the_library_have_a_name_and_a_meaning) {
     EXPECT_EQ(ispctl::WordsOfResult(0).name, "SCALER_ISP_SUCCESS");
-    EXPECT_EQ(ispctl::WordsOfResult(-1).meaning, "the command line was refused; nothing was done");
+    EXPECT_EQ(ispctl::WordsOfResult(-1).meaning, "the command line was refused");
+    EXPECT_EQ(ispctl::WordsOfResult(-1, true).meaning,
+              "the plug-in failed or threw, or the library gave up");
     EXPECT_EQ(ispctl::WordsOfResult(0x4003).name, "SCALER_ISP_BAD_SIGNATURE");
     EXPECT_EQ(ispctl::WordsOfResult(0x4003).meaning, "the signature of the firmware is not good");
 }

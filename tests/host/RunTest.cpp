@@ -58,17 +58,20 @@ TEST(Run, Order_is_kept_where_both_streams_are_one) {
         {"out:a\\n", "err:b\\n", "message:c", "out:d\\n", "progress:50", "err:e\\n", "result:7"},
         ConsoleProcess::Output::OnePipe);
     EXPECT_EQ(result.out,
-              "a\nb\nc\nd\nprogress 50 %\ne\nispctl: failed with 0x7 at 50 %: from the plug-in\n");
+              "a\nb\nc\nd\nprogress 50 %\ne\nispctl: failed with 0x7 at 50 %: from the plug-in; "
+              "the state of the device is unknown\n");
 }
 
 TEST(Run, Result_is_told_in_words) {
     EXPECT_EQ(RunScripted({}, {"result:0x4003"}).err,
-              "ispctl: failed with 0x4003: the signature of the firmware is not good\n");
+              "ispctl: failed with 0x4003: the signature of the firmware is not good; nothing was "
+              "done\n");
     EXPECT_EQ(RunScripted({}, {"result:-1"}).err,
               "ispctl: failed with -1: the command line was refused; nothing was done\n");
     EXPECT_EQ(RunScripted({}, {"progress:100", "result:6"}).err,
               "progress 100 %\n"
-              "ispctl: failed with 0x6: the plug-in does not offer the function of this action\n");
+              "ispctl: failed with 0x6: the plug-in does not offer the function of this action; "
+              "the state of the device is unknown\n");
 }
 
 TEST(Run, Progress_outside_a_terminal_is_a_line_a_tenth) {
@@ -92,7 +95,7 @@ TEST(Run, Log_has_times_and_everything_that_happened) {
     const ConsoleResult result =
         RunScripted({"--log", log}, {"out:a\\eb\\n", "progress:5", "err:no end", "message:m",
                                      "out:\\xFF\\n", "result:0xD67"});
-    EXPECT_EQ(result.out, "a\033b\nm\n\xFF\n");
+    EXPECT_EQ(result.out, "a\\x1Bb\nm\n\\xFF\n");
     std::string text = folder.Read("run.log");
     std::vector<std::string> lines;
     for (std::size_t end = 0; (end = text.find('\n')) != std::string::npos;
@@ -106,7 +109,8 @@ TEST(Run, Log_has_times_and_everything_that_happened) {
                            StartsWith("library  /"), StartsWith("command  ispctl out:a\\eb\\n"),
                            "console  a\\x1Bb", "progress 5", "console  no end", "message  m",
                            "console  \\xFF",
-                           "result   0xD67 the ISP plug-in PlugIn/libIsp.dylib cannot be loaded"));
+                           "result   0xD67 the ISP plug-in PlugIn/libIsp.dylib cannot be loaded; "
+                           "the state of the device is unknown"));
 }
 
 TEST(Run, Log_is_appended_to) {
@@ -122,7 +126,8 @@ TEST(Run, Log_that_cannot_be_written_stops_before_the_library) {
     const ConsoleResult result = RunScripted({"--log", "/no/such/folder/log"}, {"out:called"});
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err, "ispctl: the log /no/such/folder/log cannot be written\n");
+    EXPECT_EQ(result.err, "ispctl: the log /no/such/folder/log cannot be written: "
+                          "No such file or directory\n");
 }
 
 TEST(Run, File_of_the_callers_folder_is_pointed_out) {
@@ -142,22 +147,33 @@ TEST(Run, Relative_library_is_the_callers) {
 }
 
 TEST(Run, Last_words_of_a_crashing_plugin_are_shown) {
+    constexpr const char *kEnd = "ispctl: failed: SIGABRT ended the process of library and "
+                                 "plug-in; the state of the device is unknown";
     const ConsoleResult plain = RunScripted({}, {"err:last words", "abort"});
-    EXPECT_EQ(plain.status, -SIGABRT);
-    EXPECT_EQ(plain.err, "last words");
+    EXPECT_EQ(plain.status, 1);
+    EXPECT_EQ(plain.err, std::string("last words\n") + kEnd + "\n");
     for (const char *pause : {"sleep:0", "sleep:50", "sleep:400"}) {
         const ConsoleResult json = RunScripted({"--json"}, {"err:last words", pause, "abort"});
-        EXPECT_EQ(json.status, -SIGABRT);
-        EXPECT_EQ(json.out, "{\"event\":\"console\",\"text\":\"last words\"}\n");
+        EXPECT_EQ(json.status, 1);
+        EXPECT_THAT(json.out, StartsWith("{\"event\":\"console\",\"text\":\"last words\"}\n"
+                                         "{\"event\":\"result\",\"code\":null,"));
         EXPECT_EQ(json.err, "");
     }
     if (!ConsoleProcess::CanHaveTerminal()) {
         GTEST_SKIP() << "no terminal can be made here";
     }
-    EXPECT_THAT(RunScripted({}, {"progress:1", "out:last words\\n", "abort"},
+    EXPECT_THAT(RunScripted({}, {"progress:100", "out:last words\\n", "abort"},
                             ConsoleProcess::Output::Terminal)
                     .out,
-                EndsWith("last words\r\n"));
+                EndsWith(std::string("last words\r\n") + kEnd + "\r\n"));
+}
+
+TEST(Run, End_after_the_result_is_no_success) {
+    const ConsoleResult result = RunScripted({}, {"atexit:3", "result:0"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err,
+              "ispctl: failed: the library returned success; after that the plug-in ended the "
+              "process (exit status 3); the state of the device is unknown\n");
 }
 
 TEST(Run, Version_and_help_are_success) {

@@ -91,8 +91,9 @@ TEST_F(VirtualRun, Failing_bank_ends_with_the_code_of_the_plugin) {
     const ConsoleResult result = Run({"--isp", "--fw", m_firmware});
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(result.out, EndsWith("\033[31mFail! Error Code: 0x7003\n\033[m"));
-    EXPECT_THAT(result.err, testing::ContainsRegex(
-                                "ispctl: failed with 0x7003 at [0-9]+ %: from the plug-in\n"));
+    EXPECT_THAT(result.err,
+                testing::ContainsRegex("ispctl: failed with 0x7003 at [0-9]+ %: from the plug-in; "
+                                       "the state of the device is unknown\n"));
 }
 
 TEST_F(VirtualRun, First_interrupt_lets_the_programming_end_well) {
@@ -144,9 +145,8 @@ TEST_F(VirtualRun, Changed_file_is_refused_before_anything_is_programmed) {
     const ConsoleResult refused = run("--isp");
 
     EXPECT_EQ(refused.status, 1);
-    EXPECT_THAT(
-        refused.err,
-        EndsWith("ispctl: failed with 0x4003: the signature of the firmware is not good\n"));
+    EXPECT_THAT(refused.err, EndsWith("ispctl: failed with 0x4003: the signature of the firmware "
+                                      "is not good; the state of the device is unknown\n"));
     EXPECT_THAT(m_folder.Read("device/journal.txt"), Not(HasSubstr("IspFlash")));
 }
 #endif

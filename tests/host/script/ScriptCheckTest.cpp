@@ -55,4 +55,12 @@ TEST(ScriptCheck, Opcode_26_behind_a_block_is_pointed_out) {
     EXPECT_THAT(CheckScript(Bytes{26, 0, 0, 0, 1, 0, 0, 0, 2, 1}).notes, IsEmpty());
 }
 
+TEST(ScriptCheck, Problems_are_all_counted_and_the_first_thousand_kept) {
+    const Bytes script(1500, 10);
+    const ScriptReport report = CheckScript(script);
+    EXPECT_EQ(report.records, 1500U);
+    EXPECT_EQ(report.problemCount, 1500U);
+    EXPECT_EQ(report.problems.size(), 1000U);
+}
+
 } // namespace

@@ -1,0 +1,162 @@
+// What the console does when it cannot write, cannot open and cannot start what it needs.
+
+#include <gmock/gmock.h>
+
+#include "ShellRun.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+constexpr const char *kFull = "ispctl: standard output could not be written in full: "
+                              "No space left on device\n";
+
+class OutputFailure : public testing::Test {
+  protected:
+    TempFolder m_folder;
+};
+
+TEST_F(OutputFailure, Full_disk_is_no_success_of_any_command) {
+    const std::string script = m_folder.Write("a.script", "ScalerRun\n");
+    const std::string bytes = m_folder.Write("a.bin", "\x01");
+    for (const std::string &command :
+         {std::string("--version"), std::string("--help"), std::string("run --help"),
+          "script assemble " + script, "script list " + bytes, "script check " + bytes,
+          std::string("run --lib $SCRIPTED 'out:x\\n'"),
+          std::string("run --json --lib $SCRIPTED progress:1")}) {
+        SCOPED_TRACE(command);
+        const ConsoleResult result = RunShell("$ISPCTL " + command + " >/dev/full");
+        EXPECT_EQ(result.status, 1);
+        EXPECT_THAT(result.err, EndsWith(kFull));
+    }
+}
+
+TEST_F(OutputFailure, Run_goes_on_to_its_end) {
+    const std::string log = m_folder.Path("log");
+    const ConsoleResult result =
+        RunShell("$ISPCTL run --log " + log +
+                 " --lib $SCRIPTED 'out:x\\n' progress:50 message:m progress:100 >/dev/full");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, std::string("progress 50 %\nprogress 100 %\nispctl: success\n") + kFull);
+    EXPECT_THAT(m_folder.Read("log"), HasSubstr("message  m\n"));
+    EXPECT_THAT(m_folder.Read("log"), HasSubstr("ispctl   standard output could not be written"));
+}
+
+TEST_F(OutputFailure, Standard_error_that_is_full_is_told_on_standard_output) {
+    const ConsoleResult result =
+        RunShell("$ISPCTL run --lib $SCRIPTED 'out:x\\n' progress:5 message:m 2>/dev/full");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "x\nm\nispctl: standard error could not be written in full: No space "
+                          "left on device\n");
+    EXPECT_EQ(RunShell("$ISPCTL walk 2>/dev/full").status, 2);
+    const ConsoleResult json =
+        RunShell("$ISPCTL run --json --lib $SCRIPTED 'raise:11' 2>/dev/full");
+    EXPECT_THAT(json.out, StartsWith("{\"event\":\"result\""));
+}
+
+TEST_F(OutputFailure, Log_that_is_full_is_told_and_is_no_success) {
+    const ConsoleResult result =
+        RunShell("$ISPCTL run --log /dev/full --lib $SCRIPTED message:done");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, "done\n");
+    EXPECT_EQ(result.err, "ispctl: success\nispctl: the log /dev/full is not complete: No space "
+                          "left on device\n");
+}
+
+TEST_F(OutputFailure, Limit_of_file_size_does_not_end_the_console) {
+    const std::string log = m_folder.Path("log");
+    const ConsoleResult result = RunShell("ulimit -f 1; $ISPCTL run --log " + log +
+                                          " --lib $SCRIPTED many:100 message:done | tail -1");
+    EXPECT_EQ(result.out, "done\n");
+    EXPECT_THAT(result.err, EndsWith("is not complete: File too large\n"));
+}
+
+TEST_F(OutputFailure, Log_without_a_reader_is_not_waited_for) {
+    const std::string log = m_folder.Path("pipe");
+    const ConsoleResult result = RunShell("mkfifo " + log + "; $ISPCTL run --log " + log +
+                                          " --lib $SCRIPTED 'out:called\\n'");
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_THAT(result.err, StartsWith("ispctl: the log " + log + " cannot be written: "));
+}
+
+TEST_F(OutputFailure, Reader_that_has_gone_is_told) {
+    const ConsoleResult result = RunShell(
+        "( $ISPCTL run --json --lib $SCRIPTED sleep:300 many:5000; echo $? >&2 ) | head -c 0");
+    EXPECT_THAT(result.err, EndsWith("could not be written in full: Broken pipe\n1\n"));
+}
+
+TEST_F(OutputFailure, Closed_descriptors_are_no_failure) {
+    for (const char *closed : {"<&-", ">&-", "2>&-", "<&- >&- 2>&-"}) {
+        SCOPED_TRACE(closed);
+        const std::string file = m_folder.Path("called");
+        EXPECT_EQ(RunShell(std::string("$ISPCTL run --log ") + file +
+                           " --lib $SCRIPTED 'out:x\\n' message:m " + closed)
+                      .status,
+                  0);
+        EXPECT_THAT(m_folder.Read("called"), HasSubstr("message  m\n"));
+    }
+}
+
+// Every limit from too small for anything to large enough: the library is called and everything is
+// told, or it is not called and the reason is.
+TEST_F(OutputFailure, Too_few_descriptors_are_an_error_before_the_library_is_called) {
+    int refused = 0;
+    for (int limit = 4; limit <= 24; ++limit) {
+        SCOPED_TRACE(limit);
+        const ConsoleResult result = RunShell("exec 9>&-; ulimit -n " + std::to_string(limit) +
+                                              "; $ISPCTL run --json --log " + m_folder.Path("log") +
+                                              " --lib $SCRIPTED 'out:called\\n' progress:1");
+        if (result.status == 0) {
+            EXPECT_THAT(result.out, HasSubstr("\"event\":\"result\",\"code\":0"));
+        } else {
+            EXPECT_EQ(result.out, "");
+            // The loader speaks itself where not even this program can be opened.
+            EXPECT_THAT(result.err,
+                        testing::AnyOf(HasSubstr("oo many open files"), HasSubstr("Error 24")));
+            EXPECT_THAT(result.status, testing::AnyOf(2, 127));
+            ++refused;
+        }
+    }
+    EXPECT_GT(refused, 4);
+    EXPECT_LT(refused, 18);
+}
+
+TEST_F(OutputFailure, Library_that_ends_its_process_while_it_is_opened_was_not_called) {
+    const ConsoleResult result = RunShell("$ISPCTL run --json --lib $ENDING --isp");
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "ispctl: the library was not called: its process ended while it was "
+                          "opened (exit status 0)\n");
+}
+
+TEST_F(OutputFailure, Endless_input_is_refused_with_its_bound) {
+    for (const std::string &command :
+         {std::string("script list"), std::string("script assemble"), std::string("script check"),
+          std::string("script run --virtual")}) {
+        const ConsoleResult result = RunShell("$ISPCTL " + command + " /dev/zero");
+        EXPECT_EQ(result.status, 2);
+        EXPECT_EQ(result.err, "ispctl: /dev/zero is too long: at most 16777216 bytes (16384 KiB) "
+                              "are read\n");
+    }
+    EXPECT_EQ(RunShell("$ISPCTL edid /dev/zero").err,
+              "ispctl: /dev/zero is too long: at most 32768 bytes (32 KiB) are read\n");
+}
+
+TEST_F(OutputFailure, Own_process_cannot_be_asked_for) {
+    EXPECT_EQ(RunShell("$ISPCTL library-process").status, 2);
+    EXPECT_EQ(RunShell("$ISPCTL library-process 98 99 run --lib $SCRIPTED x").err,
+              "ispctl: this command is for the console's own use\n");
+}
+
+TEST_F(OutputFailure, No_memory_ends_with_a_word) {
+    const ConsoleResult result = RunShell("ulimit -v 60000; $ISPCTL script list /dev/zero");
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.err, StartsWith("ispctl: "));
+}
+
+} // namespace

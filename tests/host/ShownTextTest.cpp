@@ -1,0 +1,107 @@
+// Texts of others on their way to the user, in every command.
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+#include <unistd.h>
+
+#include "ConsoleProcess.h"
+#include "support/EnvGuard.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+// An escape sequence, a C1 control, a direction mark, a tag.
+const std::string kEvil = "\033[2J\xC2\x9B\xE2\x80\xAE\xF3\xA0\x81\x81";
+constexpr const char *kShown = "\\x1B[2J\\u{9B}\\u{202E}\\u{E0041}";
+
+class ShownText : public testing::Test {
+  protected:
+    TempFolder m_folder;
+};
+
+TEST_F(ShownText, Names_and_arguments_are_shown_and_not_obeyed) {
+    const std::string file = m_folder.Path(kEvil);
+    const std::string script = m_folder.Write(kEvil + ".script", "WriteReg 1\n");
+    const std::vector<std::vector<std::string>> commands{
+        {"run", "--lib", file, "--isp"},
+        {"run", "--log", "/no/" + kEvil, "--lib", SCRIPTED_LIBRARY, "x"},
+        {"run", "--lib", SCRIPTED_LIBRARY, "\"" + kEvil},
+        {"script", "list", file},
+        {"script", "assemble", script},
+        {"script", "assemble", m_folder.Write("empty", "\n"), "-o", "/no/" + kEvil},
+        {"script", "run", "--lib", REAL_LIBRARY, "--comm", file, m_folder.Write("s", "\x01")},
+        {"script", "list", file, kEvil},
+        {"edid", file},
+        {"edid", "--form", kEvil, file},
+        {"edid", "x", "--" + kEvil},
+        {"edid", "x", kEvil},
+    };
+    for (const auto &command : commands) {
+        SCOPED_TRACE(testing::PrintToString(command));
+        const ConsoleResult result = RunConsole(command);
+        EXPECT_THAT(result.out + result.err, HasSubstr(kShown));
+        EXPECT_THAT(result.out + result.err, Not(HasSubstr("\033")));
+        EXPECT_NE(result.status, 0);
+    }
+}
+
+TEST_F(ShownText, Hint_about_a_file_shows_its_name) {
+    m_folder.Write(kEvil, "x");
+    const ConsoleResult result = RunConsole({"run", "--lib", SCRIPTED_LIBRARY, "--fw", kEvil},
+                                            ConsoleProcess::Output::Pipes, m_folder.Path());
+    EXPECT_THAT(result.err, HasSubstr(std::string("--fw ") + kShown + ": the library looks"));
+}
+
+TEST_F(ShownText, Console_text_shows_everything_but_the_librarys_colours) {
+    const ConsoleResult result =
+        RunScripted({}, {"out:\\e[31mFail\\n\\e[m\\e[5m\\x07\\xC2\\x9B\\xE2\\x80\\xAE\\xFF\\n",
+                         "err:\\e]0;x\\x07\\n", "message:\\e[31m"});
+    EXPECT_EQ(result.out, "\033[31mFail\n\033[m\\x1B[5m\\x07\\u{9B}\\u{202E}\\xFF\n\\x1B[31m\n");
+    EXPECT_EQ(result.err, "\\x1B]0;x\\x07\nispctl: success\n");
+}
+
+TEST_F(ShownText, Json_escapes_what_a_terminal_could_obey) {
+    const ConsoleResult result =
+        RunScripted({"--json"}, {"out:\\e\\x7F\\xC2\\x9B\\xE2\\x80\\xAE\\xF3\\xA0\\x81\\x81\\n"});
+    EXPECT_THAT(result.out, HasSubstr("\"\\u001b\\u007f\\u009b\\u202e\\udb40\\udc41\\n\""));
+    const auto event = nlohmann::json::parse(result.out.substr(0, result.out.find('\n')));
+    EXPECT_EQ(event["text"], "\033\x7F\xC2\x9B\xE2\x80\xAE\xF3\xA0\x81\x81\n");
+}
+
+TEST_F(ShownText, Environment_without_utf8_gets_ascii_only) {
+    for (const char *locale : {"C", "POSIX", "xx_XX.nonsense"}) {
+        SCOPED_TRACE(locale);
+        const EnvGuard guard("LC_ALL", locale);
+        const ConsoleResult result = RunScripted({}, {"out:\\xC3\\xBC\\n", "result:0"});
+        EXPECT_EQ(result.out, "\\u{FC}\n");
+        EXPECT_EQ(result.status, 0);
+        const ConsoleResult missing = RunConsole({"edid", "/no/\xC3\xBC"});
+        EXPECT_THAT(missing.err, HasSubstr("/no/\\u{FC} cannot be read"));
+        const ConsoleResult json = RunScripted({"--json"}, {"out:\\xC3\\xBC\\n"});
+        EXPECT_THAT(json.out, HasSubstr("\"text\":\"\\u00fc\\n\""));
+    }
+}
+
+TEST_F(ShownText, Folder_that_the_environment_cannot_express_is_told) {
+    const std::string library = m_folder.Path("f\xC3\xBC/lib.so");
+    m_folder.MakeFolder("f\xC3\xBC");
+    ASSERT_EQ(::symlink(SCRIPTED_LIBRARY, library.c_str()), 0);
+    EXPECT_EQ(RunConsole({"run", "--lib", library, "message:m"}).err, "ispctl: success\n");
+    const EnvGuard guard("LC_ALL", "C");
+    const ConsoleResult result = RunConsole({"run", "--lib", library, "message:m"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.err, HasSubstr("f\\u{FC} cannot be expressed in the encoding of the "
+                                      "environment, ANSI_X3.4-1968: plug-ins get an empty folder"));
+}
+
+TEST_F(ShownText, Message_is_bounded_before_it_is_kept) {
+    const ConsoleResult result = RunScripted({}, {"long:65536", "long:65537", "long:20000000"});
+    const std::string longest(65536, 'x');
+    const std::string cut = longest + " [cut: a message has at most 65536 characters]\n";
+    EXPECT_TRUE(result.out == longest + "\n" + cut + cut) << result.out.size();
+}
+
+} // namespace
