@@ -104,7 +104,7 @@ bool ConsoleLink::Tell(FrameKind kind, std::string_view payload) {
 void BecomeLibraryProcess() {
     ::signal(SIGPIPE, SIG_IGN);
     // Library and plug-ins write through stdio. Unbuffered, a text is in its pipe when it is
-    // written, so its place among the callbacks is known, and a crash loses nothing.
+    // written, so its position among the callbacks is known, and a crash loses nothing.
     std::setvbuf(stdout, nullptr, _IONBF, 0);
     std::setvbuf(stderr, nullptr, _IONBF, 0);
 }

@@ -153,10 +153,34 @@ TEST_F(OutputFailure, Own_process_cannot_be_asked_for) {
               "ispctl: this command is for the console's own use\n");
 }
 
+// The arguments of both processes are nearly the same: find the longest ones that the shell can
+// start the console with, which are too long for the second process.
+TEST_F(OutputFailure, Process_that_cannot_be_started_is_an_error_before_the_library_is_called) {
+    const auto run = [](int length) {
+        return RunShell("ulimit -s 256; A=$(head -c 60000 /dev/zero | tr '\\0' x); B=$(head -c " +
+                        std::to_string(length) +
+                        " /dev/zero | tr '\\0' x); exec $ISPCTL run --lib $SCRIPTED $A $B");
+    };
+    int good = 1000;
+    int tooLong = 100000;
+    while (tooLong - good > 1) {
+        const int middle = (good + tooLong) / 2;
+        (run(middle).status == 2 ? good : tooLong) = middle;
+    }
+    const ConsoleResult result = run(good);
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.err,
+              "ispctl: the library's process cannot be started: Argument list too long\n");
+}
+
+// A sanitizer needs all the address space there is.
+#if !defined(__SANITIZE_ADDRESS__)
 TEST_F(OutputFailure, No_memory_ends_with_a_word) {
     const ConsoleResult result = RunShell("ulimit -v 60000; $ISPCTL script list /dev/zero");
     EXPECT_EQ(result.status, 2);
     EXPECT_THAT(result.err, StartsWith("ispctl: "));
 }
+
+#endif
 
 } // namespace

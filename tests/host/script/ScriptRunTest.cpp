@@ -59,6 +59,29 @@ TEST_F(ScriptRun, Library_that_does_not_start_runs_nothing) {
     EXPECT_EQ(result.err, "comm Initiallize\nispctl: Initiallize: status 0x9\n");
 }
 
+TEST_F(ScriptRun, Library_that_ends_the_process_is_no_success) {
+    const EnvGuard exits("RECORDING_COMM_EXITS", "ScalerRun");
+    const ConsoleResult result = Run("ScalerStop\nScalerRun\nScalerStop");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(
+        result.err,
+        "comm Initiallize\ncomm ScalerStop\ncomm ScalerRun\n"
+        "ispctl: failed: the process ended (exit status 0) while the communication library was "
+        "at work; the state of the device is unknown\n");
+}
+
+TEST_F(ScriptRun, More_reads_than_are_kept_are_refused) {
+    std::string text = "const kAll = 0xFFFF\n";
+    for (int i = 0; i < 1100; ++i) {
+        text += "ReadRegs 0x44, kAll, 0\n";
+    }
+    const ConsoleResult result = Run(text);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err,
+              "ispctl: the script was not run: it reads 72088500 bytes; at most 67108864 "
+              "are kept\n");
+}
+
 TEST_F(ScriptRun, Script_with_a_problem_is_not_run) {
     const ConsoleResult result = Run("ScalerRun\nbytes {3, 1}");
     EXPECT_EQ(result.status, 1);
