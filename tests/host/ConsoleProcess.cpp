@@ -138,6 +138,12 @@ void ConsoleProcess::Signal(int signal) const {
     ::kill(m_process, signal);
 }
 
+bool ConsoleProcess::HasEnded() const {
+    siginfo_t info{};
+    return ::waitid(P_PID, static_cast<id_t>(m_process), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+           info.si_pid == m_process;
+}
+
 int ConsoleProcess::Finish() {
     while ((m_source[0] >= 0 || m_source[1] >= 0) && ReadSome(60000)) {
     }

@@ -32,6 +32,8 @@ class ConsoleProcess {
     /// Stops reading standard output, as a reader that goes away.
     void CloseOutput();
     void Signal(int signal) const;
+    /// RETURNS whether the process has ended, whatever of its output was not read.
+    bool HasEnded() const;
     /// Reads to the end. RETURNS the exit status, or -N where signal N ended the process.
     int Finish();
 

@@ -107,7 +107,11 @@ TEST(Interrupt, Reader_that_does_not_read_does_not_stop_the_second_one) {
     process.Signal(SIGINT);
     ::usleep(100000);
     process.Signal(SIGINT);
-    ::usleep(2500000);
+    EXPECT_FALSE(process.HasEnded());
+    for (int i = 0; i < 50 && !process.HasEnded(); ++i) {
+        ::usleep(100000);
+    }
+    ASSERT_TRUE(process.HasEnded());
     EXPECT_EQ(process.Finish(), 130);
 }
 
