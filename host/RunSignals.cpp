@@ -97,7 +97,7 @@ std::vector<int> RunSignals::Take() {
     long length = 0;
     while ((length = ReadSome(WakeDescriptor(), buffer.data(), buffer.size())) > 0) {
         for (long i = 0; i < length; ++i) {
-            const int signal = buffer[static_cast<std::size_t>(i)];
+            const int signal = static_cast<unsigned char>(buffer[static_cast<std::size_t>(i)]);
             if (signal != SIGCHLD) {
                 signals.push_back(signal);
             }
