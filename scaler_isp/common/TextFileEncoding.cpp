@@ -197,16 +197,12 @@ bool TextFileEncoding::ReadNative(std::string_view bytes, std::wstring &wide) co
 bool TextFileEncoding::WriteNative(std::wstring_view wide, std::string &bytes) const {
     const EnvironmentLocale::InUse use(*m_locale);
     std::mbstate_t state{};
-    while (!wide.empty()) {
-        std::size_t used = m_ascii && std::mbsinit(&state) != 0 ? AsciiPrefix(wide) : 0;
-        if (used != 0) {
-            AppendAsBytes(kLastAscii, wide.substr(0, used), bytes);
-        } else if (WriteCharacter(wide.front(), state, bytes)) {
-            used = 1;
-        } else {
+    for (const wchar_t character : wide) {
+        if (m_ascii && character <= kLastAscii && std::mbsinit(&state) != 0) {
+            bytes += static_cast<char>(character);
+        } else if (!WriteCharacter(character, state, bytes)) {
             return false;
         }
-        wide.remove_prefix(used);
     }
     return std::mbsinit(&state) != 0;
 }

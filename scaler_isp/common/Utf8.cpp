@@ -7,67 +7,49 @@
 
 namespace {
 
-/// The lead bytes of the sequences that are longer than one byte. The first continuation byte has a
-/// range of its own: it excludes longer forms, surrogates and what is above U+10FFFF.
-struct LeadBytes {
-    unsigned char first;
-    unsigned char last;
-    std::size_t size; ///< UNITS: bytes of the sequence
-    unsigned char lowestNext;
-    unsigned char highestNext;
-};
-constexpr LeadBytes kLeadBytes[] = {
-    {0xC2, 0xDF, 2, 0x80, 0xBF}, {0xE0, 0xE0, 3, 0xA0, 0xBF}, {0xE1, 0xEC, 3, 0x80, 0xBF},
-    {0xED, 0xED, 3, 0x80, 0x9F}, {0xEE, 0xEF, 3, 0x80, 0xBF}, {0xF0, 0xF0, 4, 0x90, 0xBF},
-    {0xF1, 0xF3, 4, 0x80, 0xBF}, {0xF4, 0xF4, 4, 0x80, 0x8F},
-};
-
-unsigned int Byte(char byte) {
+std::uint32_t Byte(char byte) {
     return static_cast<unsigned char>(byte);
 }
 
 bool IsContinuation(char byte) {
-    return (Byte(byte) & 0xC0U) == 0x80U;
-}
-
-/// Size of the character at the beginning, which is not ASCII; 0 if the bytes are not UTF-8.
-std::size_t SequenceSize(std::string_view bytes) {
-    const unsigned int lead = Byte(bytes.front());
-    for (const LeadBytes &row : kLeadBytes) {
-        if (lead < row.first || lead > row.last) {
-            continue;
-        }
-        const bool valid =
-            bytes.size() >= row.size && Byte(bytes[1]) >= row.lowestNext &&
-            Byte(bytes[1]) <= row.highestNext &&
-            std::all_of(bytes.begin() + 2, bytes.begin() + static_cast<std::ptrdiff_t>(row.size),
-                        IsContinuation);
-        return valid ? row.size : 0;
-    }
-    return 0;
+    return (Byte(byte) & 0xC0) == 0x80;
 }
 
 bool IsUnicode(std::uint32_t code) {
     return code <= 0xD7FF || (code >= 0xE000 && code <= 0x10FFFF);
 }
 
-void AppendSequence(std::uint32_t code, std::string &bytes) {
-    const auto append = [&](std::uint32_t byte) { bytes += static_cast<char>(byte); };
+/// UNITS: bytes of a character.
+std::size_t SizeOf(std::uint32_t code) {
+    return code < 0x80 ? 1 : code < 0x800 ? 2 : code < 0x10000 ? 3 : 4;
+}
+
+/// Decodes the first character. RETURNS its bytes; 0 if they are not UTF-8.
+std::size_t Decode(std::string_view bytes, std::uint32_t &code) {
+    code = Byte(bytes.front());
     if (code < 0x80) {
-        append(code);
-        return;
+        return 1;
     }
-    if (code < 0x800) {
-        append(0xC0 | code >> 6);
-    } else if (code < 0x10000) {
-        append(0xE0 | code >> 12);
-        append(0x80 | (code >> 6 & 0x3F));
-    } else {
-        append(0xF0 | code >> 18);
-        append(0x80 | (code >> 12 & 0x3F));
-        append(0x80 | (code >> 6 & 0x3F));
+    const std::size_t size = code < 0xE0 ? 2 : code < 0xF0 ? 3 : 4;
+    const std::string_view rest = bytes.substr(1, size - 1);
+    if (code < 0xC0 || code >= 0xF8 || rest.size() != size - 1 ||
+        !std::all_of(rest.begin(), rest.end(), IsContinuation)) {
+        return 0;
     }
-    append(0x80 | (code & 0x3F));
+    code &= 0x7FU >> size;
+    for (const char byte : rest) {
+        code = code << 6 | (Byte(byte) & 0x3F);
+    }
+    return IsUnicode(code) && SizeOf(code) == size ? size : 0;
+}
+
+void Append(std::uint32_t code, std::string &bytes) {
+    const std::size_t size = SizeOf(code);
+    const std::uint32_t lead = size == 1 ? 0 : 0xF00U >> size & 0xFF;
+    bytes += static_cast<char>(lead | code >> 6 * (size - 1));
+    for (std::size_t left = size - 1; left > 0; --left) {
+        bytes += static_cast<char>(0x80 | (code >> 6 * (left - 1) & 0x3F));
+    }
 }
 
 } // namespace
@@ -93,22 +75,15 @@ std::size_t AsciiPrefix(std::string_view bytes) {
     return size;
 }
 
-std::size_t AsciiPrefix(std::wstring_view text) {
-    const auto isAscii = [](wchar_t character) {
-        return character >= 0 && character <= kLastAscii;
-    };
-    return static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), isAscii) -
-                                    text.begin());
-}
-
 bool IsUtf8(std::string_view bytes) {
-    for (bytes.remove_prefix(AsciiPrefix(bytes)); !bytes.empty();
-         bytes.remove_prefix(AsciiPrefix(bytes))) {
-        const std::size_t size = SequenceSize(bytes);
+    std::uint32_t code = 0;
+    std::size_t size = AsciiPrefix(bytes);
+    while (size < bytes.size()) {
+        bytes.remove_prefix(size);
+        size = Byte(bytes.front()) < 0x80 ? AsciiPrefix(bytes) : Decode(bytes, code);
         if (size == 0) {
             return false;
         }
-        bytes.remove_prefix(size);
     }
     return true;
 }
@@ -138,7 +113,7 @@ bool AppendUtf8(std::wstring_view text, std::string &bytes) {
         if (!IsUnicode(code)) {
             return false;
         }
-        AppendSequence(code, bytes);
+        Append(code, bytes);
     }
     return true;
 }
@@ -147,19 +122,9 @@ std::wstring WideFromValidUtf8(std::string_view bytes) {
     std::wstring text;
     text.reserve(bytes.size());
     while (!bytes.empty()) {
-        const std::size_t ascii = AsciiPrefix(bytes);
-        text.append(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(ascii));
-        bytes.remove_prefix(ascii);
-        if (bytes.empty()) {
-            break;
-        }
-        const std::size_t size = SequenceSize(bytes);
-        std::uint32_t code = Byte(bytes.front()) & (0xFFU >> (size + 1));
-        for (std::size_t i = 1; i < size; ++i) {
-            code = code << 6 | (Byte(bytes[i]) & 0x3FU);
-        }
+        std::uint32_t code = 0;
+        bytes.remove_prefix(Decode(bytes, code));
         text += static_cast<wchar_t>(code);
-        bytes.remove_prefix(size);
     }
     return text;
 }

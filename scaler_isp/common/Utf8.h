@@ -21,7 +21,6 @@ std::size_t CountUtf8Characters(std::string_view bytes);
 
 /// Length of the ASCII prefix.
 std::size_t AsciiPrefix(std::string_view bytes);
-std::size_t AsciiPrefix(std::wstring_view text);
 
 constexpr wchar_t kLastAscii = 0x7F;
 constexpr wchar_t kLastByte = 0xFF;

@@ -16,43 +16,25 @@
 
 namespace {
 
-using Charset = TextFileEncoding::Charset;
+/// Whether a string belongs to the narrow family, whose files hold one byte per character.
+template <class Char> constexpr bool kIsNarrow = sizeof(Char) == 1;
+template <class Char>
+constexpr auto kCharset =
+    kIsNarrow<Char> ? TextFileEncoding::Charset::Bytes : TextFileEncoding::Charset::Environment;
 
-/// What differs between the two families. Inside, a byte of the narrow one is the character U+00n.
-template <class Char> struct Family;
+/// Inside, a byte of the narrow family is the character U+00n. Null counts as empty.
+std::wstring ToWide(const wchar_t *text) {
+    return text != nullptr ? text : L"";
+}
+std::wstring ToWide(const char *text) {
+    return TextFileEncoding(kCharset<char>).FromText(text != nullptr ? text : "");
+}
 
-template <> struct Family<wchar_t> {
-    static constexpr Charset kCharset = Charset::Environment;
-    static constexpr bool kMissingFileIsAnError = false;
-    static std::wstring ToWide(std::wstring_view text) {
-        return std::wstring(text);
-    }
-    static std::wstring FromWide(std::wstring text) {
-        return text;
-    }
-    static std::string FileName(std::wstring_view name) {
-        return Utf8FromWide(std::wstring(name));
-    }
-};
-
-template <> struct Family<char> {
-    static constexpr Charset kCharset = Charset::Bytes;
-    static constexpr bool kMissingFileIsAnError = true;
-    static std::wstring ToWide(std::string_view text) {
-        return TextFileEncoding(kCharset).FromText(text);
-    }
-    static std::string FromWide(const std::wstring &text) {
-        std::string bytes;
-        TextFileEncoding(kCharset).ToText(text, bytes);
-        return bytes;
-    }
-    static std::string FileName(std::string_view name) {
-        return std::string(name);
-    }
-};
-
-template <class Char> std::basic_string_view<Char> OrEmpty(const Char *text) {
-    return text != nullptr ? std::basic_string_view<Char>(text) : std::basic_string_view<Char>();
+std::string FileName(const wchar_t *name) {
+    return Utf8FromWide(ToWide(name));
+}
+std::string FileName(const char *name) {
+    return name != nullptr ? name : "";
 }
 
 /// RETURNS the number of characters copied.
@@ -70,26 +52,25 @@ unsigned int CopyOut(std::basic_string_view<Char> text, Char *buffer, unsigned i
 
 /// Looks a key up. A file that cannot be read counts as one that cannot be opened.
 template <class Char>
-IniResult LookUp(const Char *section, const Char *key, const Char *fileName,
-                 std::basic_string<Char> &value) {
-    using Names = Family<Char>;
+IniResult Search(const Char *section, const Char *key, const Char *fileName, std::wstring &value) {
     try {
-        std::wstring wide;
-        const IniReader reader(Names::FileName(OrEmpty(fileName)), Names::kCharset);
-        const IniResult result =
-            reader.Find(Names::ToWide(OrEmpty(section)), Names::ToWide(OrEmpty(key)), wide);
-        value = Names::FromWide(wide);
-        return result;
+        return IniReader(FileName(fileName), kCharset<Char>)
+            .Find(ToWide(section), ToWide(key), value);
     } catch (const CallFailure &) {
         return IniResult::NoFile;
     }
 }
 
-/// What the narrow family prints.
-template <class Char> void ReportMissingFile() {
-    if (Family<Char>::kMissingFileIsAnError) {
+template <class Char>
+IniResult LookUp(const Char *section, const Char *key, const Char *fileName,
+                 std::basic_string<Char> &value) {
+    std::wstring wide;
+    const IniResult result = Search(section, key, fileName, wide);
+    if (result == IniResult::NoFile && kIsNarrow<Char>) {
         std::printf("Error \n");
     }
+    value.assign(wide.begin(), wide.end());
+    return result;
 }
 
 template <class Char>
@@ -97,21 +78,15 @@ unsigned int GetString(const Char *section, const Char *key, const Char *default
                        unsigned int size, const Char *fileName) {
     return ResultOrOnThrow(0U, [&]() -> unsigned int {
         std::basic_string<Char> value;
-        switch (LookUp(section, key, fileName, value)) {
-        case IniResult::Found:
+        const IniResult result = LookUp(section, key, fileName, value);
+        if (result == IniResult::Found) {
             return CopyOut<Char>(value, buffer, size);
-        case IniResult::EndOfSection:
-            return 0;
-        case IniResult::NoFile:
-            ReportMissingFile<Char>();
-            if (Family<Char>::kMissingFileIsAnError) {
-                return 0;
-            }
-            break;
-        case IniResult::EndOfFile:
-            break;
         }
-        CopyOut(OrEmpty(defaultValue), buffer, size);
+        const bool narrowWithoutFile = result == IniResult::NoFile && kIsNarrow<Char>;
+        if (result != IniResult::EndOfSection && !narrowWithoutFile) {
+            CopyOut<Char>(defaultValue != nullptr ? defaultValue : std::basic_string_view<Char>(),
+                          buffer, size);
+        }
         return 0;
     });
 }
@@ -120,9 +95,7 @@ template <class Char>
 int GetInt(const Char *section, const Char *key, int defaultValue, const Char *fileName) {
     return ResultOrOnThrow(defaultValue, [&] {
         std::basic_string<Char> value;
-        if (LookUp(section, key, fileName, value) == IniResult::NoFile) {
-            ReportMissingFile<Char>();
-        }
+        LookUp(section, key, fileName, value);
         const Char *end = nullptr;
         return value.empty() ? defaultValue : static_cast<int>(ParseLongLong(value.c_str(), &end));
     });
@@ -131,12 +104,10 @@ int GetInt(const Char *section, const Char *key, int defaultValue, const Char *f
 template <class Char>
 int WriteKey(const Char *section, const Char *key, const Char *value, const Char *fileName) {
     return ResultOrOnThrow(0, [&] {
-        using Names = Family<Char>;
-        const std::wstring wideKey = Names::ToWide(OrEmpty(key));
-        const std::wstring wideValue = Names::ToWide(OrEmpty(value));
+        const std::wstring wideKey = ToWide(key);
+        const std::wstring wideValue = ToWide(value);
         const IniWrite write{wideKey, wideValue};
-        return EditIniFile(Names::FileName(OrEmpty(fileName)), Names::kCharset,
-                           Names::ToWide(OrEmpty(section)), {&write, 1});
+        return EditIniFile(FileName(fileName), kCharset<Char>, ToWide(section), {&write, 1});
     });
 }
 
