@@ -81,22 +81,13 @@ int CopyAttributes(const FileDescriptor &oldFile, const struct stat &old,
     return ::fchmod(newFile.Get(), old.st_mode & kModeBits) != 0 ? errno : 0;
 }
 
-/// Overwrites before it truncates, so that the disk has space for the old bytes to return.
-SaveResult Overwrite(FileDescriptor &file, bool regular, const std::string &bytes,
-                     const std::string &before) {
-    const auto write = [&](const std::string &contents) {
-        const auto size = static_cast<off_t>(contents.size());
-        return (!regular || ::lseek(file.Get(), 0, SEEK_SET) == 0) &&
-               WriteFileBytes(file.Get(), contents) == 0 &&
-               (!regular || ::ftruncate(file.Get(), size) == 0);
-    };
-    if (write(bytes)) {
-        return file.Close() == 0 ? SaveResult::Written : SaveResult::Failed;
-    }
-    if (regular) {
-        write(before);
-    }
-    return SaveResult::Failed;
+/// Writes before it truncates, so that the disk has space for the old bytes to return.
+bool Overwrite(FileDescriptor &file, bool regular, const std::string &bytes) {
+    const bool written =
+        (!regular || ::lseek(file.Get(), 0, SEEK_SET) == 0) &&
+        WriteFileBytes(file.Get(), bytes) == 0 &&
+        (!regular || ::ftruncate(file.Get(), static_cast<off_t>(bytes.size())) == 0);
+    return file.Close() == 0 && written;
 }
 
 } // namespace
@@ -124,7 +115,7 @@ SaveResult AtomicFile::Replace(const std::string &bytes) {
 }
 
 SaveResult AtomicFile::Create(const std::string &bytes) const {
-    const int error = IsLink(m_path) ? EXDEV : ReplaceByRename(bytes, nullptr);
+    const int error = ReplaceByRename(bytes, nullptr);
     if (!PreventsRename(error)) {
         return error == 0 ? SaveResult::Written : SaveResult::Failed;
     }
@@ -155,11 +146,24 @@ SaveResult AtomicFile::ReplaceExisting(const std::string &bytes) const {
         }
         old.file.Reset(::open(m_path.c_str(), kWriteFlags));
     }
-    return old.file.IsOpen() ? Overwrite(old.file, regular, bytes, m_bytes) : SaveResult::Failed;
+    if (!old.file.IsOpen()) {
+        return SaveResult::Failed;
+    }
+    if (Overwrite(old.file, regular, bytes)) {
+        return SaveResult::Written;
+    }
+    if (regular) {
+        old.file.Reset(::open(m_path.c_str(), kWriteFlags));
+        Overwrite(old.file, regular, m_bytes);
+    }
+    return SaveResult::Failed;
 }
 
 /// RETURNS 0, or errno; then the temporary file is gone.
 int AtomicFile::ReplaceByRename(const std::string &bytes, OldFile *old) const {
+    if (IsLink(m_path)) {
+        return EXDEV; // its target is unknown, and a rename would replace the link
+    }
     const std::string temporary = m_directory + kTemporaryName;
     // Whoever has the turn owns the name: a file that is there was left by a killed process.
     if (::unlink(temporary.c_str()) != 0 && errno != ENOENT) {

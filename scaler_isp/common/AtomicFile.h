@@ -42,7 +42,7 @@ class AtomicFile {
     int WriteTemporary(const std::string &temporary, const std::string &bytes,
                        const OldFile *old) const;
 
-    std::string m_path; ///< links followed; itself a link only if it leads to no file
+    std::string m_path; ///< links followed; itself a link only if they lead to no known file
     std::string m_directory;
     DirectoryLock m_lock;
     std::string m_bytes;

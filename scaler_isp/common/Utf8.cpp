@@ -11,6 +11,10 @@ std::uint32_t Byte(char byte) {
     return static_cast<unsigned char>(byte);
 }
 
+std::uint32_t Code(wchar_t character) {
+    return static_cast<std::uint32_t>(character);
+}
+
 bool IsContinuation(char byte) {
     return (Byte(byte) & 0xC0) == 0x80;
 }
@@ -94,10 +98,10 @@ bool AppendAsBytes(wchar_t last, std::wstring_view text, std::string &bytes) {
     char *to = bytes.data() + before;
     std::uint32_t bits = 0; // a loop without a way out runs on several characters at a time
     for (const wchar_t character : text) {
-        bits |= static_cast<std::uint32_t>(character);
+        bits |= Code(character);
         *to++ = static_cast<char>(character);
     }
-    if (bits <= static_cast<std::uint32_t>(last)) {
+    if (bits <= Code(last)) {
         return true;
     }
     bytes.resize(before);
@@ -109,11 +113,10 @@ bool AppendUtf8(std::wstring_view text, std::string &bytes) {
         return true;
     }
     for (const wchar_t character : text) {
-        const auto code = static_cast<std::uint32_t>(character);
-        if (!IsUnicode(code)) {
+        if (!IsUnicode(Code(character))) {
             return false;
         }
-        Append(code, bytes);
+        Append(Code(character), bytes);
     }
     return true;
 }

@@ -27,7 +27,7 @@ inline std::string_view Trim(std::string_view text) {
 /// where the search is fast and the first one is mostly the last.
 inline std::string_view UpToLastEquals(std::string_view line) {
     std::size_t size = 0;
-    for (std::size_t at = line.find('='); at != line.npos; at = line.find('=', size)) {
+    for (std::size_t at = line.find('='); at != std::string_view::npos; at = line.find('=', size)) {
         size = at + 1;
     }
     return line.substr(0, size);
@@ -44,7 +44,7 @@ inline std::string IniHeader(std::string_view section) {
 class IniLineReader {
   public:
     IniLineReader(const TextFileEncoding &encoding, std::string_view text)
-        : m_encoding(encoding), m_rest(text), m_hasNul(text.find('\0') != text.npos) {}
+        : m_encoding(encoding), m_rest(text), m_hasNul(text.find('\0') != std::string_view::npos) {}
 
     /// Reads the next line, trimmed. False at the end, and a line over the limit is the end.
     bool Next(std::string_view &line) {

@@ -24,7 +24,7 @@ IniResult FindIniValue(const TextFileEncoding &encoding, std::string_view text,
     } while (!sectionExists || line != header);
     while (lines.Next(line)) {
         const std::size_t equals = line.find('=');
-        if (equals == line.npos) {
+        if (equals == std::string_view::npos) {
             return IniResult::EndOfSection;
         }
         if (keyExists && Trim(line.substr(0, equals)) == wantedKey) {

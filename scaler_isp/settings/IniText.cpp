@@ -46,8 +46,9 @@ void IniText::LookAtLines() {
 
 /// From the end, so that the first line of a key is entered last.
 void IniText::IndexKeys() {
-    for (auto section = m_sections.rbegin(); section != m_sections.rend(); ++section) {
-        for (std::size_t i = section->end - 1; i > section->header; --i) {
+    for (std::size_t left = m_sections.size(); left > 0; --left) {
+        const Section &section = m_sections[left - 1];
+        for (std::size_t i = section.end - 1; i > section.header; --i) {
             std::size_t &first = m_index[m_lines[i].text.substr(0, m_lines[i].keySize)].line;
             m_lines[i].next = std::exchange(first, i);
         }
@@ -138,7 +139,7 @@ void IniText::WriteAdded(const KeyIndex::Entry &entry, std::string_view value) {
 
 void IniText::SetValue(Line &line, std::string_view value) {
     m_unreadable -= IsUnreadable(line) ? 1U : 0U;
-    if (line.value.find('=') != line.value.npos) {
+    if (line.value.find('=') != std::string_view::npos) {
         line.text = Keep(line.text, TrimEnd(line.value));
     }
     line.text = UpToLastEquals(line.text);
@@ -150,7 +151,7 @@ void IniText::SetValue(Line &line, std::string_view value) {
 void IniText::CheckWritten(const Line &line) {
     m_unreadable += IsUnreadable(line) ? 1U : 0U;
     m_isKept = m_isKept && m_encoding.IsKept(line.value);
-    m_areLines = m_areLines && line.value.find('\n') == line.value.npos &&
+    m_areLines = m_areLines && line.value.find('\n') == std::string_view::npos &&
                  line.text.size() + line.value.size() <= kIniLineLimit;
 }
 

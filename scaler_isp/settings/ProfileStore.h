@@ -20,10 +20,11 @@
 /// File names are UTF-8, or wide.
 ///
 /// Writing
-///  - At every moment the file holds all its old or all its new bytes, even if the process is killed
-///    or the disk is full: the new bytes go to ".ScalerIsp.tmp" in the same directory, which is then
-///    renamed. A symbolic link stays and its target is replaced; mode, owner and extended attributes
-///    stay. It is no protection against a power cut.
+///  - At every moment the file holds all its old or all its new bytes, even if the process is
+///  killed
+///    or the disk is full: the new bytes go to ".ScalerIsp.tmp" in the same directory, which is
+///    then renamed. A symbolic link stays and its target is replaced; mode, owner and extended
+///    attributes stay. It is no protection against a power cut.
 ///  - A file with several hard links, one that is not a regular file, and one whose owner or
 ///    directory does not permit the rename, is overwritten in place. If that fails, the old bytes
 ///    are put back; if the process is killed meanwhile, they are lost.
@@ -56,8 +57,8 @@ SCALER_ISP_API int CpNxGetPrivateProfileIntW(const wchar_t *section, const wchar
 /// the end of the file; a missing file is created. All lines are trimmed and end in a line feed.
 /// RETURNS 1 when written. If the file cannot be opened for writing, 0 after PRINTING
 /// "Open file error \n" to standard output. If a string cannot be expressed in the file's encoding,
-/// the old contents cannot be read, the disk is full or the turn does not come: 0 without a message,
-/// and the file is as it was.
+/// the old contents cannot be read, the disk is full or the turn does not come: 0 without a
+/// message, and the file is as it was.
 // KEPT Writer_compares_the_raw_name: "K = 1" is not replaced by writing K; a second line is added
 // that the reader never sees.
 // KEPT Overlong_line_is_lost_in_a_rewrite: a line of more than 1,023 characters and everything
