@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/SystemFault.h"
+
 namespace {
 
 using Calls = std::vector<std::string>;
@@ -48,6 +50,9 @@ template <class Function> Function Real(const char *name) {
 extern "C" iconv_t iconv_open(const char *to, const char *from) {
     static const auto real = Real<iconv_t (*)(const char *, const char *)>("iconv_open");
     Note("open " + std::string(from) + " to " + to);
+    if (SystemFault::Strikes("iconv_open")) {
+        return reinterpret_cast<iconv_t>(-1);
+    }
     if (IconvWatch::current != nullptr) {
         for (const std::string &name : IconvWatch::current->missing) {
             if (name == to || name == from) {
@@ -64,6 +69,9 @@ extern "C" std::size_t iconv(iconv_t descriptor, char **in, std::size_t *inLeft,
     static const auto real =
         Real<std::size_t (*)(iconv_t, char **, std::size_t *, char **, std::size_t *)>("iconv");
     Note("convert " + std::to_string(*inLeft) + " into " + std::to_string(*outLeft));
+    if (SystemFault::Strikes("iconv")) {
+        return static_cast<std::size_t>(-1);
+    }
     return real(descriptor, in, inLeft, out, outLeft);
 }
 

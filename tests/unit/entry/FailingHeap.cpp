@@ -14,6 +14,20 @@ constexpr int kStaleByte = 0xCC;           // what a host may have left in memor
 int g_successes = -1; // negative: never fails
 void *g_living[64] = {};
 
+constexpr int kNever = -1;
+constexpr int kStruck = -2;
+thread_local int t_successes = kNever; // of any size
+
+/// Whether this allocation is the one that fails.
+bool Strikes() {
+    if (t_successes == 0) {
+        t_successes = kStruck;
+        return true;
+    }
+    t_successes -= t_successes > 0 ? 1 : 0;
+    return false;
+}
+
 void Release(void *memory) {
     if (memory != nullptr) {
         std::replace(std::begin(g_living), std::end(g_living), memory,
@@ -25,7 +39,7 @@ void Release(void *memory) {
 } // namespace
 
 void *operator new(std::size_t size) {
-    if (void *memory = std::malloc(size == 0 ? 1 : size)) {
+    if (void *memory = Strikes() ? nullptr : std::malloc(size == 0 ? 1 : size)) {
         return memory;
     }
     throw std::bad_alloc();
@@ -37,6 +51,9 @@ void *operator new[](std::size_t size) {
 
 void *operator new(std::size_t size, const std::nothrow_t &) noexcept {
     void *memory = nullptr;
+    if (Strikes()) {
+        return nullptr;
+    }
     if (size < kRecordBytes || g_successes != 0) {
         memory = std::malloc(size == 0 ? 1 : size);
     }
@@ -82,6 +99,18 @@ FailingHeap::FailingHeap(int successes) {
 
 FailingHeap::~FailingHeap() {
     g_successes = -1;
+}
+
+FailingAllocation::FailingAllocation(int successes) {
+    t_successes = successes;
+}
+
+FailingAllocation::~FailingAllocation() {
+    t_successes = kNever;
+}
+
+bool FailingAllocation::HasStruck() {
+    return t_successes == kStruck;
 }
 
 int LivingObjects() {

@@ -12,7 +12,19 @@ class FailingHeap {
     FailingHeap &operator=(const FailingHeap &) = delete;
 };
 
-/// Such objects that live now.
+/// While it lives, one `new` of this thread fails: the one after `successes` others of any size.
+class FailingAllocation {
+  public:
+    explicit FailingAllocation(int successes);
+    ~FailingAllocation();
+    FailingAllocation(const FailingAllocation &) = delete;
+    FailingAllocation &operator=(const FailingAllocation &) = delete;
+
+    /// Whether a `new` has failed; if not, everything has been allocated.
+    static bool HasStruck();
+};
+
+/// Objects of the size of a record that live now.
 int LivingObjects();
 
 #endif

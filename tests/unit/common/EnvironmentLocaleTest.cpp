@@ -1,0 +1,151 @@
+#include "scaler_isp/common/EnvironmentLocale.h"
+
+#include <atomic>
+#include <clocale>
+#include <cwchar>
+#include <string>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "scaler_isp/common/CCpTransform.h"
+#include "support/TestLocale.h"
+
+namespace {
+
+const CCpTransform kTransform;
+constexpr int kRounds = 2000;
+
+#define NEED_LOCALE(NAME)                                                                          \
+    if (!HasTestLocale(NAME)) {                                                                    \
+        GTEST_SKIP() << "the locale " NAME " was not made";                                        \
+    }
+
+/// A locale that the host has chosen for its own thread.
+class HostLocale {
+  public:
+    explicit HostLocale(const char *name)
+        : m_locale(newlocale(LC_ALL_MASK, name, locale_t{})), m_previous(uselocale(m_locale)) {}
+    ~HostLocale() {
+        uselocale(m_previous);
+        freelocale(m_locale);
+    }
+    HostLocale(const HostLocale &) = delete;
+    HostLocale &operator=(const HostLocale &) = delete;
+
+    locale_t Get() const {
+        return m_locale;
+    }
+
+  private:
+    locale_t m_locale;
+    locale_t m_previous;
+};
+
+/// The character that the thread's locale makes of one byte; WEOF for none.
+std::wint_t CharacterOf(char byte) {
+    std::mbstate_t state{};
+    wchar_t character = 0;
+    return std::mbrtowc(&character, &byte, 1, &state) == 1 ? static_cast<std::wint_t>(character)
+                                                           : WEOF;
+}
+
+void ConvertOnce() {
+    EXPECT_EQ(kTransform.ConvertUnicodeStringToANSI(L"a\u00E9"), "a\xC3\xA9");
+    EXPECT_EQ(kTransform.ConvertWCHARToCHAR(L"a\u00E9"), "a\xC3\xA9");
+    EXPECT_EQ(kTransform.ConvertWCHARToANSIString(L"a\u00E9"), "a\xC3\xA9");
+    EXPECT_EQ(kTransform.ConvertANSIStringToUnicode("a\xC3\xA9"), L"a\u00E9");
+    EXPECT_EQ(kTransform.ConvertCHARToUnicodeString("a\xC3\xA9"), L"a\u00E9");
+}
+
+TEST(EnvironmentLocale, Locale_of_the_hosts_thread_neither_disturbs_nor_is_disturbed) {
+    NEED_LOCALE("de_DE.ISO-8859-1");
+    const EnvironmentLocaleGuard latin("de_DE.ISO-8859-1"); // where newlocale finds it
+    const HostLocale host("de_DE.ISO-8859-1");
+    ASSERT_EQ(CharacterOf('\xE9'), 0xE9U);
+    const EnvironmentLocaleGuard environment("C.UTF-8");
+    for (int round = 0; round < 3; ++round) {
+        ConvertOnce();
+        EXPECT_EQ(uselocale(locale_t{}), host.Get());
+        EXPECT_EQ(CharacterOf('\xE9'), 0xE9U);
+    }
+}
+
+TEST(EnvironmentLocale, Names_of_the_processes_locale_stay) {
+    NEED_LOCALE("de_DE.UTF-8");
+    const EnvironmentLocaleGuard environment("de_DE.UTF-8");
+    for (const char *name : {"C", "C.UTF-8", "de_DE.UTF-8"}) {
+        ASSERT_NE(std::setlocale(LC_ALL, name), nullptr) << name;
+        const std::string before = std::setlocale(LC_ALL, nullptr);
+        const std::string point = std::localeconv()->decimal_point;
+        ConvertOnce();
+        EXPECT_EQ(std::setlocale(LC_ALL, nullptr), before);
+        EXPECT_EQ(std::localeconv()->decimal_point, point) << name;
+        EXPECT_EQ(uselocale(locale_t{}), LC_GLOBAL_LOCALE) << name;
+    }
+    std::setlocale(LC_ALL, "C");
+}
+
+TEST(EnvironmentLocale, Missing_one_does_not_exist_and_leaves_the_threads_own) {
+    NEED_LOCALE("de_DE.ISO-8859-1");
+    const EnvironmentLocaleGuard latin("de_DE.ISO-8859-1");
+    const HostLocale host("de_DE.ISO-8859-1");
+    for (const char *name : {"nowhere.UTF-8", "no/where", "nowhere.UTF-8"}) {
+        const EnvironmentLocaleGuard environment(name);
+        const EnvironmentLocale locale;
+        EXPECT_FALSE(locale.Exists()) << name;
+        const EnvironmentLocale::InUse use(locale);
+        EXPECT_EQ(uselocale(locale_t{}), host.Get()) << name;
+        EXPECT_EQ(kTransform.ConvertCHARToUnicodeString("\xE9"), L"\u00E9") << name;
+    }
+}
+
+TEST(EnvironmentLocale, Only_the_character_type_is_asked_for) {
+    const EnvironmentLocaleGuard environment("C.UTF-8");
+    const EnvGuard all("LC_ALL", std::nullopt);
+    const EnvGuard type("LC_CTYPE", "C.UTF-8");
+    const EnvGuard time("LC_TIME", "nowhere");
+    ConvertOnce();
+}
+
+/// Converts in this thread until the other one is done.
+template <class Other> void ConvertWhile(Other &&other) {
+    std::atomic<bool> done = false;
+    std::thread thread([&] {
+        other();
+        done = true;
+    });
+    do {
+        ConvertOnce();
+    } while (!done);
+    thread.join();
+}
+
+TEST(EnvironmentLocale, Conversion_is_not_seen_by_another_thread) {
+    const EnvironmentLocaleGuard environment("C.UTF-8");
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    ASSERT_EQ(before, "C");
+    ConvertWhile([&] {
+        for (int round = 0; round < kRounds; ++round) {
+            std::mbstate_t state{};
+            wchar_t character = 0;
+            // In UTF-8 the two bytes are one character.
+            ASSERT_NE(std::mbrtowc(&character, "\xC3\xA9", 2, &state), 2U);
+            ASSERT_STREQ(std::localeconv()->decimal_point, ".");
+            ASSERT_EQ(std::setlocale(LC_ALL, nullptr), before);
+            ASSERT_EQ(uselocale(locale_t{}), LC_GLOBAL_LOCALE);
+        }
+    });
+}
+
+TEST(EnvironmentLocale, Conversion_is_not_disturbed_by_setlocale_in_another_thread) {
+    const EnvironmentLocaleGuard environment("C.UTF-8");
+    ConvertWhile([] {
+        for (int round = 0; round < kRounds; ++round) {
+            ASSERT_NE(std::setlocale(LC_ALL, "C.UTF-8"), nullptr);
+            ASSERT_NE(std::setlocale(LC_ALL, "C"), nullptr);
+        }
+    });
+}
+
+} // namespace

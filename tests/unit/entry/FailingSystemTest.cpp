@@ -1,0 +1,206 @@
+#include <cerrno>
+#include <cstring>
+#include <functional>
+
+#include "FailingHeap.h"
+#include "RunFlowFixture.h"
+#include "support/SystemFault.h"
+
+namespace {
+
+/// Entry calls while the system fails, with the plug-ins next to this program.
+class FailingSystemTest : public testing::Test {
+  protected:
+    using Record = STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING;
+
+    FailingSystemTest() {
+        module.answer = [this](const ModuleCall &call) {
+            if (call.name == "IspFlash" || call.name == "ResetMCUExport") {
+                records.emplace_back(static_cast<const char *>(call.first), sizeof(Record));
+            }
+            return call.name == "VerifySignatureExport" ? 1 : 0;
+        };
+    }
+    ~FailingSystemTest() override {
+        module.answer = [](const ModuleCall &) { return 0; };
+        Operate(L"p --resetmcu"); // no parser is left over
+    }
+
+    int Operate(const std::wstring &line) {
+        module.calls.clear();
+        records.clear();
+        int result = -99;
+        out = OutputOf([&] { result = OperateScaler(line.c_str(), nullptr, nullptr, nullptr); });
+        return result;
+    }
+
+    /// The same with one allocation failing inside the call.
+    int OperateWith(const std::wstring &line, int successes) {
+        module.calls.clear();
+        records.clear();
+        int result = -99;
+        out = OutputOf([&] {
+            const FailingAllocation fault(successes);
+            result = OperateScaler(line.c_str(), nullptr, nullptr, nullptr);
+            struck = FailingAllocation::HasStruck();
+        });
+        return result;
+    }
+
+    static std::string FailLine(int result) {
+        char text[64];
+        std::snprintf(text, sizeof text, "\x1b[31mFail! Error Code: 0x%X\n\x1b[m",
+                      static_cast<unsigned>(result));
+        return text;
+    }
+
+    ModuleCalls module;
+    std::vector<std::string> records;
+    std::string out;
+    bool struck = false;
+};
+
+TEST_F(FailingSystemTest, Each_allocation_that_fails_ends_the_call_with_a_stated_failure) {
+    TempFolder folder;
+    const std::string file = folder.Write("firmware.bin", std::string(70000, 'x'));
+    const std::wstring path(file.begin(), file.end());
+    const std::wstring lines[] = {
+        L"p --resetmcu",
+        L"p --isp --fw " + path + L" --sw --dsmode 2 --signfile " + path,
+        L"p --isp --factory --newboot --hw --fw " + path + L" --boot \"" + path + L"\"",
+        L"p --verify --sw --dsmode 2 --fw " + path + L" --signfile " + path,
+    };
+    for (const std::wstring &line : lines) {
+        ASSERT_EQ(Operate(line), 0);
+        const std::string undisturbedOut = out;
+        const auto undisturbedRecords = records;
+        const auto undisturbedNames = module.Names();
+        const int living = LivingObjects();
+        int failures = 0;
+        for (int successes = 0;; ++successes) {
+            const int result = OperateWith(line, successes);
+            const auto names = module.Names();
+            if (!struck || result == 0) {
+                // Nothing but the parser itself may fail with 0; a search for memory that has an
+                // answer of its own leaves everything as it is.
+                const bool noParser = struck && names.empty();
+                EXPECT_EQ(out, noParser ? "" : undisturbedOut) << successes;
+                EXPECT_EQ(records, noParser ? std::vector<std::string>() : undisturbedRecords);
+                EXPECT_EQ(result, 0);
+            } else {
+                ++failures;
+                EXPECT_THAT(result, testing::AnyOf(-1, 0xD67, 0xD69, 0x4004)) << successes;
+                EXPECT_EQ(out, result == -1 ? "" : FailLine(result)) << successes;
+                ASSERT_LE(records.size(), undisturbedRecords.size());
+                EXPECT_TRUE(
+                    std::equal(records.begin(), records.end(), undisturbedRecords.begin()));
+                EXPECT_TRUE(std::equal(names.begin(), names.end(), undisturbedNames.begin()));
+                EXPECT_LT(names.size(), undisturbedNames.size()) << successes;
+            }
+            EXPECT_LE(LivingObjects(), living + 1) << successes;
+            if (!struck) {
+                break;
+            }
+        }
+        EXPECT_GT(failures, 10);
+        EXPECT_EQ(Operate(line), 0);
+        EXPECT_EQ(records, undisturbedRecords);
+        EXPECT_EQ(out, undisturbedOut);
+        EXPECT_EQ(LivingObjects(), living);
+    }
+}
+
+TEST_F(FailingSystemTest, Failure_outside_the_heap_ends_the_call_before_any_plugin) {
+    const struct {
+        const char *function;
+        int error;
+        const wchar_t *line;
+    } rows[] = {
+        {"newlocale", EMFILE, L"p --resetmcu"},
+        {"mbsrtowcs", ENOMEM, L"p --resetmcu"},
+        {"realpath", EIO, L"p --isp --fw f.bin"},
+        {"opendir", EMFILE, L"p --isp --searchfw auto"},
+        {"readdir", EIO, L"p --isp --searchfw auto"},
+    };
+    for (const auto &row : rows) {
+        {
+            const SystemFault fault(row.function, row.error);
+            EXPECT_EQ(Operate(row.line), -1) << row.function;
+            EXPECT_TRUE(fault.HasStruck()) << row.function;
+        }
+        EXPECT_EQ(out, "") << row.function;
+        EXPECT_THAT(module.calls, IsEmpty()) << row.function;
+        EXPECT_EQ(Operate(L"p --resetmcu"), 0) << row.function;
+    }
+}
+
+TEST_F(FailingSystemTest, Library_directory_that_cannot_be_found_during_the_run_has_the_steps_code) {
+    // The entry call asks for it first, the parser second, the run third.
+    const SystemFault fault("newlocale", EMFILE, 2);
+    EXPECT_EQ(Operate(L"p --resetmcu"), 0xD67);
+    EXPECT_EQ(out, FailLine(0xD67));
+    EXPECT_THAT(module.calls, IsEmpty());
+}
+
+/// What the library gives a plug-in that calls it back while memory ends.
+TEST_F(FailingSystemTest, Nothing_unwinds_through_a_plugin_that_calls_the_library) {
+    const CCpTransform transform;
+    const std::string text(100, 'a');
+    const std::wstring wide(100, L'a');
+    std::vector<std::string> names;
+    unsigned int count = 7;
+    const std::vector<std::function<bool()>> calls = {
+        [&] { return OperateScaler(L"p --resetmcu --comm 3", nullptr, nullptr, nullptr) <= 0; },
+        [&] { return transform.ConvertUnicodeStringToUTF8(wide).empty(); },
+        [&] { return transform.ConvertUTF8StringToUnicode(text).empty(); },
+        [&] { return transform.ConvertWCHARToANSIString(wide.c_str()).empty(); },
+        [&] { return transform.ConvertCHARToUnicodeString(text.c_str()).empty(); },
+        [&] { return GetAbsolutePath("/").empty(); },
+        [&] { return GetCurrentProcessDir(reinterpret_cast<void *>(&OperateScaler)).empty(); },
+        [&] { return StringSplit(text, ",", 0).empty(); },
+        [&] { return ParseCommandLineParameter(names, text) == 0; },
+        [&] { return GetFwBankCount(L"/nowhere", count) == 0 && count == 7; },
+    };
+    for (std::size_t i = 0; i < calls.size(); ++i) {
+        int entered = 0;
+        bool thrown = false;
+        module.answer = [&](const ModuleCall &call) {
+            if (call.name != "ResetMCUExport" || entered++ != 0) {
+                return 0;
+            }
+            try {
+                const FailingAllocation fault(0);
+                const bool failed = calls[i]();
+                EXPECT_TRUE(FailingAllocation::HasStruck()) << i;
+                EXPECT_TRUE(failed) << i;
+            } catch (...) {
+                thrown = true;
+            }
+            return 0;
+        };
+        EXPECT_EQ(Operate(L"p --resetmcu"), 0) << i;
+        EXPECT_EQ(out, "\x1b[32mSuccess\n\x1b[m") << i;
+        EXPECT_EQ(entered, 1) << i;
+        EXPECT_FALSE(thrown) << i;
+    }
+}
+
+TEST_F(FailingSystemTest, Entry_call_inside_a_plugin_is_an_outermost_call_again) {
+    for (int successes = 0; successes < 60; ++successes) {
+        int entered = 0;
+        module.answer = [&](const ModuleCall &call) {
+            if (call.name == "ResetMCUExport" && entered++ == 0) {
+                const FailingAllocation fault(successes);
+                const int inner = OperateScaler(L"p --resetmcu", nullptr, nullptr, nullptr);
+                if (FailingAllocation::HasStruck()) {
+                    EXPECT_THAT(inner, testing::AnyOf(0, -1, 0xD67)) << successes;
+                }
+            }
+            return call.name == "ResetMCUExport" ? 0x31 : 0;
+        };
+        EXPECT_EQ(Operate(L"p --resetmcu"), 0x31) << successes;
+        EXPECT_EQ(g_pcArgsParse, nullptr) << successes;
+    }
+}
+
+} // namespace
