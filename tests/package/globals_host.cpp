@@ -108,7 +108,8 @@ void TestCallbacks(const std::string &bootFile) {
     TestHubAfterTheSignature(&handles[0], &handles[1]);
     TestHubAfterTheBootPass(&handles[0], &handles[1], bootFile);
 
-    Expect(OperateScaler(L"host --isp --fw f.bin", nullptr, nullptr, nullptr) == -1, "no such file");
+    Expect(OperateScaler(L"host --isp --fw f.bin", nullptr, nullptr, nullptr) == -1,
+           "no such file");
     Expect(g_funcReturnProg == nullptr && g_funcShowMsg == nullptr,
            "an entry call stores its own callbacks");
     Expect(g_funcNxGetHubDev == &HubDevice, "but for the one of the hub");

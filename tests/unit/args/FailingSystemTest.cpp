@@ -42,9 +42,8 @@ TEST_F(FailingSystemTest, Search_of_a_listing_that_breaks_off_is_refused_without
         const std::vector<std::string> words{"--isp", "--settingfile", folder.Path("s.ini"),
                                              "--searchfw", rule};
         for (int successes = 0; successes <= 5; ++successes) {
-            const Answer answer = ParseWith(words, [&] {
-                return std::make_unique<SystemFault>("readdir", EIO, successes);
-            });
+            const Answer answer = ParseWith(
+                words, [&] { return std::make_unique<SystemFault>("readdir", EIO, successes); });
             EXPECT_EQ(answer.result, 0) << rule << " " << successes;
             EXPECT_EQ(answer.out, "") << rule << " " << successes;
         }

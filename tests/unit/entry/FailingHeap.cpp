@@ -17,9 +17,13 @@ void *g_living[64] = {};
 constexpr int kNever = -1;
 constexpr int kStruck = -2;
 thread_local int t_successes = kNever; // of any size
+thread_local int t_suspensions = 0;
 
 /// Whether this allocation is the one that fails.
 bool Strikes() {
+    if (t_suspensions > 0) {
+        return false;
+    }
     if (t_successes == 0) {
         t_successes = kStruck;
         return true;
@@ -101,12 +105,19 @@ FailingHeap::~FailingHeap() {
     g_successes = -1;
 }
 
-FailingAllocation::FailingAllocation(int successes) {
+FailingAllocation::FailingAllocation(int successes)
+    : m_previousSuccesses(t_successes), m_previousSuspensions(t_suspensions) {
     t_successes = successes;
+    t_suspensions = 0;
 }
 
 FailingAllocation::~FailingAllocation() {
-    t_successes = kNever;
+    t_successes = m_previousSuccesses;
+    t_suspensions = m_previousSuspensions;
+}
+
+void FailingAllocation::Suspend(bool suspended) {
+    t_suspensions += suspended ? 1 : -1;
 }
 
 bool FailingAllocation::HasStruck() {

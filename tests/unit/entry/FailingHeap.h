@@ -22,6 +22,14 @@ class FailingAllocation {
 
     /// Whether a `new` has failed; if not, everything has been allocated.
     static bool HasStruck();
+
+    /// Between Suspend(true) and Suspend(false) nothing fails and nothing counts, unless a second
+    /// one is made there.
+    static void Suspend(bool suspended);
+
+  private:
+    int m_previousSuccesses;
+    int m_previousSuspensions;
 };
 
 /// Objects of the size of a record that live now.

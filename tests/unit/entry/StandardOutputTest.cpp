@@ -119,8 +119,7 @@ TEST(StandardOutput, Is_not_flushed_during_the_call) {
         after = pipe.Arrived();
     }
     EXPECT_EQ(during, "");
-    EXPECT_EQ(after,
-              "non-option ARGV-elements: stray \nfrom the plug-in \x1b[32mSuccess\n\x1b[m");
+    EXPECT_EQ(after, "non-option ARGV-elements: stray \nfrom the plug-in \x1b[32mSuccess\n\x1b[m");
 }
 
 TEST(StandardOutput, That_cannot_be_written_changes_no_result) {

@@ -10,8 +10,16 @@ namespace {
 ModuleCalls *g_current = nullptr;
 
 int Hook(const char *name, void *first, void *second, void *third) {
-    g_current->calls.push_back({name, first, second, third});
-    return g_current->answer(g_current->calls.back());
+    const auto suspend = g_current->suspend;
+    suspend(true);
+    int result = 0;
+    {
+        const ModuleCall call{name, first, second, third};
+        g_current->calls.push_back(call);
+        result = g_current->answer(call); // which may make further calls
+    }
+    suspend(false);
+    return result;
 }
 
 } // namespace

@@ -27,6 +27,9 @@ class ModuleCalls {
     std::vector<ModuleCall> calls;
     /// What a module's function returns; 0 unless a test says otherwise.
     std::function<int(const ModuleCall &)> answer = [](const ModuleCall &) { return 0; };
+    /// Called with true before a call is recorded and with false after its answer, so that what
+    /// fails for the library does not fail for the test.
+    void (*suspend)(bool) = [](bool) {};
 };
 
 /// The path of a test module (its name in CMakeLists.txt), and whether it is in the process.
