@@ -15,6 +15,7 @@ namespace {
 
 const CCpTransform kTransform;
 constexpr int kRounds = 2000;
+constexpr int kGlances = 200000;
 
 #define NEED_LOCALE(NAME)                                                                          \
     if (!HasTestLocale(NAME)) {                                                                    \
@@ -126,7 +127,7 @@ TEST(EnvironmentLocale, Conversion_is_not_seen_by_another_thread) {
     const std::string before = std::setlocale(LC_ALL, nullptr);
     ASSERT_EQ(before, "C");
     ConvertWhile([&] {
-        for (int round = 0; round < kRounds; ++round) {
+        for (int round = 0; round < kGlances; ++round) {
             std::mbstate_t state{};
             wchar_t character = 0;
             // In UTF-8 the two bytes are one character.
