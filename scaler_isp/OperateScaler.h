@@ -10,10 +10,14 @@
 ///  - The first word of the command line is the program's name and is not an option. Words are
 ///    separated by blanks; double quotes keep blanks inside a word; a line holds at most 10,239
 ///    bytes of UTF-8.
-///  - Diagnostics go to standard output and standard error through C stdio, unflushed. A run that
-///    reaches the plug-in ends with one coloured line, "Success" or "Fail! Error Code: 0x…".
-///  - While paths are converted, the process locale is switched to that of the environment and then
-///    restored. Outside ASCII the environment must name a UTF-8 locale.
+///  - Diagnostics go to standard output and standard error through C stdio. Standard output is
+///    flushed once, when the call returns; a flush that fails changes no result. A run that reaches
+///    the plug-in ends with one coloured line, "Success" or "Fail! Error Code: 0x…".
+///    WARNING: once a host has made stdout wide (fwide, wprintf, std::wcout), printf fails there,
+///    and all diagnostics on it are lost.
+///  - Paths are converted in a locale of the thread, made from the environment (LC_ALL, LC_CTYPE,
+///    LANG): the locale of the process and the host's uselocale neither matter nor change.
+///    Outside ASCII the environment should name a UTF-8 locale.
 ///  - Nothing is thrown; an exception of a callback or plug-in that passes through ends here
 ///    with -1. pthread_exit in a callback ends the thread cleanly.
 
@@ -33,8 +37,11 @@ extern "C" {
 /// \param deviceHandle  ignored: the plug-in always works without one.
 /// \param progress      progress in percent, or null.
 /// \param message       messages for the user, or null.
-/// RETURNS 0 for success, -1 when the command line was refused, else a code of ResultCodes.h or the
-/// plug-in's own. 0 also when the parser itself could not be created for lack of memory.
+/// RETURNS 0 for success; -1 if the command line was refused (usually with a message) or the call
+/// failed: the system failed (no memory, no descriptor, an I/O error), or a plug-in or a callback
+/// has thrown or returned -1, after which the device's state is unknown; else a code of
+/// ResultCodes.h or the plug-in's own. 0 also if the parser itself could not be created for lack of
+/// memory.
 /// PRINTS what ParseArgs and DoIsp print; nothing of its own.
 SCALER_ISP_API int OperateScaler(const wchar_t *commandLine, void *deviceHandle,
                                  ScalerIspProgressCallback progress,

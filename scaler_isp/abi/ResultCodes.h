@@ -8,7 +8,7 @@
 /// One row a code: X(name, value, meaning in one line).
 #define SCALER_ISP_RESULT_CODES(X)                                                                 \
     X(SCALER_ISP_SUCCESS, 0, "success")                                                            \
-    X(SCALER_ISP_REFUSED, -1, "the command line was refused; nothing was done")                    \
+    X(SCALER_ISP_REFUSED, -1, "the command line was refused, or the call failed")                  \
     X(SCALER_ISP_FUNCTION_MISSING, 6, "the plug-in does not offer the function of this action")    \
     X(SCALER_ISP_PLUGIN_NOT_LOADED, 0xD67, "the ISP plug-in PlugIn/libIsp.dylib cannot be loaded") \
     X(SCALER_ISP_NO_WORKING_COPY, 0xD69, "no memory for a working copy of the command")            \

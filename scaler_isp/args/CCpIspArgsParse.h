@@ -21,6 +21,10 @@
 /// memory, no descriptor, an I/O error): never does such a failure leave an empty or default value
 /// in a record that was accepted.
 ///
+/// A parser is made for one line. Used again, it keeps what earlier lines have left: the firmware
+/// files and start banks (so a second --fw is refused), and every field of the records that the new
+/// line does not set.
+///
 /// The object holds a command record: keep it on the heap.
 class SCALER_ISP_API CCpIspArgsParse {
   public:
@@ -32,6 +36,9 @@ class SCALER_ISP_API CCpIspArgsParse {
     std::string GetCurrentDir() const;
 
     /// Scans and judges a whole command line. argv[0] is the program's name; argv is not changed.
+    /// After a refused line both records hold what was stored until then.
+    /// `--searchfw prefix` stores the path of the settings file in the command record as soon as it
+    /// is scanned, even if the line is refused later.
     int ParseArgs(int argc, const char *const *argv);
 
     /// Checks the raw record step by step and fills both records.
@@ -46,7 +53,7 @@ class SCALER_ISP_API CCpIspArgsParse {
     /// szBootFwPath of the command record.
     std::string GetOneBootFactoryModeBootFw() const;
 
-    // Firmware files and banks (ArgsBankMap)
+    // Firmware files and banks
 
     /// Notes the firmware file of an entry; refuses a second one, and null.
     int InsertCommandFwFile(unsigned int entry, const char *path);
@@ -63,10 +70,11 @@ class SCALER_ISP_API CCpIspArgsParse {
     /// Number of 64 KiB banks of a file; makes `path` full first.
     int GetFwBankCount(std::string &path, unsigned int &count);
 
-    // Firmware search (ArgsFwSearch)
+    // Firmware search
 
-    /// The one file whose name begins with the prefix in the settings file.
-    /// \param settingFile  empty: IspSetting.ini beside the library.
+    /// The one file whose name begins with the prefix in the settings file. Stores the path of the
+    /// settings file in the command record first if there is any firmware file.
+    /// \param settingFile  empty: IspSetting.ini in the library's directory.
     int GetBinNameFromPrefixSetting(std::string &fwName, std::string settingFile);
 
     int GetUserDefinedInfoFromTxt(STRUCT_CP_GET_USER_DEFINED_BIN_INFO &info);
@@ -78,9 +86,12 @@ class SCALER_ISP_API CCpIspArgsParse {
     /// The one file whose name matches IspUserDefined.txt.
     int GetUserDefinedBinNameFromTxt(std::string &fwName);
 
-    // Text to values (ArgsConvert). An empty text is accepted and leaves the target alone, except
-    // that GetCommID stores 0 then. GetReadVersionFromFlashSetting, GetDumpFlashCmd,
-    // GetI2CCmdFromString and GetI2CWriteActionTypeSetting refuse without a message.
+    // Strings to values. An empty string is accepted and leaves the value alone, with these
+    // exceptions: GetCommID stores COMM_ID_NONE; GetVersionType and GetUserFlag's `data` take it as
+    // 0 and as no bytes (0 is no mode of user-defined versions, so it is refused there); and
+    // GetI2CCmdFromString refuses it. GetReadVersionFromFlashSetting, GetDumpFlashCmd,
+    // GetI2CCmdFromString and GetI2CWriteActionTypeSetting refuse without a message. The first of
+    // these accepts `args` without any of its values, and the second takes an absent address as 0.
 
     int JudgeUniqueAttribute(int mask); ///< 1 when exactly one bit is set
     void GetActionType(int mask, ENUM_CP_ISPTOOL_ACTION_TYPE &action);

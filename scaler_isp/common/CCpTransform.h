@@ -6,12 +6,15 @@
 #include "scaler_isp/abi/Export.h"
 
 /// Converts text between wide characters (UTF-32, host order), UTF-8 and the locale's multibyte
-/// encoding. Every operation returns the converted text; on any failure the empty text, and nothing
-/// is printed. A result ends at its first NUL.
+/// encoding. Every operation returns the converted text; on any failure, of the text or of the
+/// system, the empty text. Nothing is printed or thrown. A result ends at its first NUL.
 ///
 /// The UTF-8 operations use iconv (POSIX) with a descriptor of their own and may run on any thread.
-/// The locale operations (ANSI, CHAR, WCHAR in the name) switch the process locale to that of the
-/// environment while they run and restore it, so no other thread may use the locale meanwhile.
+/// The locale operations (ANSI, CHAR, WCHAR in the name) use a locale of the calling thread, made
+/// from the environment (LC_ALL, LC_CTYPE, LANG), and give the thread its own back: the locale of
+/// the process stays as it is, and other threads see nothing. If the environment names a locale
+/// that does not exist, the one in force is used. They may run on any thread, unless another one
+/// changes the environment at the same time.
 class SCALER_ISP_API CCpTransform {
   public:
     CCpTransform() = default;

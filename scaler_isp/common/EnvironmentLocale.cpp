@@ -1,6 +1,7 @@
 #include "scaler_isp/common/EnvironmentLocale.h"
 
 #include <cerrno>
+#include <langinfo.h>
 
 #include "scaler_isp/common/CallFailure.h"
 
@@ -26,6 +27,10 @@ EnvironmentLocale::~EnvironmentLocale() {
     if (Exists()) {
         ::freelocale(m_locale);
     }
+}
+
+const char *EnvironmentLocale::Charset() const {
+    return ::nl_langinfo_l(CODESET, m_locale);
 }
 
 EnvironmentLocale::InUse::InUse(const EnvironmentLocale &locale)

@@ -25,6 +25,9 @@ class EnvironmentLocale {
         return m_locale != locale_t{};
     }
 
+    /// iconv's name of its character set. Call it only if the locale exists.
+    const char *Charset() const;
+
     /// While it lives, the multibyte functions of this thread use the locale. If it does not exist,
     /// the thread's current locale stays.
     class InUse {

@@ -28,6 +28,9 @@ CCpNxString ToWide(const std::string &path) {
     CCpNxString wide;
     wide = WideFromEnvironmentText(path.c_str(), kWideCharsForAByte * path.size());
     if (wide.IsEmpty() && PlatformPathsFallBackToUtf8()) {
+        wide = WideFromEnvironmentCharset(path);
+    }
+    if (wide.IsEmpty() && PlatformPathsFallBackToUtf8()) {
         wide = WideFromUtf8(path);
     }
     return wide;

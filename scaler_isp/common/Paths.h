@@ -9,9 +9,11 @@
 /// Paths are UTF-8 with "/" between the parts. None of these functions prints anything.
 
 /// The folder of the file that holds an address, ending in "/"; links are not followed.
-/// \param address  an address inside a loaded library; a host passes that of OperateScaler.
-///                 Null means the running executable.
-/// RETURNS the empty text where it cannot be found. UNITS: a path is cut at 260 bytes.
+/// \param address  an address inside a loaded library, or null for the running executable. For the
+///                 directory of this library pass that of OperateScaler as dlsym returns it:
+///                 `&OperateScaler` in a program compiled without position-independent code is an
+///                 address in the program itself on ELF systems.
+/// RETURNS the empty text if it cannot be found or expressed. UNITS: a path is cut at 260 bytes.
 ///
 /// The path is read in the encoding of the environment's locale; on Linux, where that fails, as
 /// UTF-8.

@@ -90,6 +90,17 @@ std::size_t CountOrThrow(std::size_t converted) {
     return 0;
 }
 
+std::wstring WideFrom(const Iconv &iconv, const std::string &text) {
+    wchar_t buffer[kWideChars]; // NOLINT(*-member-init): filled up to `size`
+    const std::size_t size =
+        iconv.Convert(text.data(), text.size(), reinterpret_cast<char *>(buffer), sizeof buffer);
+    if (size == sizeof buffer) {
+        return {};
+    }
+    std::wstring wide(buffer, std::find(buffer, buffer + size / sizeof(wchar_t), L'\0'));
+    return iconv.IsFallback() && !AllUnicode(wide) ? std::wstring() : wide;
+}
+
 } // namespace
 
 std::string Utf8FromWide(const std::wstring &text) {
@@ -107,15 +118,7 @@ std::string Utf8FromWide(const std::wstring &text) {
 }
 
 std::wstring WideFromUtf8(const std::string &text) {
-    const Iconv iconv(kWide, kUtf8);
-    wchar_t buffer[kWideChars]; // NOLINT(*-member-init): filled up to `size`
-    const std::size_t size =
-        iconv.Convert(text.data(), text.size(), reinterpret_cast<char *>(buffer), sizeof buffer);
-    if (size == sizeof buffer) {
-        return {};
-    }
-    std::wstring wide(buffer, std::find(buffer, buffer + size / sizeof(wchar_t), L'\0'));
-    return iconv.IsFallback() && !AllUnicode(wide) ? std::wstring() : wide;
+    return WideFrom(Iconv(kWide, kUtf8), text);
 }
 
 std::string EnvironmentTextFromWide(const wchar_t *text) {
@@ -142,4 +145,19 @@ std::wstring WideFromEnvironmentText(const char *text, std::size_t capacity) {
     const char *source = text;
     result.resize(CountOrThrow(std::mbsrtowcs(result.data(), &source, result.size(), &state)));
     return result;
+}
+
+std::wstring WideFromEnvironmentCharset(const std::string &text) {
+    const EnvironmentLocale locale;
+    if (!locale.Exists()) {
+        return {};
+    }
+    try {
+        return WideFrom(Iconv(kWide, locale.Charset()), text);
+    } catch (const CallFailure &failure) {
+        if (failure.Error() != EINVAL) {
+            throw;
+        }
+        return {}; // a character set that iconv does not know
+    }
 }

@@ -18,4 +18,9 @@ std::string EnvironmentTextFromWide(const wchar_t *text);
 /// \param capacity  UNITS: wide characters the result may have; a longer one is truncated.
 std::wstring WideFromEnvironmentText(const char *text, std::size_t capacity);
 
+/// Characters of the environment's encoding to wide ones, as WideFromUtf8 converts. For paths only:
+/// glibc converts in a locale as in plain ASCII if it had no memory to load the character set, and
+/// reports every other character as the text's fault. Empty also if the locale does not exist.
+std::wstring WideFromEnvironmentCharset(const std::string &text);
+
 #endif

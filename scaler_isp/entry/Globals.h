@@ -12,7 +12,8 @@ class CCpIspArgsParse;
 /// at a time in a process.
 ///
 /// A host that calls DoIsp or ExecuteProcess itself, without OperateScaler, sets the callbacks here
-/// first. Everything else is for reading, between calls; the library never reads the two paths back.
+/// first. Everything else is for reading, between calls; the library never reads the two paths
+/// back.
 
 /// Directory of the library's own file, ending in "/", from the last call that had a command line;
 /// empty before the first one, and if it is unknown or cannot be expressed in the environment's
@@ -23,7 +24,8 @@ extern SCALER_ISP_API CCpNxString g_cpStrCurDir;
 extern SCALER_ISP_API CCpNxString g_cpStrSettingFilePath;
 
 /// The parser of the running call, OWNED by the library; null between calls. After a command line
-/// with bad quotes it stays until the next call or until the library is unloaded.
+/// with bad quotes, or without memory for its words, it stays until the next call or until the
+/// library is unloaded.
 extern SCALER_ISP_API CCpIspArgsParse *g_pcArgsParse;
 
 /// What the ISP plug-in receives through its SetUIFunction: the callbacks of the last OperateScaler

@@ -9,10 +9,10 @@
 /// Carries out a judged command and reports it on the console.
 /// PRINTS a green "Success" line, or a red "Fail! Error Code: 0x%X" line; nothing for a successful
 /// action userdefinedinfo, which reports its information itself.
-/// Neither record is changed. A null record gives 0xD69. The callbacks are those of the last
-/// OperateScaler call.
-/// RETURNS a code of ResultCodes.h, or the plug-in's own. What a plug-in or a callback throws
-/// passes through to the caller (OperateScaler turns it into -1).
+/// Neither record is changed. A null record gives 0xD69. The callbacks are those of Globals.h.
+/// RETURNS a code of ResultCodes.h, or the plug-in's own; if the system fails, the code of the step
+/// that failed. What a plug-in or a callback throws passes through to the caller (OperateScaler
+/// turns it into -1).
 SCALER_ISP_API int DoIsp(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting,
                          STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *signArgs, void *device);
 

@@ -15,7 +15,7 @@ const char *LoaderText() {
 
 void *OpenSharedLibrary(const std::string &path, const char *&error) {
     if (path.empty()) {
-        error = "the directory is unknown, or the path cannot be expressed in the environment's encoding";
+        error = "the path is unknown, empty or cannot be expressed in the environment's encoding";
         return nullptr;
     }
     void *handle = ::dlopen(path.c_str(), RTLD_NOW);

@@ -1,5 +1,6 @@
 #include "scaler_isp/common/Paths.h"
 
+#include <cerrno>
 #include <climits>
 #include <clocale>
 #include <filesystem>
@@ -10,6 +11,7 @@
 #include <unistd.h>
 
 #include "scaler_isp/common/LibraryAnchor.h"
+#include "support/SystemFault.h"
 #include "support/TempFolder.h"
 #include "support/TestLocale.h"
 
@@ -126,6 +128,18 @@ TEST(ProcessDir, Is_read_as_utf8_where_the_environment_cannot) {
     const EnvironmentLocaleGuard environment("C");
     EXPECT_EQ(DirOf("/gr\xC3\xBC\xC3\x9F/lib.so"), L"/gr\u00FC\u00DF/");
     EXPECT_EQ(DirOf("/gr\xFC/lib.so"), L"");
+}
+
+// glibc then reports what is not ASCII as invalid in every encoding.
+TEST(ProcessDir, Is_read_in_the_environments_encoding_without_the_locales_tables) {
+    if (!HasTestLocale("ja_JP.EUC-JP")) {
+        GTEST_SKIP() << "the locale ja_JP.EUC-JP was not made";
+    }
+    const EnvironmentLocaleGuard environment("ja_JP.EUC-JP");
+    const SystemFault fault("mbsrtowcs", EILSEQ);
+    EXPECT_EQ(DirOf("/\xA4\xA2/lib.so"), L"/\u3042/");
+    EXPECT_TRUE(fault.HasStruck());
+    EXPECT_EQ(DirOf("/\xA4/lib.so"), L"");
 }
 
 TEST(ProcessDir, Relative_image_path_belongs_to_the_folder_of_the_start) {
