@@ -61,23 +61,24 @@ std::string CCpIspArgsParse::GetCurrentDir() const {
 }
 
 int CCpIspArgsParse::ParseArgs(int argc, const char *const *argv) {
-    return Answer([&] {
-        // The scan reorders its vector, and the caller's may be constant: it gets a copy of the
-        // pointers. The words are never written to.
-        std::vector<char *> words;
-        if (argv != nullptr && argc > 0) {
-            std::transform(argv, argv + argc, std::back_inserter(words),
-                           [](const char *word) { return const_cast<char *>(word); });
-        }
-        const int count = static_cast<int>(words.size());
-        words.push_back(nullptr);
-        const ArgsDirectories directories = Directories(m_strCurrentDir);
-        RawArgs args;
-        return ScanArguments(count, words.data(), directories, args, m_mapCommandFw,
-                             m_stSetting.wszSettingFile) &&
-               ValidateArguments(args, directories, m_mapCommandFw, m_stSetting,
-                                 m_stDigitalSignArgs);
-    });
+    return Answer([&] { return Parse(argc, argv, FindLibraryDirectory()); });
+}
+
+bool CCpIspArgsParse::Parse(int argc, const char *const *argv, const LibraryDirectory &library) {
+    // The scan reorders its vector, and the caller's may be constant: it gets a copy of the
+    // pointers. The arguments are never written to.
+    std::vector<char *> words;
+    if (argv != nullptr && argc > 0) {
+        std::transform(argv, argv + argc, std::back_inserter(words),
+                       [](const char *word) { return const_cast<char *>(word); });
+    }
+    const int count = static_cast<int>(words.size());
+    words.push_back(nullptr);
+    const ArgsDirectories directories{m_strCurrentDir, library};
+    RawArgs args;
+    return ScanArguments(count, words.data(), directories, args, m_mapCommandFw,
+                         m_stSetting.wszSettingFile) &&
+           ValidateArguments(args, directories, m_mapCommandFw, m_stSetting, m_stDigitalSignArgs);
 }
 
 int CCpIspArgsParse::JudgeArgument(STRUCT_CP_ISP_CMD_ARGS &args) {

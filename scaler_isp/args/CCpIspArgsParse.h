@@ -12,6 +12,8 @@
 #include "scaler_isp/args/RawArgs.h"
 #include "scaler_isp/common/CCpTransform.h"
 
+struct LibraryDirectory;
+
 /// Turns one command line into the two records that the plug-ins receive.
 ///
 /// ParseArgs scans the arguments into a raw record, collects the firmware files and validates
@@ -40,6 +42,11 @@ class SCALER_ISP_API CCpIspArgsParse {
     /// `--searchfw prefix` stores the path of the settings file in the command record as soon as it
     /// is scanned, even if the line is refused later.
     int ParseArgs(int argc, const char *const *argv);
+
+    /// The same for the library itself, with its directory as the call has found it. Throws what
+    /// ParseArgs turns into 0.
+    SCALER_ISP_INTERNAL bool Parse(int argc, const char *const *argv,
+                                   const LibraryDirectory &library);
 
     /// Checks the raw record step by step and fills both records.
     int JudgeArgument(STRUCT_CP_ISP_CMD_ARGS &args);

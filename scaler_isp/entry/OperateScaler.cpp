@@ -14,7 +14,7 @@
 #include "scaler_isp/common/TextConversion.h"
 #include "scaler_isp/entry/CommandTokens.h"
 #include "scaler_isp/entry/Globals.h"
-#include "scaler_isp/entry/RunFlow.h"
+#include "scaler_isp/entry/RunReport.h"
 
 namespace {
 
@@ -54,20 +54,20 @@ class CurrentParser {
     std::unique_ptr<CCpIspArgsParse> m_parser;
 };
 
-/// Copies both judged records to the heap and carries them out.
-int Carry(const CCpIspArgsParse &parser, void *device) {
+/// Copies both validated records to the heap and runs them.
+int Run(const CCpIspArgsParse &parser, const LibraryDirectory &directory, void *device) {
     const std::unique_ptr<Command> setting(new (std::nothrow) Command(parser.GetISPCmdSetting()));
     const std::unique_ptr<SignArgs> signArgs(new (std::nothrow)
                                                  SignArgs(parser.GetDigitalSignArgs()));
     if (setting == nullptr || signArgs == nullptr) {
         return SCALER_ISP_REFUSED;
     }
-    return DoIsp(setting.get(), signArgs.get(), device);
+    return RunAndReport(setting.get(), signArgs.get(), directory, device);
 }
 
-int ParseAndRun(CurrentParser &parser, const std::string &line, void *device,
+int ParseAndRun(CurrentParser &parser, const std::string &line, const LibraryDirectory &directory,
                 ScalerIspProgressCallback progress, ScalerIspMessageCallback message) {
-    (*parser).SetCurrentDir(Utf8FromWide(g_cpStrCurDir));
+    (*parser).SetCurrentDir(Utf8FromWide(directory.strName));
     std::vector<std::string> tokens;
     if (!SplitCommandLine(line, tokens)) {
         parser.LeaveOver();
@@ -84,10 +84,12 @@ int ParseAndRun(CurrentParser &parser, const std::string &line, void *device,
                    [](const std::string &token) { return token.c_str(); });
     g_funcReturnProg = progress;
     g_funcShowMsg = message;
-    if ((*parser).ParseArgs(static_cast<int>(tokens.size()), argv.get()) == 0) {
+    if (!(*parser).Parse(static_cast<int>(tokens.size()), argv.get(), directory)) {
         return SCALER_ISP_REFUSED;
     }
-    return Carry(*parser, device);
+    // KEPT Device_handle_is_discarded: whatever the host passes, the plug-in works without a
+    // handle.
+    return Run(*parser, directory, nullptr);
 }
 
 /// The one body of both entry points.
@@ -97,9 +99,6 @@ int Operate(const wchar_t *commandLine, ScalerIspProgressCallback progress,
     if (wide.IsEmpty()) {
         return SCALER_ISP_REFUSED;
     }
-    // KEPT Device_handle_is_discarded: whatever the host passes, the plug-in works without
-    // a handle.
-    void *const device = nullptr;
     const std::string line = Utf8FromWide(wide);
     const LibraryDirectory directory = FindLibraryDirectory();
     g_cpStrCurDir = directory.strName;
@@ -112,7 +111,7 @@ int Operate(const wchar_t *commandLine, ScalerIspProgressCallback progress,
         return kNoParser;
     }
     CurrentParser parser(std::move(fresh));
-    return ParseAndRun(parser, line, device, progress, message);
+    return ParseAndRun(parser, line, directory, progress, message);
 }
 
 int Guarded(const wchar_t *commandLine, ScalerIspProgressCallback progress,

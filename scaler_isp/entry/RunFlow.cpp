@@ -14,6 +14,7 @@
 #include "scaler_isp/common/LibraryDirectory.h"
 #include "scaler_isp/common/TextConversion.h"
 #include "scaler_isp/entry/Globals.h"
+#include "scaler_isp/entry/RunReport.h"
 #include "scaler_isp/plugins/CCpIsp.h"
 #include "scaler_isp/plugins/CCpSignVerify.h"
 
@@ -69,15 +70,21 @@ constexpr DispatchRow kDispatch[] = {
     {ENUM_ACTION_GETSCALERTYPE, Call<&CCpIsp::GetScalerType>},
 };
 
+/// What the plug-ins are called, below the library's directory.
+struct PluginNames {
+    const wchar_t *pszIspPath;
+    const wchar_t *pszSignVerifyName;
+};
+
 /// One run: the records it works on and the plug-ins it has loaded. Every step returns a result
 /// code; anything but success ends the run. A step of its own that the system fails has the code
 /// that the step has anyway, so that only what plug-ins and callbacks throw leaves a run.
 class Run {
   public:
-    Run(Command &setting, SignArgs &signArgs, const wchar_t *ispPath, const wchar_t *signVerifyName,
-        void *device)
-        : m_setting(setting), m_signArgs(signArgs), m_ispPath(ispPath),
-          m_signVerifyName(signVerifyName), m_device(device) {}
+    Run(Command &setting, SignArgs &signArgs, const LibraryDirectory &directory,
+        const PluginNames &plugins, void *device)
+        : m_setting(setting), m_signArgs(signArgs), m_directory(directory), m_plugins(plugins),
+          m_device(device) {}
 
     int Execute() {
         switch (m_setting.enumActionType) {
@@ -93,19 +100,18 @@ class Run {
   private:
     /// The path of a plug-in; empty, which never loads, if the library's own directory is unknown:
     /// the plug-ins of whatever directory is current are not ours.
-    static std::string PluginPath(const wchar_t *name) {
-        const LibraryDirectory directory = FindLibraryDirectory();
-        return directory.IsKnown() ? directory.strBytes + EnvironmentTextFromWide(name)
-                                   : std::string();
+    std::string PluginPath(const wchar_t *name) const {
+        return m_directory.IsKnown() ? m_directory.strBytes + EnvironmentTextFromWide(name)
+                                     : std::string();
     }
 
     bool LoadIsp() {
-        return ResultOrOnThrow(false, [&] { return m_isp.Load(PluginPath(m_ispPath)); });
+        return ResultOrOnThrow(false, [&] { return m_isp.Load(PluginPath(m_plugins.pszIspPath)); });
     }
 
     int LoadSignVerify() {
-        const bool loaded =
-            ResultOrOnThrow(false, [&] { return m_signVerify.Load(PluginPath(m_signVerifyName)); });
+        const bool loaded = ResultOrOnThrow(
+            false, [&] { return m_signVerify.Load(PluginPath(m_plugins.pszSignVerifyName)); });
         return loaded ? SCALER_ISP_SUCCESS : SCALER_ISP_SIGN_PLUGIN_MISSING;
     }
 
@@ -195,8 +201,8 @@ class Run {
         FwBankMap files;
         FwBankMap bankMap;
         if (AddFirmwareFile(files, kBootEntry, ReadBounded(m_setting.szBootFwPath))) {
-            static_cast<void>(ExpandFirmwareFiles(
-                files, boot, Utf8FromWide(FindLibraryDirectory().strName), bankMap));
+            static_cast<void>(
+                ExpandFirmwareFiles(files, boot, Utf8FromWide(m_directory.strName), bankMap));
         }
         return CopyMapFwToCStyleStruct(boot.stMapFw, bankMap) != 0 ? SCALER_ISP_SUCCESS
                                                                    : SCALER_ISP_BOOT_MAP_TOO_LARGE;
@@ -228,20 +234,24 @@ class Run {
 
     Command &m_setting;
     SignArgs &m_signArgs;
-    const wchar_t *m_ispPath;
-    const wchar_t *m_signVerifyName;
+    const LibraryDirectory &m_directory;
+    const PluginNames &m_plugins;
     void *m_device;
     CCpIsp m_isp;
     CCpSignVerify m_signVerify;
 };
 
-int Execute(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting,
-            STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *signArgs, const wchar_t *ispPath,
-            const wchar_t *signVerifyName, void *device) {
+int Execute(Command *setting, SignArgs *signArgs, const LibraryDirectory &directory,
+            const PluginNames &plugins, void *device) {
     if (setting == nullptr || signArgs == nullptr) {
         return SCALER_ISP_NO_WORKING_COPY;
     }
-    return Run(*setting, *signArgs, ispPath, signVerifyName, device).Execute();
+    return Run(*setting, *signArgs, directory, plugins, device).Execute();
+}
+
+/// Unknown if it cannot be found, whatever the reason.
+LibraryDirectory DirectoryOrUnknown() {
+    return ResultOrOnThrow(LibraryDirectory(), [] { return FindLibraryDirectory(); });
 }
 
 } // namespace
@@ -249,12 +259,20 @@ int Execute(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting,
 int ExecuteProcess(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting,
                    STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *signArgs, CCpNxString &ispPath,
                    CCpNxString &signVerifyName, void *device) {
-    return Execute(setting, signArgs, ispPath.c_str(), signVerifyName.c_str(), device);
+    return Execute(setting, signArgs, DirectoryOrUnknown(),
+                   {ispPath.c_str(), signVerifyName.c_str()}, device);
 }
 
 int DoIsp(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting,
           STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *signArgs, void *device) {
-    const int result = Execute(setting, signArgs, STR_ISP_DLL_PATH, STR_SIGN_VERIFY_DLL, device);
+    return RunAndReport(setting, signArgs, DirectoryOrUnknown(), device);
+}
+
+int RunAndReport(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting,
+                 STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *signArgs, const LibraryDirectory &directory,
+                 void *device) {
+    const int result =
+        Execute(setting, signArgs, directory, {STR_ISP_DLL_PATH, STR_SIGN_VERIFY_DLL}, device);
     // KEPT Colour_is_reset_behind_the_line_end: the reset follows the line feed.
     if (result != SCALER_ISP_SUCCESS) {
         std::printf("\x1b[31mFail! Error Code: 0x%X\n\x1b[m", static_cast<unsigned>(result));

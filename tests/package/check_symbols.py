@@ -19,7 +19,7 @@ C_FUNCTIONS = {"OperateScaler", "OperateScalerEx"}
 NEVER = {"TCSZ_GLOBAL_SYMBOL"}
 INTERNAL_MEMBERS = re.compile(
     r"CpNxCmdLindParse::(ParseShortCmd|ParseElement|MoveOptionsForward|MissingArgument|TakeLongCmd"
-    r"|PrintAmbiguity)\(|(CCpIsp|CCpSignVerify)::Load\(")
+    r"|PrintAmbiguity)\(|(CCpIsp|CCpSignVerify)::Load\(|CCpIspArgsParse::Parse\(")
 NEEDED = re.compile(r"(libstdc\+\+|libgcc_s|libc|libm|ld-linux[\w-]*|libdl)\.so\.\d+$")
 # Locales are read from the environment by the C library.
 NEVER_CALLED = re.compile(
