@@ -134,10 +134,9 @@ TEST_F(FailingSystemTest, Failure_outside_the_heap_ends_the_call_before_any_plug
     }
 }
 
-TEST_F(FailingSystemTest,
-       Library_directory_that_cannot_be_found_during_the_run_has_the_steps_code) {
-    // The entry call asks for it first, the parser second, the run third.
-    const SystemFault fault("newlocale", EMFILE, 2);
+TEST_F(FailingSystemTest, Plugin_path_that_cannot_be_converted_has_the_code_of_a_failed_load) {
+    // The call converts its own directory first, and the name of the plug-in second.
+    const SystemFault fault("newlocale", EMFILE, 1);
     EXPECT_EQ(Operate(L"p --resetmcu"), 0xD67);
     EXPECT_EQ(out, FailLine(0xD67));
     EXPECT_THAT(module.calls, IsEmpty());
