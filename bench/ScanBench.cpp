@@ -10,7 +10,7 @@
 #include <benchmark/benchmark.h>
 
 #include "scaler_isp/args/CpNxCmdLindParse.h"
-#include "scaler_isp/args/OptionTable.h"
+#include "scaler_isp/args/CommandTables.h"
 
 namespace {
 

@@ -6,6 +6,7 @@
 
 #include "scaler_isp/abi/RecordGaps.h"
 #include "scaler_isp/args/CommandFlow.h"
+#include "scaler_isp/args/CommandTables.h"
 #include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/BoundedCopy.h"
 #include "scaler_isp/common/PathResolution.h"

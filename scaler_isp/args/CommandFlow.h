@@ -96,7 +96,6 @@ void StoreSettingFile(const ArgsDirectories &directories, std::string &givenFile
 // unless said otherwise.
 
 bool IsOneBit(std::uint32_t mask);
-ENUM_CP_ISPTOOL_ACTION_TYPE ActionOfBit(std::uint32_t bit);
 ENUM_CP_DIGITAL_SIGNATURE_TYPE SignatureTypeOfBit(std::uint32_t bit);
 ENUM_CP_MERGE_FW_INFO_MODE MergeModeOfMask(std::uint32_t mask);
 bool ConvertSignatureMode(const std::string &text, ENUM_CP_DIGITAL_SIGNATURE_SW_MODE &mode);

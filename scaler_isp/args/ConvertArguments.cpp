@@ -33,56 +33,9 @@ constexpr std::size_t kI2CHeaderValues = 2;
 constexpr std::string_view kDumpExtension = ".bin";
 constexpr const char *kDefaultDumpName = "dumpFile.bin";
 
-/// One bit of a mask and the value it stands for.
-struct BitValue {
-    std::uint32_t ulBit;
-    std::uint32_t ulValue;
-};
-
-// KEPT Factoryisp_option_has_no_action_value: the bit of --factoryisp (0x10000) converts to no
-// action, although the action itself is known everywhere else.
-constexpr BitValue kActions[] = {
-    {0x1, ENUM_ACTION_VERIFY},
-    {0x2, ENUM_ACTION_SIGN},
-    {0x4, ENUM_ACTION_ERASE},
-    {0x8, ENUM_ACTION_ISP},
-    {0x10, ENUM_ACTION_ISPUSER},
-    {0x20, ENUM_ACTION_ISPDIFF},
-    {0x40, ENUM_ACTION_ISPCOPY},
-    {0x80, ENUM_ACTION_RECORDVER},
-    {0x100, ENUM_ACTION_SRSTATUS},
-    {0x200, ENUM_ACTION_FLASHTYPE},
-    {0x400, ENUM_ACTION_READSR},
-    {0x800, ENUM_ACTION_WRITESR},
-    {0x1000, ENUM_ACTION_READSAFEGUARD},
-    {0x2000, ENUM_ACTION_WRITESAFEGUARD},
-    {0x4000, ENUM_ACTION_RESETMCU},
-    {0x8000, ENUM_ACTION_DUMPFLASH},
-    {0x20000, ENUM_ACTION_GETSTATUS},
-    {0x40000, ENUM_ACTION_USERDEFINEDINFO},
-    {0x80000, ENUM_ACTION_EDPISP},
-    {0x100000, ENUM_ACTION_ENTERISPMODE},
-    {0x200000, ENUM_ACTION_MERGEFWINFO},
-    {0x400000, ENUM_ACTION_SENDUSERDEFINEDINFO},
-    {0x800000, ENUM_ACTION_I2CWRITE},
-    {0x1000000, ENUM_ACTION_GETSCALERTYPE},
-};
-
-constexpr BitValue kVersionLocations[] = {
-    {0x1, ENUM_VER_LOC_REG},         {0x2, ENUM_VER_LOC_DDCCI},
-    {0x4, ENUM_VER_LOC_FLASH},       {0x8, ENUM_VER_LOC_FWBIN},
-    {0x10, ENUM_VER_LOC_CMD},        {0x20, ENUM_VER_LOC_FWBINCMD},
-    {0x40, ENUM_VER_LOC_COPYDIFFER}, {0x80, ENUM_VER_LOC_USERDEFINED},
-};
-
-template <std::size_t N> std::uint32_t ValueOfBit(const BitValue (&table)[N], std::uint32_t bit) {
-    for (const BitValue &row : table) {
-        if (row.ulBit == bit) {
-            return row.ulValue;
-        }
-    }
-    return 0;
-}
+// ConvertVersionLocation relies on it: the locations are numbered as their bits.
+static_assert(ENUM_VER_LOC_REG == 1 && ENUM_VER_LOC_USERDEFINED == 8);
+constexpr std::uint32_t kLastVersionLocationBit = 1U << (ENUM_VER_LOC_USERDEFINED - 1);
 
 bool ToByte(const std::string &text, unsigned char &byte) {
     int value = 0;
@@ -151,10 +104,6 @@ bool IsOneBit(std::uint32_t mask) {
     return std::popcount(mask) == 1;
 }
 
-ENUM_CP_ISPTOOL_ACTION_TYPE ActionOfBit(std::uint32_t bit) {
-    return static_cast<ENUM_CP_ISPTOOL_ACTION_TYPE>(ValueOfBit(kActions, bit));
-}
-
 ENUM_CP_DIGITAL_SIGNATURE_TYPE SignatureTypeOfBit(std::uint32_t bit) {
     return bit == 1 ? ENUM_SIGN_TYPE_SW : bit == 2 ? ENUM_SIGN_TYPE_HW : ENUM_SIGN_TYPE_NONE;
 }
@@ -199,7 +148,9 @@ bool ConvertMergeInfo(const std::string &text, STRUCT_MERGE_FW_INFO_SETTING &set
 bool ConvertVersionLocation(std::uint32_t bit, const std::string &modeText,
                             ENUM_VERSION_LOCATION_TYPE &location,
                             ENUM_USER_DEFINED_VERSION_TYPE &mode) {
-    location = static_cast<ENUM_VERSION_LOCATION_TYPE>(ValueOfBit(kVersionLocations, bit));
+    location = IsOneBit(bit) && bit <= kLastVersionLocationBit
+                   ? static_cast<ENUM_VERSION_LOCATION_TYPE>(std::bit_width(bit))
+                   : ENUM_VER_LOC_NONE;
     if (location != ENUM_VER_LOC_USERDEFINED) {
         return true;
     }

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <string>
 
-#include "scaler_isp/args/ProgrammingActions.h"
+#include "scaler_isp/args/CommandTables.h"
 #include "scaler_isp/common/FileBanks.h"
 #include "scaler_isp/common/PathResolution.h"
 #include "scaler_isp/common/TextConversion.h"
@@ -16,10 +16,15 @@ constexpr int kLastStartBank = 255;
 
 /// Whether a command of this kind writes firmware, or reads a version out of firmware files.
 bool NeedsFirmware(const CommandRecord &setting) {
-    const bool readsVersionOfFile = setting.enumActionType == ENUM_ACTION_RECORDVER &&
-                                    (setting.enumVersionLocationType == ENUM_VER_LOC_FWBIN ||
-                                     setting.enumVersionLocationType == ENUM_VER_LOC_FWBINCMD);
-    return readsVersionOfFile || ProgramsFirmware(setting.enumActionType);
+    switch (RowOfAction(setting.enumActionType).enumFiles) {
+    case ActionFiles::PROGRAM:
+        return true;
+    case ActionFiles::READ_VERSION:
+        return setting.enumVersionLocationType == ENUM_VER_LOC_FWBIN ||
+               setting.enumVersionLocationType == ENUM_VER_LOC_FWBINCMD;
+    default:
+        return false;
+    }
 }
 
 /// Whether none of the banks [first, first + count) is in the map; bank numbers wrap at 32 bits.

@@ -4,9 +4,10 @@
 #include <array>
 #include <cstdio>
 #include <string>
+#include <string_view>
 
+#include "scaler_isp/args/CommandTables.h"
 #include "scaler_isp/args/CpNxCmdLindParse.h"
-#include "scaler_isp/args/OptionTable.h"
 
 namespace {
 
@@ -16,7 +17,21 @@ constexpr int kEngineError = '?';
 
 constexpr int kUserDefinedBit = 0x80;
 constexpr int kWriteBit = 2;
-constexpr std::uint32_t kMergeFwInfoBit = 0x200000;
+
+/// The position of a word in a list with single spaces between the words, 1 first; 0 if it is not
+/// one of them.
+std::uint32_t PositionOfKeyword(std::string_view keywords, std::string_view word) {
+    for (std::uint32_t position = 1;; ++position) {
+        const std::size_t end = keywords.find(' ');
+        if (keywords.substr(0, end) == word) {
+            return position;
+        }
+        if (end == std::string_view::npos) {
+            return 0;
+        }
+        keywords.remove_prefix(end + 1);
+    }
+}
 
 /// One scan of one command line. Each handler returns whether the line is still accepted.
 class ArgumentScan {
@@ -91,7 +106,8 @@ class ArgumentScan {
         if (Flag(OptionGroup::VersionLocation) == kUserDefinedBit) {
             m_args.strUserDefinedVerMode = Argument();
         }
-        if (m_args.ulActionMask == kMergeFwInfoBit && Flag(OptionGroup::MergeInfoRw) == kWriteBit) {
+        if (ActionOfBit(m_args.ulActionMask) == ENUM_ACTION_MERGEFWINFO &&
+            Flag(OptionGroup::MergeInfoRw) == kWriteBit) {
             m_args.strMergeWriteData = Argument();
         }
     }
@@ -119,14 +135,12 @@ class ArgumentScan {
     }
 
     bool ApplyKeyword(const OptionRow &row, const std::string &argument) {
-        const auto keyword =
-            std::find_if(row.keywords.begin(), row.keywords.end(),
-                         [&](const OptionKeyword &known) { return known.strWord == argument; });
-        if (keyword == row.keywords.end()) {
+        const std::uint32_t position = PositionOfKeyword(row.pszKeywords, argument);
+        if (position == 0) {
             std::fputs(row.pszKeywordError, stdout);
             return false;
         }
-        m_args.*row.pNumber = keyword->ulValue;
+        m_args.*row.pNumber = position;
         return true;
     }
 

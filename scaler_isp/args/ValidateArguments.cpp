@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <string_view>
 
-#include "scaler_isp/args/ProgrammingActions.h"
+#include "scaler_isp/args/CommandTables.h"
 #include "scaler_isp/common/BoundedCopy.h"
 #include "scaler_isp/common/PathResolution.h"
 #include "scaler_isp/common/TextConversion.h"
@@ -119,11 +119,6 @@ Verdict SignatureTexts(Validation &v) {
     return Verdict::Continue;
 }
 
-/// Actions that a digital signature may go with.
-bool MayBeSigned(ENUM_CP_ISPTOOL_ACTION_TYPE action) {
-    return action == ENUM_ACTION_VERIFY || action == ENUM_ACTION_SIGN || ProgramsFirmware(action);
-}
-
 /// The files of a software signature that is verified before the firmware is programmed.
 Verdict SignatureFilesOfProgramming(Validation &v) {
     v.sign.enumSignActionType = ENUM_SIGN_ACTION_VERIFY;
@@ -145,10 +140,11 @@ Verdict SignatureFiles(Validation &v) {
         return Verdict::Continue;
     }
     const ENUM_CP_ISPTOOL_ACTION_TYPE action = v.setting.enumActionType;
-    if (!MayBeSigned(action)) {
+    const ActionRow &row = RowOfAction(action);
+    if (!row.MayBeSigned()) {
         return Refuse("Digital signature type should not be defined only when program fw!\n");
     }
-    if (action == ENUM_ACTION_SIGN || action == ENUM_ACTION_VERIFY) {
+    if (row.OnlySigns()) {
         v.sign.enumSignActionType =
             action == ENUM_ACTION_SIGN ? ENUM_SIGN_ACTION_SIGN : ENUM_SIGN_ACTION_VERIFY;
         return CheckSignatureArguments(v.directories.strCurrent, v.sign) ? Verdict::Accepted
@@ -208,17 +204,18 @@ Verdict Switches(Validation &v) {
 }
 
 Verdict ActionArguments(Validation &v) {
-    switch (v.setting.enumActionType) {
-    case ENUM_ACTION_ISPUSER:
+    switch (RowOfAction(v.setting.enumActionType).enumReads) {
+    case ActionReads::USER_FLAG:
         return ContinueIf(
             ConvertUserFlag(v.args.strFlagAddr, v.args.strFlagData, v.setting.stFlagSetting));
-    case ENUM_ACTION_DUMPFLASH:
+    case ActionReads::DUMP_RANGE:
         return ContinueIf(ConvertDumpRange(v.args, v.setting.stDumpFlash));
-    case ENUM_ACTION_I2CWRITE:
+    case ActionReads::I2C_BYTES:
         return ContinueIf(ConvertI2CWrite(v.args, v.setting.stI2CWrite));
-    default:
-        return Verdict::Continue;
+    case ActionReads::NOTHING:
+        break;
     }
+    return Verdict::Continue;
 }
 
 Verdict SettingFile(Validation &v) {

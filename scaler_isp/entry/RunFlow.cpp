@@ -1,6 +1,8 @@
 #include "scaler_isp/entry/RunFlow.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <memory>
 #include <new>
 #include <string>
@@ -29,7 +31,7 @@ constexpr unsigned int kBootEntry = 0;
 constexpr std::size_t kKeyBufferBytes = 4096;
 static_assert(kKeyBufferBytes > SCALER_ISP_FLASH_KEY_BYTES);
 
-template <int (CCpIsp::*Wrapper)(Command *)> int Call(CCpIsp &isp, Command *setting) {
+template <int (CCpIsp::*Wrapper)(Command *)> int CallIsp(CCpIsp &isp, Command *setting) {
     return (isp.*Wrapper)(setting);
 }
 
@@ -44,31 +46,53 @@ int CallMergeFwInfo(CCpIsp &isp, Command *setting) {
     }
 }
 
-/// One row an action: the call that carries it out. An action without a row ends with success.
-struct DispatchRow {
-    ENUM_CP_ISPTOOL_ACTION_TYPE enumAction;
-    int (*pfnCall)(CCpIsp &, Command *);
+int CallSignVerify(int (CCpSignVerify::*wrapper)(const SignArgs *), CCpSignVerify &plugin,
+                   SignArgs *args) {
+    return (plugin.*wrapper)(args);
+}
+
+/// Without a key from the flash.
+int CallSignVerify(int (CCpSignVerify::*wrapper)(const SignArgs *, char *), CCpSignVerify &plugin,
+                   SignArgs *args) {
+    return (plugin.*wrapper)(args, nullptr);
+}
+
+template <auto Wrapper> int CallSignVerify(CCpSignVerify &plugin, SignArgs *args) {
+    return CallSignVerify(Wrapper, plugin, args);
+}
+
+/// What runs an action: one call of one of the plug-ins, or neither.
+struct ActionCall {
+    ENUM_CP_ISPTOOL_ACTION_TYPE enumAction = ENUM_ACTION_NONE;
+    int (*pfnIsp)(CCpIsp &, Command *) = nullptr;
+    int (*pfnSignVerify)(CCpSignVerify &, SignArgs *) = nullptr;
 };
 
-constexpr DispatchRow kDispatch[] = {
-    {ENUM_ACTION_ISP, Call<&CCpIsp::IspFlash>},
-    {ENUM_ACTION_ISPUSER, Call<&CCpIsp::IspFlash>},
-    {ENUM_ACTION_ISPDIFF, Call<&CCpIsp::IspFlash>},
-    {ENUM_ACTION_ISPCOPY, Call<&CCpIsp::IspFlash>},
-    {ENUM_ACTION_FACTORYISP, Call<&CCpIsp::IspFlash>},
-    {ENUM_ACTION_RECORDVER, Call<&CCpIsp::RecordFWVersion>},
-    {ENUM_ACTION_GETSTATUS, Call<&CCpIsp::GetFWInfo>},
-    {ENUM_ACTION_DUMPFLASH, Call<&CCpIsp::DumpFlash>},
-    {ENUM_ACTION_USERDEFINEDINFO, Call<&CCpIsp::GetUserDefinedInfoFromDDCCI>},
-    {ENUM_ACTION_ERASE, Call<&CCpIsp::ChipEraseFlash>},
-    {ENUM_ACTION_EDPISP, Call<&CCpIsp::IspEeprom>},
-    {ENUM_ACTION_ENTERISPMODE, Call<&CCpIsp::EnterISPModeExport>},
-    {ENUM_ACTION_RESETMCU, Call<&CCpIsp::ResetMCUExport>},
-    {ENUM_ACTION_MERGEFWINFO, CallMergeFwInfo},
-    {ENUM_ACTION_SENDUSERDEFINEDINFO, Call<&CCpIsp::SendUserDefinedInfo>},
-    {ENUM_ACTION_I2CWRITE, Call<&CCpIsp::I2CWriteExport>},
-    {ENUM_ACTION_GETSCALERTYPE, Call<&CCpIsp::GetScalerType>},
+// The column CALL of actions.def. Six actions (srstatus to writesafeguard) have no plug-in function
+// and hosts expect success from them: NO_CALL is not an error. The functions of NEVER_RESOLVED are
+// called all the same; their wrappers return 6, because no load ever looks them up.
+#define CALL(FUNCTION) CallIsp<&CCpIsp::FUNCTION>, nullptr
+#define NEVER_RESOLVED(FUNCTION) CallIsp<&CCpIsp::FUNCTION>, nullptr
+#define MERGE_INFO CallMergeFwInfo, nullptr
+#define SIGN_VERIFY(FUNCTION) nullptr, CallSignVerify<&CCpSignVerify::FUNCTION>
+#define NO_CALL nullptr, nullptr
+constexpr ActionCall kActionCalls[] = {
+#define SCALER_ISP_ACTION(NAME, BIT, ENUMERATOR, FILES, READS, ACTION_CALL, ...)                   \
+    {ENUMERATOR, ACTION_CALL},
+#include "scaler_isp/args/actions.def"
 };
+#undef CALL
+#undef NEVER_RESOLVED
+#undef MERGE_INFO
+#undef SIGN_VERIFY
+#undef NO_CALL
+
+/// The call of an action; neither plug-in for one without a row.
+ActionCall CallOfAction(ENUM_CP_ISPTOOL_ACTION_TYPE action) {
+    const auto *call = std::find_if(std::begin(kActionCalls), std::end(kActionCalls),
+                                    [=](const ActionCall &c) { return c.enumAction == action; });
+    return call != std::end(kActionCalls) ? *call : ActionCall();
+}
 
 /// What the plug-ins are called, below the library's directory.
 struct PluginNames {
@@ -87,14 +111,8 @@ class Run {
           m_device(device) {}
 
     int Execute() {
-        switch (m_setting.enumActionType) {
-        case ENUM_ACTION_VERIFY:
-            return Verify();
-        case ENUM_ACTION_SIGN:
-            return Sign();
-        default:
-            return Operate();
-        }
+        const ActionCall call = CallOfAction(m_setting.enumActionType);
+        return call.pfnSignVerify != nullptr ? SignOrVerify(call) : Operate(call);
     }
 
   private:
@@ -115,18 +133,13 @@ class Run {
         return loaded ? SCALER_ISP_SUCCESS : SCALER_ISP_SIGN_PLUGIN_MISSING;
     }
 
-    int Verify() {
+    int SignOrVerify(const ActionCall &call) {
         const int result = LoadSignVerify();
         return result != SCALER_ISP_SUCCESS ? result
-                                            : m_signVerify.VerifySignature(&m_signArgs, nullptr);
+                                            : call.pfnSignVerify(m_signVerify, &m_signArgs);
     }
 
-    int Sign() {
-        const int result = LoadSignVerify();
-        return result != SCALER_ISP_SUCCESS ? result : m_signVerify.SignFw(&m_signArgs);
-    }
-
-    int Operate() {
+    int Operate(const ActionCall &call) {
         if (!LoadIsp()) {
             return SCALER_ISP_PLUGIN_NOT_LOADED;
         }
@@ -139,7 +152,9 @@ class Run {
         if (result != SCALER_ISP_SUCCESS) {
             return result; // the plug-in stays loaded
         }
-        result = Dispatch();
+        if (call.pfnIsp != nullptr) {
+            result = call.pfnIsp(m_isp, &m_setting);
+        }
         m_isp.FreeIspDllFile();
         return result;
     }
@@ -206,15 +221,6 @@ class Run {
         }
         return CopyMapFwToCStyleStruct(boot.stMapFw, bankMap) != 0 ? SCALER_ISP_SUCCESS
                                                                    : SCALER_ISP_BOOT_MAP_TOO_LARGE;
-    }
-
-    int Dispatch() {
-        for (const DispatchRow &row : kDispatch) {
-            if (row.enumAction == m_setting.enumActionType) {
-                return row.pfnCall(m_isp, &m_setting);
-            }
-        }
-        return SCALER_ISP_SUCCESS;
     }
 
     /// A device behind a hub has another handle after the chip was touched. With OperateScaler

@@ -2,7 +2,7 @@
 
 #include "OptionList.h"
 #include "ParserFixture.h"
-#include "scaler_isp/args/OptionTable.h"
+#include "scaler_isp/args/CommandTables.h"
 
 namespace {
 

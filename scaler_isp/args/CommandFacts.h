@@ -1,0 +1,400 @@
+#ifndef SCALER_ISP_ARGS_COMMAND_FACTS_H
+#define SCALER_ISP_ARGS_COMMAND_FACTS_H
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "scaler_isp/abi/CommandSetting.h"
+#include "scaler_isp/args/RawArgs.h"
+
+/// \file
+/// All columns of options.def and actions.def as constant arrays, and the evaluation of the columns
+/// NEEDS, EXCLUDES and GOES_WITH: for programs that explain or check a command line. Header only.
+/// The library itself must not include it, so that none of these strings is part of it.
+
+namespace ScalerIspFacts {
+
+enum class Group : std::uint8_t { None, Action, SignType, VersionLocation, MergeInfoRw };
+enum class Kind : std::uint8_t { Flag, Text, Number, Keyword, Firmware, Bank, Search };
+
+/// The column EFFECT.
+struct Effect {
+    Kind kind = Kind::Flag;
+    Group group = Group::None;
+    int number = 0; ///< the bit of a flag option, else the id
+    unsigned int entry = 0;
+    std::string_view keywords; ///< separated by single spaces
+};
+
+/// One row of options.def. A row that is like another one has that one's texts.
+struct OptionFacts {
+    std::string_view name; ///< without the dashes
+    bool takesValue = false;
+    Effect effect;
+    std::string_view section;
+    std::string_view form;
+    std::string_view meaning;
+    std::string_view needs;
+    std::string_view excludes;
+    std::string_view goesWith;
+    std::string_view like; ///< the option whose texts these are; empty: its own
+};
+
+/// One row of actions.def, without the columns that options.def repeats.
+struct ActionFacts {
+    std::string_view name;
+    std::uint32_t bit = 0;
+    ENUM_CP_ISPTOOL_ACTION_TYPE action = ENUM_ACTION_NONE;
+    std::string_view files; ///< the column FILES as it is written
+    std::string_view reads; ///< the column READS as it is written
+    std::string_view call;  ///< the column CALL as it is written
+};
+
+struct ConditionFacts {
+    std::string_view name;
+    std::string_view expression; ///< empty: built in
+    std::string_view words;
+};
+
+namespace Detail {
+
+using Args = STRUCT_CP_ISP_CMD_ARGS;
+using enum Group;
+
+constexpr bool VALUE = true;
+constexpr bool NO_VALUE = false;
+
+constexpr Effect Flag(Group group, int bit) {
+    return {Kind::Flag, group, bit, 0, {}};
+}
+constexpr Effect Text(int id, std::string Args::* /*text*/) {
+    return {Kind::Text, None, id, 0, {}};
+}
+constexpr Effect Number(int id, std::uint32_t Args::* /*number*/, std::uint32_t /*value*/) {
+    return {Kind::Number, None, id, 0, {}};
+}
+constexpr Effect Keyword(int id, std::uint32_t Args::* /*number*/, std::string_view keywords,
+                         std::string_view /*error*/) {
+    return {Kind::Keyword, None, id, 0, keywords};
+}
+constexpr Effect Firmware(int id, unsigned int entry) {
+    return {Kind::Firmware, None, id, entry, {}};
+}
+constexpr Effect Bank(int id, unsigned int entry) {
+    return {Kind::Bank, None, id, entry, {}};
+}
+constexpr Effect Search(int id) {
+    return {Kind::Search, None, id, 0, {}};
+}
+
+inline constexpr OptionFacts kWrittenOptions[] = {
+#define SCALER_ISP_OPTION(NAME, ARGUMENT, EFFECT, SECTION, FORM, MEANING, NEEDS, EXCLUDES,         \
+                          GOES_WITH)                                                               \
+    {NAME, ARGUMENT, EFFECT, SECTION, FORM, MEANING, NEEDS, EXCLUDES, GOES_WITH, ""},
+#define SCALER_ISP_OPTION_LIKE(NAME, ARGUMENT, EFFECT, LIKE)                                       \
+    {NAME, ARGUMENT, EFFECT, "", "", "", "", "", "", LIKE},
+#include "scaler_isp/args/options.def"
+};
+
+/// A row with the texts of the row that it is like.
+constexpr OptionFacts WithTexts(OptionFacts row) {
+    for (const OptionFacts &model : kWrittenOptions) {
+        if (!row.like.empty() && model.name == row.like) {
+            row.section = model.section;
+            row.form = model.form;
+            row.meaning = model.meaning;
+            row.needs = model.needs;
+            row.excludes = model.excludes;
+            row.goesWith = model.goesWith;
+        }
+    }
+    return row;
+}
+
+} // namespace Detail
+
+/// All options in the order of registration.
+inline constexpr auto kOptions = [] {
+    std::array<OptionFacts, std::size(Detail::kWrittenOptions)> rows{};
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        rows[i] = Detail::WithTexts(Detail::kWrittenOptions[i]);
+    }
+    return rows;
+}();
+
+inline constexpr ActionFacts kActions[] = {
+#define SCALER_ISP_ACTION(NAME, BIT, ENUMERATOR, FILES, READS, CALL, ...)                          \
+    {NAME, BIT, ENUMERATOR, #FILES, #READS, #CALL},
+#include "scaler_isp/args/actions.def"
+};
+
+inline constexpr ConditionFacts kConditions[] = {
+#define SCALER_ISP_OPTION(...)
+#define SCALER_ISP_CONDITION(NAME, EXPRESSION, WORDS) {NAME, EXPRESSION, WORDS},
+#include "scaler_isp/args/options.def"
+};
+
+namespace Detail {
+
+template <class Rows>
+constexpr auto FindByName(const Rows &rows, std::string_view name) -> decltype(std::data(rows)) {
+    for (const auto &row : rows) {
+        if (row.name == name) {
+            return &row;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace Detail
+
+/// The row with this name, or null.
+constexpr const OptionFacts *FindOption(std::string_view name) {
+    return Detail::FindByName(kOptions, name);
+}
+constexpr const ActionFacts *FindAction(std::string_view name) {
+    return Detail::FindByName(kActions, name);
+}
+constexpr const ConditionFacts *FindCondition(std::string_view name) {
+    return Detail::FindByName(kConditions, name);
+}
+
+/// One option of a command line: a whole name without the dashes, and its value if it takes one.
+struct GivenOption {
+    std::string_view name;
+    std::string_view value = {};
+};
+
+/// One command line in its order, with the position of the option that is looked at.
+struct GivenLine {
+    std::span<const GivenOption> options;
+    std::size_t self = 0;
+};
+
+namespace Detail {
+
+/// Splits an expression; what a part means is up to the class that walks through it.
+class Scanner {
+  public:
+    constexpr explicit Scanner(std::string_view text) : m_rest(text) {
+        SkipSpaces();
+    }
+
+    constexpr bool AtEnd() const {
+        return m_rest.empty();
+    }
+
+    constexpr bool Accept(std::string_view token) {
+        if (!m_rest.starts_with(token)) {
+            return false;
+        }
+        m_rest.remove_prefix(token.size());
+        SkipSpaces();
+        return true;
+    }
+
+    /// A name or a value; empty if there is none.
+    constexpr std::string_view Word() {
+        std::size_t length = 0;
+        while (length < m_rest.size() && IsWordCharacter(m_rest[length])) {
+            ++length;
+        }
+        const std::string_view word = m_rest.substr(0, length);
+        m_rest.remove_prefix(length);
+        SkipSpaces();
+        return word;
+    }
+
+  private:
+    static constexpr bool IsWordCharacter(char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+               c == '_';
+    }
+
+    constexpr void SkipSpaces() {
+        while (m_rest.starts_with(' ')) {
+            m_rest.remove_prefix(1);
+        }
+    }
+
+    std::string_view m_rest;
+};
+
+constexpr bool IsCondition(std::string_view word) {
+    return !word.empty() && word[0] >= 'A' && word[0] <= 'Z';
+}
+
+/// Evaluates expressions for one line. Every part is read, also if the result is already known, so
+/// that a mistake anywhere in an expression is found.
+class Evaluator {
+  public:
+    constexpr explicit Evaluator(GivenLine line) : m_line(line) {}
+
+    /// False for an empty expression.
+    constexpr bool Holds(std::string_view expression) {
+        Scanner scanner(expression);
+        if (scanner.AtEnd()) {
+            return false;
+        }
+        const bool holds = All(scanner);
+        m_isValid = m_isValid && scanner.AtEnd();
+        return holds;
+    }
+
+    /// Whether every expression so far was well-formed and named options and conditions that exist.
+    constexpr bool IsValid() const {
+        return m_isValid;
+    }
+
+  private:
+    enum class Side : std::uint8_t { Any, Left, Right };
+
+    constexpr bool All(Scanner &scanner) {
+        bool holds = One(scanner);
+        while (scanner.Accept(",")) {
+            const bool next = One(scanner);
+            holds = holds && next;
+        }
+        return holds;
+    }
+
+    constexpr bool One(Scanner &scanner) {
+        bool holds = Term(scanner);
+        while (scanner.Accept("|")) {
+            const bool next = Term(scanner);
+            holds = holds || next;
+        }
+        return holds;
+    }
+
+    constexpr bool Term(Scanner &scanner) {
+        if (scanner.Accept("!")) {
+            return !Term(scanner);
+        }
+        if (scanner.Accept("(")) {
+            const bool holds = All(scanner);
+            m_isValid = scanner.Accept(")") && m_isValid;
+            return holds;
+        }
+        const Side side = scanner.Accept("after ")    ? Side::Left
+                          : scanner.Accept("before ") ? Side::Right
+                                                      : Side::Any;
+        const std::string_view name = scanner.Word();
+        if (IsCondition(name)) {
+            return Condition(name);
+        }
+        m_isValid = m_isValid && FindOption(name) != nullptr;
+        const bool hasValue = scanner.Accept("=");
+        return IsGiven(name, hasValue, hasValue ? scanner.Word() : std::string_view(), side);
+    }
+
+    constexpr bool IsGiven(std::string_view name, bool hasValue, std::string_view value,
+                           Side side) const {
+        for (std::size_t i = 0; i < m_line.options.size(); ++i) {
+            const GivenOption &option = m_line.options[i];
+            const bool isOnSide =
+                side == Side::Any || (side == Side::Left ? i < m_line.self : i > m_line.self);
+            if (isOnSide && option.name == name && (!hasValue || option.value == value)) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    constexpr bool Condition(std::string_view name) {
+        const ConditionFacts *condition = FindCondition(name);
+        if (condition == nullptr) {
+            m_isValid = false;
+            return false;
+        }
+        if (!condition->expression.empty()) {
+            return Holds(condition->expression);
+        }
+        if (name == "ANOTHER") {
+            return HasAnother();
+        }
+        if (name == "OWN_FILE") {
+            return HasOwnFile();
+        }
+        return name != "NEVER" && HasActionWithFiles(name);
+    }
+
+    constexpr const OptionFacts *Self() const {
+        return m_line.self < m_line.options.size() ? FindOption(m_line.options[m_line.self].name)
+                                                   : nullptr;
+    }
+
+    constexpr bool HasAnother() const {
+        const OptionFacts *self = Self();
+        for (const GivenOption &option : m_line.options) {
+            const OptionFacts *facts = FindOption(option.name);
+            if (self != nullptr && facts != nullptr && facts->name != self->name &&
+                facts->effect.group != None && facts->effect.group == self->effect.group) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    constexpr bool HasOwnFile() const {
+        const OptionFacts *self = Self();
+        for (const GivenOption &option : m_line.options) {
+            const OptionFacts *facts = FindOption(option.name);
+            if (self != nullptr && facts != nullptr && facts->effect.entry == self->effect.entry &&
+                (facts->effect.kind == Kind::Firmware || facts->effect.kind == Kind::Search)) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    constexpr bool HasActionWithFiles(std::string_view files) const {
+        for (const GivenOption &option : m_line.options) {
+            const ActionFacts *action = FindAction(option.name);
+            if (action != nullptr && action->files == files) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    GivenLine m_line;
+    bool m_isValid = true;
+};
+
+} // namespace Detail
+
+/// Whether the option has what it needs on this line.
+constexpr bool HasNeeds(const OptionFacts &option, GivenLine line) {
+    return option.needs.empty() || Detail::Evaluator(line).Holds(option.needs);
+}
+
+/// Whether something on this line excludes the option.
+constexpr bool IsExcluded(const OptionFacts &option, GivenLine line) {
+    return Detail::Evaluator(line).Holds(option.excludes);
+}
+
+/// Whether the line has what the option is meant for.
+constexpr bool HasCompany(const OptionFacts &option, GivenLine line) {
+    return option.goesWith.empty() || Detail::Evaluator(line).Holds(option.goesWith);
+}
+
+/// Whether the line has what the expression says; false for an empty expression.
+constexpr bool Holds(std::string_view expression, GivenLine line) {
+    return Detail::Evaluator(line).Holds(expression);
+}
+
+/// Whether the expression is empty or well-formed, and names options and conditions that exist.
+constexpr bool IsValidExpression(std::string_view expression) {
+    Detail::Evaluator evaluator(GivenLine{});
+    static_cast<void>(evaluator.Holds(expression));
+    return evaluator.IsValid();
+}
+
+} // namespace ScalerIspFacts
+
+#endif
