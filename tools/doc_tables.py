@@ -5,15 +5,24 @@
     | ... |
     <!-- end of table -->
 
-The name behind "table:" is one of TABLES, or "options" and a purpose of args/OptionTable.cpp; read are
+The name after "table:" is one of TABLES, or "options" and a section of args/options.def; the pages are
 docs/*.md. docs/options.md must explain every option, and name none that does not exist.
+
+usage: doc_tables.py [--check] [--program PATH]
+
+The tables of options are printed by tools/option_tables.cpp, which expands args/options.def; --program
+names a build of it, otherwise it is compiled with $CXX (c++).
 """
 
-import functools
+import argparse
+import os
+import pathlib
 import re
+import subprocess
 import sys
+import tempfile
 
-import option_rows
+import option_names
 from tracked import ROOT, report
 
 BLOCK = re.compile(r"(<!-- table: (?P<name>[a-zA-Z0-9 ]+) -->\n).*?(<!-- end of table -->\n)", re.DOTALL)
@@ -65,49 +74,56 @@ def keys(source):
         yield f"| `{section}` | `{field}` | {number(default or '0')} |\n"
 
 
-def options(entries):
-    """The options of one purpose."""
-    yield "| option | value | meaning | with |\n|---|---|---|---|\n"
-    for entry in entries:
-        names = ", ".join(f"`--{name}`" for name in entry.names)
-        yield f"| {names} | {entry.value} | {entry.meaning} | {entry.also} |\n"
+def printed_parts(program):
+    """{heading: text} of what tools/option_tables.cpp prints."""
+    with tempfile.TemporaryDirectory() as folder:
+        if program is None:
+            program = pathlib.Path(folder) / "option_tables"
+            subprocess.run([os.environ.get("CXX", "c++"), "-std=c++20", "-I", ROOT,
+                            ROOT / "tools/option_tables.cpp", "-o", program], check=True)
+        text = subprocess.run([program], stdout=subprocess.PIPE, text=True, check=True).stdout
+    parts = (part.split("\n", 1) for part in text.removeprefix("== ").split("\n== "))
+    return {heading: body.rstrip("\n") + "\n" for heading, body in parts}
 
 
-OPTIONS, OPTION_PROBLEMS = option_rows.all_options()
 TABLES = {
     "opcodes": opcodes,
     "command keys": lambda: keys("settings/CommandSettingStore.cpp"),
     "switch keys": lambda: keys("settings/UiSetting.cpp"),
-} | {
-    f"options {purpose}": functools.partial(
-        options, [entry for entry in OPTIONS if entry.purpose == purpose])
-    for purpose in {entry.purpose for entry in OPTIONS}
 }
 
 
 def main():
-    problems, found = list(OPTION_PROBLEMS), set()
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--check", action="store_true")
+    parser.add_argument("--program", type=pathlib.Path)
+    given = parser.parse_args()
+    parts = printed_parts(given.program)
+    names = parts["option names"].split()
+    tables = TABLES | {heading: lambda text=text: text for heading, text in parts.items()
+                       if heading.startswith("options ")}
+    problems, found = [], set()
     for page in sorted(ROOT.glob("docs/*.md")):
         before = page.read_text()
 
         def renewed(block):
             found.add(block["name"])
-            if block["name"] not in TABLES:
+            if block["name"] not in tables:
                 problems.append(f"{page.relative_to(ROOT)}: there is no table '{block['name']}'")
                 return block[0]
-            return block[1] + "".join(TABLES[block["name"]]()) + block[3]
+            return block[1] + "".join(tables[block["name"]]()) + block[3]
 
         after = BLOCK.sub(renewed, before)
         if after == before:
             continue
-        if "--check" in sys.argv[1:]:
+        if given.check:
             problems.append(f"{page.relative_to(ROOT)} is out of date: run tools/doc_tables.py")
         else:
             page.write_text(after)
-    problems += option_rows.problems_of_page(
-        "docs/options.md", (ROOT / "docs/options.md").read_text(),
-        [name for entry in OPTIONS for name in entry.names], option_rows.console_options())
-    problems += [f"no page shows the table '{name}'" for name in sorted(TABLES.keys() - found)]
+    problems += option_names.problems_of_page(
+        "docs/options.md", (ROOT / "docs/options.md").read_text(), names,
+        option_names.console_options())
+    problems += [f"no page shows the table '{name}'" for name in sorted(tables.keys() - found)]
     for name, rows, least in (("opcodes", opcodes, 27),
                               ("command keys", TABLES["command keys"], 12),
                               ("switch keys", TABLES["switch keys"], 8)):

@@ -366,6 +366,73 @@ class Evaluator {
     bool m_isValid = true;
 };
 
+/// Puts a valid expression into words.
+class Describer {
+  public:
+    explicit Describer(Group group) : m_group(group) {}
+
+    std::string All(Scanner &scanner) const {
+        std::string text = One(scanner);
+        bool hasChoice = text.find(" or ") != std::string::npos;
+        std::string rest;
+        while (scanner.Accept(",")) {
+            const std::string next = One(scanner);
+            hasChoice = hasChoice || next.find(" or ") != std::string::npos;
+            rest += '\n' + next;
+        }
+        for (const char c : rest) {
+            // A comma where "and" could be read as part of the choice before it.
+            text += c != '\n' ? std::string(1, c) : hasChoice ? ", and " : " and ";
+        }
+        return text;
+    }
+
+  private:
+    std::string One(Scanner &scanner) const {
+        std::string text = Term(scanner);
+        while (scanner.Accept("|")) {
+            text += " or " + Term(scanner);
+        }
+        return text;
+    }
+
+    std::string Term(Scanner &scanner) const {
+        if (scanner.Accept("!")) {
+            return "no " + Term(scanner);
+        }
+        if (scanner.Accept("(")) {
+            const std::string inner = All(scanner);
+            scanner.Accept(")");
+            return "(" + inner + ")";
+        }
+        const char *side = scanner.Accept("after ")    ? " before it"
+                           : scanner.Accept("before ") ? " after it"
+                                                       : "";
+        const std::string_view name = scanner.Word();
+        if (IsCondition(name)) {
+            return WordsOf(name);
+        }
+        std::string text = "--" + std::string(name);
+        if (scanner.Accept("=")) {
+            text += "=" + std::string(scanner.Word());
+        }
+        return text + side;
+    }
+
+    std::string WordsOf(std::string_view condition) const {
+        if (condition == "ANOTHER" && m_group == SignType) {
+            return "the other signature type";
+        }
+        if (condition == "ANOTHER" && m_group == VersionLocation) {
+            return "another location";
+        }
+        const ConditionFacts *facts = FindCondition(condition);
+        return std::string(facts != nullptr ? facts->words : condition);
+    }
+
+    Group m_group;
+};
+
 } // namespace Detail
 
 /// Whether the option has what it needs on this line.
@@ -393,6 +460,12 @@ constexpr bool IsValidExpression(std::string_view expression) {
     Detail::Evaluator evaluator(GivenLine{});
     static_cast<void>(evaluator.Holds(expression));
     return evaluator.IsValid();
+}
+
+/// An expression of this option in words, such as "--fw or --searchfw, and --signfile".
+inline std::string Describe(const OptionFacts &option, std::string_view expression) {
+    Detail::Scanner scanner(expression);
+    return scanner.AtEnd() ? std::string() : Detail::Describer(option.effect.group).All(scanner);
 }
 
 } // namespace ScalerIspFacts
