@@ -48,7 +48,7 @@ ResultWords WordsOfResult(int code, bool pluginCalled) {
         return {"SCALER_ISP_REFUSED", pluginCalled ? kGaveUp : kRefused};
     }
     switch (code) {
-#define ISPCTL_RESULT_CASE(NAME, VALUE, MEANING)                                                   \
+#define ISPCTL_RESULT_CASE(NAME, VALUE, MEANING, CAUSE, REMEDY)                                    \
     case VALUE:                                                                                    \
         return {#NAME, MEANING};
         SCALER_ISP_RESULT_CODES(ISPCTL_RESULT_CASE)

@@ -133,7 +133,7 @@ void PrintStrings() {
     std::puts("== strings for people");
     const auto print = [](std::string_view text) {
         // Shorter ones may be part of other strings.
-        constexpr std::size_t kShortest = 12;
+        constexpr std::size_t kShortest = 20;
         if (text.size() >= kShortest) {
             std::printf("%.*s\n", static_cast<int>(text.size()), text.data());
         }

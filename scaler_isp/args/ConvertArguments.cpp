@@ -55,9 +55,20 @@ bool ToUnsigned(const std::string &text, std::uint32_t &number) {
     return true;
 }
 
-void PrintLengthError(std::size_t count, std::size_t limit) {
-    std::printf("Input Flag Length: 0x%x ,Max Flag Count: 0x%x", static_cast<unsigned>(count),
-                static_cast<unsigned>(limit));
+/// Appends one byte of the merge info. A byte too many is counted, and reported, but not stored.
+bool AppendMergeByte(const std::string &piece, STRUCT_MERGE_FW_INFO_SETTING &setting) {
+    unsigned char byte = 0;
+    if (!ToByte(piece, byte)) {
+        return false;
+    }
+    const std::uint32_t count = setting.ulMergeDataCount++;
+    if (count >= SCALER_ISP_MAX_MERGE_BYTES) {
+        std::printf("Input Flag Length: 0x%x ,Max Flag Count: 0x%x", setting.ulMergeDataCount,
+                    static_cast<unsigned>(SCALER_ISP_MAX_MERGE_BYTES));
+        return false;
+    }
+    setting.ucMergeData[count] = byte;
+    return true;
 }
 
 /// The mode of --dsmode; 0 for an empty text, which is accepted, and -1 where it is refused.
@@ -125,19 +136,8 @@ bool ConvertMergeInfo(const std::string &text, STRUCT_MERGE_FW_INFO_SETTING &set
         return true;
     }
     setting = STRUCT_MERGE_FW_INFO_SETTING();
-    std::size_t count = 0;
     for (const std::string &piece : SplitText(text, ".")) {
-        unsigned char byte = 0;
-        if (!ToByte(piece, byte)) {
-            std::printf("Parameter illegal! --MergeFw --write %s \n", text.c_str());
-            return false;
-        }
-        if (count < SCALER_ISP_MAX_MERGE_BYTES) {
-            setting.ucMergeData[count] = byte;
-        }
-        setting.ulMergeDataCount = static_cast<std::uint8_t>(++count);
-        if (count > SCALER_ISP_MAX_MERGE_BYTES) {
-            PrintLengthError(count, SCALER_ISP_MAX_MERGE_BYTES);
+        if (!AppendMergeByte(piece, setting)) {
             std::printf("Parameter illegal! --MergeFw --write %s \n", text.c_str());
             return false;
         }

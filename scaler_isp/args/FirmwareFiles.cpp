@@ -88,7 +88,6 @@ bool CountFirmwareBanks(std::string &path, const std::string &directory, unsigne
     path = ResolveFile(path, directory);
     std::int64_t position = 0;
     if (!FindEndOfFile(path, position)) {
-        std::printf("File open fail! %s\n", path.c_str());
         return false;
     }
     count = BanksOfCommandFile(position);

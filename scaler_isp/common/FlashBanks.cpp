@@ -25,6 +25,7 @@ unsigned int BanksOf(std::uint64_t bytes) {
 bool FindEndOfFile(const std::string &path, std::int64_t &position) {
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) {
+        std::printf("File open fail! %s\n", path.c_str());
         return false;
     }
     // The directory that an empty name leads to has an end position of its own on every file
@@ -50,12 +51,5 @@ bool CountBanksOfFile(const std::string &path, unsigned int &count) {
 }
 
 int GetFwBankCount(CCpNxString path, unsigned int &count) {
-    return ResultOrOnThrow(0, [&] {
-        const std::string narrow = Utf8FromWide(path);
-        if (!CountBanksOfFile(narrow, count)) {
-            std::printf("File open fail! %s\n", narrow.c_str());
-            return 0;
-        }
-        return 1;
-    });
+    return ResultOrOnThrow(0, [&] { return CountBanksOfFile(Utf8FromWide(path), count) ? 1 : 0; });
 }

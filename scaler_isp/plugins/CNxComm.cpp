@@ -32,11 +32,8 @@ void CNxComm::Init() {
 int CNxComm::LoadCommDllFile(wchar_t *path) {
     return ResultOrOnThrow(0, [&] {
         FreeCommDllFile();
-        const std::string narrow = EnvironmentTextFromWide(path != nullptr ? path : L"");
-        const char *error = nullptr;
-        void *handle = OpenSharedLibrary(narrow, error);
+        void *handle = OpenLibraryOrReport(EnvironmentTextFromWide(path != nullptr ? path : L""));
         if (handle == nullptr) {
-            std::fprintf(stderr, "Failed to open libaray %s error:%s\n", narrow.c_str(), error);
             return 0;
         }
         m_hCommDll = handle;
@@ -60,6 +57,7 @@ int CNxComm::LoadCommDllFile(wchar_t *path) {
     SCALER_ISP_##LOOKUP##_ROW(METHOD, SYMBOL)
 #include "scaler_isp/plugins/comm_functions.def"
         };
+        const char *error = nullptr;
         if (ResolveSymbols(handle, rows, error) != nullptr) {
             FreeCommDllFile();
             return 0;

@@ -48,13 +48,11 @@ void ClearPointers() {
 int nxdLoadDeviceDllFile(wchar_t *path) {
     return ResultOrOnThrow(kNotOpened, [&] {
         nxdFreeDeviceDllFile();
-        const std::string narrow = EnvironmentTextFromWide(path != nullptr ? path : L"");
-        const char *error = nullptr;
-        g_hDeviceDll = OpenSharedLibrary(narrow, error);
+        g_hDeviceDll = OpenLibraryOrReport(EnvironmentTextFromWide(path != nullptr ? path : L""));
         if (g_hDeviceDll == nullptr) {
-            std::fprintf(stderr, "Failed to open libaray %s error:%s\n", narrow.c_str(), error);
             return kNotOpened;
         }
+        const char *error = nullptr;
         for (const DeviceRow &row : kRows) {
             if (ResolveSymbols(g_hDeviceDll, {&row.stSymbol, 1}, error) != nullptr) {
                 std::printf("%s Fail\n", row.pszPointer);

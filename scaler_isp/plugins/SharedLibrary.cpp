@@ -1,5 +1,6 @@
 #include "scaler_isp/plugins/SharedLibrary.h"
 
+#include <cstdio>
 #include <cstring>
 #include <dlfcn.h>
 
@@ -21,6 +22,15 @@ void *OpenSharedLibrary(const std::string &path, const char *&error) {
     void *handle = ::dlopen(path.c_str(), RTLD_NOW);
     if (handle == nullptr) {
         error = LoaderText();
+    }
+    return handle;
+}
+
+void *OpenLibraryOrReport(const std::string &path) {
+    const char *error = nullptr;
+    void *handle = OpenSharedLibrary(path, error);
+    if (handle == nullptr) {
+        std::fprintf(stderr, "Failed to open libaray %s error:%s\n", path.c_str(), error);
     }
     return handle;
 }

@@ -21,6 +21,10 @@ struct SymbolRow {
 /// RETURNS the handle, or null.
 void *OpenSharedLibrary(const std::string &path, const char *&error);
 
+/// The same for the communication and the device library. PRINTS
+/// "Failed to open libaray %s error:%s\n" to standard error on failure.
+void *OpenLibraryOrReport(const std::string &path);
+
 /// Fills the rows in order, a missing optional symbol with null.
 /// \param error  receives the loader's own words about a required symbol that is missing; they live
 ///               until its next call.

@@ -1,8 +1,5 @@
 #include "scaler_isp/settings/FwPathStore.h"
 
-#include <cstdio>
-#include <string>
-
 #include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/FileBanks.h"
 #include "scaler_isp/common/TextConversion.h"
@@ -10,10 +7,8 @@
 
 void SaveFwPathFromFile(CCpNxString fwPath, CCpNxString iniPath, unsigned int startBank) {
     NothingOnThrow([&] {
-        const std::string path = Utf8FromWide(fwPath);
         unsigned int count = 0;
-        if (!CountBanksOfFile(path, count)) {
-            std::printf("File open fail! %s\n", path.c_str());
+        if (!CountBanksOfFile(Utf8FromWide(fwPath), count)) {
             return;
         }
         FwMapWrites writes(count, count);
