@@ -5,8 +5,8 @@
 extern "C" __attribute__((visibility("default"))) unsigned long g_calls;
 unsigned long g_calls = 0;
 
-#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, UNLOADED, PARAMETERS,      \
-                                 ARGUMENTS)                                                        \
+#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, NOT_LOADED_RESULT,         \
+                                 PARAMETERS, ARGUMENTS)                                            \
     extern "C" __attribute__((visibility("default"))) RESULT SYMBOL PARAMETERS {                   \
         static_cast<void>(Ignore ARGUMENTS);                                                       \
         ++g_calls;                                                                                 \

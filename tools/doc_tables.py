@@ -52,7 +52,7 @@ def opcodes():
         items = [item.split(":") for item in operands.split()]
         length = 1 + sum(SIZES[letter] for letter, _ in items)
         shown = ", ".join(f"{item} ({SIZES[letter]})" for letter, item in items) or "none"
-        extra = {"BLOCK_WRITE": " + length", "CARRY": " + last length"}.get(kind, "")
+        extra = {"BLOCK_WRITE": " + length", "CALL_AND_SKIP": " + last length"}.get(kind, "")
         if kind == "BLOCK_WRITE":
             shown += ", data (length)"
         method = call.split("(")[0]

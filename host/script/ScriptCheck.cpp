@@ -51,7 +51,7 @@ void CheckRecord(const ScriptRecord &record, ScriptReport &report) {
     case OpcodeKind::BLOCK_READ:
         report.outputBytes += record.block;
         break;
-    case OpcodeKind::CARRY:
+    case OpcodeKind::CALL_AND_SKIP:
         CheckCarry(record, report);
         break;
     default:

@@ -44,7 +44,7 @@ ScriptRecord RecordAt(std::span<const std::uint8_t> script, std::size_t offset,
         record.length += record.block;
         record.bytes = rest.first(std::min(rest.size(), record.length));
     }
-    if (record.opcode->kind == OpcodeKind::CARRY) {
+    if (record.opcode->kind == OpcodeKind::CALL_AND_SKIP) {
         const auto behind = rest.subspan(record.length);
         record.passedOver = behind.first(std::min<std::size_t>(behind.size(), record.block));
     }

@@ -11,7 +11,16 @@
 namespace ispctl {
 
 /// What a record does; see scaler_isp/common/script/script_opcodes.def.
-enum class OpcodeKind { WAIT, CALL, READ, BLOCK_WRITE, BLOCK_READ, POLL, CARRY, UNSUPPORTED };
+enum class OpcodeKind {
+    WAIT,
+    CALL,
+    READ,
+    BLOCK_WRITE,
+    BLOCK_READ,
+    POLL,
+    CALL_AND_SKIP,
+    UNSUPPORTED
+};
 
 /// One operand of a record.
 struct Operand {
@@ -44,10 +53,11 @@ std::uint32_t BigEndian(std::span<const std::uint8_t> bytes);
 struct ScriptRecord {
     const Opcode *opcode = nullptr; ///< null: unknown
     std::size_t offset = 0;
-    std::span<const std::uint8_t> bytes;      ///< opcode, operands and data, cut at the end
-    std::size_t length = 0;                   ///< what the record needs
-    std::uint32_t block = 0;                  ///< L while it runs
-    std::span<const std::uint8_t> passedOver; ///< bytes behind a CARRY record that do not run
+    std::span<const std::uint8_t> bytes; ///< opcode, operands and data, cut at the end
+    std::size_t length = 0;              ///< what the record needs
+    std::uint32_t block = 0;             ///< L while it runs
+    std::span<const std::uint8_t>
+        passedOver; ///< bytes behind a CALL_AND_SKIP record that do not run
 
     bool IsWhole() const {
         return opcode != nullptr && bytes.size() == length;

@@ -95,8 +95,8 @@ inline constexpr OptionFacts kWrittenOptions[] = {
 #define SCALER_ISP_OPTION(NAME, ARGUMENT, EFFECT, SECTION, FORM, MEANING, NEEDS, EXCLUDES,         \
                           GOES_WITH)                                                               \
     {NAME, ARGUMENT, EFFECT, SECTION, FORM, MEANING, NEEDS, EXCLUDES, GOES_WITH, ""},
-#define SCALER_ISP_OPTION_LIKE(NAME, ARGUMENT, EFFECT, LIKE)                                       \
-    {NAME, ARGUMENT, EFFECT, "", "", "", "", "", "", LIKE},
+#define SCALER_ISP_OPTION_LIKE(NAME, ARGUMENT, EFFECT, TEXTS_OF)                                       \
+    {NAME, ARGUMENT, EFFECT, "", "", "", "", "", "", TEXTS_OF},
 #include "scaler_isp/args/options.def"
 };
 

@@ -15,7 +15,7 @@ CCpIsp::~CCpIsp() = default;
 
 void CCpIsp::Init() {
     m_hIspDll = nullptr;
-#define SCALER_ISP_CODE_FUNCTION(NAME, PARAMETERS, ARGUMENTS) m_pfn##NAME = nullptr;
+#define SCALER_ISP_STATUS_FUNCTION(NAME, PARAMETERS, ARGUMENTS) m_pfn##NAME = nullptr;
 #define SCALER_ISP_VOID_FUNCTION(NAME, PARAMETERS, ARGUMENTS) m_pfn##NAME = nullptr;
 #define SCALER_ISP_DEVICE_FUNCTION(NAME, PARAMETERS, ARGUMENTS) m_pfn##NAME = nullptr;
 #include "scaler_isp/plugins/isp_functions.def"
@@ -55,7 +55,7 @@ void CCpIsp::FreeIspDllFile() {
     }
 }
 
-#define SCALER_ISP_CODE_FUNCTION(NAME, PARAMETERS, ARGUMENTS)                                      \
+#define SCALER_ISP_STATUS_FUNCTION(NAME, PARAMETERS, ARGUMENTS)                                    \
     int CCpIsp::NAME PARAMETERS {                                                                  \
         return m_pfn##NAME != nullptr ? m_pfn##NAME ARGUMENTS : SCALER_ISP_FUNCTION_MISSING;       \
     }

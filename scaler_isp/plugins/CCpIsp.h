@@ -39,14 +39,14 @@ class SCALER_ISP_API CCpIsp {
     /// Closes the plug-in and forgets its functions; does nothing when none is loaded.
     void FreeIspDllFile();
 
-#define SCALER_ISP_CODE_FUNCTION(NAME, PARAMETERS, ARGUMENTS) int NAME PARAMETERS;
+#define SCALER_ISP_STATUS_FUNCTION(NAME, PARAMETERS, ARGUMENTS) int NAME PARAMETERS;
 #define SCALER_ISP_VOID_FUNCTION(NAME, PARAMETERS, ARGUMENTS) void NAME PARAMETERS;
 #define SCALER_ISP_DEVICE_FUNCTION(NAME, PARAMETERS, ARGUMENTS) int NAME PARAMETERS;
 #include "scaler_isp/plugins/isp_functions.def"
 
   private:
     void *m_hIspDll;
-#define SCALER_ISP_CODE_FUNCTION(NAME, PARAMETERS, ARGUMENTS) int(*m_pfn##NAME) PARAMETERS;
+#define SCALER_ISP_STATUS_FUNCTION(NAME, PARAMETERS, ARGUMENTS) int(*m_pfn##NAME) PARAMETERS;
 #define SCALER_ISP_VOID_FUNCTION(NAME, PARAMETERS, ARGUMENTS) void(*m_pfn##NAME) PARAMETERS;
 #define SCALER_ISP_DEVICE_FUNCTION(NAME, PARAMETERS, ARGUMENTS) void(*m_pfn##NAME) PARAMETERS;
 #include "scaler_isp/plugins/isp_functions.def"

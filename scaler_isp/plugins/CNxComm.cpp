@@ -23,8 +23,8 @@ CNxComm::~CNxComm() = default;
 
 void CNxComm::Init() {
     m_hCommDll = nullptr;
-#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, UNLOADED, PARAMETERS,      \
-                                 ARGUMENTS)                                                        \
+#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, NOT_LOADED_RESULT,         \
+                                 PARAMETERS, ARGUMENTS)                                            \
     m_pfn##METHOD = nullptr;
 #include "scaler_isp/plugins/comm_functions.def"
 }
@@ -44,16 +44,16 @@ int CNxComm::LoadCommDllFile(wchar_t *path) {
     SCALER_ISP_REQUIRED_ROW(METHOD, SYMBOL) SCALER_ISP_REQUIRED_ROW(METHOD, SYMBOL)
 #define SCALER_ISP_OPTIONAL_ROW(METHOD, SYMBOL)
 #define SCALER_ISP_NEVER_ROW(METHOD, SYMBOL)
-#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, UNLOADED, PARAMETERS,      \
-                                 ARGUMENTS)                                                        \
+#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, NOT_LOADED_RESULT,         \
+                                 PARAMETERS, ARGUMENTS)                                            \
     SCALER_ISP_##LOOKUP##_ROW(METHOD, SYMBOL)
 #include "scaler_isp/plugins/comm_functions.def"
 #undef SCALER_ISP_REQUIRED_ROW
 #undef SCALER_ISP_OPTIONAL_ROW
 #define SCALER_ISP_REQUIRED_ROW(METHOD, SYMBOL)
 #define SCALER_ISP_OPTIONAL_ROW(METHOD, SYMBOL) {#SYMBOL, &m_pfn##METHOD, false},
-#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, UNLOADED, PARAMETERS,      \
-                                 ARGUMENTS)                                                        \
+#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, NOT_LOADED_RESULT,         \
+                                 PARAMETERS, ARGUMENTS)                                            \
     SCALER_ISP_##LOOKUP##_ROW(METHOD, SYMBOL)
 #include "scaler_isp/plugins/comm_functions.def"
         };
@@ -73,11 +73,11 @@ void CNxComm::FreeCommDllFile() {
     }
 }
 
-#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, UNLOADED, PARAMETERS,      \
-                                 ARGUMENTS)                                                        \
+#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, NOT_LOADED_RESULT,         \
+                                 PARAMETERS, ARGUMENTS)                                            \
     RESULT CNxComm::METHOD PARAMETERS {                                                            \
         if (m_pfn##CALLS == nullptr) {                                                             \
-            return UNLOADED;                                                                       \
+            return NOT_LOADED_RESULT;                                                              \
         }                                                                                          \
         return m_pfn##CALLS ARGUMENTS;                                                             \
     }

@@ -47,8 +47,8 @@ class SCALER_ISP_API CNxComm {
     /// Closes the library and forgets its functions; does nothing when none is loaded.
     virtual void FreeCommDllFile();
 
-#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, UNLOADED, PARAMETERS,      \
-                                 ARGUMENTS)                                                        \
+#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, NOT_LOADED_RESULT,         \
+                                 PARAMETERS, ARGUMENTS)                                            \
     virtual RESULT METHOD PARAMETERS;
 #include "scaler_isp/plugins/comm_functions.def"
 
@@ -62,8 +62,8 @@ class SCALER_ISP_API CNxComm {
   private:
     STRUCT_REG_FORMER_VALUE m_stRegFormerValue;
     void *m_hCommDll;
-#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, UNLOADED, PARAMETERS,      \
-                                 ARGUMENTS)                                                        \
+#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, NOT_LOADED_RESULT,         \
+                                 PARAMETERS, ARGUMENTS)                                            \
     RESULT(*m_pfn##METHOD) PARAMETERS;
 #include "scaler_isp/plugins/comm_functions.def"
 };

@@ -10,8 +10,8 @@
 
 void *g_hDeviceDll = nullptr;
 
-#define SCALER_ISP_NXD_FUNCTION(LOOKUP, NAME, SYMBOL, LIKE, FAILURE)                               \
-    CommFunctionType::LIKE *nxd##NAME = nullptr;
+#define SCALER_ISP_NXD_FUNCTION(LOOKUP, NAME, SYMBOL, TYPE_OF, FAILURE)                            \
+    CommFunctionType::TYPE_OF *nxd##NAME = nullptr;
 #include "scaler_isp/plugins/device_functions.def"
 
 namespace {
@@ -31,7 +31,7 @@ struct DeviceRow {
 #define SCALER_ISP_OPTIONAL_ROW(NAME, SYMBOL, FAILURE)                                             \
     {{#SYMBOL, &nxd##NAME, false}, "nxd" #NAME, FAILURE},
 #define SCALER_ISP_NEVER_ROW(NAME, SYMBOL, FAILURE)
-#define SCALER_ISP_NXD_FUNCTION(LOOKUP, NAME, SYMBOL, LIKE, FAILURE)                               \
+#define SCALER_ISP_NXD_FUNCTION(LOOKUP, NAME, SYMBOL, TYPE_OF, FAILURE)                            \
     SCALER_ISP_##LOOKUP##_ROW(NAME, SYMBOL, FAILURE)
 const DeviceRow kRows[] = {
 #include "scaler_isp/plugins/device_functions.def"

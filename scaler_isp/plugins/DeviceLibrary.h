@@ -11,8 +11,8 @@
 /// The types of the functions, by the names of comm_functions.def.
 struct CommFunctionType {
     using Opaque = unsigned int();
-#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, UNLOADED, PARAMETERS,      \
-                                 ARGUMENTS)                                                        \
+#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, NOT_LOADED_RESULT,         \
+                                 PARAMETERS, ARGUMENTS)                                            \
     using METHOD = RESULT PARAMETERS;
 #include "scaler_isp/plugins/comm_functions.def"
 };
@@ -21,8 +21,8 @@ extern SCALER_ISP_API void *g_hDeviceDll; ///< handle of the open device library
 
 /// The pointers, null where nothing is loaded. device_functions.def tells which ones a load fills.
 // KEPT Only_the_first_37_pointers_are_ever_set: the other 42 are null for the life of the process.
-#define SCALER_ISP_NXD_FUNCTION(LOOKUP, NAME, SYMBOL, LIKE, FAILURE)                               \
-    extern SCALER_ISP_API CommFunctionType::LIKE *nxd##NAME;
+#define SCALER_ISP_NXD_FUNCTION(LOOKUP, NAME, SYMBOL, TYPE_OF, FAILURE)                            \
+    extern SCALER_ISP_API CommFunctionType::TYPE_OF *nxd##NAME;
 #include "scaler_isp/plugins/device_functions.def"
 
 /// Closes a library loaded before, then opens the one at `path` and looks its functions up.

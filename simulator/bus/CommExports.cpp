@@ -12,7 +12,7 @@ std::string virtual_scaler::BusFolder() {
 #define EXPORT_REQUIRED_TWICE VIRTUAL_BUS_EXPORT
 #define EXPORT_OPTIONAL VIRTUAL_BUS_EXPORT
 #define EXPORT_NEVER(RESULT, NAME, PARAMETERS, ARGUMENTS)
-#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, UNLOADED, PARAMETERS,      \
-                                 ARGUMENTS)                                                        \
+#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, NOT_LOADED_RESULT,         \
+                                 PARAMETERS, ARGUMENTS)                                            \
     EXPORT_##LOOKUP(RESULT, SYMBOL, PARAMETERS, ARGUMENTS)
 #include "scaler_isp/plugins/comm_functions.def"

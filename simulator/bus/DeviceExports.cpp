@@ -12,5 +12,5 @@ template <class Bus, class Method> constexpr bool IsMethod(Method Bus::*) {
     static_assert(IsMethod(&virtual_scaler::VirtualBus::SYMBOL), #SYMBOL " is not written");
 #define WRITTEN_OPTIONAL WRITTEN_REQUIRED
 #define WRITTEN_NEVER(SYMBOL)
-#define SCALER_ISP_NXD_FUNCTION(LOOKUP, NAME, SYMBOL, LIKE, FAILURE) WRITTEN_##LOOKUP(SYMBOL)
+#define SCALER_ISP_NXD_FUNCTION(LOOKUP, NAME, SYMBOL, TYPE_OF, FAILURE) WRITTEN_##LOOKUP(SYMBOL)
 #include "scaler_isp/plugins/device_functions.def"

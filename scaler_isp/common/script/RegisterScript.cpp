@@ -137,7 +137,7 @@ int RunRecord(unsigned char *record, CNxComm *comm, ScriptState &state, std::siz
 #define SCALER_ISP_RUN_POLL(OPERANDS, ACTION)                                                      \
     SCALER_ISP_NEEDS_COMM                                                                          \
     return Poll(*comm, record);
-#define SCALER_ISP_RUN_CARRY(OPERANDS, ACTION)                                                     \
+#define SCALER_ISP_RUN_CALL_AND_SKIP(OPERANDS, ACTION)                                             \
     SCALER_ISP_NEEDS_COMM                                                                          \
     length += state.usBlock;                                                                       \
     return static_cast<int>(comm->ACTION);

@@ -56,7 +56,7 @@ TEST(ScriptText, Each_statement_makes_its_record) {
 
 TEST(ScriptText, Operands_may_have_their_names) {
     EXPECT_EQ(AssembleScript("WriteRegEx value = 5, addr = 0x1234"), (Bytes{16, 0x12, 0x34, 5}));
-    EXPECT_EQ(AssembleScript("WriteRegBit 1, b2=3, b1=2"), (Bytes{4, 1, 2, 3}));
+    EXPECT_EQ(AssembleScript("WriteRegBit 1, or_mask=3, and_mask=2"), (Bytes{4, 1, 2, 3}));
     EXPECT_EQ(AssembleScript("WriteRegs data={9}, inc=1, addr=2"), (Bytes{22, 2, 0, 1, 1, 9}));
     EXPECT_EQ(AssembleScript("WriteRegs {9}, 2, 1"), (Bytes{22, 2, 0, 1, 1, 9}));
 }

@@ -89,8 +89,8 @@ template <class Result> Result As(int status) {
 
 } // namespace
 
-#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, UNLOADED, PARAMETERS,      \
-                                 ARGUMENTS)                                                        \
+#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, NOT_LOADED_RESULT,         \
+                                 PARAMETERS, ARGUMENTS)                                            \
     extern "C" __attribute__((visibility("default"))) RESULT SYMBOL PARAMETERS {                   \
         return As<RESULT>(Call(#SYMBOL, Arguments ARGUMENTS));                                     \
     }

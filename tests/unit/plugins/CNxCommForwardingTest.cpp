@@ -140,11 +140,11 @@ struct Row {
 };
 
 const Row kRows[] = {
-#define COMM_ROW(SLOT, METHOD, SYMBOL, UNLOADED, ...)                                              \
+#define COMM_ROW(SLOT, METHOD, SYMBOL, NOT_LOADED_RESULT, ...)                                     \
     {SLOT,                                                                                         \
      #METHOD,                                                                                      \
      SYMBOL,                                                                                       \
-     UNLOADED,                                                                                     \
+     NOT_LOADED_RESULT,                                                                            \
      Caller<__VA_ARGS__>::kResultBytes,                                                            \
      Caller<__VA_ARGS__>::Call,                                                                    \
      reinterpret_cast<void *>(&Caller<__VA_ARGS__>::Function)},
@@ -155,7 +155,7 @@ template <class Function> struct MethodOf;
 template <class Result, class... Parameters> struct MethodOf<Result(Parameters...)> {
     using Type = Result (CNxComm::*)(Parameters...);
 };
-#define COMM_ROW(SLOT, METHOD, SYMBOL, UNLOADED, ...)                                              \
+#define COMM_ROW(SLOT, METHOD, SYMBOL, NOT_LOADED_RESULT, ...)                                     \
     static_assert(std::is_same_v<decltype(&CNxComm::METHOD), MethodOf<__VA_ARGS__>::Type>);
 #include "comm/comm_rows.def"
 

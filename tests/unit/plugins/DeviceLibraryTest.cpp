@@ -127,11 +127,11 @@ static_assert(
 /// The types of the communication functions, by the names of their methods.
 std::map<std::string, std::type_index> CommTypes() {
     struct Types {
-#define COMM_ROW(SLOT, METHOD, SYMBOL, UNLOADED, ...) using METHOD = __VA_ARGS__;
+#define COMM_ROW(SLOT, METHOD, SYMBOL, NOT_LOADED_RESULT, ...) using METHOD = __VA_ARGS__;
 #include "comm/comm_rows.def"
     };
     return {
-#define COMM_ROW(SLOT, METHOD, SYMBOL, UNLOADED, ...) {#METHOD, typeid(Types::METHOD *)},
+#define COMM_ROW(SLOT, METHOD, SYMBOL, NOT_LOADED_RESULT, ...) {#METHOD, typeid(Types::METHOD *)},
 #include "comm/comm_rows.def"
     };
 }

@@ -59,8 +59,8 @@ RECORDER_EXPORT void *CommRecorderResult() {
 
 // A row's arguments in parentheses, with the name in front.
 #define WITHOUT_PARENTHESES(...) __VA_OPT__(, ) __VA_ARGS__
-#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, UNLOADED, PARAMETERS,      \
-                                 ARGUMENTS)                                                        \
+#define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, NOT_LOADED_RESULT,         \
+                                 PARAMETERS, ARGUMENTS)                                            \
     RECORDER_EXPORT RESULT SYMBOL PARAMETERS {                                                     \
         return Recorder<RESULT PARAMETERS>::Call(#SYMBOL WITHOUT_PARENTHESES ARGUMENTS);           \
     }

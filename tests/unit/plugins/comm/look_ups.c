@@ -24,7 +24,7 @@ static int Nothing(void) {
 
 #ifdef WITH_DEVICE_FUNCTIONS
 
-#define SCALER_ISP_NXD_FUNCTION(LOOKUP, NAME, SYMBOL, LIKE, FAILURE) TOLD_FUNCTION(SYMBOL)
+#define SCALER_ISP_NXD_FUNCTION(LOOKUP, NAME, SYMBOL, TYPE_OF, FAILURE) TOLD_FUNCTION(SYMBOL)
 #include "scaler_isp/plugins/device_functions.def"
 
 #else
@@ -32,7 +32,7 @@ static int Nothing(void) {
 #define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, ...) TOLD_FUNCTION(SYMBOL)
 #include "scaler_isp/plugins/comm_functions.def"
 
-#define SCALER_ISP_CODE_FUNCTION(NAME, ...) TOLD_FUNCTION(NAME)
+#define SCALER_ISP_STATUS_FUNCTION(NAME, ...) TOLD_FUNCTION(NAME)
 #define SCALER_ISP_VOID_FUNCTION(NAME, ...) TOLD_FUNCTION(NAME)
 #define SCALER_ISP_DEVICE_FUNCTION(NAME, ...) TOLD_FUNCTION(NAME)
 #include "scaler_isp/plugins/isp_functions.def"

@@ -1,0 +1,34 @@
+#!/usr/bin/env python3
+"""Every message of the library stands once, beside the step that prints it."""
+
+import collections
+import pathlib
+import re
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+COMMENT = re.compile(r"^\s*//.*$", re.MULTILINE)
+STRING = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
+LEAST = 60
+
+
+def is_message(text):
+    """Texts with a space in them; names, keys and suffixes have none."""
+    return " " in text.strip() and re.search(r"[A-Za-z]{2}", text) is not None
+
+
+def main():
+    counts = collections.Counter(
+        text
+        for path in sorted((ROOT / "scaler_isp").rglob("*.cpp"))
+        for text in STRING.findall(COMMENT.sub("", path.read_text()))
+        if is_message(text))
+    twice = [text for text, count in counts.items() if count > 1]
+    for text in twice:
+        print(f"stands more than once: {text}")
+    print(f"{len(counts)} messages, {len(twice)} of them more than once")
+    return 1 if twice or len(counts) < LEAST else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
