@@ -11,7 +11,8 @@
 #include <string_view>
 #include <vector>
 
-#include "scaler_isp/args/CommandFacts.h"
+#include "scaler_isp/abi/ResultCodes.h"
+#include "scaler_isp/args/OptionNeeds.h"
 
 using namespace ScalerIspFacts;
 
@@ -148,6 +149,12 @@ void PrintStrings() {
         print(condition.expression);
         print(condition.words);
     }
+#define PRINT_RESULT(NAME, VALUE, MEANING, CAUSE, REMEDY)                                          \
+    print(MEANING);                                                                                \
+    print(CAUSE);                                                                                  \
+    print(REMEDY);
+    SCALER_ISP_RESULT_CODES(PRINT_RESULT)
+#undef PRINT_RESULT
 }
 
 } // namespace

@@ -10,7 +10,7 @@
 #include <gmock/gmock.h>
 
 #include "scaler_isp/ScalerIsp.h"
-#include "scaler_isp/args/CommandFacts.h"
+#include "scaler_isp/args/OptionNeeds.h"
 #include "support/CapturedOutput.h"
 #include "support/TempFolder.h"
 
