@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cctype>
 #include <cstring>
 #include <map>
 #include <memory>
@@ -259,17 +260,11 @@ class OptionNeeds : public testing::Test {
 
     void ExpectNoProblems() {
         constexpr std::size_t kShown = 40;
-        const std::size_t count = problems.size();
-        problems.resize(std::min(count, kShown));
-        EXPECT_THAT(problems, testing::IsEmpty()) << count << " disagreements";
-    }
-
-    void ExpectAllOptionsSeen() {
-        for (const OptionFacts &option : kOptions) {
-            const bool conditional = !option.needs.empty() || !option.excludes.empty();
-            EXPECT_EQ(seen[option.name].usable > 0, option.needs != "NEVER") << option.name;
-            EXPECT_EQ(seen[option.name].unusable > 0, conditional) << option.name;
+        std::string text;
+        for (std::size_t i = 0; i < std::min(problems.size(), kShown); ++i) {
+            text += problems[i] + "\n";
         }
+        EXPECT_EQ(text, "") << problems.size() << " disagreements";
     }
 
     Workbench bench;
@@ -336,6 +331,33 @@ Line LineOf(const Workbench &bench, std::string_view text) {
 bool Contains(const Line &line, std::string_view name) {
     return std::any_of(line.begin(), line.end(),
                        [=](const GivenOption &option) { return option.name == name; });
+}
+
+bool ContainsWord(std::string_view text, std::string_view word) {
+    const auto isLetter = [&](std::size_t i) {
+        return i < text.size() && std::isalnum(static_cast<unsigned char>(text[i])) != 0;
+    };
+    for (std::size_t i = text.find(word); i != std::string_view::npos; i = text.find(word, i + 1)) {
+        if ((i == 0 || !isLetter(i - 1)) && !isLetter(i + word.size())) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Whether the action is named in an expression, or is the first that uses these files and
+/// arguments: the library cannot tell the others from the first while it checks a line.
+bool IsDistinct(const ActionFacts &action) {
+    for (const OptionFacts &option : kOptions) {
+        if (ContainsWord(option.needs, action.name) || ContainsWord(option.excludes, action.name)) {
+            return true;
+        }
+    }
+    const auto *first =
+        std::find_if(std::begin(kActions), std::end(kActions), [&](const ActionFacts &other) {
+            return other.files == action.files && other.reads == action.reads;
+        });
+    return first->name == action.name;
 }
 
 /// The file of a start bank, the start bank of a file: most options of these two kinds need it.
@@ -414,21 +436,21 @@ TEST_F(OptionNeeds, Expressions_hold_as_options_def_says) {
     EXPECT_TRUE(Holds("OWN_FILE", {two, 3}));
 }
 
-// A row that is like another one is added to a line without further options only; random lines and
-// the files and banks below see it, too.
+// An action that is not distinct, and an option whose texts are those of another one, are tested
+// alone with each other only; the random lines and the files and banks below see them in more
+// company.
 TEST_F(OptionNeeds, Table_agrees_with_removal_of_one_option_in_every_context) {
     static_cast<void>(OutputOf([&] {
         for (const ActionFacts &action : kActions) {
             for (const char *context : kContexts) {
                 const bool isPlain = std::string_view(context).empty();
-                if (!isPlain && !FindOption(action.name)->like.empty()) {
+                if (!isPlain && !IsDistinct(action)) {
                     continue;
                 }
                 Line base = LineOf(bench, context);
-                const Outcome withoutAction = bench.Parse(base);
                 base.insert(base.begin(), bench.Given(action.name));
+                CheckRemoved(base);
                 const Outcome without = bench.Parse(base);
-                Check(base, 0, without, withoutAction);
                 for (const OptionFacts &option : kOptions) {
                     if (!Contains(base, option.name) && (isPlain || option.like.empty())) {
                         CheckAdded(base, bench.Given(option.name), without);
@@ -461,7 +483,7 @@ TEST_F(OptionNeeds, Table_agrees_with_removal_of_file_or_bank_of_every_entry) {
 }
 
 TEST_F(OptionNeeds, Table_agrees_with_removal_of_every_option_of_random_lines) {
-    constexpr int kLines = 1000;
+    constexpr int kLines = 600;
     std::mt19937 random(20260101);
     const auto below = [&](std::size_t end) { return static_cast<std::size_t>(random() % end); };
     static_cast<void>(OutputOf([&] {
