@@ -9,8 +9,8 @@
 
 #include <benchmark/benchmark.h>
 
-#include "scaler_isp/args/CpNxCmdLindParse.h"
 #include "scaler_isp/args/CommandTables.h"
+#include "scaler_isp/args/CpNxCmdLindParse.h"
 
 namespace {
 
