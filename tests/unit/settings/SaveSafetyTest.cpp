@@ -232,6 +232,9 @@ TEST_F(SaveSafety, Missing_file_in_a_read_only_directory_cannot_be_opened) {
     EXPECT_EQ(printed, "Open file error \n");
 }
 
+#ifndef __SANITIZE_ADDRESS__
+// The sanitizer looks at objects through a pipe; without descriptors it takes every one for
+// invalid.
 TEST_F(SaveSafety, Nothing_is_written_without_descriptors) {
     const std::string path = m_folder.Write("p.ini", kOld);
     for (rlim_t spare = 0; spare < 4; ++spare) {
@@ -252,6 +255,7 @@ TEST_F(SaveSafety, Nothing_is_written_without_descriptors) {
         EXPECT_FALSE(m_folder.Exists(kTemporary));
     }
 }
+#endif
 
 TEST_F(SaveSafety, Killed_process_leaves_the_old_or_the_new_file) {
     const std::string filler = std::string(900, 'x') + "\n";
