@@ -57,7 +57,7 @@ struct ScriptRecord {
     std::size_t length = 0;              ///< what the record needs
     std::uint32_t block = 0;             ///< L while it runs
     std::span<const std::uint8_t>
-        passedOver; ///< bytes behind a CALL_AND_SKIP record that do not run
+        passedOver; ///< bytes after a CALL_AND_SKIP record that do not run
 
     bool IsWhole() const {
         return opcode != nullptr && bytes.size() == length;
