@@ -142,8 +142,7 @@ void ChildProcess::Start(const std::vector<std::string> &arguments, const Pipe &
 }
 
 ChildProcess::~ChildProcess() {
-    m_answers.Close();
-    m_events.Close();
+    StopListening();
     m_text[0].Close();
     m_text[1].Close();
     int ignored = 0;
@@ -160,6 +159,20 @@ bool ChildProcess::Wait(int milliseconds) {
     return ::poll(sources.data(), sources.size(), milliseconds) != 0;
 }
 
+// A stream that is over, or that can't be read, is closed: poll would report it again and again.
+long ChildProcess::ReadText(Descriptor &stream, char *buffer, std::size_t size) {
+    try {
+        const long length = ReadAvailable(stream.Number(), buffer, size);
+        if (length == 0) {
+            stream.Close();
+        }
+        return length;
+    } catch (const std::system_error &) {
+        stream.Close();
+        throw;
+    }
+}
+
 bool ChildProcess::TakeAvailable(const TakeText &take) {
     std::array<char, 16384> buffer;
     bool any = false;
@@ -167,10 +180,7 @@ bool ChildProcess::TakeAvailable(const TakeText &take) {
         long length = 1;
         for (std::size_t taken = 0; m_text[i].IsOpen() && length > 0 && taken < kMostText;
              taken += static_cast<std::size_t>(length)) {
-            length = ReadSome(m_text[i].Number(), buffer.data(), buffer.size());
-            if (length == 0) {
-                m_text[i].Close();
-            }
+            length = ReadText(m_text[i], buffer.data(), buffer.size());
             if (length <= 0) {
                 break;
             }
@@ -187,7 +197,7 @@ std::optional<Frame> ChildProcess::TakeFrame() {
     long length = 1;
     for (std::size_t taken = 0; m_events.IsOpen() && length > 0 && taken < kMostText;
          taken += buffer.size()) {
-        length = ReadSome(m_events.Number(), buffer.data(), buffer.size());
+        length = ReadAvailable(m_events.Number(), buffer.data(), buffer.size());
         if (length > 0) {
             m_frames.Add({buffer.data(), static_cast<std::size_t>(length)});
         } else if (length == 0) {
@@ -195,6 +205,11 @@ std::optional<Frame> ChildProcess::TakeFrame() {
         }
     }
     return m_frames.Take();
+}
+
+void ChildProcess::StopListening() {
+    m_answers.Close();
+    m_events.Close();
 }
 
 void ChildProcess::Answer() {

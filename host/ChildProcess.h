@@ -42,8 +42,12 @@ class ChildProcess {
     /// RETURNS whether something came.
     bool Wait(int milliseconds);
     /// Hands over the text that was written up to now; never waits. RETURNS whether there was any.
+    /// Throws std::system_error where a stream cannot be read; it is closed then.
     bool TakeAvailable(const TakeText &take);
+    /// Throws std::exception where frames cannot be read or understood.
     std::optional<Frame> TakeFrame();
+    /// After this the process gets no more answers and waits for none.
+    void StopListening();
     /// Lets the process go on after a frame.
     void Answer();
     std::vector<int> TakeSignals() {
@@ -53,6 +57,7 @@ class ChildProcess {
     std::optional<int> Status();
 
   private:
+    long ReadText(Descriptor &stream, char *buffer, std::size_t size);
     void Start(const std::vector<std::string> &arguments, const Pipe &output, const Pipe &error,
                const Pipe &events, const Pipe &answers);
 

@@ -50,6 +50,9 @@ void AddEnd(Json &event, const RunOutcome &outcome) {
     case RunEnd::Interrupted:
         event["ended"] = "interrupt";
         break;
+    case RunEnd::Unheard:
+        event["ended"] = "unheard";
+        break;
     default:
         return;
     }

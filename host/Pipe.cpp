@@ -41,6 +41,14 @@ long ReadSome(int descriptor, char *buffer, std::size_t size) noexcept {
     return length;
 }
 
+long ReadAvailable(int descriptor, char *buffer, std::size_t size) {
+    const long length = ReadSome(descriptor, buffer, size);
+    if (length < 0 && errno != EAGAIN && errno != EWOULDBLOCK) {
+        throw std::system_error(errno, std::generic_category(), "the library's process cannot be heard");
+    }
+    return length;
+}
+
 bool ReadExactly(int descriptor, char *buffer, std::size_t size) noexcept {
     while (size > 0) {
         const long length = ReadSome(descriptor, buffer, size);

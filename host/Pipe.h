@@ -46,9 +46,12 @@ void SetNonBlocking(const Descriptor &descriptor);
 /// Lets a program that is started inherit it, or not.
 void SetInherited(int descriptor, bool inherited);
 
-/// Reads at most size bytes. RETURNS their count, 0 at the end, -1 where nothing is there or on
-/// failure.
+/// Reads at most size bytes. RETURNS their count, 0 at the end, -1 with errno where nothing is there
+/// (EAGAIN) or on failure.
 long ReadSome(int descriptor, char *buffer, std::size_t size) noexcept;
+
+/// As ReadSome, but throws std::system_error on failure: -1 means that nothing is there yet.
+long ReadAvailable(int descriptor, char *buffer, std::size_t size);
 
 /// Reads exactly size bytes, however long that takes. RETURNS whether they came.
 bool ReadExactly(int descriptor, char *buffer, std::size_t size) noexcept;

@@ -36,6 +36,8 @@ std::string WordsOfEnd(const RunOutcome &outcome) {
                            NameOfSignal(outcome.number));
     case RunEnd::Interrupted:
         return "stopped by the second Ctrl-C";
+    case RunEnd::Unheard:
+        return "what the process of library and plug-in reports could not be read";
     default:
         return "";
     }

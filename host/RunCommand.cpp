@@ -77,10 +77,11 @@ std::optional<RunLog> OpenLog(const RunOptions &options, const ReadyCall &call) 
 }
 
 /// What is missing in what was shown is said wherever that is still possible.
-ExitStatus StatusOf(const RunOutcome &outcome, bool complete, RunLog *log,
+ExitStatus StatusOf(const RunOutcome &outcome, const std::string &problem, RunLog *log,
                     const RunOptions &options, ConsoleStreams &streams) {
+    bool complete = problem.empty();
     if (!complete) {
-        streams.Say("not everything could be shown: no memory");
+        streams.Say("not everything could be shown: " + problem);
     }
     if (log != nullptr && !streams.IsComplete()) {
         log->OnNotice(streams.Problem());
@@ -108,7 +109,7 @@ ExitStatus Run(const RunOptions &options, const ReadyCall &call, RunEvents &even
         observers.push_back(&*log);
     }
     const RunOutcome outcome = events.Run(std::move(observers));
-    return StatusOf(outcome, events.IsComplete(), log ? &*log : nullptr, options, streams);
+    return StatusOf(outcome, events.Problem(), log ? &*log : nullptr, options, streams);
 }
 
 } // namespace

@@ -31,12 +31,19 @@ std::wstring MessageOf(const Frame &frame) {
 } // namespace
 
 // What goes wrong while a run is shown must not end a run that programs a device.
-template <class Action> void RunEvents::Guarded(const Action &action) {
+// RETURNS whether nothing did.
+template <class Action> bool RunEvents::Guarded(const Action &action) {
+    constexpr const char *kNoMemory = "no memory"; // short enough to need none
     try {
         action();
-    } catch (const std::exception &) {
-        m_complete = false;
+        return true;
+    } catch (const std::bad_alloc &) {
+        m_problem = kNoMemory;
+    } catch (const std::exception &error) {
+        m_problem = kNoMemory;
+        m_problem = error.what();
     }
+    return false;
 }
 
 template <class Event> void RunEvents::Tell(const Event &event) {
@@ -56,9 +63,13 @@ void RunEvents::ReportSignals() {
 }
 
 bool RunEvents::TakeText() {
-    return m_child.TakeAvailable([this](Stream stream, std::string_view bytes) {
-        Tell([&](RunObserver &observer) { observer.OnConsole(stream, bytes); });
+    bool any = false;
+    Guarded([&] {
+        any = m_child.TakeAvailable([this](Stream stream, std::string_view bytes) {
+            Tell([&](RunObserver &observer) { observer.OnConsole(stream, bytes); });
+        });
     });
+    return any;
 }
 
 void RunEvents::TellFrame(const Frame &frame) {
@@ -81,12 +92,11 @@ void RunEvents::TellFrame(const Frame &frame) {
 }
 
 void RunEvents::TakeFrames() {
-    while (m_understood) {
+    while (m_heard) {
         std::optional<Frame> frame;
-        try {
-            frame = m_child.TakeFrame();
-        } catch (const std::exception &) {
-            m_understood = m_complete = false;
+        m_heard = Guarded([&] { frame = m_child.TakeFrame(); });
+        if (!m_heard) {
+            m_child.StopListening();
         }
         if (!frame) {
             return;
@@ -146,6 +156,8 @@ RunOutcome RunEvents::Outcome() const {
     }
     if (RunSignals::HasStopped()) {
         outcome.end = RunEnd::Interrupted;
+    } else if (!m_result && !m_heard) {
+        outcome.end = RunEnd::Unheard;
     } else if (WIFSIGNALED(status)) {
         outcome.end = RunEnd::Signal;
         outcome.number = WTERMSIG(status);

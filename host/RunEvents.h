@@ -26,13 +26,13 @@ class RunEvents {
     }
     /// Follows the call to the end of the process.
     RunOutcome Run(std::vector<RunObserver *> observers);
-    /// RETURNS whether everything that happened was told.
-    bool IsComplete() const {
-        return m_complete;
+    /// RETURNS why not everything that happened was told; empty if it was.
+    const std::string &Problem() const {
+        return m_problem;
     }
 
   private:
-    template <class Action> void Guarded(const Action &action);
+    template <class Action> bool Guarded(const Action &action);
     template <class Event> void Tell(const Event &event);
     void ReportSignals();
     bool TakeText();
@@ -48,8 +48,8 @@ class RunEvents {
     std::optional<RunResult> m_result;
     std::optional<int> m_percent;
     bool m_calledBack = false;
-    bool m_complete = true;
-    bool m_understood = true;
+    std::string m_problem;
+    bool m_heard = true;
 };
 
 } // namespace ispctl

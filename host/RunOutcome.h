@@ -11,6 +11,7 @@ enum class RunEnd {
     Exit,        ///< by exit or _exit in a plug-in, whatever the status
     Signal,      ///< by a signal
     Interrupted, ///< by the second Ctrl-C
+    Unheard,     ///< somehow: what it tells could not be read to its end
 };
 
 /// Everything that is known of a run that is over.

@@ -31,6 +31,17 @@ class TextView : public RunObserver {
     VisibleStream m_error;
 };
 
+std::string WordsOf(const RunOutcome &outcome) {
+    switch (outcome.end) {
+    case RunEnd::Signal:
+        return NameOfSignal(outcome.number) + " ended the process";
+    case RunEnd::Unheard:
+        return "what the process reports could not be read";
+    default:
+        return fmt::format("the process ended (exit status {})", outcome.number);
+    }
+}
+
 } // namespace
 
 ExitStatus RelayScript(Session &session) {
@@ -49,9 +60,10 @@ ExitStatus RelayScript(Session &session) {
             kExitFailedRun,
             fmt::format("failed: {} while the communication library was at work; "
                         "the state of the device is unknown",
-                        outcome.end == RunEnd::Signal
-                            ? NameOfSignal(outcome.number) + " ended the process"
-                            : fmt::format("the process ended (exit status {})", outcome.number)));
+                        WordsOf(outcome)));
+    }
+    if (!events.Problem().empty()) {
+        return session.Fail(kExitFailedRun, "not everything could be shown: " + events.Problem());
     }
     return static_cast<ExitStatus>(outcome.code.value_or(kExitFailedRun));
 }
