@@ -53,10 +53,17 @@ void IniText::IndexKeys() {
             m_lines[i].next = std::exchange(first, i);
         }
     }
-    for (std::size_t i = 0; i < m_added.size(); ++i) {
-        m_index[m_added[i].text.substr(0, m_added[i].keySize)].added = i;
-    }
     m_hasIndex = true;
+    for (std::size_t i = 0; i < m_added.size(); ++i) {
+        IndexAdded(i);
+    }
+}
+
+/// Of several lines with the same key the first one counts.
+void IniText::IndexAdded(std::size_t number) {
+    const Line &line = m_added[number];
+    std::size_t &added = m_index[line.text.substr(0, line.keySize)].added;
+    added = std::min(added, number);
 }
 
 // KEPT Header_that_ends_a_section_is_passed_over: the line that ends a section in which the key was
@@ -69,7 +76,8 @@ void IniText::Write(std::string_view key, std::string_view value) {
     value = Keep(value);
     KeyIndex::Entry entry = Find(key);
     if (m_sections.empty()) {
-        WriteAdded(entry, value);
+        m_lines.push_back({m_header, m_header.find('='), {}});
+        m_sections.push_back({m_lines.size() - 1, m_lines.size()});
     }
     std::size_t from = 0; // lines in front of it are not looked at again
     for (const Section &section : m_sections) {
@@ -130,10 +138,14 @@ void IniText::WriteAdded(const KeyIndex::Entry &entry, std::string_view value) {
         return;
     }
     const std::string_view text = Keep(entry.key, "=");
-    m_added.push_back({text, entry.key.size(), value, m_writes});
+    Add({text, entry.key.size(), value, m_writes});
     CheckWritten(m_added.back());
+}
+
+void IniText::Add(const Line &line) {
+    m_added.push_back(line);
     if (m_hasIndex) {
-        m_index[text.substr(0, entry.key.size())].added = m_added.size() - 1;
+        IndexAdded(m_added.size() - 1);
     }
 }
 
@@ -157,8 +169,40 @@ void IniText::CheckWritten(const Line &line) {
 
 /// Divides the values of the last write into lines, as the next one would read them.
 void IniText::ReadWrittenLines() {
+    m_areLines = true;
+    if (!DivideAdded()) {
+        DivideAll();
+    }
+}
+
+/// Without a walk over all lines, so that many such values have a linear cost. RETURNS false, and
+/// does nothing, unless only the line that was added last has to be divided.
+bool IniText::DivideAdded() {
+    if (m_sections.size() != 1 || m_added.empty() || m_added.back().write != m_writes) {
+        return false;
+    }
     std::vector<Line> lines;
-    lines.reserve(m_lines.size() + m_added.size() + 2);
+    const bool isWhole = Divide(Keep(Keep(m_added.back().text, m_added.back().value), "\n"), lines);
+    const auto end = std::find_if(lines.begin(), lines.end(),
+                                  [](const Line &line) { return line.keySize == kNone; });
+    if (!isWhole || end == lines.begin() ||
+        std::any_of(end, lines.end(), [this](const Line &line) { return line.text == m_header; })) {
+        return false;
+    }
+    m_unreadable -= IsUnreadable(m_added.back()) ? 1U : 0U;
+    for (const Line &line : lines) {
+        m_unreadable += IsUnreadable(line) ? 1U : 0U;
+    }
+    m_added.back() = lines.front();
+    std::for_each(lines.begin() + 1, end, [this](const Line &line) { Add(line); });
+    m_divided.insert(m_divided.end(), std::make_reverse_iterator(lines.end()),
+                     std::make_reverse_iterator(end));
+    return true;
+}
+
+void IniText::DivideAll() {
+    std::vector<Line> lines;
+    lines.reserve(m_lines.size() + m_added.size() + m_divided.size() + 2);
     bool more = true;
     ForEachLine([&](const Line &line) {
         if (more && line.write == m_writes) {
@@ -169,10 +213,10 @@ void IniText::ReadWrittenLines() {
     });
     m_lines.swap(lines);
     m_added.clear();
+    m_divided.clear();
     m_index.Clear();
     m_hasIndex = false;
     m_searches = 0;
-    m_areLines = true;
     LookAtLines();
 }
 
@@ -197,13 +241,13 @@ std::string IniText::Text() const {
 }
 
 template <class Visit> void IniText::ForEachLine(Visit visit) const {
-    const std::size_t end = m_sections.empty() ? m_lines.size() : m_sections.front().end;
-    std::for_each_n(m_lines.begin(), end, visit);
-    if (m_sections.empty()) {
-        visit({m_header, m_header.find('='), {}});
-    }
+    const auto end = m_sections.empty()
+                         ? m_lines.end()
+                         : m_lines.begin() + static_cast<std::ptrdiff_t>(m_sections.front().end);
+    std::for_each(m_lines.begin(), end, visit);
     std::for_each(m_added.begin(), m_added.end(), visit);
-    std::for_each(m_lines.begin() + static_cast<std::ptrdiff_t>(end), m_lines.end(), visit);
+    std::for_each(m_divided.rbegin(), m_divided.rend(), visit);
+    std::for_each(end, m_lines.end(), visit);
 }
 
 /// In blocks, which is cheaper than one string per value.

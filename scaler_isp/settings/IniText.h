@@ -46,13 +46,17 @@ class IniText {
     bool Divide(std::string_view text, std::vector<Line> &lines) const;
     void LookAtLines();
     void IndexKeys();
+    void IndexAdded(std::size_t number);
     KeyIndex::Entry Find(std::string_view key);
     std::size_t FindInSection(const Section &section, KeyIndex::Entry &entry) const;
     void WriteAdded(const KeyIndex::Entry &entry, std::string_view value);
     void SetValue(Line &line, std::string_view value);
     void CheckWritten(const Line &line);
     void ReadWrittenLines();
+    bool DivideAdded();
+    void DivideAll();
     bool IsUnreadable(const Line &line) const;
+    void Add(const Line &line);
     template <class Visit> void ForEachLine(Visit visit) const;
     std::string_view Keep(std::string_view text, std::string_view more = {});
 
@@ -60,7 +64,8 @@ class IniText {
     const std::string m_header;
     std::vector<Line> m_lines;
     std::vector<Section> m_sections;
-    std::vector<Line> m_added; ///< at the end of the first section, which is new if there is none
+    std::vector<Line> m_added;   ///< at the end of the first section
+    std::vector<Line> m_divided; ///< after the added ones, in reverse order: they end the section
     KeyIndex m_index;
     bool m_hasIndex = false;
     std::size_t m_searches = 0;     ///< without an index

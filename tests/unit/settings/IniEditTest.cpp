@@ -275,6 +275,35 @@ TEST(IniEdit, Bytes_are_those_of_single_writes_without_a_valid_locale) {
     CompareRandomInputs(3, SecondVersion(Encoding::Bytes));
 }
 
+TEST(IniEdit, Paths_of_several_lines_are_written_as_by_single_writes) {
+    std::mt19937 random(5);
+    const std::wstring paths[] = {L"/a",
+                                  L"/b\nq",
+                                  L" /c \n r ",
+                                  L"/d\n",
+                                  L"\n\n",
+                                  L"/e\nfw3_Path=/f",
+                                  L"/g\nfw4_TargetBank = 1 \nx\nfw5_Path=",
+                                  L"/h\n=",
+                                  L"/i\n[ISP_Fw]\nfw2_Path=/j",
+                                  L"/k\n" + std::wstring(1024, L'o'),
+                                  L"/l\n\xDC80",
+                                  L"/\x00E4\n\x3042"};
+    const char *fronts[] = {"", "[ISP_Fw]\n", "[ISP_Fw]\nfw2_Path=/o=p\n\n[T]\nx=1\n",
+                            "[ISP_Fw]\nfw1_Path=/o\n[ISP_Fw]\nfw2_Path=/p", "\xE4\n"};
+    for (int round = 0; round < 150; ++round) {
+        Map map{8, {}};
+        // Mostly those that end a section; the others make the next write look at all lines.
+        const std::size_t sorts = random() % 3 == 0 ? std::size(paths) : 5;
+        for (unsigned int i = 0; i < 24; ++i) {
+            map.banks.push_back({i % 9, i, paths[random() % sorts]});
+        }
+        const char *file = fronts[random() % std::size(fronts)];
+        ASSERT_EQ(ByTheLibrary(file, map), KeyByKey(file, map, SecondVersion(Encoding::Utf8)))
+            << testing::PrintToString(file) << ' ' << testing::PrintToString(WritesOf(map));
+    }
+}
+
 TEST(IniEdit, Section_that_occurs_often_is_written_as_by_single_writes) {
     std::mt19937 random(4);
     Map map{40, {}};
