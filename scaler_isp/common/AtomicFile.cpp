@@ -59,9 +59,8 @@ SaveResult ResultOfFailedOpen(int error) {
 }
 
 /// Whether a failure lies in the file or the directory, so that the file is overwritten in place.
-/// For a path that leads nowhere that attempt fails, too, and tells that it cannot be opened.
 bool PreventsRename(int error) {
-    return IsErrorOfPath(error) || error == EROFS || error == EXDEV || error == EBUSY;
+    return error == EACCES || error == EPERM || error == EROFS || error == EXDEV || error == EBUSY;
 }
 
 /// RETURNS 0, or errno.
@@ -116,7 +115,8 @@ SaveResult AtomicFile::Replace(const std::string &bytes) {
 
 SaveResult AtomicFile::Create(const std::string &bytes) const {
     const int error = ReplaceByRename(bytes, nullptr);
-    if (!PreventsRename(error)) {
+    // A path that leads nowhere cannot be opened either, and that is what the caller is told.
+    if (!PreventsRename(error) && !IsErrorOfPath(error)) {
         return error == 0 ? SaveResult::Written : SaveResult::Failed;
     }
     FileDescriptor file(::open(m_path.c_str(), kWriteFlags | O_CREAT, kNewFileMode));

@@ -282,19 +282,24 @@ TEST(IniEdit, Paths_of_several_lines_are_written_as_by_single_writes) {
                                   L" /c \n r ",
                                   L"/d\n",
                                   L"\n\n",
-                                  L"/e\nfw3_Path=/f",
-                                  L"/g\nfw4_TargetBank = 1 \nx\nfw5_Path=",
+                                  L"/e\nfw3_TargetBank=/f",
+                                  L"/g\nfw4_TargetBank= 1 \nx\nfw5_Path=",
+                                  L"/\x00E4\nfw23_Path=/\x00E4",
                                   L"/h\n=",
-                                  L"/i\n[ISP_Fw]\nfw2_Path=/j",
+                                  L"/i\n[ISP_Fw]\nfw4_TargetBank=/j",
                                   L"/k\n" + std::wstring(1024, L'o'),
                                   L"/l\n\xDC80",
                                   L"/\x00E4\n\x3042"};
-    const char *fronts[] = {"", "[ISP_Fw]\n", "[ISP_Fw]\nfw2_Path=/o=p\n\n[T]\nx=1\n",
-                            "[ISP_Fw]\nfw1_Path=/o\n[ISP_Fw]\nfw2_Path=/p", "\xE4\n"};
+    const char *fronts[] = {"",
+                            "[ISP_Fw]\n",
+                            "[ISP_Fw]\nfw2_Path=/o=p\n\n[T]\nx=1\n",
+                            "[ISP_Fw]\nfw1_Path=/o\n[ISP_Fw]\nfw2_Path=/p",
+                            "\xE4\n",
+                            "[ISP_Fw]\nfw22_Path=\xE4\n"};
     for (int round = 0; round < 150; ++round) {
         Map map{8, {}};
         // Mostly those that end a section; the others make the next write look at all lines.
-        const std::size_t sorts = random() % 3 == 0 ? std::size(paths) : 5;
+        const std::size_t sorts = random() % 3 == 0 ? std::size(paths) : 8;
         for (unsigned int i = 0; i < 24; ++i) {
             map.banks.push_back({i % 9, i, paths[random() % sorts]});
         }
@@ -302,6 +307,15 @@ TEST(IniEdit, Paths_of_several_lines_are_written_as_by_single_writes) {
         ASSERT_EQ(ByTheLibrary(file, map), KeyByKey(file, map, SecondVersion(Encoding::Utf8)))
             << testing::PrintToString(file) << ' ' << testing::PrintToString(WritesOf(map));
     }
+}
+
+TEST(IniEdit, File_can_be_read_again_once_the_last_unreadable_line_is_replaced) {
+    const std::string file = "[ISP_Fw]\nfw1_Path=\xE4\n";
+    const Map map{
+        4, {{0, 0, L"/m\nfw2_Path=/\x00E4"}, {1, 1, L"/a"}, {2, 2, L"/b"}, {3, 3, L"/\x00E4"}}};
+    const Edited edited = ByTheLibrary(file, map);
+    EXPECT_EQ(edited, KeyByKey(file, map, SecondVersion(Encoding::Utf8)));
+    EXPECT_NE(edited.file.find("fw3_Path=/\xC3\xA4\n"), std::string::npos);
 }
 
 TEST(IniEdit, Section_that_occurs_often_is_written_as_by_single_writes) {
