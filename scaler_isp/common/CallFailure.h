@@ -25,12 +25,12 @@ class CallFailure : public std::exception {
 };
 
 /// Whether a path that could not be opened or resolved is itself the reason: it does not exist, it
-/// is not accessible, it is not a path. That is an answer about the input; any other errno is a
-/// CallFailure.
+/// is not accessible, it is not a path, its file system permits no such name. That is an answer
+/// about the input; any other errno is a CallFailure.
 inline bool IsErrorOfPath(int error) {
     return error == ENOENT || error == ENOTDIR || error == EACCES || error == EPERM ||
            error == ELOOP || error == ENAMETOOLONG || error == EISDIR || error == ENXIO ||
-           error == ENODEV;
+           error == ENODEV || error == EILSEQ || error == EINVAL;
 }
 
 #endif
