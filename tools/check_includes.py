@@ -12,7 +12,7 @@ everything outside the library (host, simulator, examples) includes installed he
 import re
 import sys
 
-from tracked import ROOT, report, tracked_texts
+from tracked_files import ROOT, report, tracked_texts
 
 # Room -> the rooms directly below it.
 BELOW = {

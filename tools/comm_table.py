@@ -4,7 +4,7 @@
 import re
 import sys
 
-from tracked import ROOT, report
+from tracked_files import ROOT, report
 
 SOURCE = ROOT / "scaler_isp/plugins/comm_functions.def"
 TARGET = ROOT / "docs/communication-library.md"

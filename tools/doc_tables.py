@@ -23,7 +23,7 @@ import sys
 import tempfile
 
 import option_names
-from tracked import ROOT, report
+from tracked_files import ROOT, report
 
 BLOCK = re.compile(r"(<!-- table: (?P<name>[a-zA-Z0-9 ]+) -->\n).*?(<!-- end of table -->\n)", re.DOTALL)
 OPCODE = re.compile(

@@ -2,7 +2,7 @@
 
 import re
 
-from tracked import ROOT
+from tracked_files import ROOT
 
 CONSOLE = re.compile(r'add_(?:option|flag)\(\s*"--(\w+)"')
 BLOCKS = re.compile(r"<!-- table: options [^\n]*-->\n(.*?)<!-- end of table -->", re.DOTALL)
@@ -11,7 +11,7 @@ NAME = re.compile(r"--([A-Za-z0-9]+)")
 
 def console_options():
     """Names of ispctl's own options."""
-    return set(CONSOLE.findall((ROOT / "host/main.cpp").read_text()))
+    return set(CONSOLE.findall((ROOT / "ispctl/main.cpp").read_text()))
 
 
 def problems_of_page(name, text, options, others):

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Writes docs/quirks.md from the KEPT comments of the library; --check only compares."""
+"""Writes docs/quirks.md from the QUIRK comments of the library; --check only compares."""
 
 import sys
 
-from kept import all_kept
-from tracked import ROOT, report
+from quirk_comments import all_kept
+from tracked_files import ROOT, report
 
 TARGET = ROOT / "docs/quirks.md"
 HEAD = """# Quirks that stay

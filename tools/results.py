@@ -1,6 +1,6 @@
 """bench/RESULTS.md: parts under a heading each, every one written by the command that measured it."""
 
-from tracked import ROOT
+from tracked_files import ROOT
 
 RESULTS = ROOT / "bench/RESULTS.md"
 

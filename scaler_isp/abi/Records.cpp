@@ -58,7 +58,7 @@ static_assert(std::is_trivially_copyable_v<Sign> && std::is_standard_layout_v<Si
 STRUCT_C_STYLE_FW_BANK_SETTING::STRUCT_C_STYLE_FW_BANK_SETTING()
     : ullBankValue(0), ulFileBank(0), wszFwPath{} {}
 
-// KEPT Map_constructor_clears_only_128_target_banks: of the 512 target banks a new record clears
+// QUIRK Map_constructor_clears_only_128_target_banks: of the 512 target banks a new record clears
 // the first 128; the others keep what the memory held, and only the first ulFwCount entries mean
 // anything.
 STRUCT_C_STYLE_MAP_FW::STRUCT_C_STYLE_MAP_FW() : ulFwCount(0) { // NOLINT(*-member-init)

@@ -4,11 +4,11 @@
 #include <cstring>
 #include <iterator>
 
-#include "scaler_isp/abi/RecordGaps.h"
+#include "scaler_isp/abi/ZeroUninitializedBytes.h"
 #include "scaler_isp/args/CommandFlow.h"
 #include "scaler_isp/args/CommandTables.h"
-#include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/BoundedCopy.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/common/PathResolution.h"
 
 namespace {
@@ -16,7 +16,7 @@ namespace {
 /// 1 or 0 as the step says. What fails inside it becomes 0 here, at the function that another
 /// binary called, and nowhere else.
 template <class Step> int Answer(Step &&step) {
-    return ResultOrOnThrow(0, [&] { return step() ? 1 : 0; });
+    return CatchAll(0, [&] { return step() ? 1 : 0; });
 }
 
 std::uint32_t Bits(int mask) {
@@ -30,7 +30,7 @@ ArgsDirectories Directories(const std::string &current) {
 } // namespace
 
 void FindFile(const std::string &dir, std::vector<std::string> &names, std::string ext) {
-    NothingOnThrow([&] {
+    CatchAll([&] {
         const std::vector<std::string> found = ListNames(dir, ext);
         names.insert(names.end(), found.begin(), found.end());
     });
@@ -41,7 +41,7 @@ void GetDefaultSettingFilePathName(wchar_t *buf, unsigned int size) {
         return;
     }
     *buf = L'\0';
-    NothingOnThrow([&] {
+    CatchAll([&] {
         const CCpNxString path = DefaultSettingFile(FindLibraryDirectory());
         if (size > path.size()) {
             buf[path.copy(buf, path.size())] = L'\0';
@@ -50,7 +50,7 @@ void GetDefaultSettingFilePathName(wchar_t *buf, unsigned int size) {
 }
 
 CCpIspArgsParse::CCpIspArgsParse() {
-    ClearGaps(m_stSetting);
+    ZeroUninitializedBytes(m_stSetting);
 }
 
 void CCpIspArgsParse::SetCurrentDir(const std::string &directory) {

@@ -66,7 +66,7 @@ class SCALER_ISP_API CCpIspArgsParse {
     int InsertCommandFwFile(unsigned int entry, const char *path);
 
     /// Notes the start bank of an entry, 0..255.
-    // KEPT Repeated_bank_keeps_the_last_value: a repeated --bankN replaces the value silently,
+    // QUIRK Repeated_bank_keeps_the_last_value: a repeated --bankN replaces the value silently,
     // while a repeated --fwN is refused.
     int InsertCommandStartBank(unsigned int entry, std::string value);
 

@@ -90,7 +90,8 @@ bool ValidateArguments(RawArgs &args, const ArgsDirectories &directories, const 
 
 /// Stores the path of the settings file that a line gives, or of the default one, in the record.
 /// \param givenFile  becomes an absolute path unless it is empty
-void StoreSettingFile(const ArgsDirectories &directories, std::string &givenFile, PathField &field);
+void SetSettingFileField(const ArgsDirectories &directories, std::string &givenFile,
+                         PathField &field);
 
 // ConvertArguments.cpp: strings to values. An empty string is accepted and leaves the value alone,
 // unless said otherwise.

@@ -105,7 +105,7 @@ const ActionRow &RowOfAction(ENUM_CP_ISPTOOL_ACTION_TYPE action) {
     return row != std::end(kActions) ? *row : kNoAction;
 }
 
-// KEPT Factoryisp_option_has_no_action_value: the bit of --factoryisp (0x10000) converts to no
+// QUIRK Factoryisp_option_has_no_action_value: the bit of --factoryisp (0x10000) converts to no
 // action, although the action itself is known everywhere else.
 ENUM_CP_ISPTOOL_ACTION_TYPE ActionOfBit(std::uint32_t bit) {
     const auto *row = std::find_if(std::begin(kActions), std::end(kActions),

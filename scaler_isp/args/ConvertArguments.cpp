@@ -230,7 +230,7 @@ bool ConvertSlaveAddress(const std::string &text, int &state, unsigned char &add
     return true;
 }
 
-// KEPT Flag_count_wraps_at_256: the number of flag bytes is stored modulo 256, so a check against
+// QUIRK Flag_count_wraps_at_256: the number of flag bytes is stored modulo 256, so a check against
 // the capacity of 1,220 bytes could never fire; bytes beyond it are counted but not stored.
 bool ConvertUserFlag(const std::string &address, const std::string &data,
                      STRUCT_FLAG_SETTING &setting) {
@@ -284,7 +284,7 @@ bool ConvertI2CBytes(const std::string &text, std::vector<unsigned char> &bytes)
     return bytes.size() >= kMinI2CValues;
 }
 
-// KEPT I2C_write_of_256_bytes_has_length_0: the length is stored in 8 bits.
+// QUIRK I2C_write_of_256_bytes_has_length_0: the length is stored in 8 bits.
 bool ConvertI2CWrite(const RawArgs &args, STRUCT_I2C_WRITE_ACTION_TYPE_SETTING &setting) {
     std::vector<unsigned char> values;
     if (!ConvertI2CBytes(args.strWriteData, values) || values.size() > kMaxI2CValues) {

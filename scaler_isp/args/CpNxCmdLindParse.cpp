@@ -146,7 +146,7 @@ int CpNxCmdLindParse::ParseCmdLineHandler(int argc, char **argv, int *longIndex,
     if (m_nCmdIndex == 0 || m_bInitialized == 0) {
         m_pszShortCmds = ParseCmdLineInital();
     } else if (*m_pszShortCmds == '-' || *m_pszShortCmds == '+') {
-        // KEPT Leading_sign_of_the_short_options_is_dropped_once_a_call: the first call keeps it,
+        // QUIRK Leading_sign_of_the_short_options_is_dropped_once_a_call: the first call keeps it,
         // every later one drops a "-" or "+" that stands in front.
         ++m_pszShortCmds;
     }
@@ -282,7 +282,7 @@ int CpNxCmdLindParse::ParseLongCmd(int argc, char **argv, int *longIndex, int lo
         ++m_nCmdIndex;
         m_pszNextChar = nullptr;
         char *value = text[nameLength] == '=' ? text + nameLength + 1 : nullptr;
-        return TakeLongCmd(argc, argv, longIndex, prefix, *match.pUnit, value);
+        return AcceptLongCmd(argc, argv, longIndex, prefix, *match.pUnit, value);
     }
     const bool doubleDash = m_nCmdIndex < argc && BeginsWithDoubleDash(argv[m_nCmdIndex]);
     if (longOnly != 0 && !doubleDash && !name.empty() &&
@@ -298,7 +298,7 @@ int CpNxCmdLindParse::ParseLongCmd(int argc, char **argv, int *longIndex, int lo
     return kError;
 }
 
-// KEPT Ambiguity_lists_later_candidates_line_by_line: the first line holds two candidates, every
+// QUIRK Ambiguity_lists_later_candidates_line_by_line: the first line holds two candidates, every
 // further one gets a line of its own, and later candidates are printed even with the diagnostics
 // silenced.
 void CpNxCmdLindParse::PrintAmbiguity(char **argv, const char *prefix, std::string_view name,
@@ -324,8 +324,8 @@ void CpNxCmdLindParse::PrintAmbiguity(char **argv, const char *prefix, std::stri
     }
 }
 
-int CpNxCmdLindParse::TakeLongCmd(int argc, char **argv, int *longIndex, const char *prefix,
-                                  const STRUCT_CP_LONG_CMD_UNIT &unit, char *value) {
+int CpNxCmdLindParse::AcceptLongCmd(int argc, char **argv, int *longIndex, const char *prefix,
+                                    const STRUCT_CP_LONG_CMD_UNIT &unit, char *value) {
     if (value != nullptr && unit.nHasArg == kNoArgument) {
         if (m_bPrintErr != 0) {
             std::fprintf(stderr, "%s: option '%s%s' doesn't allow an argument\n", ProgramName(argv),

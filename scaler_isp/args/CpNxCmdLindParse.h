@@ -78,8 +78,8 @@ class SCALER_ISP_API CpNxCmdLindParse {
     SCALER_ISP_INTERNAL int ParseElement(int argc, char **argv, int *longIndex, int longOnly);
     SCALER_ISP_INTERNAL void MoveOptionsForward(char **argv);
     SCALER_ISP_INTERNAL int MissingArgument() const;
-    SCALER_ISP_INTERNAL int TakeLongCmd(int argc, char **argv, int *longIndex, const char *prefix,
-                                        const STRUCT_CP_LONG_CMD_UNIT &unit, char *value);
+    SCALER_ISP_INTERNAL int AcceptLongCmd(int argc, char **argv, int *longIndex, const char *prefix,
+                                          const STRUCT_CP_LONG_CMD_UNIT &unit, char *value);
     SCALER_ISP_INTERNAL void PrintAmbiguity(char **argv, const char *prefix, std::string_view name,
                                             int longOnly) const;
 

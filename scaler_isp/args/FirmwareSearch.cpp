@@ -66,7 +66,7 @@ class UserDefinedFile {
 };
 
 /// One identification text: its mode, its text, how a file name is filtered by it.
-struct NameRow {
+struct IdentificationRow {
     const wchar_t *pszModeKey;
     std::uint32_t Info::*pMode;
     const char *pszModeError;
@@ -74,13 +74,13 @@ struct NameRow {
     std::string Info::*pText;
     const wchar_t *pszIgnoreKey;
     std::uint32_t Info::*pIgnore;
-    const char *pszNothingFound;
+    const char *pszNoMatchError;
 };
 
-constexpr std::uint32_t kRecordModes = 3;
-constexpr int kFindModes = 2;
+constexpr std::uint32_t kRecordModeCount = 3;
+constexpr int kFindModeCount = 2;
 
-constexpr NameRow kNames[] = {
+constexpr IdentificationRow kIdentificationRows[] = {
     {L"RecordSIMode", &Info::ulRecordSIMode, "Record si mode setting error!", L"SIName",
      &Info::strSIName, L"IgnoreSIName", &Info::bIgnoreSIName,
      "cann't find fw use userdefined SI name info!\n"},
@@ -92,24 +92,24 @@ constexpr NameRow kNames[] = {
      "cann't find fw use userdefined panel name info!\n"},
 };
 
-// KEPT Only_a_wrong_version_mode_stops_the_reading: a wrong mode of a name is reported and
+// QUIRK Only_a_wrong_version_mode_stops_the_reading: a wrong mode of a name is reported and
 // taken as 0.
 bool ReadModes(const UserDefinedFile &file, Info &info) {
-    for (const NameRow &row : kNames) {
+    for (const IdentificationRow &row : kIdentificationRows) {
         const std::uint32_t mode = file.Flag(row.pszModeKey);
-        info.*row.pMode = mode < kRecordModes ? mode : 0;
-        if (mode >= kRecordModes) {
+        info.*row.pMode = mode < kRecordModeCount ? mode : 0;
+        if (mode >= kRecordModeCount) {
             std::fputs(row.pszModeError, stdout);
         }
     }
     const std::uint32_t versionMode = file.Flag(L"RecordVersionMode");
-    if (versionMode >= kRecordModes) {
+    if (versionMode >= kRecordModeCount) {
         std::fputs("Record version mode setting error!", stdout);
         return false;
     }
     info.ulRecordVersionMode = versionMode;
     const int findMode = file.Number(L"FindBinUseVerMode");
-    if (findMode >= kFindModes) {
+    if (findMode >= kFindModeCount) {
         std::fputs("Find bin version mode setting error!", stdout);
         return false;
     }
@@ -118,7 +118,7 @@ bool ReadModes(const UserDefinedFile &file, Info &info) {
 }
 
 bool ReadIgnoreFlags(const UserDefinedFile &file, Info &info) {
-    for (const NameRow &row : kNames) {
+    for (const IdentificationRow &row : kIdentificationRows) {
         info.*row.pIgnore = file.Flag(row.pszIgnoreKey);
     }
     info.bIgnoreVersionName = file.Flag(L"IgnoreVersionName");
@@ -131,7 +131,7 @@ bool ReadIgnoreFlags(const UserDefinedFile &file, Info &info) {
     return true;
 }
 
-bool ReadName(const UserDefinedFile &file, const NameRow &row, Info &info) {
+bool ReadName(const UserDefinedFile &file, const IdentificationRow &row, Info &info) {
     if (info.*row.pMode == 0) {
         info.*row.pText = file.Text(row.pszTextKey);
         return true;
@@ -174,7 +174,7 @@ std::string MajorVersion(std::string version) {
     return dot == std::string::npos ? std::string() : version.substr(0, dot + 1);
 }
 
-// KEPT Major_version_never_matches_its_bare_name: "2." finds FW2.13.bin but not FW2.bin.
+// QUIRK Major_version_never_matches_its_bare_name: "2." finds FW2.13.bin but not FW2.bin.
 bool MatchesMajorVersion(const std::string &name, const std::string &pattern) {
     const auto position = name.find(pattern);
     return position != std::string::npos && name.find(pattern + "bin") != position;
@@ -192,14 +192,14 @@ std::string OpenableSettingFile(const ArgsDirectories &directories, const PathFi
 
 /// Keeps the names that contain the identification texts. False, with its message, if none does.
 bool FilterByNames(const Info &info, Names &names) {
-    for (const NameRow &row : kNames) {
+    for (const IdentificationRow &row : kIdentificationRows) {
         const std::string &text = info.*row.pText;
         if (info.*row.pIgnore != 0 || text.empty()) {
             continue;
         }
         names = NamesContaining(names, text);
         if (names.empty()) {
-            std::fputs(row.pszNothingFound, stdout);
+            std::fputs(row.pszNoMatchError, stdout);
             return false;
         }
     }
@@ -229,7 +229,7 @@ bool FindFirmwareByPrefix(const ArgsDirectories &directories, std::string givenF
         std::printf("Cannot find bin in current dir!\n");
         return false;
     }
-    StoreSettingFile(directories, givenFile, settingFile);
+    SetSettingFileField(directories, givenFile, settingFile);
     const IniReader settings(OpenableSettingFile(directories, settingFile));
     const std::string prefix = Utf8FromWide(settings.String(L"ISP_Fw", L"strFwPrefix"));
     if (prefix.empty()) {
@@ -253,7 +253,7 @@ bool ReadUserDefinedInfo(const ArgsDirectories &directories, Info &info) {
     if (!ReadModes(file, info) || !ReadIgnoreFlags(file, info)) {
         return false;
     }
-    for (const NameRow &row : kNames) {
+    for (const IdentificationRow &row : kIdentificationRows) {
         if (!ReadName(file, row, info)) {
             return false;
         }

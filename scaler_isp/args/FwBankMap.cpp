@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <string_view>
 
-#include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/BoundedCopy.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 
 int CopyMapFwToCStyleStruct(STRUCT_C_STYLE_MAP_FW &record, const FwBankMap &bankMap) {
     record.ulFwCount = static_cast<std::uint32_t>(bankMap.size());
@@ -24,7 +24,7 @@ int CopyMapFwToCStyleStruct(STRUCT_C_STYLE_MAP_FW &record, const FwBankMap &bank
 }
 
 void CopyCStyleStructToMapFw(FwBankMap &bankMap, const STRUCT_C_STYLE_MAP_FW &record) {
-    NothingOnThrow([&] {
+    CatchAll([&] {
         bankMap.clear();
         // The count of a refused copy is larger than the arrays.
         const std::size_t count = std::min<std::size_t>(record.ulFwCount, SCALER_ISP_MAX_BANKS);

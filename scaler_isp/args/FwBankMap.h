@@ -26,7 +26,7 @@ using FwBankMap = std::map<unsigned int, STRUCT_FW_BANK_SETTING, sortAscending<u
 
 /// Copies a bank map into the record's map, in ascending order. RETURNS 1, or 0 for more than 512
 /// entries.
-// KEPT Refused_copy_keeps_the_count: then ulFwCount holds the number that was too large, and the
+// QUIRK Refused_copy_keeps_the_count: then ulFwCount holds the number that was too large, and the
 // arrays are untouched.
 SCALER_ISP_API int CopyMapFwToCStyleStruct(STRUCT_C_STYLE_MAP_FW &record, const FwBankMap &bankMap);
 

@@ -45,7 +45,7 @@ class ArgumentScan {
         for (;;) {
             const int result = m_engine.ParseCmdLineEx(argc, argv, nullptr);
             if (result == kEndOfOptions) {
-                PrintLeftovers(argc, argv);
+                PrintNonOptions(argc, argv);
                 return true;
             }
             if (!Handle(result)) {
@@ -92,7 +92,7 @@ class ArgumentScan {
         return argument != nullptr ? argument : "";
     }
 
-    // KEPT Flag_words_repeat_on_every_later_flag_option: the flag words keep their last value, so
+    // QUIRK Flag_words_repeat_on_every_later_flag_option: the flag words keep their last value, so
     // the mode of --userdefined and the data of --write are set again by a later flag option that
     // has an argument.
     void MergeFlags() {
@@ -144,7 +144,7 @@ class ArgumentScan {
         return true;
     }
 
-    // KEPT Search_and_file_exclude_each_other_silently: whichever of --fw and --searchfw comes
+    // QUIRK Search_and_file_exclude_each_other_silently: whichever of --fw and --searchfw comes
     // second ends the command without a message.
     bool ApplyFirmware(unsigned int entry, const std::string &path) {
         if (entry == 0) {
@@ -180,7 +180,7 @@ class ArgumentScan {
         return false;
     }
 
-    void PrintLeftovers(int argc, char **argv) {
+    void PrintNonOptions(int argc, char **argv) {
         if (m_engine.GetCmdIndex() >= argc) {
             return;
         }
@@ -201,8 +201,8 @@ class ArgumentScan {
 
 } // namespace
 
-// KEPT First_word_is_the_program_name: argv[0] is never scanned as an option.
-// KEPT Unknown_options_are_not_fatal: unknown options, missing arguments and stray words are
+// QUIRK First_word_is_the_program_name: argv[0] is never scanned as an option.
+// QUIRK Unknown_options_are_not_fatal: unknown options, missing arguments and stray words are
 // reported and passed over.
 bool ScanArguments(int argc, char **argv, const ArgsDirectories &directories, RawArgs &args,
                    FwBankMap &files, PathField &settingFile) {

@@ -28,18 +28,18 @@ struct Validation {
 };
 
 /// What follows a step. Accepted ends the validation early: the rest does not concern the action.
-enum class Verdict { Continue, Accepted, Refused };
+enum class StepResult { Continue, Accepted, Refused };
 
-Verdict ContinueIf(bool accepted) {
-    return accepted ? Verdict::Continue : Verdict::Refused;
+StepResult ContinueIf(bool accepted) {
+    return accepted ? StepResult::Continue : StepResult::Refused;
 }
 
-Verdict Refuse(const char *message) {
+StepResult Refuse(const char *message) {
     std::fputs(message, stdout);
-    return Verdict::Refused;
+    return StepResult::Refused;
 }
 
-Verdict Action(Validation &v) {
+StepResult Action(Validation &v) {
     if (v.args.ulActionMask != 0) {
         if (!IsOneBit(v.args.ulActionMask)) {
             return Refuse("Action type undefined or more than one type!\n");
@@ -49,28 +49,28 @@ Verdict Action(Validation &v) {
     if (v.args.ulActionMask == 0 || v.setting.enumActionType == ENUM_ACTION_NONE) {
         return Refuse("Action type undefined or illegal!\n");
     }
-    return Verdict::Continue;
+    return StepResult::Continue;
 }
 
-Verdict BootCodeAndIspMode(Validation &v) {
+StepResult BootCodeAndIspMode(Validation &v) {
     v.setting.enumBootCodeType = v.args.ulBootCodeType;
     v.setting.enumIspMode = v.args.ulIspMode;
-    return Verdict::Continue;
+    return StepResult::Continue;
 }
 
-Verdict MergeInfo(Validation &v) {
+StepResult MergeInfo(Validation &v) {
     if (v.args.ulMergeInfoRwMask == 0) {
-        return Verdict::Continue;
+        return StepResult::Continue;
     }
     v.setting.enumMergeFWInfoMode = MergeModeOfMask(v.args.ulMergeInfoRwMask);
     return ContinueIf(v.setting.enumMergeFWInfoMode != ENUM_MERGE_INFO_WRITE ||
                       ConvertMergeInfo(v.args.strMergeWriteData, v.setting.stMergeFwInfo));
 }
 
-Verdict SignatureTypeOption(Validation &v) {
+StepResult SignatureTypeOption(Validation &v) {
     if (v.args.ulSignTypeMask == 0) {
         v.setting.enumDigitalSignatureType = ENUM_SIGN_TYPE_NONE;
-        return Verdict::Continue;
+        return StepResult::Continue;
     }
     if (!IsOneBit(v.args.ulSignTypeMask)) {
         return Refuse("Digital signature type is undefined or more than one type!\n");
@@ -80,12 +80,12 @@ Verdict SignatureTypeOption(Validation &v) {
     if (v.setting.enumDigitalSignatureType == ENUM_SIGN_TYPE_NONE) {
         return Refuse("Digital signature type is illegal!\n");
     }
-    return Verdict::Continue;
+    return StepResult::Continue;
 }
 
-Verdict SignatureMode(Validation &v) {
+StepResult SignatureMode(Validation &v) {
     if (!v.HasSignature()) {
-        return Verdict::Continue;
+        return StepResult::Continue;
     }
     const bool accepted =
         v.IsHardware() ? ConvertSignatureMode(v.args.strDsMode, v.sign.enumHWDigitalSignatureMode)
@@ -94,14 +94,14 @@ Verdict SignatureMode(Validation &v) {
         return Refuse("Digital signature mode is illegal!\n");
     }
     v.setting.enumSWDigitalSignatureMode = v.sign.enumSWDigitalSignatureMode;
-    return Verdict::Continue;
+    return StepResult::Continue;
 }
 
-// KEPT Boot_path_needs_a_signature_type: the boot firmware reaches the record only together with
+// QUIRK Boot_path_needs_a_signature_type: the boot firmware reaches the record only together with
 // --sw or --hw.
-Verdict SignatureTexts(Validation &v) {
+StepResult SignatureTexts(Validation &v) {
     if (!v.HasSignature()) {
-        return Verdict::Continue;
+        return StepResult::Continue;
     }
     const bool firmwareNeeded =
         !v.IsHardware() || v.sign.enumHWDigitalSignatureMode != ENUM_SIGN_HW_MODE_1;
@@ -116,28 +116,28 @@ Verdict SignatureTexts(Validation &v) {
     CopyBounded(v.sign.szSignKeyFile, std::string_view(v.args.strSkFile));
     CopyBounded(v.sign.szSubCertFile, std::string_view(v.args.strSubCert));
     CopyBounded(v.sign.szNextVerifyKeyFile, std::string_view(v.args.strNextVkFile));
-    return Verdict::Continue;
+    return StepResult::Continue;
 }
 
 /// The files of a software signature that is verified before the firmware is programmed.
-Verdict SignatureFilesOfProgramming(Validation &v) {
+StepResult SignatureFilesOfProgramming(Validation &v) {
     v.sign.enumSignActionType = ENUM_SIGN_ACTION_VERIFY;
     if (v.setting.enumIspMode == SCALER_ISP_MODE_FACTORY) {
-        return Verdict::Continue;
+        return StepResult::Continue;
     }
     if (v.sign.enumSWDigitalSignatureMode == ENUM_SIGN_SW_MODE_VXM_EXTERNAL_NEXT) {
-        // KEPT Mode_4_goes_on_after_a_failed_file_check: the message is printed, and the run goes
+        // QUIRK Mode_4_goes_on_after_a_failed_file_check: the message is printed, and the run goes
         // on.
         static_cast<void>(CheckFirmwareAndSignature(v.directories.strCurrent, v.sign));
-        return Verdict::Continue;
+        return StepResult::Continue;
     }
     return ContinueIf(CheckSignatureArguments(v.directories.strCurrent, v.sign));
 }
 
 /// Checks the signature files. A run that only signs or verifies ends here.
-Verdict SignatureFiles(Validation &v) {
+StepResult SignatureFiles(Validation &v) {
     if (!v.HasSignature()) {
-        return Verdict::Continue;
+        return StepResult::Continue;
     }
     const ENUM_CP_ISPTOOL_ACTION_TYPE action = v.setting.enumActionType;
     const ActionRow &row = RowOfAction(action);
@@ -147,16 +147,16 @@ Verdict SignatureFiles(Validation &v) {
     if (row.OnlySigns()) {
         v.sign.enumSignActionType =
             action == ENUM_ACTION_SIGN ? ENUM_SIGN_ACTION_SIGN : ENUM_SIGN_ACTION_VERIFY;
-        return CheckSignatureArguments(v.directories.strCurrent, v.sign) ? Verdict::Accepted
-                                                                         : Verdict::Refused;
+        return CheckSignatureArguments(v.directories.strCurrent, v.sign) ? StepResult::Accepted
+                                                                         : StepResult::Refused;
     }
-    return v.IsHardware() ? Verdict::Continue : SignatureFilesOfProgramming(v);
+    return v.IsHardware() ? StepResult::Continue : SignatureFilesOfProgramming(v);
 }
 
-Verdict VersionLocation(Validation &v) {
+StepResult VersionLocation(Validation &v) {
     if (v.args.ulVerLocMask == 0) {
         v.setting.enumVersionLocationType = ENUM_VER_LOC_NONE;
-        return Verdict::Continue;
+        return StepResult::Continue;
     }
     if (!IsOneBit(v.args.ulVerLocMask)) {
         return Refuse("Get version location type undefined or more than one type!\n");
@@ -173,37 +173,37 @@ Verdict VersionLocation(Validation &v) {
     if (v.setting.enumVersionLocationType == ENUM_VER_LOC_NONE) {
         return Refuse("Version location type is illegal!\n");
     }
-    return Verdict::Continue;
+    return StepResult::Continue;
 }
 
-Verdict CommunicationChannel(Validation &v) {
+StepResult CommunicationChannel(Validation &v) {
     return ContinueIf(ConvertCommId(v.args.strComm, v.setting.enumCommID));
 }
 
-Verdict SlaveAddress(Validation &v) {
+StepResult SlaveAddress(Validation &v) {
     return ContinueIf(ConvertSlaveAddress(v.args.strSlave, v.setting.nSlaveAddressState,
                                           v.setting.ucSlaveAddress));
 }
 
-Verdict BankMap(Validation &v) {
+StepResult BankMap(Validation &v) {
     v.setting.bAutoSearchFW = v.args.bSearchFw;
     FwBankMap bankMap;
     if (!ExpandFirmwareFiles(v.files, v.setting, v.directories.strCurrent, bankMap)) {
-        return Verdict::Refused;
+        return StepResult::Refused;
     }
     if (CopyMapFwToCStyleStruct(v.setting.stMapFw, bankMap) == 0) {
         return Refuse("Total bank count exceeds 512!\n");
     }
-    return Verdict::Continue;
+    return StepResult::Continue;
 }
 
-Verdict Switches(Validation &v) {
+StepResult Switches(Validation &v) {
     v.setting.bCompareVersion = v.args.bCompareVersion;
     v.setting.bIspChannel = v.args.bIspChannel;
-    return Verdict::Continue;
+    return StepResult::Continue;
 }
 
-Verdict ActionArguments(Validation &v) {
+StepResult ActionArguments(Validation &v) {
     switch (RowOfAction(v.setting.enumActionType).enumReads) {
     case ActionReads::USER_FLAG:
         return ContinueIf(
@@ -215,24 +215,24 @@ Verdict ActionArguments(Validation &v) {
     case ActionReads::NOTHING:
         break;
     }
-    return Verdict::Continue;
+    return StepResult::Continue;
 }
 
-Verdict SettingFile(Validation &v) {
-    StoreSettingFile(v.directories, v.args.strSettingFile, v.setting.wszSettingFile);
-    return Verdict::Continue;
+StepResult SettingFile(Validation &v) {
+    SetSettingFileField(v.directories, v.args.strSettingFile, v.setting.wszSettingFile);
+    return StepResult::Continue;
 }
 
-Verdict Keywords(Validation &v) {
+StepResult Keywords(Validation &v) {
     v.setting.enumEdpIspMode = v.args.ulEdpIspMode;
     v.setting.enumUserDefinedInfoType = v.args.ulUserDefinedInfoType;
     v.setting.enumMergeFWGeneration = v.args.ulMergeFwGeneration;
     v.setting.enumMergeFWInfoType = v.args.ulMergeInfoType;
     v.setting.enumSendExtraCmdMode = v.args.ulSendExtraCmdMode;
-    return Verdict::Continue;
+    return StepResult::Continue;
 }
 
-using Step = Verdict (*)(Validation &);
+using Step = StepResult (*)(Validation &);
 
 // The order decides which of several problems is reported.
 constexpr Step kSteps[] = {
@@ -243,10 +243,10 @@ constexpr Step kSteps[] = {
 
 } // namespace
 
-// KEPT Shorter_setting_file_keeps_the_tail_of_the_longer: exactly the characters of a given path are
+// QUIRK Shorter_setting_file_keeps_the_tail_of_the_longer: exactly the characters of a given path are
 // stored, without a terminator; after a longer path in the same field its tail remains.
-void StoreSettingFile(const ArgsDirectories &directories, std::string &givenFile,
-                      PathField &field) {
+void SetSettingFileField(const ArgsDirectories &directories, std::string &givenFile,
+                         PathField &field) {
     const LibraryDirectory &library = directories.stLibrary;
     if (!givenFile.empty()) {
         givenFile = ResolveFile(givenFile, Utf8FromWide(library.strName));
@@ -262,9 +262,9 @@ bool ValidateArguments(RawArgs &args, const ArgsDirectories &directories, const 
                        CommandRecord &setting, SignRecord &sign) {
     Validation validation{args, directories, files, setting, sign};
     for (const Step step : kSteps) {
-        const Verdict verdict = step(validation);
-        if (verdict != Verdict::Continue) {
-            return verdict == Verdict::Accepted;
+        const StepResult verdict = step(validation);
+        if (verdict != StepResult::Continue) {
+            return verdict == StepResult::Accepted;
         }
     }
     return true;

@@ -59,8 +59,10 @@ SaveResult ResultOfFailedOpen(int error) {
 }
 
 /// Whether a failure lies in the file or the directory, so that the file is overwritten in place.
+/// EISDIR: a directory has the temporary name; macOS reports that as EPERM.
 bool PreventsRename(int error) {
-    return error == EACCES || error == EPERM || error == EROFS || error == EXDEV || error == EBUSY;
+    return error == EACCES || error == EPERM || error == EROFS || error == EXDEV ||
+           error == EBUSY || error == EISDIR;
 }
 
 /// RETURNS 0, or errno.

@@ -5,8 +5,8 @@
 #include <fstream>
 #include <string>
 
-#include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/EnvironmentLocale.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 
 namespace {
 
@@ -51,7 +51,7 @@ unsigned int CalculateWordChecksum(unsigned char *data, unsigned int size) {
 }
 
 int CpNxSaveAnsiFile(CCpNxString path, CCpNxString text, unsigned int charCount, int append) {
-    return ResultOrOnThrow(0, [&] {
+    return CatchAll(0, [&] {
         const EnvironmentLocale locale;
         const EnvironmentLocale::InUse use(locale);
         std::ofstream file(path.GetStringBufferBaseOnOS(),

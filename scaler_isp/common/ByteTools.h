@@ -16,7 +16,7 @@ SCALER_ISP_API unsigned int CalculateWordChecksum(unsigned char *data, unsigned 
 /// \param append     non-zero: behind what the file holds; 0: instead of it.
 /// RETURNS 1 when written, 0 where the file cannot be opened. A text that cannot be expressed
 /// leaves zero bytes only.
-// KEPT Saved_text_ends_in_a_zero_byte: the terminator is written too.
+// QUIRK Saved_text_ends_in_a_zero_byte: the terminator is written too.
 SCALER_ISP_API int CpNxSaveAnsiFile(CCpNxString path, CCpNxString text, unsigned int charCount,
                                     int append);
 

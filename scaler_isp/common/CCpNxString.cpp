@@ -9,8 +9,8 @@
 
 namespace {
 
-constexpr std::size_t kFormatRoomChars = 1024;
-constexpr std::size_t kWordRoomBytes = 1024;
+constexpr std::size_t kFormatCapacity = 1024;
+constexpr std::size_t kWordCapacity = 1024;
 
 const wchar_t *OrEmpty(const wchar_t *text) {
     return text != nullptr ? text : L"";
@@ -87,13 +87,13 @@ CCpNxString &CCpNxString::operator=(const std::string &utf8) {
 }
 
 void CCpNxString::Format(const wchar_t *format, ...) {
-    wchar_t buffer[kFormatRoomChars] = {};
+    wchar_t buffer[kFormatCapacity] = {};
     std::va_list arguments;
     va_start(arguments, format);
     // Output that does not fit is reported and leaves a prefix, which is as good as any.
-    static_cast<void>(std::vswprintf(buffer, kFormatRoomChars, OrEmpty(format), arguments));
+    static_cast<void>(std::vswprintf(buffer, kFormatCapacity, OrEmpty(format), arguments));
     va_end(arguments);
-    buffer[kFormatRoomChars - 1] = L'\0';
+    buffer[kFormatCapacity - 1] = L'\0';
     assign(buffer);
 }
 
@@ -192,7 +192,7 @@ CCpNxString operator+(wchar_t left, const CCpNxString &right) {
 }
 
 std::istream &operator>>(std::istream &stream, CCpNxString &text) {
-    char buffer[kWordRoomBytes] = {}; // extraction is bounded by the array
+    char buffer[kWordCapacity] = {}; // extraction is bounded by the array
     stream >> buffer;
     text = std::string(buffer);
     return stream;

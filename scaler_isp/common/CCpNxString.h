@@ -45,7 +45,7 @@ class SCALER_ISP_API CCpNxString : public std::wstring {
     CCpNxString Left(int n) const;
 
     /// The last n characters, but only of a longer text.
-    // KEPT Right_of_the_full_length_is_empty: Right of the full length, of more, or of a negative
+    // QUIRK Right_of_the_full_length_is_empty: Right of the full length, of more, or of a negative
     // count is empty, unlike Left.
     CCpNxString Right(int n) const;
 
@@ -101,7 +101,7 @@ SCALER_ISP_API CCpNxString operator+(wchar_t left, const CCpNxString &right);
 /// word stays in the stream. Where nothing can be read the text becomes empty.
 SCALER_ISP_API std::istream &operator>>(std::istream &stream, CCpNxString &text);
 
-// KEPT Stream_output_writes_the_address: writing a string to a narrow stream writes the address of
+// QUIRK Stream_output_writes_the_address: writing a string to a narrow stream writes the address of
 // its characters; print GetUtf8String instead.
 SCALER_ISP_API std::ostream &operator<<(std::ostream &stream, const CCpNxString &text);
 

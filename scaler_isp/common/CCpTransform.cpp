@@ -2,7 +2,7 @@
 
 #include <cwchar>
 
-#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/common/TextConversion.h"
 
 namespace {
@@ -10,8 +10,8 @@ namespace {
 constexpr std::size_t kWideCharsForAByte = 4;
 
 std::string ToEnvironmentEncoding(const wchar_t *text) {
-    return ResultOrOnThrow(std::string(),
-                           [&] { return EnvironmentTextFromWide(text != nullptr ? text : L""); });
+    return CatchAll(std::string(),
+                    [&] { return EnvironmentTextFromWide(text != nullptr ? text : L""); });
 }
 
 } // namespace
@@ -19,11 +19,11 @@ std::string ToEnvironmentEncoding(const wchar_t *text) {
 CCpTransform::~CCpTransform() = default;
 
 std::string CCpTransform::ConvertUnicodeStringToUTF8(const std::wstring &text) const {
-    return ResultOrOnThrow(std::string(), [&] { return Utf8FromWide(text); });
+    return CatchAll(std::string(), [&] { return Utf8FromWide(text); });
 }
 
 std::wstring CCpTransform::ConvertUTF8StringToUnicode(const std::string &text) const {
-    return ResultOrOnThrow(std::wstring(), [&] { return WideFromUtf8(text); });
+    return CatchAll(std::wstring(), [&] { return WideFromUtf8(text); });
 }
 
 std::wstring CCpTransform::ConvertStringToWString(const std::string &text) const {
@@ -42,11 +42,11 @@ std::string CCpTransform::ConvertWCHARToANSIString(const wchar_t *text) const {
     return ToEnvironmentEncoding(text);
 }
 
-// KEPT ANSI_to_wide_is_measured_before_the_locale_switch: the capacity is measured in the host's
+// QUIRK ANSI_to_wide_is_measured_before_the_locale_switch: the capacity is measured in the host's
 // locale and the text converted in the environment's; a text that the host's locale cannot read
 // gets one wide character for every byte.
 std::wstring CCpTransform::ConvertANSIStringToUnicode(const std::string &text) const {
-    return ResultOrOnThrow(std::wstring(), [&] {
+    return CatchAll(std::wstring(), [&] {
         std::mbstate_t state{};
         const char *source = text.c_str();
         const std::size_t measured = std::mbsrtowcs(nullptr, &source, 0, &state);
@@ -56,7 +56,7 @@ std::wstring CCpTransform::ConvertANSIStringToUnicode(const std::string &text) c
 }
 
 std::wstring CCpTransform::ConvertCHARToUnicodeString(const char *text) const {
-    return ResultOrOnThrow(std::wstring(), [&] {
+    return CatchAll(std::wstring(), [&] {
         const std::string bytes = text != nullptr ? text : "";
         return WideFromEnvironmentText(bytes.c_str(), kWideCharsForAByte * bytes.size());
     });

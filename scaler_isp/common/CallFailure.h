@@ -7,7 +7,7 @@
 /// A failure of the system that says nothing about the caller's input: no memory, no descriptor, an
 /// I/O error. It must never turn into an empty or default value, because that value would end up in
 /// a record and on a chip. Like std::bad_alloc it travels to the function that another binary
-/// called, and becomes that function's failure there (see Boundary.h).
+/// called, and becomes that function's failure there (see ExceptionBarrier.h).
 ///
 /// It holds only the error number: throwing it needs no memory of its own.
 class CallFailure : public std::exception {

@@ -7,7 +7,7 @@
 #include <numeric>
 #include <string_view>
 
-#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/common/TextUtil.h"
 
 namespace {
@@ -48,7 +48,7 @@ int HexDigit(wchar_t c) {
 
 /// What most of a byte list consists of: blanks, a hexadecimal number of two digits and a comma or
 /// line end right behind it. RETURNS the position behind the separator; `pos` for everything else.
-std::size_t PassSimpleValue(std::wstring_view text, std::size_t pos, unsigned int &value) {
+std::size_t ParseSimpleByte(std::wstring_view text, std::size_t pos, unsigned int &value) {
     std::size_t at = pos;
     while (at < text.size() && (text[at] == L' ' || text[at] == L'\t')) {
         ++at;
@@ -69,12 +69,12 @@ std::size_t PassSimpleValue(std::wstring_view text, std::size_t pos, unsigned in
 
 /// Stores the bytes of values in that form as long as one follows the other and there is room.
 /// RETURNS the position behind them.
-std::size_t PassSimpleBytes(std::wstring_view text, std::size_t pos, unsigned char *bytes,
-                            unsigned int capacity, unsigned int &count) {
+std::size_t ParseSimpleBytes(std::wstring_view text, std::size_t pos, unsigned char *bytes,
+                             unsigned int capacity, unsigned int &count) {
     unsigned int stored = count; // a byte could lie where count does
     for (; bytes != nullptr && stored < capacity; ++stored) {
         unsigned int value = 0;
-        const std::size_t behind = PassSimpleValue(text, pos, value);
+        const std::size_t behind = ParseSimpleByte(text, pos, value);
         if (behind == pos) {
             break;
         }
@@ -95,7 +95,7 @@ class TokenReader {
     }
 
     /// The word of the last token 1.
-    std::wstring_view WholeWord() const {
+    std::wstring_view FullWord() const {
         return m_word;
     }
 
@@ -310,7 +310,7 @@ bool ReadByteList(std::wstring_view text, unsigned char *bytes, unsigned int cap
     unsigned int pos = 0;
     TokenReader reader(text, pos);
     while (!reader.AtEnd()) {
-        pos = static_cast<unsigned int>(PassSimpleBytes(text, pos, bytes, capacity, count));
+        pos = static_cast<unsigned int>(ParseSimpleBytes(text, pos, bytes, capacity, count));
         if (whenFull == WhenFull::Stop && count != 0 && count == capacity) {
             break;
         }
@@ -334,14 +334,14 @@ int GetNextWord(wchar_t *text, unsigned int &pos, unsigned int length, wchar_t *
     const ScalerIspToken token = reader.Next();
     if (token == SCALER_ISP_TOKEN_WORD && word != nullptr) {
         std::fill_n(word, wordCapacity, L'\0');
-        reader.WholeWord().copy(word, wordCapacity);
+        reader.FullWord().copy(word, wordCapacity);
     }
     return token;
 }
 
 unsigned int FindNextBytes(wchar_t *text, unsigned int &pos, unsigned int length, wchar_t *defines,
                            unsigned int *value) {
-    return ResultOrOnThrow(0U, [&] {
+    return CatchAll(0U, [&] {
         TokenReader reader(View(text, length), pos);
         unsigned int found = value != nullptr ? *value : 0;
         const ScalerIspToken token = NextValue(reader, defines, found);
@@ -353,7 +353,7 @@ unsigned int FindNextBytes(wchar_t *text, unsigned int &pos, unsigned int length
 }
 
 int CmdToBin(wchar_t *text, unsigned int length, unsigned char *bytes, unsigned int capacity) {
-    return ResultOrOnThrow(0, [&] {
+    return CatchAll(0, [&] {
         unsigned int count = 0;
         const bool read = ReadByteList(View(text, length), bytes, capacity, WhenFull::Stop, count);
         return read ? static_cast<int>(count) : 0;
@@ -361,7 +361,7 @@ int CmdToBin(wchar_t *text, unsigned int length, unsigned char *bytes, unsigned 
 }
 
 int EDIDToBin(wchar_t *text, unsigned int length, unsigned char *bytes, unsigned int capacity) {
-    return ResultOrOnThrow(0, [&] {
+    return CatchAll(0, [&] {
         unsigned int count = 0;
         if (!ReadByteList(View(text, length), bytes, capacity, WhenFull::Fail, count)) {
             return 0;
@@ -372,7 +372,7 @@ int EDIDToBin(wchar_t *text, unsigned int length, unsigned char *bytes, unsigned
 }
 
 int GetDefineValue(wchar_t *name, wchar_t *defines, unsigned int *value) {
-    return ResultOrOnThrow(0, [&] {
+    return CatchAll(0, [&] {
         unsigned int found = 0;
         if (!FindDefine(View(name), View(defines), found)) {
             return 0;
@@ -399,7 +399,7 @@ unsigned int HexStrToInt(CCpNxString &digits, unsigned char count) {
 }
 
 int ConvetStringToByteArry(std::string text, unsigned char *bytes, unsigned int capacity) {
-    return ResultOrOnThrow(0, [&] {
+    return CatchAll(0, [&] {
         unsigned int count = 0;
         for (const std::string &piece : StringSplit(text, ",", 0)) {
             int value = 0;

@@ -37,7 +37,7 @@ SCALER_ISP_API int GetNextWord(wchar_t *text, unsigned int &pos, unsigned int le
 /// RETURNS 1 when a value was read; 6 at a closing brace or when the text ends before a word; 0 at
 /// a character of no token and for a word that is no value; another token where the text ends
 /// behind the value.
-// KEPT Value_before_a_trailing_comment_is_not_delivered: a value with only a comment behind it at
+// QUIRK Value_before_a_trailing_comment_is_not_delivered: a value with only a comment behind it at
 // the very end of the text is lost; a line end behind it delivers it.
 SCALER_ISP_API unsigned int FindNextBytes(wchar_t *text, unsigned int &pos, unsigned int length,
                                           wchar_t *defines, unsigned int *value);
@@ -50,7 +50,7 @@ SCALER_ISP_API int CmdToBin(wchar_t *text, unsigned int length, unsigned char *b
 /// Converts an EDID (VESA E-EDID) written as a byte list.
 /// RETURNS the number of bytes; 0 where a value is above 255, the bytes do not fit, or their sum is
 /// not 0 modulo 256.
-// KEPT Edid_checksum_covers_the_whole_buffer: the sum is taken over all bytes as one block.
+// QUIRK Edid_checksum_covers_the_whole_buffer: the sum is taken over all bytes as one block.
 SCALER_ISP_API int EDIDToBin(wchar_t *text, unsigned int length, unsigned char *bytes,
                              unsigned int capacity);
 
@@ -65,7 +65,7 @@ SCALER_ISP_API unsigned int HexStrToInt(CCpNxString &digits, unsigned char count
 
 /// Converts numbers separated by commas, without comments or names.
 /// RETURNS the number of bytes; 0 for a piece that is no number from 0 to 255.
-// KEPT Capacity_0_means_no_limit: the buffer must then hold every byte of the text.
+// QUIRK Capacity_0_means_no_limit: the buffer must then hold every byte of the text.
 SCALER_ISP_API int ConvetStringToByteArry(std::string text, unsigned char *bytes,
                                           unsigned int capacity);
 

@@ -6,7 +6,7 @@
 #include <unistd.h>
 
 #include "scaler_isp/abi/CommandSetting.h"
-#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/common/FileBanks.h"
 #include "scaler_isp/common/TextConversion.h"
 
@@ -35,7 +35,7 @@ bool FindEndOfFile(const std::string &path, std::int64_t &position) {
     return true;
 }
 
-// KEPT File_of_4_GiB_and_a_byte_is_one_bank: the size is taken as 32 bits.
+// QUIRK File_of_4_GiB_and_a_byte_is_one_bank: the size is taken as 32 bits.
 unsigned int BanksOfCommandFile(std::int64_t endPosition) {
     return BanksOf(static_cast<std::uint32_t>(endPosition));
 }
@@ -51,5 +51,5 @@ bool CountBanksOfFile(const std::string &path, unsigned int &count) {
 }
 
 int GetFwBankCount(CCpNxString path, unsigned int &count) {
-    return ResultOrOnThrow(0, [&] { return CountBanksOfFile(Utf8FromWide(path), count) ? 1 : 0; });
+    return CatchAll(0, [&] { return CountBanksOfFile(Utf8FromWide(path), count) ? 1 : 0; });
 }

@@ -10,8 +10,8 @@
 #include <string_view>
 #include <unistd.h>
 
-#include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/CallFailure.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/common/LibraryDirectory.h"
 #include "scaler_isp/common/PathResolution.h"
 
@@ -73,7 +73,7 @@ std::vector<std::string> ListNames(const std::string &directory, const std::stri
 }
 
 CCpNxString GetCurrentProcessDir(void *address) {
-    return ResultOrOnThrow(CCpNxString(), [&] { return FindDirectoryOf(address).strName; });
+    return CatchAll(CCpNxString(), [&] { return FindDirectoryOf(address).strName; });
 }
 
 CCpNxString GetParentDir(CCpNxString path) {
@@ -89,11 +89,11 @@ bool IsAbsolutePath(const std::string &path) {
 }
 
 std::string GetFileFullPath(const std::string &file, const std::string &directory) {
-    return ResultOrOnThrow(std::string(), [&] { return ResolveFile(file, directory); });
+    return CatchAll(std::string(), [&] { return ResolveFile(file, directory); });
 }
 
 std::string GetAbsolutePath(const std::string &path) {
-    return ResultOrOnThrow(std::string(), [&] { return ResolvePath(path); });
+    return CatchAll(std::string(), [&] { return ResolvePath(path); });
 }
 
 int PathFileExist(const std::string &path) {

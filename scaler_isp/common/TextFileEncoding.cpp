@@ -55,7 +55,7 @@ bool WritesAs(wchar_t character, std::string_view expected) {
     return WriteCharacter(character, state, bytes) && bytes == expected;
 }
 
-bool AsciiIsItself() {
+bool IsAsciiCompatible() {
     for (int byte = 1; byte <= kLastAscii; ++byte) {
         wchar_t character = L'\0';
         if (!ByteToCharacter(byte, character) || character != byte) {
@@ -66,7 +66,7 @@ bool AsciiIsItself() {
 }
 
 /// Whether the current locale has no more characters than bytes, and both have the same numbers.
-bool BytesAreCharacters() {
+bool DecodesByteForByte() {
     std::mbstate_t state{};
     std::string unused;
     if (MB_CUR_MAX != 1 || WriteCharacter(kLastByte + 1, state, unused)) {
@@ -96,7 +96,7 @@ TextFileEncoding::TextFileEncoding(Charset charset) {
 // The locale is asked what it does with characters, never for its name: names differ by system.
 TextFileEncoding::Kind TextFileEncoding::DetectKind() {
     const EnvironmentLocale::InUse use(*m_locale);
-    m_ascii = AsciiIsItself();
+    m_ascii = IsAsciiCompatible();
     if (!m_ascii) {
         return Kind::Other;
     }
@@ -105,7 +105,7 @@ TextFileEncoding::Kind TextFileEncoding::DetectKind() {
     if (utf8) {
         return Kind::Utf8;
     }
-    return BytesAreCharacters() ? Kind::Bytes : Kind::Other;
+    return DecodesByteForByte() ? Kind::Bytes : Kind::Other;
 }
 
 std::string TextFileEncoding::Decode(std::string bytes) {

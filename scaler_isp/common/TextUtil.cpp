@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/common/Numbers.h"
 #include "scaler_isp/common/SplitText.h"
 
@@ -52,7 +52,7 @@ std::vector<std::string> SplitText(std::string_view text, std::string_view delim
 
 std::vector<std::string> StringSplit(const std::string &text, const char *delimiters,
                                      int keepEmpty) {
-    return ResultOrOnThrow(std::vector<std::string>(), [&] {
+    return CatchAll(std::vector<std::string>(), [&] {
         return Split(text, delimiters != nullptr ? delimiters : "", keepEmpty != 0);
     });
 }

@@ -10,7 +10,7 @@
 /// after 0x or 0X, or octal ones after a leading zero (strtol of C99). The empty text is 0.
 /// \param value  the number, cut to 32 bits ("0xffffffff" is -1); -1 where the text is no number.
 /// RETURNS 1 when the whole text is a number, else 0.
-// KEPT Leading_zero_means_octal: 010 is 8, and 09 is no number.
+// QUIRK Leading_zero_means_octal: 010 is 8, and 09 is no number.
 SCALER_ISP_API int StringtoInt(const std::string &text, int &value);
 
 /// Splits a text at any of the delimiter characters.
@@ -25,7 +25,7 @@ SCALER_ISP_API void DeleteBlankW(std::wstring &text);
 SCALER_ISP_API void StringTrimW(std::wstring &text);
 
 /// Removes leading and trailing blanks.
-// KEPT DeleteBlankA_only_trims: the narrow form keeps inner blanks, the wide DeleteBlankW does not.
+// QUIRK DeleteBlankA_only_trims: the narrow form keeps inner blanks, the wide DeleteBlankW does not.
 SCALER_ISP_API void DeleteBlankA(std::string &text);
 
 /// Whether the value is not 0.

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/common/SplitText.h"
 #include "scaler_isp/entry/CommandTokens.h"
 
@@ -68,5 +68,5 @@ bool SplitCommandLine(const std::string &commandLine, std::vector<std::string> &
 }
 
 int ParseCommandLineParameter(std::vector<std::string> &tokens, const std::string &commandLine) {
-    return ResultOrOnThrow(0, [&] { return SplitCommandLine(commandLine, tokens) ? 1 : 0; });
+    return CatchAll(0, [&] { return SplitCommandLine(commandLine, tokens) ? 1 : 0; });
 }

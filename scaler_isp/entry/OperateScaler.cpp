@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "scaler_isp/args/CCpIspArgsParse.h"
-#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/common/LibraryDirectory.h"
 #include "scaler_isp/common/TextConversion.h"
 #include "scaler_isp/entry/CommandTokens.h"
@@ -21,17 +21,17 @@ namespace {
 using Command = STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING;
 using SignArgs = STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS;
 
-constexpr int kNoParser = 0;
+constexpr int kParserAllocationFailed = 0;
 
 /// The parser that a line with bad quotes, or without memory for its words, has left over. The
 /// global still points to it; the next call replaces it, and unloading the library frees it.
-std::unique_ptr<CCpIspArgsParse> g_leftoverParser;
+std::unique_ptr<CCpIspArgsParse> g_parserOfRejectedLine;
 
 /// The parser of one call; the global points to it meanwhile.
 class CurrentParser {
   public:
     explicit CurrentParser(std::unique_ptr<CCpIspArgsParse> parser) : m_parser(std::move(parser)) {
-        g_leftoverParser.reset();
+        g_parserOfRejectedLine.reset();
         g_pcArgsParse = m_parser.get();
     }
     ~CurrentParser() {
@@ -46,8 +46,8 @@ class CurrentParser {
         return *m_parser;
     }
 
-    void LeaveOver() {
-        g_leftoverParser = std::move(m_parser);
+    void KeepAfterRejection() {
+        g_parserOfRejectedLine = std::move(m_parser);
     }
 
   private:
@@ -70,14 +70,14 @@ int ParseAndRun(CurrentParser &parser, const std::string &line, const LibraryDir
     (*parser).SetCurrentDir(Utf8FromWide(directory.strName));
     std::vector<std::string> tokens;
     if (!SplitCommandLine(line, tokens)) {
-        parser.LeaveOver();
+        parser.KeepAfterRejection();
         return SCALER_ISP_REFUSED;
     }
     // Value-initialised, so that a null ends the words.
     const std::unique_ptr<const char *[]> argv(new (std::nothrow)
                                                    const char *[tokens.size() + 1]());
     if (argv == nullptr) {
-        parser.LeaveOver();
+        parser.KeepAfterRejection();
         return SCALER_ISP_REFUSED;
     }
     std::transform(tokens.begin(), tokens.end(), argv.get(),
@@ -87,14 +87,14 @@ int ParseAndRun(CurrentParser &parser, const std::string &line, const LibraryDir
     if (!(*parser).Parse(static_cast<int>(tokens.size()), argv.get(), directory)) {
         return SCALER_ISP_REFUSED;
     }
-    // KEPT Device_handle_is_discarded: whatever the host passes, the plug-in works without a
+    // QUIRK Device_handle_is_discarded: whatever the host passes, the plug-in works without a
     // handle.
     return Run(*parser, directory, nullptr);
 }
 
 /// The one body of both entry points.
-int Operate(const wchar_t *commandLine, ScalerIspProgressCallback progress,
-            ScalerIspMessageCallback message) {
+int RunCommandLine(const wchar_t *commandLine, ScalerIspProgressCallback progress,
+                   ScalerIspMessageCallback message) {
     CCpNxString wide(commandLine);
     if (wide.IsEmpty()) {
         return SCALER_ISP_REFUSED;
@@ -103,21 +103,20 @@ int Operate(const wchar_t *commandLine, ScalerIspProgressCallback progress,
     const LibraryDirectory directory = FindLibraryDirectory();
     g_cpStrCurDir = directory.strName;
     g_cpStrSettingFilePath = DefaultSettingFile(directory);
-    std::unique_ptr<CCpIspArgsParse> fresh =
-        ResultOrOnThrow(std::unique_ptr<CCpIspArgsParse>(), [] {
-            return std::unique_ptr<CCpIspArgsParse>(new (std::nothrow) CCpIspArgsParse);
-        });
+    std::unique_ptr<CCpIspArgsParse> fresh = CatchAll(std::unique_ptr<CCpIspArgsParse>(), [] {
+        return std::unique_ptr<CCpIspArgsParse>(new (std::nothrow) CCpIspArgsParse);
+    });
     if (fresh == nullptr) {
-        return kNoParser;
+        return kParserAllocationFailed;
     }
     CurrentParser parser(std::move(fresh));
     return ParseAndRun(parser, line, directory, progress, message);
 }
 
-int Guarded(const wchar_t *commandLine, ScalerIspProgressCallback progress,
-            ScalerIspMessageCallback message) {
-    const int result = ResultOrOnThrow(static_cast<int>(SCALER_ISP_REFUSED),
-                                       [&] { return Operate(commandLine, progress, message); });
+int RunCommandLineNoThrow(const wchar_t *commandLine, ScalerIspProgressCallback progress,
+                          ScalerIspMessageCallback message) {
+    const int result = CatchAll(static_cast<int>(SCALER_ISP_REFUSED),
+                                [&] { return RunCommandLine(commandLine, progress, message); });
     // What the host prints next, on whatever stream, follows what was printed here. A failed flush
     // says nothing about the device.
     std::fflush(stdout);
@@ -129,7 +128,7 @@ int Guarded(const wchar_t *commandLine, ScalerIspProgressCallback progress,
 int OperateScaler(const wchar_t *commandLine, void *deviceHandle,
                   ScalerIspProgressCallback progress, ScalerIspMessageCallback message) {
     static_cast<void>(deviceHandle);
-    return Guarded(commandLine, progress, message);
+    return RunCommandLineNoThrow(commandLine, progress, message);
 }
 
 int OperateScalerEx(const wchar_t *commandLine, void *deviceHandle,
@@ -137,5 +136,5 @@ int OperateScalerEx(const wchar_t *commandLine, void *deviceHandle,
                     void *reserved) {
     static_cast<void>(deviceHandle);
     static_cast<void>(reserved);
-    return Guarded(commandLine, progress, message);
+    return RunCommandLineNoThrow(commandLine, progress, message);
 }

@@ -7,12 +7,12 @@
 #include <new>
 #include <string>
 
-#include "scaler_isp/abi/RecordGaps.h"
 #include "scaler_isp/abi/ResultCodes.h"
 #include "scaler_isp/abi/SignVerifyPlugin.h"
+#include "scaler_isp/abi/ZeroUninitializedBytes.h"
 #include "scaler_isp/args/CommandFlow.h"
-#include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/BoundedCopy.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/common/LibraryDirectory.h"
 #include "scaler_isp/common/TextConversion.h"
 #include "scaler_isp/entry/Globals.h"
@@ -124,11 +124,11 @@ class Run {
     }
 
     bool LoadIsp() {
-        return ResultOrOnThrow(false, [&] { return m_isp.Load(PluginPath(m_plugins.pszIspPath)); });
+        return CatchAll(false, [&] { return m_isp.Load(PluginPath(m_plugins.pszIspPath)); });
     }
 
     int LoadSignVerify() {
-        const bool loaded = ResultOrOnThrow(
+        const bool loaded = CatchAll(
             false, [&] { return m_signVerify.Load(PluginPath(m_plugins.pszSignVerifyName)); });
         return loaded ? SCALER_ISP_SUCCESS : SCALER_ISP_SIGN_PLUGIN_MISSING;
     }
@@ -171,7 +171,7 @@ class Run {
                          ? VerifyWithKeyFromFlash()
                          : m_signVerify.VerifySignature(&m_signArgs, nullptr);
         }
-        return result != SCALER_ISP_SUCCESS ? result : UseHubDevice();
+        return result != SCALER_ISP_SUCCESS ? result : RefreshHubDevice();
     }
 
     int VerifyWithKeyFromFlash() {
@@ -200,17 +200,17 @@ class Run {
         if (boot == nullptr) {
             return SCALER_ISP_NO_WORKING_COPY;
         }
-        ClearGaps(*boot);
+        ZeroUninitializedBytes(*boot);
         boot->enumActionType = ENUM_ACTION_ISP;
-        int result = ResultOrOnThrow(static_cast<int>(SCALER_ISP_NO_WORKING_COPY),
-                                     [&] { return MapBootFirmware(*boot); });
+        int result = CatchAll(static_cast<int>(SCALER_ISP_NO_WORKING_COPY),
+                              [&] { return MapBootFirmware(*boot); });
         if (result == SCALER_ISP_SUCCESS) {
             result = m_isp.IspFlash(boot.get());
         }
-        return result != SCALER_ISP_SUCCESS ? result : UseHubDevice();
+        return result != SCALER_ISP_SUCCESS ? result : RefreshHubDevice();
     }
 
-    // KEPT Missing_boot_file_reaches_the_plugin_as_an_empty_map: a boot firmware that cannot be
+    // QUIRK Missing_boot_file_reaches_the_plugin_as_an_empty_map: a boot firmware that cannot be
     // read is reported, and the plug-in is called with no banks.
     int MapBootFirmware(Command &boot) const {
         FwBankMap files;
@@ -225,7 +225,7 @@ class Run {
 
     /// A device behind a hub has another handle after the chip was touched. With OperateScaler
     /// there is neither a handle nor a callback, so nothing happens.
-    int UseHubDevice() {
+    int RefreshHubDevice() {
         if (m_setting.enumCommID != COMM_ID_HUB || g_funcNxGetHubDev == nullptr ||
             m_device == nullptr) {
             return SCALER_ISP_SUCCESS;
@@ -257,7 +257,7 @@ int Execute(Command *setting, SignArgs *signArgs, const LibraryDirectory &direct
 
 /// Unknown if it cannot be found, whatever the reason.
 LibraryDirectory DirectoryOrUnknown() {
-    return ResultOrOnThrow(LibraryDirectory(), [] { return FindLibraryDirectory(); });
+    return CatchAll(LibraryDirectory(), [] { return FindLibraryDirectory(); });
 }
 
 } // namespace
@@ -279,7 +279,7 @@ int RunAndReport(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting,
                  void *device) {
     const int result =
         Execute(setting, signArgs, directory, {STR_ISP_DLL_PATH, STR_SIGN_VERIFY_DLL}, device);
-    // KEPT Colour_is_reset_behind_the_line_end: the reset follows the line feed.
+    // QUIRK Colour_is_reset_behind_the_line_end: the reset follows the line feed.
     if (result != SCALER_ISP_SUCCESS) {
         std::printf("\x1b[31mFail! Error Code: 0x%X\n\x1b[m", static_cast<unsigned>(result));
     } else if (setting->enumActionType != ENUM_ACTION_USERDEFINEDINFO) {

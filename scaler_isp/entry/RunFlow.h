@@ -19,7 +19,7 @@ SCALER_ISP_API int DoIsp(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting,
 /// The run without the report.
 /// \param ispPath         path of the ISP plug-in below the library's folder
 /// \param signVerifyName  file name of the sign/verify plug-in in the library's folder
-// KEPT Early_end_leaves_the_plugin_loaded: the ISP plug-in is freed after its action only; a run
+// QUIRK Early_end_leaves_the_plugin_loaded: the ISP plug-in is freed after its action only; a run
 // that ends before leaves it loaded, and the sign/verify plug-in is never unloaded.
 SCALER_ISP_API int ExecuteProcess(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting,
                                   STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *signArgs,

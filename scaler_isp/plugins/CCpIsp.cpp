@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "scaler_isp/abi/ResultCodes.h"
-#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/common/TextConversion.h"
 #include "scaler_isp/plugins/SharedLibrary.h"
 
@@ -22,7 +22,7 @@ void CCpIsp::Init() {
 }
 
 int CCpIsp::LoadIspDllFile(wchar_t *path) {
-    return ResultOrOnThrow(0, [&] {
+    return CatchAll(0, [&] {
         FreeIspDllFile(); // also if the path cannot be converted
         return Load(EnvironmentTextFromWide(path != nullptr ? path : L"")) ? 1 : 0;
     });
@@ -36,7 +36,7 @@ bool CCpIsp::Load(const std::string &path) {
         std::printf("dlopen - %sn", error);
         return false;
     }
-    const SymbolRow rows[] = {
+    const SymbolRequest rows[] = {
 #define SCALER_ISP_REQUIRED_SYMBOL(NAME) {#NAME, &m_pfn##NAME, true},
 #define SCALER_ISP_OPTIONAL_SYMBOL(NAME) {#NAME, &m_pfn##NAME, false},
 #include "scaler_isp/plugins/isp_functions.def"

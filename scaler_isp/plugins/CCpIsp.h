@@ -13,13 +13,13 @@ class CNxComm;
 ///
 /// A wrapper passes its arguments on unchanged and returns the plug-in's result; without a function
 /// it calls nothing: wrappers with a code return 6, SetIDev returns 0, the others do nothing.
-// KEPT Functions_never_looked_up_answer_6: GetFWInfo, SendUserDefinedInfo, ChipEraseFlash,
+// QUIRK Functions_never_looked_up_answer_6: GetFWInfo, SendUserDefinedInfo, ChipEraseFlash,
 // GetMergeFwInfo, SetMergeFwInfo, I2CWriteExport and BankEraseFlash always return 6, and SetIDev 0,
 // even where the plug-in exports them.
 class SCALER_ISP_API CCpIsp {
   public:
     CCpIsp();
-    // KEPT Destructor_leaves_the_plugin_loaded: whoever loads a plug-in calls FreeIspDllFile.
+    // QUIRK Destructor_leaves_the_plugin_loaded: whoever loads a plug-in calls FreeIspDllFile.
     virtual ~CCpIsp();
     CCpIsp(const CCpIsp &) = delete;
     CCpIsp &operator=(const CCpIsp &) = delete;
@@ -30,7 +30,7 @@ class SCALER_ISP_API CCpIsp {
     /// Frees a plug-in loaded before, then opens the one at `path` and looks its functions up.
     /// PRINTS "dlopen - %sn" with the loader's text where it cannot be opened; nothing where a
     /// required function is missing. RETURNS 1 when loaded, else 0 and nothing stays open.
-    // KEPT Open_failure_message_ends_in_the_letter_n: there is no line end behind it.
+    // QUIRK Open_failure_message_ends_in_the_letter_n: there is no line end behind it.
     int LoadIspDllFile(wchar_t *path);
 
     /// The same for a path as the system knows it; for the library itself.

@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "scaler_isp/abi/ResultCodes.h"
-#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/common/TextConversion.h"
 #include "scaler_isp/plugins/SharedLibrary.h"
 
@@ -20,7 +20,7 @@ void CCpSignVerify::Init() {
 }
 
 int CCpSignVerify::LoadSignVerfiyDllFile(wchar_t *path) {
-    return ResultOrOnThrow(0, [&] {
+    return CatchAll(0, [&] {
         FreeSignVerfiyDllFile(); // also if the path cannot be converted
         return Load(EnvironmentTextFromWide(path != nullptr ? path : L"")) ? 1 : 0;
     });
@@ -34,7 +34,7 @@ bool CCpSignVerify::Load(const std::string &path) {
         std::printf("dlopen - %s\n", error);
         return false;
     }
-    const SymbolRow rows[] = {
+    const SymbolRequest rows[] = {
         {"VerifySignatureExport", &m_pfnVerifySignatureExport, true},
         {"SignFwExport", &m_pfnSignFwExport, true},
     };

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string>
 
-#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/common/TextConversion.h"
 #include "scaler_isp/plugins/SharedLibrary.h"
 
@@ -30,7 +30,7 @@ void CNxComm::Init() {
 }
 
 int CNxComm::LoadCommDllFile(wchar_t *path) {
-    return ResultOrOnThrow(0, [&] {
+    return CatchAll(0, [&] {
         FreeCommDllFile();
         void *handle = OpenLibraryOrReport(EnvironmentTextFromWide(path != nullptr ? path : L""));
         if (handle == nullptr) {
@@ -38,7 +38,7 @@ int CNxComm::LoadCommDllFile(wchar_t *path) {
         }
         m_hCommDll = handle;
         // What must be there first: where it is missing, nothing is asked for what may be.
-        const SymbolRow rows[] = {
+        const SymbolRequest rows[] = {
 #define SCALER_ISP_REQUIRED_ROW(METHOD, SYMBOL) {#SYMBOL, &m_pfn##METHOD, true},
 #define SCALER_ISP_REQUIRED_TWICE_ROW(METHOD, SYMBOL)                                              \
     SCALER_ISP_REQUIRED_ROW(METHOD, SYMBOL) SCALER_ISP_REQUIRED_ROW(METHOD, SYMBOL)

@@ -30,9 +30,9 @@ struct STRUCT_REG_FORMER_VALUE {
 /// is a binary interface with ISP plug-ins.
 ///
 /// Usage: LoadCommDllFile, calls, FreeCommDllFile. The destructor closes nothing. Not locked.
-// KEPT Config_path_goes_to_the_setting_path_function: SetConfigFilePath calls the library's
+// QUIRK Config_path_goes_to_the_setting_path_function: SetConfigFilePath calls the library's
 // SetSettingFilePath.
-// KEPT Master_current_read_ex_calls_the_plain_read: I2CMasterCurrentReadEx calls the library's
+// QUIRK Master_current_read_ex_calls_the_plain_read: I2CMasterCurrentReadEx calls the library's
 // I2CMasterCurrentRead; the symbol I2CMasterCurrentReadEx is required all the same.
 class SCALER_ISP_API CNxComm {
   public:

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string>
 
-#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/common/TextConversion.h"
 #include "scaler_isp/plugins/SharedLibrary.h"
 
@@ -21,7 +21,7 @@ constexpr int kNotOpened = 5;
 
 /// A looked-up pointer, and what a load does when its required symbol is missing.
 struct DeviceRow {
-    SymbolRow stSymbol;
+    SymbolRequest stSymbol;
     const char *pszPointer;
     int nFailure;
 };
@@ -46,7 +46,7 @@ void ClearPointers() {
 } // namespace
 
 int nxdLoadDeviceDllFile(wchar_t *path) {
-    return ResultOrOnThrow(kNotOpened, [&] {
+    return CatchAll(kNotOpened, [&] {
         nxdFreeDeviceDllFile();
         g_hDeviceDll = OpenLibraryOrReport(EnvironmentTextFromWide(path != nullptr ? path : L""));
         if (g_hDeviceDll == nullptr) {

@@ -20,7 +20,7 @@ struct CommFunctionType {
 extern SCALER_ISP_API void *g_hDeviceDll; ///< handle of the open device library, or null
 
 /// The pointers, null where nothing is loaded. device_functions.def tells which ones a load fills.
-// KEPT Only_the_first_37_pointers_are_ever_set: the other 42 are null for the life of the process.
+// QUIRK Only_the_first_37_pointers_are_ever_set: the other 42 are null for the life of the process.
 #define SCALER_ISP_NXD_FUNCTION(LOOKUP, NAME, SYMBOL, TYPE_OF, FAILURE)                            \
     extern SCALER_ISP_API CommFunctionType::TYPE_OF *nxd##NAME;
 #include "scaler_isp/plugins/device_functions.def"
@@ -29,7 +29,7 @@ extern SCALER_ISP_API void *g_hDeviceDll; ///< handle of the open device library
 /// PRINTS "Failed to open libaray %s error:%s\n" to standard error where it cannot be opened; for a
 /// missing required function the pointer's name and " Fail\n" to standard output.
 /// RETURNS 1 when loaded; 5 where it cannot be opened; for a missing function 0 or 5.
-// KEPT Missing_InitialDev_or_ReleaseDev_returns_5: every other missing function returns 0.
+// QUIRK Missing_InitialDev_or_ReleaseDev_returns_5: every other missing function returns 0.
 SCALER_ISP_API int nxdLoadDeviceDllFile(wchar_t *path);
 
 /// Closes the library and clears the pointers that a load fills; does nothing when none is loaded.

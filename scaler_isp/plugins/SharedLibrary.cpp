@@ -35,8 +35,9 @@ void *OpenLibraryOrReport(const std::string &path) {
     return handle;
 }
 
-const SymbolRow *ResolveSymbols(void *handle, std::span<const SymbolRow> rows, const char *&error) {
-    for (const SymbolRow &row : rows) {
+const SymbolRequest *ResolveSymbols(void *handle, std::span<const SymbolRequest> rows,
+                                    const char *&error) {
+    for (const SymbolRequest &row : rows) {
         ::dlerror(); // forgets an older failure
         void *symbol = ::dlsym(handle, row.pszName);
         std::memcpy(row.pSlot, &symbol, sizeof symbol);

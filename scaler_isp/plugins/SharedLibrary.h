@@ -9,7 +9,7 @@
 /// close what it opened.
 
 /// One function to look up.
-struct SymbolRow {
+struct SymbolRequest {
     const char *pszName;
     void *pSlot; ///< address of the function pointer that receives it
     bool bRequired;
@@ -29,7 +29,8 @@ void *OpenLibraryOrReport(const std::string &path);
 /// \param error  receives the loader's own words about a required symbol that is missing; they live
 ///               until its next call.
 /// RETURNS the row of that symbol, or null when all went well.
-const SymbolRow *ResolveSymbols(void *handle, std::span<const SymbolRow> rows, const char *&error);
+const SymbolRequest *ResolveSymbols(void *handle, std::span<const SymbolRequest> rows,
+                                    const char *&error);
 
 void CloseSharedLibrary(void *handle);
 

@@ -2,8 +2,8 @@
 #include <iterator>
 
 #include "scaler_isp/abi/CommandSetting.h"
-#include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/BoundedCopy.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/settings/FwMapWrites.h"
 #include "scaler_isp/settings/SettingKey.h"
 
@@ -30,13 +30,13 @@ constexpr SettingKey kKeys[] = {
 } // namespace
 
 void STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING::LoadSetting() {
-    NothingOnThrow([&] { LoadKeys(kKeys, ReadBounded(wszSettingFile), *this); });
+    CatchAll([&] { LoadKeys(kKeys, ReadBounded(wszSettingFile), *this); });
 }
 
-// KEPT SaveSetting_numbers_the_target_key_by_its_bank: fw<target bank>_TargetBank holds the index
+// QUIRK SaveSetting_numbers_the_target_key_by_its_bank: fw<target bank>_TargetBank holds the index
 // of the entry, the reverse of what SaveFwPathFromFile writes.
 void STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING::SaveSetting() {
-    NothingOnThrow([&] {
+    CatchAll([&] {
         // A map that was refused counts more banks than it holds.
         const unsigned int count = std::min<unsigned int>(stMapFw.ulFwCount, SCALER_ISP_MAX_BANKS);
         FwMapWrites writes(stMapFw.ulFwCount, count);
@@ -47,7 +47,7 @@ void STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING::SaveSetting() {
     });
 }
 
-// KEPT ClearMapFW_clears_file_bank_and_path_of_the_first_entry_only: the count of 0 marks the other
+// QUIRK ClearMapFW_clears_file_bank_and_path_of_the_first_entry_only: the count of 0 marks the other
 // entries as unused; their file banks and paths keep what they held.
 void STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING::ClearMapFW() {
     stMapFw.ulFwCount = 0;

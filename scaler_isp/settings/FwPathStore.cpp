@@ -1,12 +1,12 @@
 #include "scaler_isp/settings/FwPathStore.h"
 
-#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/common/FileBanks.h"
 #include "scaler_isp/common/TextConversion.h"
 #include "scaler_isp/settings/FwMapWrites.h"
 
 void SaveFwPathFromFile(CCpNxString fwPath, CCpNxString iniPath, unsigned int startBank) {
-    NothingOnThrow([&] {
+    CatchAll([&] {
         unsigned int count = 0;
         if (!CountBanksOfFile(Utf8FromWide(fwPath), count)) {
             return;

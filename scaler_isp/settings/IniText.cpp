@@ -66,7 +66,7 @@ void IniText::IndexAdded(std::size_t number) {
     added = std::min(added, number);
 }
 
-// KEPT Header_that_ends_a_section_is_passed_over: the line that ends a section in which the key was
+// QUIRK Header_that_ends_a_section_is_passed_over: the line that ends a section in which the key was
 // not found is not looked at again, even if it is the same header.
 void IniText::Write(std::string_view key, std::string_view value) {
     if (!m_areLines) {

@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/CallFailure.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/common/Numbers.h"
 #include "scaler_isp/common/TextConversion.h"
 #include "scaler_isp/settings/IniEdit.h"
@@ -76,7 +76,7 @@ IniResult LookUp(const Char *section, const Char *key, const Char *fileName,
 template <class Char>
 unsigned int GetString(const Char *section, const Char *key, const Char *defaultValue, Char *buffer,
                        unsigned int size, const Char *fileName) {
-    return ResultOrOnThrow(0U, [&]() -> unsigned int {
+    return CatchAll(0U, [&]() -> unsigned int {
         std::basic_string<Char> value;
         const IniResult result = LookUp(section, key, fileName, value);
         if (result == IniResult::Found) {
@@ -93,7 +93,7 @@ unsigned int GetString(const Char *section, const Char *key, const Char *default
 
 template <class Char>
 int GetInt(const Char *section, const Char *key, int defaultValue, const Char *fileName) {
-    return ResultOrOnThrow(defaultValue, [&] {
+    return CatchAll(defaultValue, [&] {
         std::basic_string<Char> value;
         LookUp(section, key, fileName, value);
         const Char *end = nullptr;
@@ -103,7 +103,7 @@ int GetInt(const Char *section, const Char *key, int defaultValue, const Char *f
 
 template <class Char>
 int WriteKey(const Char *section, const Char *key, const Char *value, const Char *fileName) {
-    return ResultOrOnThrow(0, [&] {
+    return CatchAll(0, [&] {
         const std::wstring wideKey = ToWide(key);
         const std::wstring wideValue = ToWide(value);
         const IniWrite write{wideKey, wideValue};

@@ -39,7 +39,7 @@
 /// Reads one value.
 /// RETURNS the number of characters copied when the key was found; otherwise 0, and the default is
 /// copied. A file that cannot be read to its end is treated as one that cannot be opened.
-// KEPT Line_without_equals_ends_the_section: the lookup stops at a line without "=" and then
+// QUIRK Line_without_equals_ends_the_section: the lookup stops at a line without "=" and then
 // returns 0 without copying the default; the buffer keeps what it held.
 SCALER_ISP_API unsigned int CpNxGetPrivateProfileStringW(const wchar_t *section, const wchar_t *key,
                                                          const wchar_t *defaultValue,
@@ -49,7 +49,7 @@ SCALER_ISP_API unsigned int CpNxGetPrivateProfileStringW(const wchar_t *section,
 /// Reads one number: decimal, hexadecimal after 0x, octal after a leading zero; reading stops at
 /// the first character that does not fit, and text without a number is 0. Cut to 32 bits. RETURNS
 /// the default where the key is missing or its value empty.
-// KEPT Text_without_a_number_is_zero: "Key=abc" is 0, "Key=" is the default.
+// QUIRK Text_without_a_number_is_zero: "Key=abc" is 0, "Key=" is the default.
 SCALER_ISP_API int CpNxGetPrivateProfileIntW(const wchar_t *section, const wchar_t *key,
                                              int defaultValue, const wchar_t *fileName);
 
@@ -59,15 +59,15 @@ SCALER_ISP_API int CpNxGetPrivateProfileIntW(const wchar_t *section, const wchar
 /// "Open file error \n" to standard output. If a string cannot be expressed in the file's encoding,
 /// the old contents cannot be read, the disk is full or the turn does not come: 0 without a
 /// message, and the file is as it was.
-// KEPT Writer_compares_the_raw_name: "K = 1" is not replaced by writing K; a second line is added
+// QUIRK Writer_compares_the_raw_name: "K = 1" is not replaced by writing K; a second line is added
 // that the reader never sees.
-// KEPT Overlong_line_is_lost_in_a_rewrite: a line of more than 1,023 characters and everything
+// QUIRK Overlong_line_is_lost_in_a_rewrite: a line of more than 1,023 characters and everything
 // behind it is gone after a write.
 SCALER_ISP_API int CpNxWritePrivateProfileStringW(const wchar_t *section, const wchar_t *key,
                                                   const wchar_t *value, const wchar_t *fileName);
 
 /// As the wide form, but for a file that cannot be opened.
-// KEPT Narrow_getter_copies_no_default_for_a_missing_file: it PRINTS "Error \n" to standard output
+// QUIRK Narrow_getter_copies_no_default_for_a_missing_file: it PRINTS "Error \n" to standard output
 // and returns 0; the buffer keeps what it held.
 SCALER_ISP_API unsigned int CpNxGetPrivateProfileStringA(const char *section, const char *key,
                                                          const char *defaultValue, char *buffer,

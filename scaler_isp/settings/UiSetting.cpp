@@ -1,7 +1,7 @@
 #include "scaler_isp/settings/UiSetting.h"
 
-#include "scaler_isp/common/Boundary.h"
 #include "scaler_isp/common/BoundedCopy.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/settings/SettingKey.h"
 
 namespace {
@@ -23,5 +23,5 @@ constexpr SettingKey kKeys[] = {
 } // namespace
 
 void STRUCT_CP_ISP_UI_SETTING::LoadUISetting() {
-    NothingOnThrow([&] { LoadKeys(kKeys, ReadBounded(wszSettingFile), *this); });
+    CatchAll([&] { LoadKeys(kKeys, ReadBounded(wszSettingFile), *this); });
 }

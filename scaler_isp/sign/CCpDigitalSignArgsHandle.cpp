@@ -1,13 +1,13 @@
 #include "scaler_isp/sign/CCpDigitalSignArgsHandle.h"
 
-#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/sign/SignatureChecks.h"
 
 namespace {
 
 /// 1 or 0 as the check says; 0 if the system failed.
 template <class Check> int Answer(Check &&check) {
-    return ResultOrOnThrow(0, [&] { return check() ? 1 : 0; });
+    return CatchAll(0, [&] { return check() ? 1 : 0; });
 }
 
 } // namespace

@@ -183,7 +183,7 @@ bool CheckHardwareKeys(const std::string &directory, char *signKey, char *nextVe
            CheckFile(directory, PathField(nextVerifyKey), kHwNextVerifyKey);
 }
 
-// KEPT Lenovo_check_of_a_run_ignores_the_sub_certificate: the sub-certificate reaches the plug-in
+// QUIRK Lenovo_check_of_a_run_ignores_the_sub_certificate: the sub-certificate reaches the plug-in
 // unchanged; nobody checks that it exists.
 bool CheckSignatureArguments(const std::string &directory,
                              STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS &args) {

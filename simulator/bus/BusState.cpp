@@ -95,7 +95,7 @@ bool TakeLine(BusState &state, std::string_view line) {
         if (word == kBytesWord) {
             return TakeSpace(state, place, bytes);
         }
-        state.boxes[std::string(place)] = bytes;
+        state.mailboxes[std::string(place)] = bytes;
         return true;
     }
     const std::size_t equals = line.find('=');
@@ -152,7 +152,7 @@ std::string BusState::ToText() const {
             }
         }
     }
-    for (const auto &[name, bytes] : boxes) {
+    for (const auto &[name, bytes] : mailboxes) {
         text += "box " + name + ": " + HexBytes(bytes.data(), bytes.size()) + '\n';
     }
     return text;
@@ -164,7 +164,7 @@ std::uint32_t &BusState::Number(const std::string &name) {
 
 void BusState::ResetRegisters() {
     spaces.clear();
-    boxes.clear();
+    mailboxes.clear();
     Number("scaler_stopped") = 0;
     Number("register_address") = 0;
 }

@@ -45,7 +45,7 @@ struct BusState {
 
     std::map<std::string, std::uint32_t> numbers;
     std::map<std::string, SparseBytes> spaces;
-    std::map<std::string, std::vector<std::uint8_t>> boxes;
+    std::map<std::string, std::vector<std::uint8_t>> mailboxes;
 };
 
 } // namespace virtual_scaler

@@ -130,7 +130,7 @@ unsigned short ChannelFunctions::GetI2CSpeed() {
 void ChannelFunctions::SetAuxMode(STRUCT_AUXMODE_STRUCT mode) {
     std::vector<std::uint8_t> bytes(sizeof mode);
     std::memcpy(bytes.data(), &mode, sizeof mode);
-    m_session.state.boxes["aux_mode"] = bytes;
+    m_session.state.mailboxes["aux_mode"] = bytes;
 }
 
 void ChannelFunctions::SetWaitingMode(STRUCT_WAITING_STRUCT mode) {

@@ -1,7 +1,7 @@
 // The functions of the communication library, from the library's own table. The device library is
 // made of the same ones and exports fewer.
 
-#include "bus/Serve.h"
+#include "bus/ExportedCall.h"
 #include "common/Files.h"
 
 std::string virtual_scaler::BusFolder() {

@@ -72,16 +72,16 @@ void DdcCi::Take(const std::vector<std::uint8_t> &message) {
                              static_cast<unsigned>(message.back()),
                              static_cast<unsigned>(expected))};
     }
-    m_session.state.boxes.erase(kBox);
+    m_session.state.mailboxes.erase(kBox);
     Carry({message.begin() + 2, message.end() - 1});
 }
 
 std::vector<std::uint8_t> DdcCi::Answer() {
-    if (m_session.state.boxes.count(kBox) == 0) {
+    if (m_session.state.mailboxes.count(kBox) == 0) {
         Reply({});
     }
-    std::vector<std::uint8_t> answer = m_session.state.boxes[kBox];
-    m_session.state.boxes.erase(kBox);
+    std::vector<std::uint8_t> answer = m_session.state.mailboxes[kBox];
+    m_session.state.mailboxes.erase(kBox);
     return answer;
 }
 
@@ -138,7 +138,7 @@ void DdcCi::Reply(std::vector<std::uint8_t> bytes) {
         checksum = static_cast<std::uint8_t>(~checksum);
     }
     bytes.push_back(checksum);
-    m_session.state.boxes[kBox] = bytes;
+    m_session.state.mailboxes[kBox] = bytes;
 }
 
 } // namespace virtual_scaler

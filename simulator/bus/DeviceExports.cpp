@@ -1,6 +1,6 @@
 // What the device library has beside the functions of the communication library.
 
-#include "bus/Serve.h"
+#include "bus/ExportedCall.h"
 
 VIRTUAL_BUS_EXPORT(unsigned int, InitialDev, (), ())
 

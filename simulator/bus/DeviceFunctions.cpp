@@ -48,12 +48,12 @@ void DeviceFunctions::SetMode(const char *mode) {
 void DeviceFunctions::Put(const std::string &box, u16 length, const void *data) {
     m_session.RequirePresent();
     const auto *bytes = static_cast<const u8 *>(data);
-    m_session.state.boxes[box].assign(bytes, bytes + length);
+    m_session.state.mailboxes[box].assign(bytes, bytes + length);
 }
 
 void DeviceFunctions::Take(const std::string &box, u16 length, void *data) {
     m_session.RequirePresent();
-    std::vector<std::uint8_t> bytes = m_session.state.boxes[box];
+    std::vector<std::uint8_t> bytes = m_session.state.mailboxes[box];
     bytes.resize(length);
     std::copy(bytes.begin(), bytes.end(), static_cast<u8 *>(data));
 }

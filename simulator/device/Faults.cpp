@@ -28,9 +28,9 @@ std::vector<std::string_view> Words(std::string_view line) {
     return words;
 }
 
-using WordList = std::vector<std::string_view>;
+using TokenList = std::vector<std::string_view>;
 
-bool TakeFailBank(Faults &faults, const WordList &words) {
+bool TakeFailBank(Faults &faults, const TokenList &words) {
     std::uint32_t bank = 0;
     std::uint32_t code = 0;
     if (words[2] != "code" || !ParseNumber(words[1], kLastBank, bank) ||
@@ -41,7 +41,7 @@ bool TakeFailBank(Faults &faults, const WordList &words) {
     return true;
 }
 
-bool TakeNumber(std::set<std::uint32_t> &numbers, const WordList &words) {
+bool TakeNumber(std::set<std::uint32_t> &numbers, const TokenList &words) {
     std::uint32_t number = 0;
     if (!ParseNumber(words[1], kLastBank, number)) {
         return false;
@@ -50,7 +50,7 @@ bool TakeNumber(std::set<std::uint32_t> &numbers, const WordList &words) {
     return true;
 }
 
-bool TakeNack(Faults &faults, const WordList &words) {
+bool TakeNack(Faults &faults, const TokenList &words) {
     std::uint32_t address = 0;
     if (!ParseNumber(words[1], kLastSlave, address)) {
         return false;
@@ -59,7 +59,7 @@ bool TakeNack(Faults &faults, const WordList &words) {
     return true;
 }
 
-bool TakeBusy(Faults &faults, const WordList &words) {
+bool TakeBusy(Faults &faults, const TokenList &words) {
     std::uint32_t address = 0;
     std::uint32_t value = 0;
     std::uint32_t reads = 0;
@@ -75,28 +75,28 @@ bool TakeBusy(Faults &faults, const WordList &words) {
 struct Kind {
     std::string_view word;
     std::size_t words;
-    bool (*take)(Faults &faults, const WordList &words);
+    bool (*take)(Faults &faults, const TokenList &words);
 };
 
 constexpr Kind kKinds[] = {
     {"fail-bank", 4, TakeFailBank},
     {"flip-bit", 2,
-     [](Faults &faults, const WordList &words) { return TakeNumber(faults.flipBit, words); }},
+     [](Faults &faults, const TokenList &words) { return TakeNumber(faults.flipBit, words); }},
     {"power-loss", 2,
-     [](Faults &faults, const WordList &words) { return TakeNumber(faults.powerLoss, words); }},
+     [](Faults &faults, const TokenList &words) { return TakeNumber(faults.powerLoss, words); }},
     {"slow", 2,
-     [](Faults &faults, const WordList &words) {
+     [](Faults &faults, const TokenList &words) {
          return ParseNumber(words[1], kLongestDelay, faults.slowMilliseconds);
      }},
-    {"refuse-open", 1, [](Faults &faults, const WordList &) { return faults.refuseOpen = true; }},
+    {"refuse-open", 1, [](Faults &faults, const TokenList &) { return faults.refuseOpen = true; }},
     {"nack", 2, TakeNack},
     {"wrong-ddcci-checksum", 1,
-     [](Faults &faults, const WordList &) { return faults.wrongChecksum = true; }},
+     [](Faults &faults, const TokenList &) { return faults.wrongChecksum = true; }},
     {"busy", 7, TakeBusy},
 };
 
 /// RETURNS whether the words are a fault, which is then added.
-bool TakeFault(Faults &faults, const WordList &words) {
+bool TakeFault(Faults &faults, const TokenList &words) {
     for (const Kind &kind : kKinds) {
         if (words[0] == kind.word) {
             return words.size() == kind.words && kind.take(faults, words);

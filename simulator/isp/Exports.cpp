@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "common/Boundary.h"
+#include "common/ExceptionBarrier.h"
 #include "common/Files.h"
 #include "common/Text.h"
 #include "device/Failure.h"
@@ -22,8 +22,9 @@ namespace {
 constexpr int kLevelsToLibrary = 2; // <library's folder>/PlugIn/libIsp.dylib
 
 /// Journals the call, opens the device and acts on it.
-template <class Action> int Serve(const char *function, const Setting *setting, Action &&action) {
-    return AtBoundary<int>(VIRTUAL_ISP_INTERNAL, [&]() -> int {
+template <class Action>
+int RunExport(const char *function, const Setting *setting, Action &&action) {
+    return CatchAll<int>(VIRTUAL_ISP_INTERNAL, [&]() -> int {
         try {
             if (setting == nullptr) {
                 throw Failure{VIRTUAL_ISP_BAD_RECORD, Format("%s: no record", function)};
@@ -107,7 +108,7 @@ void PrintInformation(const Description &description, std::uint32_t type) {
 void SetUIFunction(ScalerIspProgressCallback progress, ScalerIspMessageCallback message,
                    ScalerIspHubDeviceCallback hubDevice) {
     CurrentUi() = {progress, message};
-    AtBoundary<bool>(false, [&] {
+    CatchAll<bool>(false, [&] {
         JournalOnly(Format("SetUIFunction progress=%s message=%s hubDevice=%s",
                            YesOrNo(progress != nullptr), YesOrNo(message != nullptr),
                            YesOrNo(hubDevice != nullptr)));
@@ -116,54 +117,55 @@ void SetUIFunction(ScalerIspProgressCallback progress, ScalerIspMessageCallback 
 }
 
 void SetCommInterface(CNxComm *comm) {
-    AtBoundary<bool>(false, [&] {
+    CatchAll<bool>(false, [&] {
         JournalOnly(Format("SetCommInterface comm=%s", YesOrNo(comm != nullptr)));
         return true;
     });
 }
 
 int IspFlash(Setting *setting) {
-    return Serve("IspFlash", setting, [&](Device &device) { ProgramFlash(device, *setting); });
+    return RunExport("IspFlash", setting, [&](Device &device) { ProgramFlash(device, *setting); });
 }
 
 int GetKeyFromFlash(Setting *setting, unsigned char *key) {
-    return Serve("GetKeyFromFlash", setting, [&](Device &device) { CopyKey(device, key); });
+    return RunExport("GetKeyFromFlash", setting, [&](Device &device) { CopyKey(device, key); });
 }
 
 int RecordFWVersion(Setting *setting) {
-    return Serve("RecordFWVersion", setting,
-                 [&](Device &device) { ReportVersion(device, *setting); });
+    return RunExport("RecordFWVersion", setting,
+                     [&](Device &device) { ReportVersion(device, *setting); });
 }
 
 int DumpFlash(Setting *setting) {
-    return Serve("DumpFlash", setting, [&](Device &device) { Dump(device, setting->stDumpFlash); });
+    return RunExport("DumpFlash", setting,
+                     [&](Device &device) { Dump(device, setting->stDumpFlash); });
 }
 
 int GetUserDefinedInfoFromDDCCI(Setting *setting) {
-    return Serve("GetUserDefinedInfoFromDDCCI", setting, [&](Device &device) {
+    return RunExport("GetUserDefinedInfoFromDDCCI", setting, [&](Device &device) {
         PrintInformation(device.description, setting->enumUserDefinedInfoType);
     });
 }
 
 int IspEeprom(Setting *setting) {
-    return Serve("IspEeprom", setting, [&](Device &device) { ServeEeprom(device, *setting); });
+    return RunExport("IspEeprom", setting, [&](Device &device) { ServeEeprom(device, *setting); });
 }
 
 int EnterISPModeExport(Setting *setting) {
-    return Serve("EnterISPModeExport", setting, [&](Device &device) {
+    return RunExport("EnterISPModeExport", setting, [&](Device &device) {
         device.SetMode("isp");
         Say("The scaler is in ISP mode");
     });
 }
 
 int ResetMCUExport(Setting *setting) {
-    return Serve("ResetMCUExport", setting, [&](Device &device) {
+    return RunExport("ResetMCUExport", setting, [&](Device &device) {
         device.SetMode("normal");
         Say("The MCU is reset; the scaler is in normal mode");
     });
 }
 
 int GetScalerType(Setting *setting) {
-    return Serve("GetScalerType", setting,
-                 [&](Device &device) { Say("Scaler type: " + device.description.scalerType); });
+    return RunExport("GetScalerType", setting,
+                     [&](Device &device) { Say("Scaler type: " + device.description.scalerType); });
 }

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "common/Boundary.h"
+#include "common/ExceptionBarrier.h"
 #include "common/FieldList.h"
 #include "common/Files.h"
 #include "common/Text.h"
@@ -165,8 +165,8 @@ void VerifyFirmware(const Args &args, const char *keyFromFlash) {
 
 /// Journals the call and acts. RETURNS 1, or 0 after one line on standard output.
 template <class Action>
-int Serve(const char *function, const Args *args, bool keyGiven, Action &&action) {
-    return AtBoundary<int>(0, [&] {
+int RunExport(const char *function, const Args *args, bool keyGiven, Action &&action) {
+    return CatchAll<int>(0, [&] {
         try {
             if (args == nullptr) {
                 throw SignFailure{"there is no record"};
@@ -186,10 +186,10 @@ int Serve(const char *function, const Args *args, bool keyGiven, Action &&action
 } // namespace
 
 int SignFwExport(const Args *args) {
-    return Serve("SignFwExport", args, false, [&] { SignFirmware(*args); });
+    return RunExport("SignFwExport", args, false, [&] { SignFirmware(*args); });
 }
 
 int VerifySignatureExport(const Args *args, char *keyFromFlash) {
-    return Serve("VerifySignatureExport", args, keyFromFlash != nullptr,
-                 [&] { VerifyFirmware(*args, keyFromFlash); });
+    return RunExport("VerifySignatureExport", args, keyFromFlash != nullptr,
+                     [&] { VerifyFirmware(*args, keyFromFlash); });
 }

@@ -55,7 +55,7 @@ import tempfile
 import case_text
 from case_file import BLOCKS, read_cases
 
-USUAL_PLUGINS = ["PlugIn/libIsp.dylib = isp", "libSignVerify.dylib = sign"]
+DEFAULT_PLUGINS = ["PlugIn/libIsp.dylib = isp", "libSignVerify.dylib = sign"]
 LOCALE_VARIABLE = re.compile(r"LC_.*|LANG|LANGUAGE|LOCPATH|BLACKBOX_DIR")
 
 
@@ -88,7 +88,7 @@ class Run:
         os.makedirs(self.folder)
         self.library = os.path.join(self.folder, "libScalerIsp.so")
         link_or_copy(self.options.library, self.library)
-        for line in self.case.lists["plugin"] or USUAL_PLUGINS:
+        for line in self.case.lists["plugin"] or DEFAULT_PLUGINS:
             place, _, binary = self.text_of(line).partition(" = ")
             if binary != "none":
                 source = os.path.join(self.options.plugins, binary + ".plugin")

@@ -18,7 +18,7 @@ C_FUNCTIONS = {"OperateScaler", "OperateScalerEx"}
 # A program that used the anchor would get a copy of its own, and the plug-ins beside the program.
 NEVER = {"TCSZ_GLOBAL_SYMBOL"}
 INTERNAL_MEMBERS = re.compile(
-    r"CpNxCmdLindParse::(ParseShortCmd|ParseElement|MoveOptionsForward|MissingArgument|TakeLongCmd"
+    r"CpNxCmdLindParse::(ParseShortCmd|ParseElement|MoveOptionsForward|MissingArgument|AcceptLongCmd"
     r"|PrintAmbiguity)\(|(CCpIsp|CCpSignVerify)::Load\(|CCpIspArgsParse::Parse\(")
 NEEDED = re.compile(r"(libstdc\+\+|libgcc_s|libc|libm|ld-linux[\w-]*|libdl)\.so\.\d+$")
 # Locales are read from the environment by the C library.

@@ -5,11 +5,12 @@
 #include <unistd.h>
 
 CapturedOutput::CapturedOutput(Stream stream)
-    : m_stream(stream == Stream::Output ? stdout : stderr), m_formerDescriptor(-1),
+    : m_stream(stream == Stream::Output ? stdout : stderr), m_previousDescriptor(-1),
       m_file(std::tmpfile()) {
     std::fflush(m_stream);
-    m_formerDescriptor = dup(fileno(m_stream));
-    if (m_file == nullptr || m_formerDescriptor < 0 || dup2(fileno(m_file), fileno(m_stream)) < 0) {
+    m_previousDescriptor = dup(fileno(m_stream));
+    if (m_file == nullptr || m_previousDescriptor < 0 ||
+        dup2(fileno(m_file), fileno(m_stream)) < 0) {
         throw std::runtime_error("a standard stream could not be captured");
     }
 }
@@ -24,8 +25,8 @@ std::string CapturedOutput::Take() {
         return text;
     }
     std::fflush(m_stream);
-    dup2(m_formerDescriptor, fileno(m_stream));
-    close(m_formerDescriptor);
+    dup2(m_previousDescriptor, fileno(m_stream));
+    close(m_previousDescriptor);
     std::rewind(m_file);
     char block[4096];
     while (const std::size_t count = std::fread(block, 1, sizeof block, m_file)) {

@@ -24,7 +24,7 @@ class CapturedOutput {
 
   private:
     std::FILE *m_stream;
-    int m_formerDescriptor;
+    int m_previousDescriptor;
     std::FILE *m_file;
 };
 

@@ -17,11 +17,11 @@ void Put(const std::string &name, const std::optional<std::string> &value) {
 EnvGuard::EnvGuard(const std::string &name, const std::optional<std::string> &value)
     : m_name(name) {
     if (const char *former = std::getenv(name.c_str())) {
-        m_former = former;
+        m_previous = former;
     }
     Put(name, value);
 }
 
 EnvGuard::~EnvGuard() {
-    Put(m_name, m_former);
+    Put(m_name, m_previous);
 }

@@ -15,7 +15,7 @@ class EnvGuard {
 
   private:
     std::string m_name;
-    std::optional<std::string> m_former;
+    std::optional<std::string> m_previous;
 };
 
 #endif

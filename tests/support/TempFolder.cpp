@@ -51,11 +51,11 @@ bool TempFolder::Exists(const std::string &name) const {
 }
 
 CurrentFolderGuard::CurrentFolderGuard(const std::string &folder)
-    : m_former(fs::current_path().string()) {
+    : m_previous(fs::current_path().string()) {
     fs::current_path(folder);
 }
 
 CurrentFolderGuard::~CurrentFolderGuard() {
     std::error_code ignored;
-    fs::current_path(m_former, ignored);
+    fs::current_path(m_previous, ignored);
 }

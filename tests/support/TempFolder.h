@@ -43,7 +43,7 @@ class CurrentFolderGuard {
     CurrentFolderGuard &operator=(const CurrentFolderGuard &) = delete;
 
   private:
-    std::string m_former;
+    std::string m_previous;
 };
 
 #endif

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <unistd.h>
 
-#include "scaler_isp/common/Boundary.h"
+#include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/plugins/CNxComm.h"
 
 namespace {
@@ -31,7 +31,7 @@ constexpr std::size_t OperandBytes(const char *operands) {
 }
 
 /// Where the block length stands in a record.
-constexpr std::size_t BlockLengthPlace(const char *operands) {
+constexpr std::size_t BlockLengthOffset(const char *operands) {
     std::size_t place = 1;
     bool atLetter = true;
     for (; *operands != '\0'; ++operands) {
@@ -121,13 +121,13 @@ int RunRecord(unsigned char *record, CNxComm *comm, ScriptState &state, std::siz
     }                                                                                              \
     return status;
 #define SCALER_ISP_RUN_BLOCK_WRITE(OPERANDS, ACTION)                                               \
-    state.usBlock = W(BlockLengthPlace(OPERANDS));                                                 \
+    state.usBlock = W(BlockLengthOffset(OPERANDS));                                                \
     SCALER_ISP_NEEDS_COMM                                                                          \
     const auto status = static_cast<int>(comm->ACTION);                                            \
     length += state.usBlock;                                                                       \
     return status;
 #define SCALER_ISP_RUN_BLOCK_READ(OPERANDS, ACTION)                                                \
-    state.usBlock = W(BlockLengthPlace(OPERANDS));                                                 \
+    state.usBlock = W(BlockLengthOffset(OPERANDS));                                                \
     SCALER_ISP_NEEDS_COMM                                                                          \
     const auto status = static_cast<int>(comm->ACTION);                                            \
     if (status == kSuccess) {                                                                      \
@@ -169,7 +169,7 @@ int RunCommand(unsigned char *script, unsigned int length, CNxComm *comm, unsign
     if (script == nullptr) {
         return length == 0 ? kSuccess : SCALER_ISP_SCRIPT_UNKNOWN_OPCODE;
     }
-    return ResultOrOnThrow(kNotLoaded, [&] {
+    return CatchAll(kNotLoaded, [&] {
         ScriptState state{out, count};
         for (std::size_t place = 0; place < length;) {
             std::size_t recordLength = 0;

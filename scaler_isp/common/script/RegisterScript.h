@@ -25,9 +25,9 @@ enum ScalerIspScriptResult : int {
 /// RETURNS 0 when every record succeeded; the status of the call that failed; or 1 for an unknown
 /// opcode, 2 for an unsupported one and for a read without `out`, 3 for a poll that ran out of
 /// tries.
-// KEPT Opcode_26_skips_the_last_block_length: behind a record 26 the script goes on L bytes
+// QUIRK Opcode_26_skips_the_last_block_length: behind a record 26 the script goes on L bytes
 // further, L being the length of the last block record, 0 before the first one.
-// KEPT Block_reads_do_not_ask_for_an_output_pointer: opcodes 21, 23 and 25 pass a null pointer on.
+// QUIRK Block_reads_do_not_ask_for_an_output_pointer: opcodes 21, 23 and 25 pass a null pointer on.
 SCALER_ISP_API int RunCommand(unsigned char *script, unsigned int length, CNxComm *comm,
                               unsigned char *out, unsigned int *count);
 

@@ -264,7 +264,7 @@ void I2CWrite(const Raw &raw, Outcome &o) {
 
 } // namespace
 
-void StoreSettingFile(const World &world, const std::string &name, Outcome &o) {
+void SetSettingFileField(const World &world, const std::string &name, Outcome &o) {
     const std::string path = name[0] == '/' ? name : world.library + name;
     const std::string former = o.settingFile;
     o.settingFile = path + (former.size() > path.size() ? former.substr(path.size()) : "");
@@ -298,7 +298,7 @@ void Judge(const World &world, const Raw &raw, Outcome &o) {
     if (setting.empty()) {
         o.settingFile = world.library + "IspSetting.ini";
     } else {
-        StoreSettingFile(world, setting, o);
+        SetSettingFileField(world, setting, o);
     }
     o.number["edpMode"] = Word(raw, "edpmode", {"isp", "readver"}, 0);
     o.number["infoType"] =

@@ -34,7 +34,7 @@ void Judge(const World &world, const Raw &raw, Outcome &outcome);
 /// The part about signatures. RETURNS true when the judgement ends there, accepted.
 bool JudgeSignature(const World &world, const Raw &raw, Outcome &outcome);
 
-void StoreSettingFile(const World &world, const std::string &name, Outcome &outcome);
+void SetSettingFileField(const World &world, const std::string &name, Outcome &outcome);
 
 } // namespace model
 

@@ -135,7 +135,7 @@ std::string SearchPrefix(const World &world, const Raw &raw, Outcome &outcome) {
     const auto setting = raw.text.find("settingfile");
     std::string prefix;
     if (setting != raw.text.end() && !setting->second.empty()) {
-        StoreSettingFile(world, setting->second, outcome);
+        SetSettingFileField(world, setting->second, outcome);
         prefix = setting->second == world.folder + "my.ini" ? world.prefix : "";
     } else {
         outcome.settingFile = world.library + "IspSetting.ini";

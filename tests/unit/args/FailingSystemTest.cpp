@@ -3,8 +3,8 @@
 #include <new>
 
 #include "ParserFixture.h"
-#include "support/AllocationFault.h"
 #include "support/SystemFault.h"
+#include "support/TestHeap.h"
 
 namespace {
 

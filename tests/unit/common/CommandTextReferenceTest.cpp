@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr unsigned int kRoom = 8;
+constexpr unsigned int kBufferChars = 8;
 
 /// A copy of exactly the text, so that a sanitizer sees reads behind it.
 std::vector<wchar_t> Exact(const std::wstring &text) {
@@ -61,7 +61,7 @@ using Reference = reference::Bytes (*)(const std::wstring &, std::size_t);
 
 ::testing::AssertionResult SameBytes(const std::wstring &text, Converter convert, Reference slow) {
     std::vector<wchar_t> buffer = Exact(text);
-    for (const unsigned int capacity : {1U, 2U, kRoom}) {
+    for (const unsigned int capacity : {1U, 2U, kBufferChars}) {
         const reference::Bytes expected = slow(text, capacity);
         std::vector<unsigned char> bytes(capacity, 0xEE);
         const int result =

@@ -34,7 +34,7 @@ class IconvWatch {
 
 IconvWatch *IconvWatch::current = nullptr;
 
-void Note(const std::string &call) {
+void ReportCall(const std::string &call) {
     if (IconvWatch::current != nullptr) {
         IconvWatch::current->calls.push_back(call);
     }
@@ -49,7 +49,7 @@ template <class Function> Function Real(const char *name) {
 // The calls are the promise here, and no result shows them all.
 extern "C" iconv_t iconv_open(const char *to, const char *from) {
     static const auto real = Real<iconv_t (*)(const char *, const char *)>("iconv_open");
-    Note("open " + std::string(from) + " to " + to);
+    ReportCall("open " + std::string(from) + " to " + to);
     if (SystemFault::Strikes("iconv_open")) {
         return reinterpret_cast<iconv_t>(-1);
     }
@@ -68,7 +68,7 @@ extern "C" std::size_t iconv(iconv_t descriptor, char **in, std::size_t *inLeft,
                              std::size_t *outLeft) {
     static const auto real =
         Real<std::size_t (*)(iconv_t, char **, std::size_t *, char **, std::size_t *)>("iconv");
-    Note("convert " + std::to_string(*inLeft) + " into " + std::to_string(*outLeft));
+    ReportCall("convert " + std::to_string(*inLeft) + " into " + std::to_string(*outLeft));
     if (SystemFault::Strikes("iconv")) {
         return static_cast<std::size_t>(-1);
     }
@@ -77,7 +77,7 @@ extern "C" std::size_t iconv(iconv_t descriptor, char **in, std::size_t *inLeft,
 
 extern "C" int iconv_close(iconv_t descriptor) {
     static const auto real = Real<int (*)(iconv_t)>("iconv_close");
-    Note("close");
+    ReportCall("close");
     return real(descriptor);
 }
 

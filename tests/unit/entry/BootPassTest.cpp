@@ -1,5 +1,5 @@
-#include "FailingHeap.h"
 #include "RunFlowFixture.h"
+#include "support/TestHeap.h"
 
 /// The boot firmware of a factory run. Its module may stay loaded.
 class BootPass : public RunFlowTest {
@@ -30,9 +30,9 @@ class BootPass : public RunFlowTest {
 
 TEST_F(BootPass, Boot_firmware_is_programmed_first_at_bank_0) {
     record->enumCommID = static_cast<STRUCT_ENUM_COMM_ID>(9);
-    const int living = LivingObjects();
+    const int living = LivingRecords();
     EXPECT_EQ(Program(), 0);
-    EXPECT_EQ(LivingObjects(), living);
+    EXPECT_EQ(LivingRecords(), living);
     EXPECT_EQ(out, "");
     ASSERT_THAT(module.Names(), ElementsAre("SetUIFunction", "IspFlash", "IspFlash"));
     EXPECT_NE(module.calls[1].first, record.get());
@@ -120,19 +120,19 @@ TEST_F(BootPass, More_than_512_banks_give_DA0) {
     EXPECT_EQ(Program(), 0);
     EXPECT_EQ(flashed.at(0)->stMapFw.ulFwCount, 512U);
     std::filesystem::resize_file(boot, std::uintmax_t{512} * 65536 + 1);
-    const int living = LivingObjects();
+    const int living = LivingRecords();
     EXPECT_EQ(Program(), 0xDA0);
-    EXPECT_EQ(LivingObjects(), living);
+    EXPECT_EQ(LivingRecords(), living);
     EXPECT_EQ(out, "");
     EXPECT_THAT(module.Names(), ElementsAre("SetUIFunction"));
 }
 
 TEST_F(BootPass, No_memory_gives_D69_and_loses_none) {
-    const int living = LivingObjects();
-    const FailingHeap heap(0);
+    const int living = LivingRecords();
+    const RecordAllocationLimit heap(0);
     EXPECT_EQ(Program(), 0xD69);
     EXPECT_THAT(module.Names(), ElementsAre("SetUIFunction"));
-    EXPECT_EQ(LivingObjects(), living);
+    EXPECT_EQ(LivingRecords(), living);
 }
 
 TEST_F(BootPass, Unterminated_boot_path_is_read_with_its_bound) {

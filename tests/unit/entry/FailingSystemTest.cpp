@@ -2,9 +2,9 @@
 #include <cstring>
 #include <functional>
 
-#include "FailingHeap.h"
 #include "RunFlowFixture.h"
 #include "support/SystemFault.h"
+#include "support/TestHeap.h"
 
 namespace {
 
@@ -14,7 +14,7 @@ class FailingSystemTest : public testing::Test {
     using Record = STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING;
 
     FailingSystemTest() {
-        module.suspend = &FailingAllocation::Suspend;
+        module.suspend = &AllocationFault::Suspend;
         module.answer = [this](const ModuleCall &call) {
             if (call.name == "IspFlash" || call.name == "ResetMCUExport") {
                 records.emplace_back(static_cast<const char *>(call.first), sizeof(Record));
@@ -41,9 +41,9 @@ class FailingSystemTest : public testing::Test {
         records.clear();
         int result = -99;
         out = OutputOf([&] {
-            const FailingAllocation fault(successes);
+            const AllocationFault fault(successes);
             result = OperateScaler(line.c_str(), nullptr, nullptr, nullptr);
-            struck = FailingAllocation::HasStruck();
+            struck = AllocationFault::HasStruck();
         });
         return result;
     }
@@ -76,7 +76,7 @@ TEST_F(FailingSystemTest, Each_allocation_that_fails_ends_the_call_with_a_stated
         const std::string undisturbedOut = out;
         const auto undisturbedRecords = records;
         const auto undisturbedNames = module.Names();
-        const int living = LivingObjects();
+        const int living = LivingRecords();
         int failures = 0;
         for (int successes = 0;; ++successes) {
             const int result = OperateWith(line, successes);
@@ -97,7 +97,7 @@ TEST_F(FailingSystemTest, Each_allocation_that_fails_ends_the_call_with_a_stated
                 ASSERT_LE(records.size(), undisturbedRecords.size());
                 EXPECT_TRUE(std::equal(records.begin(), records.end(), undisturbedRecords.begin()));
             }
-            EXPECT_LE(LivingObjects(), living + 1) << successes;
+            EXPECT_LE(LivingRecords(), living + 1) << successes;
             if (!struck) {
                 break;
             }
@@ -106,7 +106,7 @@ TEST_F(FailingSystemTest, Each_allocation_that_fails_ends_the_call_with_a_stated
         EXPECT_EQ(Operate(line), 0);
         EXPECT_EQ(records, undisturbedRecords);
         EXPECT_EQ(out, undisturbedOut);
-        EXPECT_EQ(LivingObjects(), living);
+        EXPECT_EQ(LivingRecords(), living);
     }
 }
 
@@ -170,9 +170,9 @@ TEST_F(FailingSystemTest, Nothing_unwinds_through_a_plugin_that_calls_the_librar
                 return 0;
             }
             try {
-                const FailingAllocation fault(0);
+                const AllocationFault fault(0);
                 const bool failed = calls[i]();
-                EXPECT_TRUE(FailingAllocation::HasStruck()) << i;
+                EXPECT_TRUE(AllocationFault::HasStruck()) << i;
                 EXPECT_TRUE(failed) << i;
             } catch (...) {
                 thrown = true;
@@ -191,9 +191,9 @@ TEST_F(FailingSystemTest, Entry_call_inside_a_plugin_is_an_outermost_call_again)
         int entered = 0;
         module.answer = [&](const ModuleCall &call) {
             if (call.name == "ResetMCUExport" && entered++ == 0) {
-                const FailingAllocation fault(successes);
+                const AllocationFault fault(successes);
                 const int inner = OperateScaler(L"p --resetmcu", nullptr, nullptr, nullptr);
-                if (FailingAllocation::HasStruck()) {
+                if (AllocationFault::HasStruck()) {
                     EXPECT_THAT(inner, testing::AnyOf(0, -1, 0xD67)) << successes;
                 }
             }

@@ -2,9 +2,9 @@
 
 #include <pthread.h>
 
-#include "FailingHeap.h"
 #include "RunFlowFixture.h"
 #include "scaler_isp/common/LibraryAnchor.h"
+#include "support/TestHeap.h"
 
 namespace {
 
@@ -96,7 +96,7 @@ TEST_F(OperateScalerTest, Empty_line_changes_nothing) {
     EXPECT_EQ(Operate(L"p --resetmcu"), 0);
     g_cpStrCurDir = L"former";
     g_cpStrSettingFilePath = L"former";
-    const int living = LivingObjects();
+    const int living = LivingRecords();
     progress = nullptr;
     EXPECT_EQ(Operate(L""), -1);
     EXPECT_EQ(OperateScaler(nullptr, nullptr, nullptr, nullptr), -1);
@@ -105,7 +105,7 @@ TEST_F(OperateScalerTest, Empty_line_changes_nothing) {
     EXPECT_EQ(g_cpStrSettingFilePath, L"former");
     EXPECT_EQ(g_funcReturnProg, &Progress);
     EXPECT_EQ(g_pcArgsParse, nullptr);
-    EXPECT_EQ(LivingObjects(), living);
+    EXPECT_EQ(LivingRecords(), living);
 }
 
 TEST_F(OperateScalerTest, Globals_are_set_afresh) {
@@ -140,7 +140,7 @@ TEST_F(OperateScalerTest, Parser_of_the_call_is_visible_meanwhile) {
 
 TEST_F(OperateScalerTest, Bad_quotes_leave_the_parser_over) {
     EXPECT_EQ(Operate(L"p --resetmcu"), 0);
-    const int living = LivingObjects();
+    const int living = LivingRecords();
     progress = nullptr;
     message = nullptr;
     g_cpStrCurDir = L"former";
@@ -148,7 +148,7 @@ TEST_F(OperateScalerTest, Bad_quotes_leave_the_parser_over) {
         EXPECT_EQ(Operate(line), -1);
         EXPECT_EQ(out, "");
         EXPECT_NE(g_pcArgsParse, nullptr);
-        EXPECT_EQ(LivingObjects(), living + 1);
+        EXPECT_EQ(LivingRecords(), living + 1);
         EXPECT_NE(g_cpStrCurDir, L"former");
         EXPECT_EQ(g_pcArgsParse->GetCurrentDir(),
                   std::string(g_cpStrCurDir.begin(), g_cpStrCurDir.end()));
@@ -161,15 +161,15 @@ TEST_F(OperateScalerTest, Bad_quotes_leave_the_parser_over) {
     EXPECT_EQ(Operate(L"p --resetmcu"), 0);
     EXPECT_EQ(g_pcArgsParse, nullptr);
     EXPECT_EQ(g_funcReturnProg, nullptr);
-    EXPECT_EQ(LivingObjects(), living);
+    EXPECT_EQ(LivingRecords(), living);
 }
 
 TEST_F(OperateScalerTest, Refused_line_frees_everything) {
-    const int living = LivingObjects();
+    const int living = LivingRecords();
     EXPECT_EQ(Operate(L"p --comm 99 --resetmcu"), -1);
     EXPECT_EQ(out, "Parameter out of range! --comm 99\n");
     EXPECT_EQ(g_pcArgsParse, nullptr);
-    EXPECT_EQ(LivingObjects(), living);
+    EXPECT_EQ(LivingRecords(), living);
     EXPECT_THAT(module.calls, IsEmpty());
 }
 
@@ -228,17 +228,17 @@ TEST_F(OperateScalerTest, Line_too_long_has_no_words) {
 
 TEST_F(OperateScalerTest, No_memory_has_a_result_for_each_object) {
     Operate(L"p --resetmcu");
-    const int living = LivingObjects();
+    const int living = LivingRecords();
     const struct {
         int successes;
         int result;
     } rows[] = {{0, 0}, {1, -1}, {2, -1}};
     for (const auto &row : rows) {
-        const FailingHeap heap(row.successes);
+        const RecordAllocationLimit heap(row.successes);
         EXPECT_EQ(Operate(L"p --resetmcu"), row.result) << row.successes;
         EXPECT_EQ(out, "");
         EXPECT_THAT(module.calls, IsEmpty());
-        EXPECT_EQ(LivingObjects(), living);
+        EXPECT_EQ(LivingRecords(), living);
         EXPECT_EQ(g_pcArgsParse, nullptr);
     }
 }
@@ -249,7 +249,7 @@ TEST_F(OperateScalerTest, Folder_is_known_before_there_is_a_parser) {
     g_cpStrCurDir = L"former";
     g_cpStrSettingFilePath = L"former";
     progress = nullptr;
-    const FailingHeap heap(0);
+    const RecordAllocationLimit heap(0);
     EXPECT_EQ(Operate(L"p --resetmcu"), 0);
     EXPECT_EQ(g_cpStrCurDir, folder);
     EXPECT_EQ(g_cpStrSettingFilePath, folder + L"IspSetting.ini");
@@ -258,7 +258,7 @@ TEST_F(OperateScalerTest, Folder_is_known_before_there_is_a_parser) {
 
 TEST_F(OperateScalerTest, No_memory_for_the_words_leaves_the_parser_over) {
     Operate(L"p --resetmcu");
-    const int living = LivingObjects();
+    const int living = LivingRecords();
     progress = nullptr;
     message = nullptr;
     std::wstring line = L"p --resetmcu";
@@ -266,18 +266,18 @@ TEST_F(OperateScalerTest, No_memory_for_the_words_leaves_the_parser_over) {
         line += L" x"; // so many pointers take as much room as a record
     }
     {
-        const FailingHeap heap(1);
+        const RecordAllocationLimit heap(1);
         EXPECT_EQ(Operate(line), -1);
     }
     EXPECT_EQ(out, "");
     EXPECT_THAT(module.calls, IsEmpty());
     EXPECT_NE(g_pcArgsParse, nullptr);
-    EXPECT_EQ(LivingObjects(), living + 1);
+    EXPECT_EQ(LivingRecords(), living + 1);
     EXPECT_EQ(g_funcReturnProg, &Progress); // those of the call before
     EXPECT_EQ(g_funcShowMsg, &Message);
     EXPECT_EQ(Operate(line), 0);
     EXPECT_EQ(g_pcArgsParse, nullptr);
-    EXPECT_EQ(LivingObjects(), living);
+    EXPECT_EQ(LivingRecords(), living);
 }
 
 TEST_F(OperateScalerTest, Half_a_megabyte_of_stack_is_enough) {

@@ -1,5 +1,5 @@
-#include "FailingHeap.h"
 #include "RunFlowFixture.h"
+#include "support/TestHeap.h"
 
 namespace {
 
@@ -20,7 +20,7 @@ std::size_t FirstDifference(const Bytes &left, const Bytes &right) {
 } // namespace
 
 /// What plug-ins receive, compared with a record written down here, padding included. The records
-/// of the library lie in memory that is not clean (FailingHeap).
+/// of the library lie in memory that is not clean (RecordAllocationLimit).
 class RecordBytes : public RunFlowTest {
   protected:
     using Fill = std::function<void(Record &)>;

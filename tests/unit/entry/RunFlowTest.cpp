@@ -1,6 +1,6 @@
 #include "RunFlowFixture.h"
 
-#include "FailingHeap.h"
+#include "support/TestHeap.h"
 
 using RunFlow = RunFlowTest;
 

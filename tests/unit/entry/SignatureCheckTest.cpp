@@ -1,5 +1,5 @@
-#include "FailingHeap.h"
 #include "RunFlowFixture.h"
+#include "support/TestHeap.h"
 
 /// The verification before programming. Modules that stay loaded are not those of other tests.
 class SignatureCheck : public RunFlowTest {
@@ -92,9 +92,9 @@ TEST_F(SignatureCheck, Mode_4_reads_the_key_from_the_chip) {
         }
         return usual(call);
     };
-    const int living = LivingObjects();
+    const int living = LivingRecords();
     EXPECT_EQ(Check(), 0);
-    EXPECT_EQ(LivingObjects(), living);
+    EXPECT_EQ(LivingRecords(), living);
     EXPECT_EQ(out, "Get Key From Flash ...\n");
     EXPECT_THAT(module.Names(), ElementsAre("SetUIFunction", "GetKeyFromFlash",
                                             "VerifySignatureExport", "IspFlash"));
@@ -116,7 +116,7 @@ TEST_F(SignatureCheck, Key_that_cannot_be_read_ends_the_run) {
 
 TEST_F(SignatureCheck, No_memory_for_the_copy_gives_D69) {
     SignedBySoftware(4);
-    const FailingHeap heap(0);
+    const RecordAllocationLimit heap(0);
     EXPECT_EQ(Check(), 0xD69);
     EXPECT_EQ(out, "");
     EXPECT_THAT(module.Names(), ElementsAre("SetUIFunction"));

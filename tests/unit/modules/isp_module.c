@@ -1,12 +1,12 @@
 /* An ISP plug-in for tests: every function hands its name and arguments to the test. Built several
  * times, with one function left out each (WITHOUT_name) or with all there are (WITH_EXTRAS). */
 
-#include "module_note.h"
+#include "report_call.h"
 
 #define RECORD_FUNCTION(NAME)                                                                      \
     MODULE_EXPORT int NAME(void *setting);                                                         \
     int NAME(void *setting) {                                                                      \
-        return Note(#NAME, setting, NULL, NULL);                                                   \
+        return ReportCall(#NAME, setting, NULL, NULL);                                             \
     }
 
 #ifndef WITHOUT_IspFlash
@@ -37,21 +37,21 @@ RECORD_FUNCTION(GetScalerType)
 #ifndef WITHOUT_GetKeyFromFlash
 MODULE_EXPORT int GetKeyFromFlash(void *setting, unsigned char *key);
 int GetKeyFromFlash(void *setting, unsigned char *key) {
-    return Note("GetKeyFromFlash", setting, key, NULL);
+    return ReportCall("GetKeyFromFlash", setting, key, NULL);
 }
 #endif
 
 #ifndef WITHOUT_SetCommInterface
 MODULE_EXPORT void SetCommInterface(void *comm);
 void SetCommInterface(void *comm) {
-    Note("SetCommInterface", comm, NULL, NULL);
+    ReportCall("SetCommInterface", comm, NULL, NULL);
 }
 #endif
 
 #ifndef WITHOUT_SetUIFunction
 MODULE_EXPORT void SetUIFunction(void *progress, void *message, void *hub);
 void SetUIFunction(void *progress, void *message, void *hub) {
-    Note("SetUIFunction", progress, message, hub);
+    ReportCall("SetUIFunction", progress, message, hub);
 }
 #endif
 

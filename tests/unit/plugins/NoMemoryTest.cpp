@@ -4,7 +4,6 @@
 
 #include <gmock/gmock.h>
 
-#include "LittleMemory.h"
 #include "comm/LibraryCopy.h"
 #include "modules/ModuleCalls.h"
 #include "scaler_isp/plugins/CCpIsp.h"
@@ -13,6 +12,7 @@
 #include "scaler_isp/plugins/DeviceLibrary.h"
 #include "support/CapturedOutput.h"
 #include "support/TempFolder.h"
+#include "support/TestHeap.h"
 
 namespace {
 
@@ -26,7 +26,7 @@ class NoMemory : public testing::Test {
             int result = -1;
             CapturedOutput error(CapturedOutput::Stream::Error);
             OutputOf([&] {
-                const LittleMemory memory(objects);
+                const AllocationLimit memory(objects);
                 EXPECT_NO_THROW(result = load(wide.data()));
             });
             if (result != 1) {

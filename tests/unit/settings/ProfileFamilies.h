@@ -11,18 +11,18 @@
 /// One interface over the two families, so that a test can run on both. Texts here are bytes; the
 /// wide family takes them as U+00n.
 
-constexpr unsigned int kRoom = 1100;
+constexpr unsigned int kBufferChars = 1100;
 
 /// What a string getter returned, and what the buffer held before its first NUL afterwards.
-struct Got {
+struct ReadResult {
     unsigned int result;
     std::string text;
-    bool operator==(const Got &other) const {
+    bool operator==(const ReadResult &other) const {
         return result == other.result && text == other.text;
     }
 };
 
-inline std::ostream &operator<<(std::ostream &stream, const Got &got) {
+inline std::ostream &operator<<(std::ostream &stream, const ReadResult &got) {
     return stream << got.result << " \"" << got.text << '"';
 }
 
@@ -43,9 +43,10 @@ inline std::string Narrow(const std::wstring &text) {
 }
 
 struct WideFamily {
-    static Got Get(const std::string &file, const std::string &section, const std::string &key,
-                   const std::string &defaultValue = "dflt", unsigned int size = kRoom) {
-        std::vector<wchar_t> buffer(kRoom, L'~');
+    static ReadResult Get(const std::string &file, const std::string &section,
+                          const std::string &key, const std::string &defaultValue = "dflt",
+                          unsigned int size = kBufferChars) {
+        std::vector<wchar_t> buffer(kBufferChars, L'~');
         buffer[3] = L'\0';
         const unsigned int result = CpNxGetPrivateProfileStringW(
             Wide(section).c_str(), Wide(key).c_str(), Wide(defaultValue).c_str(), buffer.data(),
@@ -65,9 +66,10 @@ struct WideFamily {
 };
 
 struct NarrowFamily {
-    static Got Get(const std::string &file, const std::string &section, const std::string &key,
-                   const std::string &defaultValue = "dflt", unsigned int size = kRoom) {
-        std::vector<char> buffer(kRoom, '~');
+    static ReadResult Get(const std::string &file, const std::string &section,
+                          const std::string &key, const std::string &defaultValue = "dflt",
+                          unsigned int size = kBufferChars) {
+        std::vector<char> buffer(kBufferChars, '~');
         buffer[3] = '\0';
         const unsigned int result = CpNxGetPrivateProfileStringA(
             section.c_str(), key.c_str(), defaultValue.c_str(), buffer.data(), size, file.c_str());

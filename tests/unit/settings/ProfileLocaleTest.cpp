@@ -162,7 +162,7 @@ TEST_F(ProfileLocale, Names_are_compared_as_characters_and_not_as_bytes) {
 
 TEST_F(ProfileLocale, Narrow_family_never_converts) {
     const std::string path = m_folder.Write("p.ini", "[\xE4]\nK=\xC3\xA4\n");
-    EXPECT_EQ(NarrowFamily::Get(path, "\xE4", "K"), (Got{2, "\xC3\xA4"}));
+    EXPECT_EQ(NarrowFamily::Get(path, "\xE4", "K"), (ReadResult{2, "\xC3\xA4"}));
     EXPECT_EQ(NarrowFamily::Write(path, "\xE4", "\xFF", "\xFE"), 1);
     EXPECT_EQ(m_folder.Read("p.ini"), "[\xE4]\nK=\xC3\xA4\n\xFF=\xFE\n");
 }

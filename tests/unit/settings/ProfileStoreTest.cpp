@@ -9,7 +9,7 @@ namespace {
 /// The reader, on both families.
 template <class Family> class ProfileReader : public testing::Test {
   protected:
-    Got Get(const std::string &file, const std::string &section, const std::string &key) {
+    ReadResult Get(const std::string &file, const std::string &section, const std::string &key) {
         return Family::Get(m_folder.Write("p.ini", file), section, key);
     }
     int GetInt(const std::string &value) {
@@ -22,127 +22,129 @@ using Families = testing::Types<WideFamily, NarrowFamily>;
 TYPED_TEST_SUITE(ProfileReader, Families);
 
 TYPED_TEST(ProfileReader, Value_and_its_length_are_returned) {
-    EXPECT_EQ(this->Get("[S]\nK=value\n", "S", "K"), (Got{5, "value"}));
+    EXPECT_EQ(this->Get("[S]\nK=value\n", "S", "K"), (ReadResult{5, "value"}));
 }
 
 TYPED_TEST(ProfileReader, Key_of_another_section_is_not_seen) {
-    EXPECT_EQ(this->Get("[A]\nK=1\n[S]\nK=2\n[B]\nK=3\n", "S", "K"), (Got{1, "2"}));
+    EXPECT_EQ(this->Get("[A]\nK=1\n[S]\nK=2\n[B]\nK=3\n", "S", "K"), (ReadResult{1, "2"}));
 }
 
 TYPED_TEST(ProfileReader, Missing_section_gives_the_default) {
-    EXPECT_EQ(this->Get("[S]\nK=1\n", "T", "K"), (Got{0, "dflt"}));
-    EXPECT_EQ(this->Get("", "S", "K"), (Got{0, "dflt"}));
+    EXPECT_EQ(this->Get("[S]\nK=1\n", "T", "K"), (ReadResult{0, "dflt"}));
+    EXPECT_EQ(this->Get("", "S", "K"), (ReadResult{0, "dflt"}));
 }
 
 TYPED_TEST(ProfileReader, Missing_key_at_the_end_of_the_file_gives_the_default) {
-    EXPECT_EQ(this->Get("[S]\nK=1\n", "S", "J"), (Got{0, "dflt"}));
-    EXPECT_EQ(this->Get("[S]", "S", "J"), (Got{0, "dflt"}));
+    EXPECT_EQ(this->Get("[S]\nK=1\n", "S", "J"), (ReadResult{0, "dflt"}));
+    EXPECT_EQ(this->Get("[S]", "S", "J"), (ReadResult{0, "dflt"}));
 }
 
 TYPED_TEST(ProfileReader, Line_without_equals_ends_the_section) {
     for (const std::string line : {"", "   ", "[T]", "[S]", "; note", "# note", "\t", "\r"}) {
         SCOPED_TRACE(line);
-        EXPECT_EQ(this->Get("[S]\nK=V\n" + line + "\nX=1\n", "S", "X"), (Got{0, kUntouched}));
+        EXPECT_EQ(this->Get("[S]\nK=V\n" + line + "\nX=1\n", "S", "X"),
+                  (ReadResult{0, kUntouched}));
     }
-    EXPECT_EQ(this->Get("[S]\n[S]\nX=1\n", "S", "X"), (Got{0, kUntouched}));
+    EXPECT_EQ(this->Get("[S]\n[S]\nX=1\n", "S", "X"), (ReadResult{0, kUntouched}));
 }
 
 TYPED_TEST(ProfileReader, Blanks_around_header_key_and_value_are_trimmed) {
-    EXPECT_EQ(this->Get("  [S]  \n  K  =  V  \n", "S", "K"), (Got{1, "V"}));
-    EXPECT_EQ(this->Get("[S]\nK y = a b \n", "S", "K y"), (Got{3, "a b"}));
+    EXPECT_EQ(this->Get("  [S]  \n  K  =  V  \n", "S", "K"), (ReadResult{1, "V"}));
+    EXPECT_EQ(this->Get("[S]\nK y = a b \n", "S", "K y"), (ReadResult{3, "a b"}));
 }
 
 TYPED_TEST(ProfileReader, Only_the_space_character_is_a_blank) {
-    EXPECT_EQ(this->Get("[S]\n\tK=1\nK=\t2\t\n", "S", "K"), (Got{3, "\t2\t"}));
-    EXPECT_EQ(this->Get("\t[S]\nK=1\n", "S", "K"), (Got{0, "dflt"}));
+    EXPECT_EQ(this->Get("[S]\n\tK=1\nK=\t2\t\n", "S", "K"), (ReadResult{3, "\t2\t"}));
+    EXPECT_EQ(this->Get("\t[S]\nK=1\n", "S", "K"), (ReadResult{0, "dflt"}));
 }
 
 TYPED_TEST(ProfileReader, Asked_names_are_not_trimmed) {
-    EXPECT_EQ(this->Get("[S]\nK=1\n", "S", " K"), (Got{0, "dflt"}));
-    EXPECT_EQ(this->Get("[S]\nK=1\n", " S", "K"), (Got{0, "dflt"}));
-    EXPECT_EQ(this->Get("[ S ]\nK=1\n", " S ", "K"), (Got{1, "1"}));
-    EXPECT_EQ(this->Get("[ S ]\nK=1\n", "S", "K"), (Got{0, "dflt"}));
+    EXPECT_EQ(this->Get("[S]\nK=1\n", "S", " K"), (ReadResult{0, "dflt"}));
+    EXPECT_EQ(this->Get("[S]\nK=1\n", " S", "K"), (ReadResult{0, "dflt"}));
+    EXPECT_EQ(this->Get("[ S ]\nK=1\n", " S ", "K"), (ReadResult{1, "1"}));
+    EXPECT_EQ(this->Get("[ S ]\nK=1\n", "S", "K"), (ReadResult{0, "dflt"}));
 }
 
 TYPED_TEST(ProfileReader, Names_are_case_sensitive) {
-    EXPECT_EQ(this->Get("[s]\nK=1\n[S]\nk=2\nK=3\n", "S", "K"), (Got{1, "3"}));
+    EXPECT_EQ(this->Get("[s]\nK=1\n[S]\nk=2\nK=3\n", "S", "K"), (ReadResult{1, "3"}));
 }
 
 TYPED_TEST(ProfileReader, Key_stands_before_the_first_equals_and_value_after_the_last) {
-    EXPECT_EQ(this->Get("[S]\nA = x = y\n", "S", "A"), (Got{1, "y"}));
-    EXPECT_EQ(this->Get("[S]\nK=a=b\n", "S", "K"), (Got{1, "b"}));
-    EXPECT_EQ(this->Get("[S]\nK=a=\n", "S", "K"), (Got{0, ""}));
-    EXPECT_EQ(this->Get("[S]\n=v\n", "S", ""), (Got{1, "v"}));
-    EXPECT_EQ(this->Get("[S]\nA=x=y\n", "S", "A=x"), (Got{0, "dflt"}));
+    EXPECT_EQ(this->Get("[S]\nA = x = y\n", "S", "A"), (ReadResult{1, "y"}));
+    EXPECT_EQ(this->Get("[S]\nK=a=b\n", "S", "K"), (ReadResult{1, "b"}));
+    EXPECT_EQ(this->Get("[S]\nK=a=\n", "S", "K"), (ReadResult{0, ""}));
+    EXPECT_EQ(this->Get("[S]\n=v\n", "S", ""), (ReadResult{1, "v"}));
+    EXPECT_EQ(this->Get("[S]\nA=x=y\n", "S", "A=x"), (ReadResult{0, "dflt"}));
 }
 
 TYPED_TEST(ProfileReader, There_is_no_comment_syntax) {
-    EXPECT_EQ(this->Get("[S]\n; x=1\nK=2\n", "S", "; x"), (Got{1, "1"}));
-    EXPECT_EQ(this->Get("[S]\n; x=1\nK=2 ; two\n", "S", "K"), (Got{7, "2 ; two"}));
+    EXPECT_EQ(this->Get("[S]\n; x=1\nK=2\n", "S", "; x"), (ReadResult{1, "1"}));
+    EXPECT_EQ(this->Get("[S]\n; x=1\nK=2 ; two\n", "S", "K"), (ReadResult{7, "2 ; two"}));
 }
 
 TYPED_TEST(ProfileReader, First_of_two_equal_keys_counts) {
-    EXPECT_EQ(this->Get("[S]\nK=1\nK=2\n", "S", "K"), (Got{1, "1"}));
+    EXPECT_EQ(this->Get("[S]\nK=1\nK=2\n", "S", "K"), (ReadResult{1, "1"}));
 }
 
 TYPED_TEST(ProfileReader, First_of_two_equal_sections_counts) {
-    EXPECT_EQ(this->Get("[S]\nJ=1\n\n[S]\nK=2\n", "S", "K"), (Got{0, kUntouched}));
+    EXPECT_EQ(this->Get("[S]\nJ=1\n\n[S]\nK=2\n", "S", "K"), (ReadResult{0, kUntouched}));
 }
 
 TYPED_TEST(ProfileReader, Header_with_equals_is_a_header_and_a_key_line) {
-    EXPECT_EQ(this->Get("[a=b]\nK=1\n", "a=b", "K"), (Got{1, "1"}));
-    EXPECT_EQ(this->Get("[S]\n[a=b]\nK=1\n", "S", "K"), (Got{1, "1"}));
-    EXPECT_EQ(this->Get("[S]\n[a=b]\nK=1\n", "S", "[a"), (Got{2, "b]"}));
+    EXPECT_EQ(this->Get("[a=b]\nK=1\n", "a=b", "K"), (ReadResult{1, "1"}));
+    EXPECT_EQ(this->Get("[S]\n[a=b]\nK=1\n", "S", "K"), (ReadResult{1, "1"}));
+    EXPECT_EQ(this->Get("[S]\n[a=b]\nK=1\n", "S", "[a"), (ReadResult{2, "b]"}));
 }
 
 TYPED_TEST(ProfileReader, Carriage_return_is_part_of_the_text) {
-    EXPECT_EQ(this->Get("[S]\r\nK=1\r\n", "S", "K"), (Got{0, "dflt"}));
-    EXPECT_EQ(this->Get("[S]\nK=1\r\n", "S", "K"), (Got{2, "1\r"}));
-    EXPECT_EQ(this->Get("[S]\r\nK=1\r\n", "S\r", "K"), (Got{0, "dflt"}));
+    EXPECT_EQ(this->Get("[S]\r\nK=1\r\n", "S", "K"), (ReadResult{0, "dflt"}));
+    EXPECT_EQ(this->Get("[S]\nK=1\r\n", "S", "K"), (ReadResult{2, "1\r"}));
+    EXPECT_EQ(this->Get("[S]\r\nK=1\r\n", "S\r", "K"), (ReadResult{0, "dflt"}));
 }
 
 TYPED_TEST(ProfileReader, Byte_order_mark_hides_the_first_header) {
-    EXPECT_EQ(this->Get("\xEF\xBB\xBF[S]\nK=1\n", "S", "K"), (Got{0, "dflt"}));
+    EXPECT_EQ(this->Get("\xEF\xBB\xBF[S]\nK=1\n", "S", "K"), (ReadResult{0, "dflt"}));
 }
 
 TYPED_TEST(ProfileReader, Last_line_needs_no_line_feed) {
-    EXPECT_EQ(this->Get("[S]\nK=last", "S", "K"), (Got{4, "last"}));
+    EXPECT_EQ(this->Get("[S]\nK=last", "S", "K"), (ReadResult{4, "last"}));
 }
 
 TYPED_TEST(ProfileReader, Line_of_1023_characters_is_read) {
     const std::string value(1021, 'v');
-    EXPECT_EQ(this->Get("[S]\nK=" + value + "\nL=1\n", "S", "K"), (Got{1021, value}));
-    EXPECT_EQ(this->Get("[S]\nK=" + value + "\nL=1\n", "S", "L"), (Got{1, "1"}));
-    EXPECT_EQ(this->Get("[S]\nK=" + value, "S", "K"), (Got{1021, value}));
+    EXPECT_EQ(this->Get("[S]\nK=" + value + "\nL=1\n", "S", "K"), (ReadResult{1021, value}));
+    EXPECT_EQ(this->Get("[S]\nK=" + value + "\nL=1\n", "S", "L"), (ReadResult{1, "1"}));
+    EXPECT_EQ(this->Get("[S]\nK=" + value, "S", "K"), (ReadResult{1021, value}));
 }
 
 TYPED_TEST(ProfileReader, Line_of_1024_characters_ends_the_reading) {
     const std::string value(1022, 'v');
-    EXPECT_EQ(this->Get("[S]\nK=" + value + "\nL=1\n", "S", "K"), (Got{0, "dflt"}));
-    EXPECT_EQ(this->Get("[S]\nK=" + value + "\nL=1\n", "S", "L"), (Got{0, "dflt"}));
-    EXPECT_EQ(this->Get("[S]\nK=" + value, "S", "K"), (Got{0, "dflt"}));
-    EXPECT_EQ(this->Get(std::string(1024, ' ') + "\n[S]\nK=1\n", "S", "K"), (Got{0, "dflt"}));
-    EXPECT_EQ(this->Get(std::string(1023, ' ') + "\n[S]\nK=1\n", "S", "K"), (Got{1, "1"}));
+    EXPECT_EQ(this->Get("[S]\nK=" + value + "\nL=1\n", "S", "K"), (ReadResult{0, "dflt"}));
+    EXPECT_EQ(this->Get("[S]\nK=" + value + "\nL=1\n", "S", "L"), (ReadResult{0, "dflt"}));
+    EXPECT_EQ(this->Get("[S]\nK=" + value, "S", "K"), (ReadResult{0, "dflt"}));
+    EXPECT_EQ(this->Get(std::string(1024, ' ') + "\n[S]\nK=1\n", "S", "K"),
+              (ReadResult{0, "dflt"}));
+    EXPECT_EQ(this->Get(std::string(1023, ' ') + "\n[S]\nK=1\n", "S", "K"), (ReadResult{1, "1"}));
 }
 
 TYPED_TEST(ProfileReader, Line_is_cut_at_a_NUL) {
     const std::string nul(1, '\0');
-    EXPECT_EQ(this->Get("[S]" + nul + "x\nK=1" + nul + "2\n", "S", "K"), (Got{1, "1"}));
-    EXPECT_EQ(this->Get("[S]\nJ" + nul + "=1\nK=2\n", "S", "K"), (Got{0, kUntouched}));
+    EXPECT_EQ(this->Get("[S]" + nul + "x\nK=1" + nul + "2\n", "S", "K"), (ReadResult{1, "1"}));
+    EXPECT_EQ(this->Get("[S]\nJ" + nul + "=1\nK=2\n", "S", "K"), (ReadResult{0, kUntouched}));
     EXPECT_EQ(this->Get("[S]\n" + nul + std::string(1023, 'x') + "\nK=2\n", "S", "K"),
-              (Got{0, "dflt"}));
+              (ReadResult{0, "dflt"}));
     EXPECT_EQ(this->Get("[S] " + nul + std::string(1018, 'x') + "\nK=2\n", "S", "K"),
-              (Got{1, "2"}));
+              (ReadResult{1, "2"}));
 }
 
 TYPED_TEST(ProfileReader, Copy_is_bounded_by_the_size) {
     const std::string file = this->m_folder.Write("p.ini", "[S]\nK=value\n");
-    EXPECT_EQ(TypeParam::Get(file, "S", "K", "dflt", 6), (Got{5, "value"}));
-    EXPECT_EQ(TypeParam::Get(file, "S", "K", "dflt", 5), (Got{4, "valu"}));
-    EXPECT_EQ(TypeParam::Get(file, "S", "K", "dflt", 1), (Got{0, ""}));
-    EXPECT_EQ(TypeParam::Get(file, "S", "K", "dflt", 0), (Got{0, kUntouched}));
-    EXPECT_EQ(TypeParam::Get(file, "S", "X", "dflt", 3), (Got{0, "df"}));
-    EXPECT_EQ(TypeParam::Get(file, "S", "X", "dflt", 0), (Got{0, kUntouched}));
+    EXPECT_EQ(TypeParam::Get(file, "S", "K", "dflt", 6), (ReadResult{5, "value"}));
+    EXPECT_EQ(TypeParam::Get(file, "S", "K", "dflt", 5), (ReadResult{4, "valu"}));
+    EXPECT_EQ(TypeParam::Get(file, "S", "K", "dflt", 1), (ReadResult{0, ""}));
+    EXPECT_EQ(TypeParam::Get(file, "S", "K", "dflt", 0), (ReadResult{0, kUntouched}));
+    EXPECT_EQ(TypeParam::Get(file, "S", "X", "dflt", 3), (ReadResult{0, "df"}));
+    EXPECT_EQ(TypeParam::Get(file, "S", "X", "dflt", 0), (ReadResult{0, kUntouched}));
 }
 
 TYPED_TEST(ProfileReader, Numbers_take_their_base_from_the_prefix) {
@@ -195,13 +197,13 @@ TYPED_TEST(ProfileReader, Number_gets_the_default_wherever_the_text_is_missing) 
 
 TYPED_TEST(ProfileReader, Folder_reads_as_an_empty_file) {
     const std::string folder = this->m_folder.MakeFolder("d");
-    EXPECT_EQ(TypeParam::Get(folder, "S", "K"), (Got{0, "dflt"}));
+    EXPECT_EQ(TypeParam::Get(folder, "S", "K"), (ReadResult{0, "dflt"}));
     EXPECT_EQ(TypeParam::GetInt(folder, "S", "K", 4), 4);
 }
 
 TYPED_TEST(ProfileReader, Every_call_reads_the_file_anew) {
-    EXPECT_EQ(this->Get("[S]\nK=1\n", "S", "K"), (Got{1, "1"}));
-    EXPECT_EQ(this->Get("[S]\nK=22\n", "S", "K"), (Got{2, "22"}));
+    EXPECT_EQ(this->Get("[S]\nK=1\n", "S", "K"), (ReadResult{1, "1"}));
+    EXPECT_EQ(this->Get("[S]\nK=22\n", "S", "K"), (ReadResult{2, "22"}));
 }
 
 TYPED_TEST(ProfileReader, Reading_prints_nothing_and_changes_nothing) {
@@ -213,7 +215,7 @@ TYPED_TEST(ProfileReader, Reading_prints_nothing_and_changes_nothing) {
 TEST(ProfileStore, Wide_getter_copies_the_default_for_a_missing_file) {
     const TempFolder folder;
     const std::string printed = OutputOf([&] {
-        EXPECT_EQ(WideFamily::Get(folder.Path("none"), "S", "K"), (Got{0, "dflt"}));
+        EXPECT_EQ(WideFamily::Get(folder.Path("none"), "S", "K"), (ReadResult{0, "dflt"}));
         EXPECT_EQ(WideFamily::GetInt(folder.Path("none"), "S", "K", 3), 3);
     });
     EXPECT_EQ(printed, "");
@@ -221,10 +223,11 @@ TEST(ProfileStore, Wide_getter_copies_the_default_for_a_missing_file) {
 
 TEST(ProfileStore, Narrow_getter_copies_no_default_for_a_missing_file) {
     const TempFolder folder;
-    EXPECT_EQ(OutputOf([&] {
-                  EXPECT_EQ(NarrowFamily::Get(folder.Path("none"), "S", "K"), (Got{0, "~~~"}));
-              }),
-              "Error \n");
+    EXPECT_EQ(
+        OutputOf([&] {
+            EXPECT_EQ(NarrowFamily::Get(folder.Path("none"), "S", "K"), (ReadResult{0, "~~~"}));
+        }),
+        "Error \n");
     EXPECT_EQ(
         OutputOf([&] { EXPECT_EQ(NarrowFamily::GetInt(folder.Path("none"), "S", "K", 3), 3); }),
         "Error \n");

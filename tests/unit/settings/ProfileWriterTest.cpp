@@ -61,7 +61,7 @@ TYPED_TEST(ProfileWriter, Text_up_to_the_last_equals_is_kept) {
 
 TYPED_TEST(ProfileWriter, Writer_compares_the_raw_name) {
     EXPECT_EQ(this->Written("[S]\nK = 1\n", "S", "K", "2"), "[S]\nK = 1\nK=2\n");
-    EXPECT_EQ(TypeParam::Get(this->m_folder.Path("p.ini"), "S", "K"), (Got{1, "1"}));
+    EXPECT_EQ(TypeParam::Get(this->m_folder.Path("p.ini"), "S", "K"), (ReadResult{1, "1"}));
     EXPECT_EQ(this->Written("[S]\nK = 1\n", "S", "K ", "2"), "[S]\nK =2\n");
     EXPECT_EQ(this->Written("[S]\n  K= 1\n", "S", "K", "2"), "[S]\nK=2\n");
 }
@@ -123,7 +123,7 @@ TYPED_TEST(ProfileWriter, Overlong_line_is_lost_in_a_rewrite) {
 TYPED_TEST(ProfileWriter, Overlong_value_is_written_but_never_read) {
     const std::string value(2000, 'v');
     EXPECT_EQ(this->Written("", "S", "K", value), "[S]\nK=" + value + "\n");
-    EXPECT_EQ(TypeParam::Get(this->m_folder.Path("p.ini"), "S", "K"), (Got{0, "dflt"}));
+    EXPECT_EQ(TypeParam::Get(this->m_folder.Path("p.ini"), "S", "K"), (ReadResult{0, "dflt"}));
 }
 
 TYPED_TEST(ProfileWriter, Line_is_cut_at_a_NUL) {
@@ -153,19 +153,19 @@ TYPED_TEST(ProfileWriter, File_that_cannot_be_opened_is_reported) {
 class FileSizeLimit {
   public:
     explicit FileSizeLimit(rlim_t size) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &m_former);
-        const rlimit limit{size, m_former.rlim_max};
+        ::getrlimit(RLIMIT_FSIZE, &m_previous);
+        const rlimit limit{size, m_previous.rlim_max};
         ::setrlimit(RLIMIT_FSIZE, &limit);
     }
     ~FileSizeLimit() {
-        ::setrlimit(RLIMIT_FSIZE, &m_former);
+        ::setrlimit(RLIMIT_FSIZE, &m_previous);
         std::signal(SIGXFSZ, m_handler);
     }
     FileSizeLimit(const FileSizeLimit &) = delete;
     FileSizeLimit &operator=(const FileSizeLimit &) = delete;
 
   private:
-    rlimit m_former{};
+    rlimit m_previous{};
     void (*m_handler)(int);
 };
 
@@ -212,7 +212,7 @@ TYPED_TEST(ProfileWriter, Full_device_gives_0_without_a_message) {
         GTEST_SKIP() << "this system has no /dev/full";
     }
     EXPECT_EQ(OutputOf([] { EXPECT_EQ(TypeParam::Write("/dev/full", "S", "K", "1"), 0); }), "");
-    EXPECT_EQ(TypeParam::Get("/dev/full", "S", "K"), (Got{0, "dflt"}));
+    EXPECT_EQ(TypeParam::Get("/dev/full", "S", "K"), (ReadResult{0, "dflt"}));
 }
 
 TEST(ProfileWriterNull, Null_deletes_neither_a_key_nor_a_section) {

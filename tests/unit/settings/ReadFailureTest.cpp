@@ -110,7 +110,7 @@ TEST(ReadFailure, Getter_returns_the_default) {
     const std::string path = folder.Write("p.ini", kFile);
     {
         const ReadFault fault(ReadFault::Kind::Error, 1);
-        EXPECT_EQ(WideFamily::Get(path, "S", "K"), (Got{0, "dflt"}));
+        EXPECT_EQ(WideFamily::Get(path, "S", "K"), (ReadResult{0, "dflt"}));
     }
     const ReadFault fault(ReadFault::Kind::Error, 1);
     EXPECT_EQ(WideFamily::GetInt(path, "S", "K", 7), 7);

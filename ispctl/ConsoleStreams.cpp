@@ -1,0 +1,116 @@
+#include "ConsoleStreams.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "Environment.h"
+
+namespace ispctl {
+namespace {
+
+constexpr std::array<const char *, 2> kNames{"standard output", "standard error"};
+
+std::size_t IndexOf(Stream stream) {
+    return stream == Stream::Output ? 0 : 1;
+}
+
+int DescriptorOf(Stream stream) {
+    return stream == Stream::Output ? STDOUT_FILENO : STDERR_FILENO;
+}
+
+bool IsOpen(int descriptor) {
+    return ::fcntl(descriptor, F_GETFD) >= 0;
+}
+
+} // namespace
+
+bool EnsureStandardDescriptors() {
+    for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
+        // The lowest free number is the one that is missing.
+        if (!IsOpen(descriptor) && ::open("/dev/null", O_RDWR) != descriptor) {
+            return false;
+        }
+    }
+    return true;
+}
+
+int WriteAll(int descriptor, std::string_view bytes) noexcept {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+        if (written > 0) {
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+        } else if (written == 0) {
+            return EIO;
+        } else if (errno == EAGAIN || errno == EWOULDBLOCK) {
+            // Somebody else has made the file description non-blocking.
+            pollfd waiting{descriptor, POLLOUT, 0};
+            ::poll(&waiting, 1, -1);
+        } else if (errno != EINTR) {
+            return errno;
+        }
+    }
+    return 0;
+}
+
+ConsoleStreams::ConsoleStreams()
+    : m_charset(IsUtf8Environment() ? Charset::Utf8 : Charset::Ascii) {}
+
+void ConsoleStreams::Write(Stream stream, std::string_view bytes) noexcept {
+    int &error = m_errors[IndexOf(stream)];
+    if (error == 0) {
+        error = WriteAll(DescriptorOf(stream), bytes);
+    }
+}
+
+void ConsoleStreams::Print(Stream stream, std::string_view text) {
+    Write(stream, Visible(text, Layout::Lines, m_charset));
+}
+
+void ConsoleStreams::PrintMessage(std::string_view text) {
+    Write(Stream::Error, "ispctl: " + Visible(text, Layout::OneLine, m_charset) + "\n");
+}
+
+std::string ConsoleStreams::Problem() const {
+    for (std::size_t i = 0; i < m_errors.size(); ++i) {
+        if (m_errors[i] != 0) {
+            return fmt::format("{} could not be written in full: {}", kNames[i],
+                               std::strerror(m_errors[i]));
+        }
+    }
+    return "";
+}
+
+ExitStatus ConsoleStreams::Finish(ExitStatus status, bool quiet) {
+    // Some file systems tell a failed write only now.
+    if (m_errors[0] == 0 && m_errors[1] != 0 && !quiet) {
+        Write(Stream::Output, fmt::format("ispctl: {}\n", Problem()));
+    }
+    if (::close(STDOUT_FILENO) != 0 && m_errors[0] == 0) {
+        m_errors[0] = errno;
+    }
+    if (m_errors[0] != 0) {
+        Write(Stream::Error, fmt::format("ispctl: {}\n", Problem()));
+    }
+    return IsComplete() || status != kExitSuccess ? status : kExitFailedRun;
+}
+
+bool ConsoleStreams::IsTerminal(Stream stream) {
+    const char *kind = std::getenv("TERM");
+    const bool canErase = kind == nullptr || std::string_view(kind) != "dumb";
+    return canErase && ::isatty(DescriptorOf(stream)) == 1;
+}
+
+bool ConsoleStreams::ShareOneTarget() {
+    struct stat output {};
+    struct stat error {};
+    return ::fstat(STDOUT_FILENO, &output) == 0 && ::fstat(STDERR_FILENO, &error) == 0 &&
+           output.st_dev == error.st_dev && output.st_ino == error.st_ino;
+}
+
+} // namespace ispctl

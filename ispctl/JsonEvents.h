@@ -1,0 +1,39 @@
+#ifndef ISPCTL_JSON_EVENTS_H
+#define ISPCTL_JSON_EVENTS_H
+
+#include "ConsoleStreams.h"
+#include "LineBuffer.h"
+#include "RunObserver.h"
+#include "Utf8.h"
+
+namespace ispctl {
+
+/// Writes a run to standard output as JSON, one event a line:
+///   {"event":"progress","percent":N}
+///   {"event":"message","text":T}
+///   {"event":"console","text":T}    T with its line end, if it has one
+///   {"event":"result","code":N,"hex":"0xN","name":NAME or null,"meaning":T}
+/// A failure adds "device" ("untouched" or "unknown"); a process that did not end by itself adds
+/// "ended" and more, see the page about the console, and without a result code, hex and name are
+/// null. A text that is not valid Unicode is escaped (see EscapedText) and its event has
+/// "escaped":true.
+class JsonEvents : public RunObserver {
+  public:
+    explicit JsonEvents(ConsoleStreams &streams);
+
+    void OnProgress(int percent) override;
+    void OnMessage(std::wstring_view text) override;
+    void OnConsole(Stream stream, std::string_view bytes) override;
+    void OnPause() override;
+    void OnEnd(const RunOutcome &outcome) override;
+
+  private:
+    void WriteText(const char *event, const EscapedText &text);
+
+    ConsoleStreams &m_streams;
+    LineBuffer m_console;
+};
+
+} // namespace ispctl
+
+#endif

@@ -1,0 +1,78 @@
+#include "LibraryApi.h"
+
+#include <fmt/format.h>
+#include <new>
+
+#include "LibrarySymbols.h"
+#include "scaler_isp/common/CommandText.h"
+#include "scaler_isp/common/script/RegisterScript.h"
+
+namespace ispctl {
+
+std::optional<LibraryApi> LibraryApi::Find(const ScalerLibrary &library, std::string &error) {
+    static_assert(std::is_same_v<decltype(::EDIDToBin), Converter>);
+    static_assert(std::is_same_v<decltype(::CmdToBin), Converter>);
+    static_assert(std::is_same_v<decltype(::RunCommand), Runner>);
+    LibraryApi toolkit;
+    const auto find = [&](const std::string &symbol, auto *&slot) {
+        if (!ResolveSymbol(library.Handle(), symbol, slot) && error.empty()) {
+            error = fmt::format("{} has no toolkit for this console: {} is missing",
+                                library.Path().string(), symbol);
+        }
+    };
+    error.clear();
+    find(MangledName<Converter>("EDIDToBin"), toolkit.m_edidToBin);
+    find(MangledName<Converter>("CmdToBin"), toolkit.m_cmdToBin);
+    find(MangledName<Runner>("RunCommand"), toolkit.m_runCommand);
+    // The complete-object constructor. In this ABI it is a function that takes the storage.
+    find("_ZN7CNxCommC1Ev", toolkit.m_construct);
+    return error.empty() ? std::optional<LibraryApi>(toolkit) : std::nullopt;
+}
+
+std::vector<std::uint8_t> LibraryApi::Convert(Converter *converter, std::string_view byteList) {
+    // A byte that is no ASCII character becomes a character of no token, which the library judges.
+    std::wstring wide;
+    for (const char c : byteList) {
+        wide += static_cast<wchar_t>(static_cast<unsigned char>(c));
+    }
+    std::vector<std::uint8_t> bytes(byteList.size() + 1);
+    const int count = converter(wide.data(), static_cast<unsigned int>(wide.size()), bytes.data(),
+                                static_cast<unsigned int>(bytes.size()));
+    bytes.resize(static_cast<std::size_t>(count));
+    return bytes;
+}
+
+std::vector<std::uint8_t> LibraryApi::EdidToBin(std::string_view byteList) const {
+    return Convert(m_edidToBin, byteList);
+}
+
+std::vector<std::uint8_t> LibraryApi::CmdToBin(std::string_view byteList) const {
+    return Convert(m_cmdToBin, byteList);
+}
+
+ScriptResult LibraryApi::RunScript(std::span<const std::uint8_t> script, std::size_t room,
+                                   CNxComm &comm) const {
+    std::vector<unsigned char> records(script.begin(), script.end());
+    ScriptResult result;
+    result.output.resize(room + 1); // never null
+    unsigned int count = 0;
+    result.code = m_runCommand(records.data(), static_cast<unsigned int>(records.size()), &comm,
+                               result.output.data(), &count);
+    result.output.resize(count);
+    return result;
+}
+
+LibraryApi::Comm LibraryApi::CreateComm() const {
+    void *storage = ::operator new(sizeof(CNxComm), std::align_val_t(alignof(CNxComm)));
+    m_construct(storage);
+    return Comm(std::launder(static_cast<CNxComm *>(storage)));
+}
+
+// Both calls go through the object's virtual table and end in the library.
+void LibraryApi::CommDeleter::operator()(CNxComm *comm) const {
+    comm->FreeCommDllFile();
+    comm->~CNxComm();
+    ::operator delete(comm, std::align_val_t(alignof(CNxComm)));
+}
+
+} // namespace ispctl

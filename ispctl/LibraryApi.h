@@ -1,0 +1,61 @@
+#ifndef ISPCTL_LIBRARY_API_H
+#define ISPCTL_LIBRARY_API_H
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "ScalerLibrary.h"
+#include "scaler_isp/plugins/CNxComm.h"
+
+namespace ispctl {
+
+/// How a script went.
+struct ScriptResult {
+    int code = 0;
+    std::vector<std::uint8_t> output; ///< what it read before it ended
+};
+
+/// The library's toolkit functions that the console uses, looked up by name.
+class LibraryApi {
+  public:
+    /// RETURNS nothing where one of them is missing, with the reason in error.
+    static std::optional<LibraryApi> Find(const ScalerLibrary &library, std::string &error);
+
+    /// Both RETURN the bytes of a byte list; nothing for a list that the library refuses.
+    std::vector<std::uint8_t> EdidToBin(std::string_view byteList) const;
+    std::vector<std::uint8_t> CmdToBin(std::string_view byteList) const;
+
+    /// REQUIRES: CheckScript found no problem.
+    /// \param room  UNITS: bytes that the script reads.
+    ScriptResult RunScript(std::span<const std::uint8_t> script, std::size_t room,
+                           CNxComm &comm) const;
+
+    /// A binding to the communication library, made in the library: this program does not link the
+    /// class. Destroying it closes what it loaded.
+    struct CommDeleter {
+        void operator()(CNxComm *comm) const;
+    };
+    using Comm = std::unique_ptr<CNxComm, CommDeleter>;
+    Comm CreateComm() const;
+
+  private:
+    using Converter = int(wchar_t *, unsigned int, unsigned char *, unsigned int);
+    using Runner = int(unsigned char *, unsigned int, CNxComm *, unsigned char *, unsigned int *);
+    using Constructor = void(void *);
+
+    static std::vector<std::uint8_t> Convert(Converter *converter, std::string_view byteList);
+
+    Converter *m_edidToBin = nullptr;
+    Converter *m_cmdToBin = nullptr;
+    Runner *m_runCommand = nullptr;
+    Constructor *m_construct = nullptr;
+};
+
+} // namespace ispctl
+
+#endif

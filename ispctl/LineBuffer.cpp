@@ -1,0 +1,43 @@
+#include "LineBuffer.h"
+
+#include "Utf8.h"
+
+namespace ispctl {
+namespace {
+
+// A plug-in that never ends its line must not fill the memory. UNITS: bytes.
+constexpr std::size_t kLongestPiece = 64 * 1024;
+
+} // namespace
+
+void LineBuffer::EmitFirst(std::size_t length) {
+    if (length > 0) {
+        m_emit(std::string_view(m_waiting).substr(0, length));
+        m_waiting.erase(0, length);
+    }
+}
+
+void LineBuffer::Add(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const auto end = bytes.find('\n');
+        const bool complete = end != std::string_view::npos;
+        const std::size_t length = complete ? end + 1 : bytes.size();
+        m_waiting += bytes.substr(0, length);
+        bytes.remove_prefix(length);
+        if (complete) {
+            EmitAll();
+        } else if (m_waiting.size() >= kLongestPiece) {
+            FlushCompleteCharacters();
+        }
+    }
+}
+
+void LineBuffer::FlushCompleteCharacters() {
+    EmitFirst(m_waiting.size() - UnfinishedTail(m_waiting));
+}
+
+void LineBuffer::EmitAll() {
+    EmitFirst(m_waiting.size());
+}
+
+} // namespace ispctl

@@ -1,0 +1,128 @@
+#include "ProgressView.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+
+#include "ResultInfo.h"
+#include "Utf8.h"
+
+namespace ispctl {
+namespace {
+
+constexpr int kBarWidth = 40;
+constexpr std::string_view kEraseLine = "\r\033[K";
+
+// The library ends a coloured line with the colour's end behind the line end.
+std::string_view WithoutTrailingColours(std::string_view text) {
+    while (!text.empty() && text.back() == 'm') {
+        const auto escape = text.rfind("\033[");
+        if (escape == std::string_view::npos ||
+            text.find_first_not_of("0123456789;", escape + 2) != text.size() - 1) {
+            break;
+        }
+        text = text.substr(0, escape);
+    }
+    return text;
+}
+
+} // namespace
+
+ProgressView::ProgressView(ConsoleStreams &streams)
+    : m_streams(streams), m_output(streams.TheCharset()), m_error(streams.TheCharset()),
+      m_bar(ConsoleStreams::IsTerminal(Stream::Error)), m_one(ConsoleStreams::ShareOneTarget()) {}
+
+void ProgressView::EraseBar() {
+    if (m_barShown) {
+        m_streams.Write(Stream::Error, kEraseLine);
+        m_barShown = false;
+    }
+}
+
+void ProgressView::DrawBar() {
+    const int percent = std::clamp(m_percent, 0, 100);
+    const int filled = percent * kBarWidth / 100;
+    const std::string bar = fmt::format("{}{}[{:#<{}}{:-<{}}] {:3} %", m_midLine ? "\n" : "",
+                                        kEraseLine, "", filled, "", kBarWidth - filled, m_percent);
+    // A full bar stays; a later action, after a boot firmware for instance, gets a bar of its own.
+    m_streams.Write(Stream::Error, percent == 100 ? bar + "\n" : bar);
+    m_errorMidLine = false;
+    m_barShown = percent < 100;
+    m_midLine = false;
+}
+
+void ProgressView::PrintLine(int percent) {
+    const int tenth = percent / 10;
+    if (tenth != m_tenth) {
+        m_streams.Write(Stream::Error, fmt::format("progress {} %\n", percent));
+        m_errorMidLine = false;
+        m_tenth = tenth;
+    }
+}
+
+void ProgressView::OnProgress(int percent) {
+    FinishConsole();
+    const bool changed = percent != m_percent;
+    m_percent = percent;
+    if (!m_bar) {
+        PrintLine(percent);
+    } else if (changed || (!m_barShown && percent < 100)) {
+        DrawBar();
+    }
+}
+
+void ProgressView::OnMessage(std::wstring_view text) {
+    FinishConsole();
+    std::string line = Visible(EscapeWide(text).text, Layout::Lines, m_streams.TheCharset());
+    if (line.empty() || line.back() != '\n') {
+        line += '\n';
+    }
+    const bool redraw = m_barShown;
+    EraseBar();
+    if (m_midLine) {
+        line.insert(0, "\n");
+        m_midLine = false;
+    }
+    m_streams.Write(Stream::Output, line);
+    m_errorMidLine = m_errorMidLine && !m_one;
+    if (redraw) {
+        DrawBar();
+    }
+}
+
+void ProgressView::ShowConsole(Stream stream, std::string_view shown) {
+    const std::string_view text = WithoutTrailingColours(shown);
+    if (m_bar && ConsoleStreams::IsTerminal(stream)) {
+        EraseBar();
+        m_midLine = text.empty() ? m_midLine : text.back() != '\n';
+    }
+    if ((stream == Stream::Error || m_one) && !text.empty()) {
+        m_errorMidLine = text.back() != '\n';
+    }
+    m_streams.Write(stream, shown);
+}
+
+void ProgressView::OnConsole(Stream stream, std::string_view bytes) {
+    const std::string shown = (stream == Stream::Output ? m_output : m_error).Add(bytes);
+    if (!shown.empty()) {
+        ShowConsole(stream, shown);
+    }
+}
+
+// What still waits for the rest of a character goes before what happens next.
+void ProgressView::FinishConsole() {
+    for (const Stream stream : {Stream::Output, Stream::Error}) {
+        const std::string shown = (stream == Stream::Output ? m_output : m_error).Finish();
+        if (!shown.empty()) {
+            ShowConsole(stream, shown);
+        }
+    }
+}
+
+void ProgressView::OnEnd(const RunOutcome &outcome) {
+    FinishConsole();
+    EraseBar();
+    m_streams.Write(Stream::Error, m_midLine || m_errorMidLine ? "\n" : "");
+    m_streams.PrintMessage(SentenceOf(outcome));
+}
+
+} // namespace ispctl

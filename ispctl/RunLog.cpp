@@ -1,0 +1,101 @@
+#include "RunLog.h"
+
+#include <cerrno>
+#include <chrono>
+#include <ctime>
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <system_error>
+
+#include "ConsoleStreams.h"
+#include "ResultInfo.h"
+#include "Utf8.h"
+#include "VisibleText.h"
+
+namespace ispctl {
+namespace {
+
+std::string Now() {
+    using namespace std::chrono;
+    const auto now = system_clock::now();
+    const std::time_t seconds = system_clock::to_time_t(floor<std::chrono::seconds>(now));
+    const auto part = duration_cast<milliseconds>(now - floor<std::chrono::seconds>(now));
+    std::tm time{};
+    ::gmtime_r(&seconds, &time);
+    return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}.{:03}Z", time.tm_year + 1900,
+                       time.tm_mon + 1, time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec,
+                       part.count());
+}
+
+// One event stays one line, and a log never colours a terminal.
+std::string Printable(std::string_view bytes) {
+    if (!bytes.empty() && bytes.back() == '\n') {
+        bytes.remove_suffix(1);
+    }
+    return Visible(EscapeBytes(bytes).text, Layout::OneLine, Charset::Utf8);
+}
+
+// A pipe without a reader would be waited for.
+Descriptor OpenLog(const std::string &file) {
+    Descriptor log(::open(file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK,
+                          0666)); // NOLINT(*-vararg)
+    if (!log.IsOpen()) {
+        throw std::system_error(errno, std::generic_category(),
+                                fmt::format("the log {} cannot be written", file));
+    }
+    ::fcntl(log.Number(), F_SETFL, O_APPEND);
+    return log;
+}
+
+} // namespace
+
+RunLog::RunLog(const std::string &file)
+    : m_file(OpenLog(file)), m_output([this](std::string_view text) { Write("console", text); }),
+      m_error([this](std::string_view text) { Write("console", text); }) {}
+
+void RunLog::Write(std::string_view kind, std::string_view text) {
+    const int error =
+        WriteAll(m_file.Number(), fmt::format("{} {:<8} {}\n", Now(), kind, Printable(text)));
+    m_errno = m_errno != 0 ? m_errno : error;
+}
+
+void RunLog::FinishConsole() {
+    m_output.EmitAll();
+    m_error.EmitAll();
+}
+
+void RunLog::OnProgress(int percent) {
+    FinishConsole();
+    Write("progress", std::to_string(percent));
+}
+
+void RunLog::OnMessage(std::wstring_view text) {
+    FinishConsole();
+    Write("message", EscapeWide(text).text);
+}
+
+void RunLog::OnConsole(Stream stream, std::string_view bytes) {
+    (stream == Stream::Output ? m_output : m_error).Add(bytes);
+}
+
+void RunLog::OnPause() {
+    m_output.FlushCompleteCharacters();
+    m_error.FlushCompleteCharacters();
+}
+
+void RunLog::OnNotice(std::string_view text) {
+    FinishConsole();
+    Write("ispctl", text);
+}
+
+void RunLog::OnEnd(const RunOutcome &outcome) {
+    FinishConsole();
+    std::string text = outcome.code ? FormatResultCode(*outcome.code) + " " : "";
+    text += MeaningOf(outcome);
+    if (!outcome.IsSuccess()) {
+        text += fmt::format("; {}", DeviceAfter(outcome));
+    }
+    Write("result", text);
+}
+
+} // namespace ispctl

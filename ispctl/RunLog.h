@@ -1,0 +1,44 @@
+#ifndef ISPCTL_RUN_LOG_H
+#define ISPCTL_RUN_LOG_H
+
+#include <string>
+#include <string_view>
+
+#include "LineBuffer.h"
+#include "Pipe.h"
+#include "RunObserver.h"
+
+namespace ispctl {
+
+/// Appends a run to a file, one line an event: time (UTC, milliseconds), kind, text. Texts are
+/// UTF-8 and made visible.
+class RunLog : public RunObserver {
+  public:
+    /// Throws std::system_error where the file cannot be opened; never waits for a reader.
+    explicit RunLog(const std::string &file);
+
+    /// RETURNS 0, or the errno of the first failure since the file was opened.
+    int Error() const {
+        return m_errno;
+    }
+    void Write(std::string_view kind, std::string_view text);
+
+    void OnProgress(int percent) override;
+    void OnMessage(std::wstring_view text) override;
+    void OnConsole(Stream stream, std::string_view bytes) override;
+    void OnPause() override;
+    void OnNotice(std::string_view text) override;
+    void OnEnd(const RunOutcome &outcome) override;
+
+  private:
+    void FinishConsole();
+
+    Descriptor m_file;
+    int m_errno = 0;
+    LineBuffer m_output;
+    LineBuffer m_error;
+};
+
+} // namespace ispctl
+
+#endif

@@ -1,0 +1,80 @@
+#include "edid/EdidCommand.h"
+
+#include <fmt/format.h>
+
+#include "FileIo.h"
+#include "HexDump.h"
+#include "LibraryApi.h"
+#include "LibraryPaths.h"
+#include "edid/EdidBlocks.h"
+#include "edid/EdidText.h"
+
+namespace ispctl {
+namespace {
+
+// An EDID has at most 256 blocks of 128 bytes.
+constexpr std::size_t kMaxBytes = 32 * 1024;
+
+std::optional<LibraryApi> OpenToolkit(const EdidOptions &options, std::string &error) {
+    const auto library = ScalerLibrary::Open(
+        options.library.empty() ? InstalledLibraryPath().string() : options.library, error);
+    return library ? LibraryApi::Find(*library, error) : std::nullopt;
+}
+
+EdidForm Form(const EdidOptions &options, const std::string &content) {
+    if (options.form.empty()) {
+        return DetectEdidFormat(content);
+    }
+    return options.form == "binary" ? EdidForm::Binary
+           : options.form == "hex"  ? EdidForm::Hex
+                                    : EdidForm::ByteList;
+}
+
+/// Says why the library refuses the list. Its bytes tell more than its answer.
+ExitStatus Refuse(const EdidOptions &options, const LibraryApi &toolkit, const std::string &list,
+                  Session &session) {
+    const auto bytes = toolkit.CmdToBin(list);
+    if (bytes.empty()) {
+        return session.Fail(kExitFailedRun,
+                            fmt::format("{}: no bytes, or a value above 255", options.file));
+    }
+    for (const std::string &problem : EdidProblems(bytes)) {
+        session.streams.Print(Stream::Error, fmt::format("{}: {}\n", options.file, problem));
+    }
+    return session.Fail(kExitFailedRun, "the library refuses this EDID");
+}
+
+} // namespace
+
+ExitStatus EdidCommand(const EdidOptions &options, Session &session) {
+    std::string error;
+    const auto content = ReadInputFile(options.file, kMaxBytes, error);
+    if (!content) {
+        return session.Fail(kExitNotRun, error);
+    }
+    const auto toolkit = OpenToolkit(options, error);
+    if (!toolkit) {
+        return session.Fail(kExitNotRun, error);
+    }
+    const auto list = ByteListOfEdid(*content, Form(options, *content));
+    if (!list) {
+        return session.Fail(kExitFailedRun,
+                            fmt::format("{}: an odd number of hexadecimal digits", options.file));
+    }
+    const auto edid = toolkit->EdidToBin(*list);
+    if (edid.empty()) {
+        return Refuse(options, *toolkit, *list, session);
+    }
+    const auto problems = EdidProblems(edid);
+    for (const std::string &problem : problems) {
+        session.streams.Print(Stream::Error, fmt::format("{}: {}\n", options.file, problem));
+    }
+    if (!problems.empty()) {
+        return session.Fail(kExitFailedRun, "this EDID is refused");
+    }
+    session.streams.Print(Stream::Output, options.text ? WriteEdidText(edid)
+                                                       : EdidFacts(edid) + "\n" + HexDump(edid));
+    return kExitSuccess;
+}
+
+} // namespace ispctl

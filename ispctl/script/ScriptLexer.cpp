@@ -1,0 +1,115 @@
+#include "script/ScriptLexer.h"
+
+#include <charconv>
+#include <fmt/format.h>
+
+namespace ispctl {
+namespace {
+
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+bool IsWordCharacter(char c) {
+    return IsDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_';
+}
+
+// A decimal number with a leading zero would be octal in the toolkit's byte lists.
+std::uint32_t ParseNumber(const ScriptToken &token) {
+    std::string_view digits = token.text;
+    int base = 10;
+    if (digits.starts_with("0x") || digits.starts_with("0X")) {
+        digits.remove_prefix(2);
+        base = 16;
+    } else if (digits.size() > 1 && digits.front() == '0') {
+        token.Fail(fmt::format("{} begins with a zero; write it without, or with 0x", digits));
+    }
+    std::uint32_t number = 0;
+    const auto [end, error] =
+        std::from_chars(digits.data(), digits.data() + digits.size(), number, base);
+    if (error == std::errc::result_out_of_range) {
+        token.Fail(fmt::format("{} is larger than 32 bits", token.text));
+    }
+    if (error != std::errc() || end != digits.data() + digits.size()) {
+        token.Fail(fmt::format("{} is no number", token.text));
+    }
+    return number;
+}
+
+} // namespace
+
+ScriptLexer::ScriptLexer(std::string_view text) : m_text(text) {
+    ReadToken();
+}
+
+ScriptToken ScriptLexer::Take() {
+    const ScriptToken token = m_token;
+    ReadToken();
+    return token;
+}
+
+void ScriptLexer::Advance(std::size_t bytes) {
+    for (; bytes > 0; --bytes, ++m_pos) {
+        const char c = m_text[m_pos];
+        if (c == '\n') {
+            ++m_line;
+            m_column = 1;
+        } else if ((static_cast<unsigned char>(c) & 0xC0U) != 0x80U) { // first byte of a character
+            ++m_column;
+        }
+    }
+}
+
+void ScriptLexer::PassOverBlockComment() {
+    const ScriptToken opening{ScriptToken::Kind::Sign, "/*", 0, m_line, m_column};
+    const std::size_t end = m_text.find("*/", m_pos + 2);
+    if (end == std::string_view::npos) {
+        opening.Fail("this comment has no end");
+    }
+    Advance(end + 2 - m_pos);
+}
+
+void ScriptLexer::SkipWhitespace() {
+    while (m_pos < m_text.size()) {
+        const char c = At(0);
+        if (c == ' ' || c == '\t' || c == '\r') {
+            Advance(1);
+        } else if (c == '/' && At(1) == '*') {
+            PassOverBlockComment();
+        } else if (c == '/' && At(1) == '/') {
+            const std::size_t end = m_text.find('\n', m_pos);
+            Advance((end == std::string_view::npos ? m_text.size() : end) - m_pos);
+        } else {
+            return;
+        }
+    }
+}
+
+void ScriptLexer::ReadToken() {
+    SkipWhitespace();
+    m_token = {ScriptToken::Kind::End, "", 0, m_line, m_column};
+    if (m_pos == m_text.size()) {
+        return;
+    }
+    const char c = At(0);
+    std::size_t length = 1;
+    if (IsWordCharacter(c)) {
+        while (IsWordCharacter(At(length))) {
+            ++length;
+        }
+        m_token.kind = IsDigit(c) ? ScriptToken::Kind::Number : ScriptToken::Kind::Name;
+    } else if (c == '\n') {
+        m_token.kind = ScriptToken::Kind::LineEnd;
+    } else if (c == ',' || c == '=' || c == '{' || c == '}') {
+        m_token.kind = ScriptToken::Kind::Sign;
+    } else {
+        m_token.Fail("this character belongs to no statement");
+    }
+    m_token.text = m_text.substr(m_pos, length);
+    if (m_token.kind == ScriptToken::Kind::Number) {
+        m_token.number = ParseNumber(m_token);
+    }
+    Advance(length);
+}
+
+} // namespace ispctl

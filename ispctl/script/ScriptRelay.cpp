@@ -1,0 +1,70 @@
+#include "script/ScriptRelay.h"
+
+#include <fmt/format.h>
+
+#include "ChildProcess.h"
+#include "LibraryRun.h"
+#include "ResultInfo.h"
+
+namespace ispctl {
+namespace {
+
+/// Shows the text of the process and nothing else.
+class TextView : public RunObserver {
+  public:
+    explicit TextView(ConsoleStreams &streams)
+        : m_streams(streams), m_output(streams.TheCharset()), m_error(streams.TheCharset()) {}
+
+    void OnProgress(int) override {}
+    void OnMessage(std::wstring_view) override {}
+    void OnConsole(Stream stream, std::string_view bytes) override {
+        m_streams.Write(stream, (stream == Stream::Output ? m_output : m_error).Add(bytes));
+    }
+    void OnEnd(const RunOutcome &) override {
+        m_streams.Write(Stream::Output, m_output.Finish());
+        m_streams.Write(Stream::Error, m_error.Finish());
+    }
+
+  private:
+    ConsoleStreams &m_streams;
+    VisibleStream m_output;
+    VisibleStream m_error;
+};
+
+std::string WordsOf(const RunOutcome &outcome) {
+    switch (outcome.end) {
+    case RunEnd::Signal:
+        return NameOfSignal(outcome.number) + " ended the process";
+    case RunEnd::Unheard:
+        return "what the process reports could not be read";
+    default:
+        return fmt::format("the process ended (exit status {})", outcome.number);
+    }
+}
+
+} // namespace
+
+ExitStatus RelayScript(Session &session) {
+    const auto ordering = ConsoleStreams::ShareOneTarget() ? ChildProcess::Ordering::OnePipe
+                                                           : ChildProcess::Ordering::TwoPipes;
+    ChildProcess child(session.arguments, ordering, RunSignals::Stop::AtFirst);
+    LibraryRun events(child, session.streams);
+    events.WaitForFirst();
+    TextView view(session.streams);
+    const RunOutcome outcome = events.Run({&view});
+    if (outcome.end == RunEnd::Interrupted) {
+        return kExitInterrupted;
+    }
+    if (outcome.end != RunEnd::Returned) {
+        return session.Fail(kExitFailedRun,
+                            fmt::format("failed: {} while the communication library was at work; "
+                                        "the state of the device is unknown",
+                                        WordsOf(outcome)));
+    }
+    if (!events.Problem().empty()) {
+        return session.Fail(kExitFailedRun, "not everything could be shown: " + events.Problem());
+    }
+    return static_cast<ExitStatus>(outcome.code.value_or(kExitFailedRun));
+}
+
+} // namespace ispctl

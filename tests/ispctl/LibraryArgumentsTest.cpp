@@ -1,0 +1,48 @@
+#include <CLI/CLI.hpp>
+#include <gtest/gtest.h>
+
+#include "LibraryArguments.h"
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+struct Row {
+    Words typed;
+    Words own;
+    Words libraryArguments;
+};
+
+const Row kRows[] = {{{}, {}, {}},
+                     {{"--virtual"}, {"--virtual"}, {}},
+                     {{"--virtual", "--isp", "--fw", "x"}, {"--virtual"}, {"--isp", "--fw", "x"}},
+                     {{"--virtual", "--", "--isp"}, {"--virtual"}, {"--isp"}},
+                     {{"--isp", "--virtual"}, {}, {"--isp", "--virtual"}},
+                     {{"--", "--virtual"}, {}, {"--virtual"}},
+                     {{"--", "--", "x"}, {}, {"--", "x"}},
+                     {{"--isp", "--", "x"}, {}, {"--isp", "--", "x"}},
+                     {{"--lib", "--isp", "--fw"}, {"--lib", "--isp"}, {"--fw"}},
+                     {{"--lib=a", "--fw"}, {"--lib=a"}, {"--fw"}},
+                     {{"--lib"}, {"--lib"}, {}},
+                     {{"--virt", "--virtual"}, {}, {"--virt", "--virtual"}},
+                     {{"virtual", "--virtual"}, {}, {"virtual", "--virtual"}},
+                     {{""}, {}, {""}},
+                     {{"-", "--virtual"}, {}, {"-", "--virtual"}},
+                     {{"--help", "x"}, {"--help"}, {"x"}},
+                     {{"--libs", "x"}, {}, {"--libs", "x"}}};
+
+TEST(LibraryArguments, Own_options_end_at_the_first_foreign_argument) {
+    CLI::App command;
+    std::string file;
+    bool flag = false;
+    command.add_option("--lib", file);
+    command.add_flag("--virtual", flag);
+    for (const Row &row : kRows) {
+        SCOPED_TRACE(testing::PrintToString(row.typed));
+        Words own = row.typed;
+        EXPECT_EQ(ispctl::SplitOffLibraryArguments(command, own), row.libraryArguments);
+        EXPECT_EQ(own, row.own);
+    }
+}
+
+} // namespace
