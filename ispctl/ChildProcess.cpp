@@ -15,10 +15,12 @@ extern char **environ;
 namespace ispctl {
 namespace {
 
-// No pipe holds more than this, so text that came before a frame is within it.
-constexpr std::size_t kMostText = 1024 * 1024;
+// No pipe holds more than this, so one pass reads all text written before a frame; the limit keeps
+// a process that writes without pause from blocking the loop. UNITS: bytes.
+constexpr std::size_t kMaxBytesPerPass = 1024 * 1024;
 
-// Blocks the stop signals of this process for a moment.
+// Blocks the stop signals of this process during its lifetime: their handler must not kill a
+// process id that is not known yet or was just reaped.
 class SignalsBlocked {
   public:
     SignalsBlocked() {
@@ -38,7 +40,7 @@ class SignalsBlocked {
 void Check(int error) {
     if (error != 0) {
         throw std::system_error(error, std::generic_category(),
-                                "the library's process cannot be started");
+                                "cannot start the library's process");
     }
 }
 
@@ -64,8 +66,9 @@ class FileActions {
     posix_spawn_file_actions_t m_actions{};
 };
 
-// The process leaves the stop signals to the console from its first moment on, even those that a
-// terminal sends to both, and a signal that is ignored here only for output is not ignored there.
+// The child blocks the stop signals from its start, because a terminal sends them to both processes
+// and only ispctl decides. SIGXFSZ is ignored in ispctl only for its own output, so the child gets
+// the default action back.
 class Attributes {
   public:
     Attributes() {
@@ -93,10 +96,10 @@ class Attributes {
     posix_spawnattr_t m_attributes{};
 };
 
-std::vector<char *> Pointers(std::vector<std::string> &words) {
+std::vector<char *> ArgvOf(std::vector<std::string> &arguments) {
     std::vector<char *> pointers;
-    for (std::string &word : words) {
-        pointers.push_back(word.data());
+    for (std::string &argument : arguments) {
+        pointers.push_back(argument.data());
     }
     pointers.push_back(nullptr);
     return pointers;
@@ -107,15 +110,15 @@ std::vector<char *> Pointers(std::vector<std::string> &words) {
 ChildProcess::ChildProcess(const std::vector<std::string> &arguments, Ordering ordering,
                            RunSignals::Stop stop)
     : m_signals(stop) {
-    const bool two = ordering == Ordering::TwoPipes;
+    const bool twoPipes = ordering == Ordering::TwoPipes;
     Pipe output = Pipe::Make();
-    Pipe error = two ? Pipe::Make() : Pipe();
+    Pipe error = twoPipes ? Pipe::Make() : Pipe();
     Pipe events = Pipe::Make();
     Pipe answers = Pipe::Make();
     for (const Descriptor *end : {&output.readEnd, &error.readEnd, &events.readEnd}) {
         SetNonBlocking(*end);
     }
-    Start(arguments, output, two ? error : output, events, answers);
+    Start(arguments, output, twoPipes ? error : output, events, answers);
     m_text = {std::move(output.readEnd), std::move(error.readEnd)};
     m_events = std::move(events.readEnd);
     m_answers = std::move(answers.writeEnd);
@@ -125,9 +128,9 @@ void ChildProcess::Start(const std::vector<std::string> &arguments, const Pipe &
                          const Pipe &error, const Pipe &events, const Pipe &answers) {
     const int send = events.writeEnd.Number();
     const int receive = answers.readEnd.Number();
-    std::vector<std::string> words{"ispctl", std::string(kLibraryProcess), std::to_string(send),
-                                   std::to_string(receive)};
-    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<std::string> argv{"ispctl", std::string(kLibraryProcess), std::to_string(send),
+                                  std::to_string(receive)};
+    argv.insert(argv.end(), arguments.begin(), arguments.end());
     FileActions actions;
     actions.Put(output.writeEnd, STDOUT_FILENO);
     actions.Put(error.writeEnd, STDERR_FILENO);
@@ -137,7 +140,7 @@ void ChildProcess::Start(const std::vector<std::string> &arguments, const Pipe &
     SetInherited(receive, true);
     const SignalsBlocked blocked;
     Check(::posix_spawn(&m_process, file.c_str(), actions.Get(), attributes.Get(),
-                        Pointers(words).data(), environ));
+                        ArgvOf(argv).data(), environ));
     RunSignals::Watch(m_process);
 }
 
@@ -159,7 +162,8 @@ bool ChildProcess::Wait(int milliseconds) {
     return ::poll(sources.data(), sources.size(), milliseconds) != 0;
 }
 
-// A stream that is over, or that can't be read, is closed: poll would report it again and again.
+// A stream that has ended or cannot be read is closed, because poll would report it again and
+// again.
 long ChildProcess::ReadText(Descriptor &stream, char *buffer, std::size_t size) {
     try {
         const long length = ReadAvailable(stream.Number(), buffer, size);
@@ -173,30 +177,30 @@ long ChildProcess::ReadText(Descriptor &stream, char *buffer, std::size_t size) 
     }
 }
 
-bool ChildProcess::DrainAvailable(const TextHandler &take) {
+bool ChildProcess::DrainAvailable(const TextHandler &handle) {
     std::array<char, 16384> buffer;
     bool any = false;
     for (std::size_t i = 0; i < m_text.size(); ++i) {
         long length = 1;
-        for (std::size_t taken = 0; m_text[i].IsOpen() && length > 0 && taken < kMostText;
-             taken += static_cast<std::size_t>(length)) {
+        for (std::size_t total = 0; m_text[i].IsOpen() && length > 0 && total < kMaxBytesPerPass;
+             total += static_cast<std::size_t>(length)) {
             length = ReadText(m_text[i], buffer.data(), buffer.size());
             if (length <= 0) {
                 break;
             }
             any = true;
-            take(i == 0 ? Stream::Output : Stream::Error,
-                 {buffer.data(), static_cast<std::size_t>(length)});
+            handle(i == 0 ? Stream::Output : Stream::Error,
+                   {buffer.data(), static_cast<std::size_t>(length)});
         }
     }
     return any;
 }
 
-std::optional<Frame> ChildProcess::TakeFrame() {
+std::optional<Frame> ChildProcess::NextFrame() {
     std::array<char, 16384> buffer;
     long length = 1;
-    for (std::size_t taken = 0; m_events.IsOpen() && length > 0 && taken < kMostText;
-         taken += buffer.size()) {
+    for (std::size_t total = 0; m_events.IsOpen() && length > 0 && total < kMaxBytesPerPass;
+         total += buffer.size()) {
         length = ReadAvailable(m_events.Number(), buffer.data(), buffer.size());
         if (length > 0) {
             m_frames.Add({buffer.data(), static_cast<std::size_t>(length)});
@@ -204,7 +208,7 @@ std::optional<Frame> ChildProcess::TakeFrame() {
             m_events.Close();
         }
     }
-    return m_frames.Take();
+    return m_frames.Next();
 }
 
 void ChildProcess::StopListening() {

@@ -16,44 +16,48 @@
 
 namespace ispctl {
 
-/// The first argument of the process that the library runs in.
+/// The first argument of the process in which the library runs.
 inline constexpr std::string_view kLibraryProcess = "library-process";
 
-/// The process that the library runs in: this program once more, with its standard output and
-/// standard error in pipes and a pipe for frames.
+/// The process in which the library runs: a second instance of this program, with pipes for its
+/// standard output, its standard error and its frames. Separate, because a plug-in may exit, crash
+/// or hang.
 class ChildProcess {
   public:
     enum class Ordering {
-        OnePipe,  ///< the order of both streams is kept; all text counts as standard output
-        TwoPipes, ///< each stream keeps its own order
+        OnePipe,  ///< keeps the order across both streams; all text is reported as standard output
+        TwoPipes, ///< keeps the order within each stream only
     };
     using TextHandler = std::function<void(Stream, std::string_view)>;
 
     /// \param arguments  of this program; the process gets the same ones
-    /// Throws std::system_error where a pipe or the process cannot be made.
+    /// Throws std::system_error if a pipe or the process cannot be created.
     ChildProcess(const std::vector<std::string> &arguments, Ordering ordering,
                  RunSignals::Stop stop);
-    /// Lets a process that waits for an answer end, and waits for it.
+    /// Closes the answer pipe, so that a process waiting for an answer ends, and waits for its end.
     ~ChildProcess();
     ChildProcess(const ChildProcess &) = delete;
     ChildProcess &operator=(const ChildProcess &) = delete;
 
-    /// Waits for frames, text, signals or the end. \param milliseconds  -1: as long as it takes
-    /// RETURNS whether something came.
+    /// Waits for frames, text, signals or the end of the process.
+    /// \param milliseconds  -1: no timeout
+    /// RETURNS false on a timeout.
     bool Wait(int milliseconds);
-    /// Hands over the text that was written up to now; never waits. RETURNS whether there was any.
-    /// Throws std::system_error where a stream cannot be read; it is closed then.
-    bool DrainAvailable(const TextHandler &take);
-    /// Throws std::exception where frames cannot be read or understood.
-    std::optional<Frame> TakeFrame();
-    /// After this the process gets no more answers and waits for none.
+    /// Passes the text written so far to handle; never waits. RETURNS whether there was any.
+    /// Throws std::system_error if a stream cannot be read; that stream is then closed.
+    bool DrainAvailable(const TextHandler &handle);
+    /// RETURNS the next complete frame, or nothing if none is there yet.
+    /// Throws std::exception if frames cannot be read or decoded.
+    std::optional<Frame> NextFrame();
+    /// Closes both frame pipes: the process gets no more answers and no longer waits for any.
     void StopListening();
-    /// Lets the process go on after a frame.
+    /// Lets the process continue after a frame.
     void Answer();
-    std::vector<int> TakeSignals() {
-        return m_signals.Take();
+    /// RETURNS the stop signals received since the last call.
+    std::vector<int> DrainSignals() {
+        return m_signals.Drain();
     }
-    /// RETURNS the status of waitpid once the process has ended.
+    /// RETURNS the status from waitpid once the process has ended; nothing before.
     std::optional<int> Status();
 
   private:

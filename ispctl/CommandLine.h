@@ -8,29 +8,29 @@
 
 namespace ispctl {
 
-/// How the library splits a line; nothing where it refuses it.
+/// Splits a line as the library does; nothing if the library rejects the line.
 using CommandLineSplitter =
     std::function<std::optional<std::vector<std::string>>(const std::string &)>;
 
-/// A command line for the library, or the reason why there is none.
+/// A command line for the library, or the reason why none can be built.
 struct CommandLine {
     std::wstring line;
-    std::string refusal; ///< empty: the line is good
+    std::string error; ///< empty: the line is valid
 
     bool IsValid() const {
-        return refusal.empty();
+        return error.empty();
     }
 };
 
-/// The largest command line that the library takes. UNITS: bytes of UTF-8.
+/// The longest command line that the library accepts. UNITS: bytes of UTF-8.
 inline constexpr std::size_t kMaxLineBytes = 10239;
 
-/// Builds the line that the library splits into exactly these arguments behind a program word.
+/// Builds the line that the library splits into a program name followed by exactly these arguments.
 ///
-/// Arguments with a blank are put into double quotes as a whole. That leaves lists which no line of
-/// ours can carry: an empty argument, an argument with a double quote in it, bytes that are not
-/// UTF-8, more than kMaxLineBytes, and an argument that begins and ends with a blank where the text
-/// between two quoted arguments in front of it reads the same. All of them are refused.
+/// An argument that contains a space is enclosed in double quotes. Some lists cannot be expressed
+/// that way and give an error: an empty argument, an argument that contains a double quote, bytes
+/// that are not UTF-8, more than kMaxLineBytes, and an argument that starts and ends with a space
+/// if the text between two earlier quoted arguments reads the same.
 /// \param arguments  UTF-8
 CommandLine BuildCommandLine(const std::vector<std::string> &arguments,
                              const CommandLineSplitter &split);

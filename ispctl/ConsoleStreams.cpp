@@ -32,7 +32,7 @@ bool IsOpen(int descriptor) {
 
 bool EnsureStandardDescriptors() {
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
-        // The lowest free number is the one that is missing.
+        // open returns the lowest free number, which is the missing one.
         if (!IsOpen(descriptor) && ::open("/dev/null", O_RDWR) != descriptor) {
             return false;
         }
@@ -48,7 +48,7 @@ int WriteAll(int descriptor, std::string_view bytes) noexcept {
         } else if (written == 0) {
             return EIO;
         } else if (errno == EAGAIN || errno == EWOULDBLOCK) {
-            // Somebody else has made the file description non-blocking.
+            // Another process that shares the file description has made it non-blocking.
             pollfd waiting{descriptor, POLLOUT, 0};
             ::poll(&waiting, 1, -1);
         } else if (errno != EINTR) {
@@ -79,7 +79,7 @@ void ConsoleStreams::PrintMessage(std::string_view text) {
 std::string ConsoleStreams::Problem() const {
     for (std::size_t i = 0; i < m_errors.size(); ++i) {
         if (m_errors[i] != 0) {
-            return fmt::format("{} could not be written in full: {}", kNames[i],
+            return fmt::format("{} could not be written completely: {}", kNames[i],
                                std::strerror(m_errors[i]));
         }
     }
@@ -87,10 +87,10 @@ std::string ConsoleStreams::Problem() const {
 }
 
 ExitStatus ConsoleStreams::Finish(ExitStatus status, bool quiet) {
-    // Some file systems tell a failed write only now.
     if (m_errors[0] == 0 && m_errors[1] != 0 && !quiet) {
         Write(Stream::Output, fmt::format("ispctl: {}\n", Problem()));
     }
+    // Some file systems report a failed write only when the file is closed.
     if (::close(STDOUT_FILENO) != 0 && m_errors[0] == 0) {
         m_errors[0] = errno;
     }

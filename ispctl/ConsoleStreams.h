@@ -11,39 +11,41 @@
 
 namespace ispctl {
 
-/// Opens the null device for each standard descriptor that is closed, so that no file of ours gets
-/// its number. RETURNS whether all three are open now.
+/// Opens the null device for each standard descriptor that is closed, so that no file opened later
+/// gets its number. RETURNS whether all three are open now.
 bool EnsureStandardDescriptors();
 
-/// Writes all bytes, however long the reader takes. RETURNS 0, or the errno of the failure.
+/// Writes all bytes and waits for a slow reader. RETURNS 0, or the errno of the failure.
 int WriteAll(int descriptor, std::string_view bytes) noexcept;
 
-/// Standard output and standard error: the one way to the user. Nothing written is lost silently.
+/// Standard output and standard error. All output goes through this class, so that a failed write
+/// is always reported.
 class ConsoleStreams {
   public:
     ConsoleStreams();
 
-    /// Writes bytes as they are; only for what this program itself has formed.
+    /// Writes bytes unchanged; only for output that this program has composed itself.
     void Write(Stream stream, std::string_view bytes) noexcept;
-    /// Writes a text with lines, made visible.
+    /// Writes text of several lines with control characters made visible.
     void Print(Stream stream, std::string_view text);
-    /// Writes "ispctl: ", the text made visible, and a line end to standard error.
+    /// Writes "ispctl: ", the text with control characters made visible, and a newline to standard
+    /// error.
     void PrintMessage(std::string_view text);
 
-    /// RETURNS whether everything was written up to now.
+    /// RETURNS whether everything has been written so far.
     bool IsComplete() const {
         return m_errors[0] == 0 && m_errors[1] == 0;
     }
-    /// What is wrong with the streams in words; empty where nothing is.
+    /// RETURNS a message about the first stream that failed; empty if none did.
     std::string Problem() const;
-    /// Ends the output: what could not be written is said on the stream that still works.
-    /// \param quiet  standard output carries something else
-    /// RETURNS the status, or kExitFailedRun instead of success where something is missing.
+    /// Ends the output and reports a failed stream on the one that still works.
+    /// \param quiet  true: standard output is JSON, so no message may be written to it
+    /// RETURNS the status, or kExitFailedRun instead of success if output is missing.
     ExitStatus Finish(ExitStatus status, bool quiet);
 
-    /// RETURNS whether a progress bar can be drawn there.
+    /// RETURNS whether the stream is a terminal that can erase a line, which a progress bar needs.
     static bool IsTerminal(Stream stream);
-    /// RETURNS whether both lead to the same file, pipe or terminal.
+    /// RETURNS whether both streams go to the same file, pipe or terminal.
     static bool ShareOneTarget();
 
     Charset TheCharset() const {
@@ -52,7 +54,7 @@ class ConsoleStreams {
 
   private:
     Charset m_charset;
-    std::array<int, 2> m_errors{0, 0}; ///< of each stream; the first one
+    std::array<int, 2> m_errors{0, 0}; ///< errno of each stream's first failed write; 0: none
 };
 
 } // namespace ispctl

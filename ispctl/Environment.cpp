@@ -20,7 +20,8 @@ struct Deleter {
 };
 using Locale = std::unique_ptr<std::remove_pointer_t<locale_t>, Deleter>;
 
-// The process itself stays in the locale C: nothing else of it may depend on the environment.
+// A locale object, because the process itself stays in the locale C: number formats and the like
+// must not depend on the environment.
 Locale EnvironmentLocale() {
     Locale locale(::newlocale(LC_CTYPE_MASK, "", nullptr));
     return locale ? std::move(locale) : Locale(::newlocale(LC_CTYPE_MASK, "C", nullptr));
@@ -42,11 +43,11 @@ bool IsTextOfEnvironment(const std::filesystem::path &path) {
     if (!locale) {
         return false;
     }
-    const locale_t former = ::uselocale(locale.get());
+    const locale_t previous = ::uselocale(locale.get());
     std::mbstate_t state{};
     const char *bytes = path.c_str();
     const bool isText = std::mbsrtowcs(nullptr, &bytes, 0, &state) != static_cast<std::size_t>(-1);
-    ::uselocale(former);
+    ::uselocale(previous);
     return isText;
 }
 

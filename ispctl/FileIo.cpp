@@ -26,14 +26,14 @@ std::optional<std::string> ReadInputFile(const std::string &name, std::size_t li
     std::size_t count = 0;
     while (file && (count = std::fread(buffer, 1, sizeof buffer, file.get())) > 0) {
         if (count > limit - bytes.size()) {
-            error = fmt::format("{} is too long: at most {} bytes ({} KiB) are read", name, limit,
+            error = fmt::format("{} is too large: at most {} bytes ({} KiB) are read", name, limit,
                                 limit / 1024);
             return std::nullopt;
         }
         bytes.append(buffer, count);
     }
     if (!file || std::ferror(file.get()) != 0) {
-        error = fmt::format("{} cannot be read: {}", name, std::strerror(errno));
+        error = fmt::format("cannot read {}: {}", name, std::strerror(errno));
         return std::nullopt;
     }
     return bytes;
@@ -43,9 +43,9 @@ bool WriteOutputFile(const std::string &name, const std::string &bytes, std::str
     File file(std::fopen(name.c_str(), "wbe"));
     const bool written =
         file && std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
-    // What stdio still holds is written by the close.
+    // fclose writes the rest of stdio's buffer, so it can fail like a write.
     if (!written || std::fclose(file.release()) != 0) {
-        error = fmt::format("{} cannot be written: {}", name, std::strerror(errno));
+        error = fmt::format("cannot write {}: {}", name, std::strerror(errno));
         return false;
     }
     return true;

@@ -7,13 +7,14 @@
 
 namespace ispctl {
 
-/// The bytes of a file of the caller's, which may be a pipe or a device.
-/// \param limit  of a longer file nothing is kept. UNITS: bytes
+/// Reads a file that the user names; it may be a pipe or a device, so its size is not known in
+/// advance.
+/// \param limit  a longer file is an error. UNITS: bytes
 /// RETURNS nothing on failure, with the reason in error.
 std::optional<std::string> ReadInputFile(const std::string &name, std::size_t limit,
                                          std::string &error);
 
-/// RETURNS whether all bytes were written; else error says why not.
+/// RETURNS whether all bytes were written; if not, error is the reason.
 bool WriteOutputFile(const std::string &name, const std::string &bytes, std::string &error);
 
 } // namespace ispctl

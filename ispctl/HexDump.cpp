@@ -6,10 +6,10 @@
 namespace ispctl {
 
 std::string HexDump(std::span<const std::uint8_t> bytes) {
-    constexpr std::size_t kBytesOfALine = 16;
+    constexpr std::size_t kBytesPerLine = 16;
     std::string text;
-    for (std::size_t offset = 0; offset < bytes.size(); offset += kBytesOfALine) {
-        const auto line = bytes.subspan(offset, std::min(kBytesOfALine, bytes.size() - offset));
+    for (std::size_t offset = 0; offset < bytes.size(); offset += kBytesPerLine) {
+        const auto line = bytes.subspan(offset, std::min(kBytesPerLine, bytes.size() - offset));
         std::string numbers;
         std::string characters;
         for (const std::uint8_t byte : line) {

@@ -7,7 +7,7 @@
 
 namespace ispctl {
 
-/// RETURNS lines of an offset, 16 bytes and their ASCII characters; nothing for no bytes.
+/// RETURNS one line per 16 bytes: offset, hexadecimal digits, ASCII characters; empty for no bytes.
 std::string HexDump(std::span<const std::uint8_t> bytes);
 
 } // namespace ispctl

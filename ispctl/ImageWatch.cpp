@@ -13,11 +13,11 @@
 namespace ispctl {
 namespace {
 
-/// What is loaded, and how much ever was.
+/// The images loaded now, and a count of all that were ever loaded.
 struct Images {
-    unsigned long long loads = 0;   ///< of images, system ones left out
-    unsigned long long systems = 0; ///< images of the C library that are loaded now
-    bool plugin = false;            ///< one of them has a plug-in's name
+    unsigned long long loads = 0;        ///< images loaded so far, without those of the system
+    unsigned long long systemImages = 0; ///< images that the C library itself has loaded now
+    bool plugin = false;                 ///< an image has the name of a plug-in
 };
 
 bool IsPlugin(std::string_view path) {
@@ -35,8 +35,8 @@ void CountLoad(const mach_header *header, std::intptr_t) {
     g_loads += path.starts_with("/usr/lib/") || path.starts_with("/System/") ? 0 : 1;
 }
 
-Images Look() {
-    // The first call counts what is loaded already.
+Images LoadedImages() {
+    // dyld calls CountLoad at once for every image already loaded, and later for each new one.
     static const bool registered = (::_dyld_register_func_for_add_image(CountLoad), true);
     Images images;
     images.loads = registered ? g_loads : 0;
@@ -49,19 +49,19 @@ Images Look() {
 
 #else
 
-int LookAtOne(dl_phdr_info *info, std::size_t, void *result) {
+int AddImage(dl_phdr_info *info, std::size_t, void *result) {
     Images &images = *static_cast<Images *>(result);
     const std::string_view path = info->dlpi_name != nullptr ? info->dlpi_name : "";
     images.loads = info->dlpi_adds;
-    images.systems += path.find("/gconv/") != std::string_view::npos ? 1U : 0U;
+    images.systemImages += path.find("/gconv/") != std::string_view::npos ? 1U : 0U;
     images.plugin = images.plugin || IsPlugin(path);
     return 0;
 }
 
-Images Look() {
+Images LoadedImages() {
     Images images;
-    ::dl_iterate_phdr(LookAtOne, &images);
-    images.loads -= images.systems;
+    ::dl_iterate_phdr(AddImage, &images);
+    images.loads -= images.systemImages;
     return images;
 }
 
@@ -70,13 +70,13 @@ Images Look() {
 } // namespace
 
 ImageWatch::ImageWatch() {
-    const Images images = Look();
+    const Images images = LoadedImages();
     m_loads = images.loads;
     m_pluginFromTheStart = images.plugin;
 }
 
 bool ImageWatch::MayHaveLoadedPlugin() const {
-    const Images images = Look();
+    const Images images = LoadedImages();
     return images.loads != m_loads || images.plugin || m_pluginFromTheStart;
 }
 

@@ -3,15 +3,16 @@
 
 namespace ispctl {
 
-/// Watches which libraries this process loads while it lives. One at a time.
+/// Detects which libraries this process loads during the lifetime of the object. One object at a
+/// time.
 ///
-/// The ScalerIsp library does not tell whether it has called a plug-in, but it cannot without
-/// having loaded one. What the C library loads for its own purposes, such as conversions of text,
-/// is no plug-in; any doubt counts as one.
+/// The ScalerIsp library does not report whether it has called a plug-in, but to call one it must
+/// load one. Images that the C library loads for its own use, such as character set conversions,
+/// are not counted; in case of doubt an image counts as a plug-in.
 class ImageWatch {
   public:
     ImageWatch();
-    /// RETURNS false where it is certain that no plug-in was loaded since, even for a moment.
+    /// RETURNS false only if no plug-in was loaded since construction, not even temporarily.
     bool MayHaveLoadedPlugin() const;
 
   private:

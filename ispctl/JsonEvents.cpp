@@ -11,7 +11,8 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// A reader of the raw line is as safe as one of the text: what could act on a terminal is escaped.
+// Someone may view the raw JSON on a terminal, so characters that act on a terminal are escaped as
+// well.
 std::string EscapedLine(const std::string &line) {
     std::string escaped;
     for (std::string_view rest = line; !rest.empty();) {
@@ -36,7 +37,7 @@ void WriteLine(ConsoleStreams &streams, const Json &event) {
     streams.Write(Stream::Output, EscapedLine(event.dump(-1, ' ', ascii)) + "\n");
 }
 
-// How the process ended, where that is more than a return.
+// Adds how the process ended, unless the library simply returned.
 void AddEnd(Json &event, const RunOutcome &outcome) {
     switch (outcome.end) {
     case RunEnd::Exit:
@@ -95,10 +96,10 @@ void JsonEvents::OnEnd(const RunOutcome &outcome) {
     m_console.EmitAll();
     Json event{{"event", "result"}, {"code", nullptr}, {"hex", nullptr}, {"name", nullptr}};
     if (outcome.code) {
-        const ResultInfo words = DescribeResult(*outcome.code);
+        const ResultInfo info = DescribeResult(*outcome.code);
         event["code"] = *outcome.code;
         event["hex"] = FormatResultCode(*outcome.code);
-        event["name"] = words.name.empty() ? Json(nullptr) : Json(words.name);
+        event["name"] = info.name.empty() ? Json(nullptr) : Json(info.name);
     }
     event["meaning"] = MeaningOf(outcome);
     AddEnd(event, outcome);

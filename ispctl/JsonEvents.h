@@ -8,15 +8,14 @@
 
 namespace ispctl {
 
-/// Writes a run to standard output as JSON, one event a line:
+/// Writes a run to standard output as JSON, one event per line:
 ///   {"event":"progress","percent":N}
 ///   {"event":"message","text":T}
-///   {"event":"console","text":T}    T with its line end, if it has one
+///   {"event":"console","text":T}    T with its newline, if it has one
 ///   {"event":"result","code":N,"hex":"0xN","name":NAME or null,"meaning":T}
-/// A failure adds "device" ("untouched" or "unknown"); a process that did not end by itself adds
-/// "ended" and more, see the page about the console, and without a result code, hex and name are
-/// null. A text that is not valid Unicode is escaped (see EscapedText) and its event has
-/// "escaped":true.
+/// A failure adds "device" ("untouched" or "unknown"). A process that did not end by itself adds
+/// "ended" and more, see docs/ispctl.md; without a result, code, hex and name are null. A string
+/// that is not valid Unicode is escaped (see EscapedText) and its event has "escaped":true.
 class JsonEvents : public RunObserver {
   public:
     explicit JsonEvents(ConsoleStreams &streams);

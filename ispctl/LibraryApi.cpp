@@ -13,24 +13,25 @@ std::optional<LibraryApi> LibraryApi::Find(const ScalerLibrary &library, std::st
     static_assert(std::is_same_v<decltype(::EDIDToBin), Converter>);
     static_assert(std::is_same_v<decltype(::CmdToBin), Converter>);
     static_assert(std::is_same_v<decltype(::RunCommand), Runner>);
-    LibraryApi toolkit;
+    LibraryApi api;
     const auto find = [&](const std::string &symbol, auto *&slot) {
         if (!ResolveSymbol(library.Handle(), symbol, slot) && error.empty()) {
-            error = fmt::format("{} has no toolkit for this console: {} is missing",
+            error = fmt::format("{} is not a compatible ScalerIsp library: symbol {} not found",
                                 library.Path().string(), symbol);
         }
     };
     error.clear();
-    find(MangledName<Converter>("EDIDToBin"), toolkit.m_edidToBin);
-    find(MangledName<Converter>("CmdToBin"), toolkit.m_cmdToBin);
-    find(MangledName<Runner>("RunCommand"), toolkit.m_runCommand);
-    // The complete-object constructor. In this ABI it is a function that takes the storage.
-    find("_ZN7CNxCommC1Ev", toolkit.m_construct);
-    return error.empty() ? std::optional<LibraryApi>(toolkit) : std::nullopt;
+    find(MangledName<Converter>("EDIDToBin"), api.m_edidToBin);
+    find(MangledName<Converter>("CmdToBin"), api.m_cmdToBin);
+    find(MangledName<Runner>("RunCommand"), api.m_runCommand);
+    // The complete-object constructor; in the Itanium C++ ABI a function whose argument is the
+    // storage.
+    find("_ZN7CNxCommC1Ev", api.m_construct);
+    return error.empty() ? std::optional<LibraryApi>(api) : std::nullopt;
 }
 
 std::vector<std::uint8_t> LibraryApi::Convert(Converter *converter, std::string_view byteList) {
-    // A byte that is no ASCII character becomes a character of no token, which the library judges.
+    // A byte outside ASCII becomes a character that no token contains, so the library rejects it.
     std::wstring wide;
     for (const char c : byteList) {
         wide += static_cast<wchar_t>(static_cast<unsigned char>(c));
@@ -50,11 +51,13 @@ std::vector<std::uint8_t> LibraryApi::CmdToBin(std::string_view byteList) const 
     return Convert(m_cmdToBin, byteList);
 }
 
-ScriptResult LibraryApi::RunScript(std::span<const std::uint8_t> script, std::size_t room,
+ScriptResult LibraryApi::RunScript(std::span<const std::uint8_t> script, std::size_t readBytes,
                                    CNxComm &comm) const {
     std::vector<unsigned char> records(script.begin(), script.end());
     ScriptResult result;
-    result.output.resize(room + 1); // never null
+    // One byte more than the script reads: data() of an empty vector may be null, and RunCommand
+    // takes null for "reads are not supported".
+    result.output.resize(readBytes + 1);
     unsigned int count = 0;
     result.code = m_runCommand(records.data(), static_cast<unsigned int>(records.size()), &comm,
                                result.output.data(), &count);
@@ -68,7 +71,8 @@ LibraryApi::Comm LibraryApi::CreateComm() const {
     return Comm(std::launder(static_cast<CNxComm *>(storage)));
 }
 
-// Both calls go through the object's virtual table and end in the library.
+// The virtual calls run in the library that constructed the object; this program does not link the
+// class.
 void LibraryApi::CommDeleter::operator()(CNxComm *comm) const {
     comm->FreeCommDllFile();
     comm->~CNxComm();

@@ -14,29 +14,29 @@
 
 namespace ispctl {
 
-/// How a script went.
+/// The result of a script.
 struct ScriptResult {
     int code = 0;
-    std::vector<std::uint8_t> output; ///< what it read before it ended
+    std::vector<std::uint8_t> output; ///< bytes that it read before it ended
 };
 
-/// The library's toolkit functions that the console uses, looked up by name.
+/// The C++ API functions that ispctl calls, looked up by symbol name.
 class LibraryApi {
   public:
-    /// RETURNS nothing where one of them is missing, with the reason in error.
+    /// RETURNS nothing if a function is missing, with the reason in error.
     static std::optional<LibraryApi> Find(const ScalerLibrary &library, std::string &error);
 
-    /// Both RETURN the bytes of a byte list; nothing for a list that the library refuses.
+    /// Both RETURN the bytes of a byte list; no bytes if the library rejects the list.
     std::vector<std::uint8_t> EdidToBin(std::string_view byteList) const;
     std::vector<std::uint8_t> CmdToBin(std::string_view byteList) const;
 
     /// REQUIRES: CheckScript found no problem.
-    /// \param room  UNITS: bytes that the script reads.
-    ScriptResult RunScript(std::span<const std::uint8_t> script, std::size_t room,
+    /// \param readBytes  number of bytes that the script reads: ScriptReport::outputBytes
+    ScriptResult RunScript(std::span<const std::uint8_t> script, std::size_t readBytes,
                            CNxComm &comm) const;
 
-    /// A binding to the communication library, made in the library: this program does not link the
-    /// class. Destroying it closes what it loaded.
+    /// A binding to the communication library, constructed by the opened library, because this
+    /// program does not link the class. Its deleter unloads the communication library.
     struct CommDeleter {
         void operator()(CNxComm *comm) const;
     };

@@ -10,13 +10,14 @@ class App;
 
 namespace ispctl {
 
-/// Cuts off the arguments that belong to the library.
+/// Splits off the arguments that belong to the library.
 ///
-/// The command's own options come first. The first argument that is not one of them, and everything
-/// after it, belongs to the library; a "--" at that point is removed. So own options are written in
-/// full and never recognised after it.
-/// \param arguments  what follows the command's name; keeps the own part
-/// RETURNS the library's part, unchanged.
+/// The command's options come first. The first argument that is not one of them, and everything
+/// after it, belongs to the library; a "--" at that point is removed. The option parser cannot do
+/// this, because it looks for the command's options up to the end of the line. Options of the
+/// command must be unabbreviated.
+/// \param arguments  those after the command's name; keeps those of the command
+/// RETURNS the library's arguments, unchanged.
 std::vector<std::string> SplitOffLibraryArguments(const CLI::App &command,
                                                   std::vector<std::string> &arguments);
 

@@ -15,23 +15,23 @@ namespace {
 
 namespace fs = std::filesystem;
 
-fs::path ExecutableFolder() {
+fs::path ExecutableDirectory() {
     return ExecutableFile().parent_path();
 }
 
-// Folders are relative to the executable's.
-fs::path FirstExistingLibrary(std::initializer_list<const char *> folders) {
-    const fs::path from = ExecutableFolder();
-    const auto in = [&](const char *folder) {
-        return (from / folder / ISPCTL_LIBRARY_NAME).lexically_normal();
+// The directories are relative to that of the executable.
+fs::path FirstExistingLibrary(std::initializer_list<const char *> directories) {
+    const fs::path from = ExecutableDirectory();
+    const auto in = [&](const char *directory) {
+        return (from / directory / ISPCTL_LIBRARY_NAME).lexically_normal();
     };
-    for (const char *folder : folders) {
+    for (const char *directory : directories) {
         std::error_code ignored;
-        if (fs::exists(in(folder), ignored)) {
-            return in(folder);
+        if (fs::exists(in(directory), ignored)) {
+            return in(directory);
         }
     }
-    return in(*folders.begin());
+    return in(*directories.begin());
 }
 
 } // namespace
@@ -51,16 +51,16 @@ fs::path ExecutableFile() {
 }
 
 fs::path InstalledLibraryPath() {
-    return FirstExistingLibrary({ISPCTL_LIBRARY_FOLDER, "../lib"});
+    return FirstExistingLibrary({ISPCTL_LIBRARY_DIRECTORY, "../lib"});
 }
 
-fs::path VirtualLibrary() {
-    // The second place is that of a build folder.
-    return FirstExistingLibrary({ISPCTL_VIRTUAL_FOLDER, "../virtual"});
+fs::path VirtualLibraryPath() {
+    // The second directory is that of a build tree.
+    return FirstExistingLibrary({ISPCTL_VIRTUAL_DIRECTORY, "../virtual"});
 }
 
-fs::path VirtualCommLibrary() {
-    return VirtualLibrary().parent_path() / "libVirtualComm.dylib";
+fs::path VirtualCommLibraryPath() {
+    return VirtualLibraryPath().parent_path() / "libVirtualComm.dylib";
 }
 
 } // namespace ispctl

@@ -5,19 +5,19 @@
 
 namespace ispctl {
 
-/// The file of this program, to be started once more.
+/// The file of this program, from which the library's process is started.
 std::filesystem::path ExecutableFile();
 
-/// The libraries that belong to this console are found from where its own file lies, so that an
-/// installation can be moved. The first place that has the file wins; where none has it, the first
-/// place is the result, for the message.
+/// The installed library. All libraries are located relative to the file of this program, so that
+/// an installation can be moved. The first directory that contains the file wins; if none does, the
+/// path in the first one is returned, for the error message.
 std::filesystem::path InstalledLibraryPath();
 
-/// The link to the library that has the virtual scaler's plug-ins beside it.
-std::filesystem::path VirtualLibrary();
+/// The symbolic link to the library in the directory of the virtual scaler's plug-ins.
+std::filesystem::path VirtualLibraryPath();
 
-/// The communication library of the virtual bus, beside that link.
-std::filesystem::path VirtualCommLibrary();
+/// The communication library of the virtual bus, in the same directory.
+std::filesystem::path VirtualCommLibraryPath();
 
 } // namespace ispctl
 

@@ -21,11 +21,11 @@
 namespace ispctl {
 namespace {
 
-ConsoleLink *g_link = nullptr; // the library's callbacks carry no context
+ParentLink *g_link = nullptr; // the library's callbacks have no context argument
 
-int DescriptorFrom(const std::string &word) {
+int DescriptorFrom(const std::string &argument) {
     int number = -1;
-    std::from_chars(word.data(), word.data() + word.size(), number);
+    std::from_chars(argument.data(), argument.data() + argument.size(), number);
     return number;
 }
 
@@ -33,29 +33,29 @@ std::optional<ScalerLibrary> OpenLibrary(const RunOptions &options, std::string 
     if (!options.library.empty()) {
         return ScalerLibrary::Open(options.library, error);
     }
-    return ScalerLibrary::Open(options.virtualScaler ? VirtualLibrary() : InstalledLibraryPath(),
-                               error);
+    return ScalerLibrary::Open(
+        options.virtualScaler ? VirtualLibraryPath() : InstalledLibraryPath(), error);
 }
 
-/// What is handed over.
+/// An opened library and the command line to run.
 struct Call {
     ScalerLibrary library;
     std::wstring line;
 };
 
-std::optional<Call> Prepare(const RunOptions &options, std::string &refusal) {
-    auto library = OpenLibrary(options, refusal);
+std::optional<Call> Prepare(const RunOptions &options, std::string &error) {
+    auto library = OpenLibrary(options, error);
     if (!library) {
         return std::nullopt;
     }
     CommandLine line = BuildCommandLine(options.arguments,
                                         [&](const std::string &l) { return library->Split(l); });
-    refusal = line.refusal;
+    error = line.error;
     return line.IsValid() ? std::optional(Call{std::move(*library), std::move(line.line)})
                           : std::nullopt;
 }
 
-// Nothing of ours may go through the frames of a plug-in.
+// No exception of this program may pass through the stack frames of a plug-in.
 void OnProgress(int percent) {
     try {
         g_link->Send(FrameKind::Progress, BytesOf(percent));
@@ -63,14 +63,14 @@ void OnProgress(int percent) {
     }
 }
 
-// The text is bounded before anything of it is kept.
+// The length is limited before anything is copied: a plug-in may pass a string without an end.
 void OnMessage(wchar_t *text) {
     try {
         const std::size_t length = text == nullptr ? 0 : ::wcsnlen(text, kMaxMessage + 1);
         std::wstring message(text != nullptr ? text : L"", std::min(length, kMaxMessage));
         if (length > kMaxMessage) {
-            message +=
-                L" [cut: a message has at most " + std::to_wstring(kMaxMessage) + L" characters]";
+            message += L" [truncated: a message has at most " + std::to_wstring(kMaxMessage) +
+                       L" characters]";
         }
         g_link->Send(FrameKind::Message, {reinterpret_cast<const char *>(message.data()),
                                           message.size() * sizeof(wchar_t)});
@@ -80,9 +80,9 @@ void OnMessage(wchar_t *text) {
 
 } // namespace
 
-std::unique_ptr<ConsoleLink> ConsoleLink::Take(std::vector<std::string> &arguments) {
-    constexpr std::size_t kOwn = 3;
-    const bool complete = arguments.size() >= kOwn;
+std::unique_ptr<ParentLink> ParentLink::FromArguments(std::vector<std::string> &arguments) {
+    constexpr std::size_t kLinkArguments = 3;
+    const bool complete = arguments.size() >= kLinkArguments;
     const int send = complete ? DescriptorFrom(arguments[1]) : -1;
     const int receive = complete ? DescriptorFrom(arguments[2]) : -1;
     if (send <= STDERR_FILENO || receive <= STDERR_FILENO || ::fcntl(send, F_GETFD) < 0 ||
@@ -91,11 +91,11 @@ std::unique_ptr<ConsoleLink> ConsoleLink::Take(std::vector<std::string> &argumen
     }
     SetInherited(send, false);
     SetInherited(receive, false);
-    arguments.erase(arguments.begin(), arguments.begin() + kOwn);
-    return std::make_unique<ConsoleLink>(send, receive);
+    arguments.erase(arguments.begin(), arguments.begin() + kLinkArguments);
+    return std::make_unique<ParentLink>(send, receive);
 }
 
-bool ConsoleLink::Send(FrameKind kind, std::string_view payload) {
+bool ParentLink::Send(FrameKind kind, std::string_view payload) {
     const std::lock_guard lock(m_mutex);
     char answer = 0;
     return WriteAll(m_send, EncodeFrame(kind, payload)) == 0 && ReadExactly(m_receive, &answer, 1);
@@ -103,13 +103,13 @@ bool ConsoleLink::Send(FrameKind kind, std::string_view payload) {
 
 void BecomeLibraryProcess() {
     ::signal(SIGPIPE, SIG_IGN);
-    // Library and plug-ins write through stdio. Unbuffered, a text is in its pipe when it is
-    // written, so its position among the callbacks is known, and a crash loses nothing.
+    // Library and plug-ins write through stdio. Without a buffer their text is in the pipe at once,
+    // so its position among the callbacks is known and a crash loses nothing.
     std::setvbuf(stdout, nullptr, _IONBF, 0);
     std::setvbuf(stderr, nullptr, _IONBF, 0);
 }
 
-void RunLibrary(const RunOptions &options, ConsoleLink &link) {
+void RunLibrary(const RunOptions &options, ParentLink &link) {
     std::optional<Call> call;
     std::string text;
     try {
@@ -124,7 +124,7 @@ void RunLibrary(const RunOptions &options, ConsoleLink &link) {
     text = call->library.Path().string() + '\0' + EscapeWide(call->line).text;
     g_link = &link;
     if (!link.Send(FrameKind::Ready, text)) {
-        return; // the console is gone before anything was done
+        return; // ispctl has ended, before anything was done
     }
     const ImageWatch watch;
     RunResult result;

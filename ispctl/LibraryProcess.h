@@ -11,17 +11,18 @@
 
 namespace ispctl {
 
-/// In the library's process: the way to the console that started it. The console may go away; what
-/// runs here then runs on to its end.
-class ConsoleLink {
+/// In the library's process: the link to the ispctl that started it. If that ispctl ends, the
+/// library's process continues to its end, because stopping could leave the device without
+/// firmware.
+class ParentLink {
   public:
-    ConsoleLink(int send, int receive) : m_send(send), m_receive(receive) {}
+    ParentLink(int send, int receive) : m_send(send), m_receive(receive) {}
 
-    /// Takes the numbers of the descriptors off the arguments of this process.
-    /// RETURNS null where this is no such process.
-    static std::unique_ptr<ConsoleLink> Take(std::vector<std::string> &arguments);
+    /// Removes the numbers of the descriptors from the arguments of this process.
+    /// RETURNS null if this is not a library process.
+    static std::unique_ptr<ParentLink> FromArguments(std::vector<std::string> &arguments);
 
-    /// Tells the console, and waits until it has noted that. RETURNS false where nobody answers.
+    /// Sends a frame to ispctl and waits for the answer. RETURNS false if there is no answer.
     bool Send(FrameKind kind, std::string_view payload);
 
   private:
@@ -30,13 +31,13 @@ class ConsoleLink {
     std::mutex m_mutex; ///< plug-ins may call back from threads of their own
 };
 
-/// Takes over what this process must be for a plug-in: its output is told in order, and a console
-/// that goes away does not end it.
+/// Sets up stdio and signals of this process for plug-ins: output is reported in order, and the end
+/// of ispctl does not end this process.
 void BecomeLibraryProcess();
 
-/// Opens the library, asks the console, hands the command line over and tells the result.
-/// What a plug-in throws or ends goes through: the console tells it.
-void RunLibrary(const RunOptions &options, ConsoleLink &link);
+/// Opens the library, waits for ispctl's consent, passes the command line and reports the result.
+/// An exception of a plug-in is not caught, because only ispctl reports how the process ended.
+void RunLibrary(const RunOptions &options, ParentLink &link);
 
 } // namespace ispctl
 

@@ -10,16 +10,17 @@
 namespace ispctl {
 namespace {
 
-// How long a text without line end waits for the rest of its line.
+// How long a text without a newline waits for the rest of its line.
 constexpr int kPauseMilliseconds = 200;
 constexpr std::size_t kMaxEarlyText = 64 * 1024;
 
-std::string WordsOfSignal(int signal) {
+std::string SignalNotice(int signal) {
     constexpr const char *kReason = "stopping now can leave the device without firmware";
     return signal == SIGINT
-               ? fmt::format("{}; press Ctrl-C again to stop at once", kReason)
-               : fmt::format("{}: the run goes on, because {}; press Ctrl-C twice to stop at once",
-                             NameOfSignal(signal), kReason);
+               ? fmt::format("{}; press Ctrl-C again to stop immediately", kReason)
+               : fmt::format(
+                     "{}: the run continues, because {}; press Ctrl-C twice to stop immediately",
+                     NameOfSignal(signal), kReason);
 }
 
 std::wstring MessageOf(const Frame &frame) {
@@ -30,17 +31,17 @@ std::wstring MessageOf(const Frame &frame) {
 
 } // namespace
 
-// What goes wrong while a run is shown must not end a run that programs a device.
-// RETURNS whether nothing did.
+// A failure while showing a run must not end it, because it programs a device.
+// RETURNS whether action succeeded.
 template <class Action> bool LibraryRun::Attempt(const Action &action) {
-    constexpr const char *kNoMemory = "no memory"; // short enough to need none
+    constexpr const char *kOutOfMemory = "out of memory"; // short: needs no allocation
     try {
         action();
         return true;
     } catch (const std::bad_alloc &) {
-        m_problem = kNoMemory;
+        m_problem = kOutOfMemory;
     } catch (const std::exception &error) {
-        m_problem = kNoMemory;
+        m_problem = kOutOfMemory;
         m_problem = error.what();
     }
     return false;
@@ -53,11 +54,11 @@ template <class Event> void LibraryRun::Notify(const Event &event) {
 }
 
 void LibraryRun::ReportSignals() {
-    for (const int signal : m_child.TakeSignals()) {
+    for (const int signal : m_child.DrainSignals()) {
         if (!RunSignals::HasStopped()) {
-            const std::string words = WordsOfSignal(signal);
-            m_streams.Write(Stream::Error, "\nispctl: " + words + "\n");
-            Notify([&](RunObserver &observer) { observer.OnNotice(words); });
+            const std::string notice = SignalNotice(signal);
+            m_streams.Write(Stream::Error, "\nispctl: " + notice + "\n");
+            Notify([&](RunObserver &observer) { observer.OnNotice(notice); });
         }
     }
 }
@@ -72,7 +73,7 @@ bool LibraryRun::DrainText() {
     return any;
 }
 
-void LibraryRun::TellFrame(const Frame &frame) {
+void LibraryRun::HandleFrame(const Frame &frame) {
     switch (frame.kind) {
     case FrameKind::Progress:
         m_percent = ValueOf<int>(frame.payload);
@@ -91,49 +92,49 @@ void LibraryRun::TellFrame(const Frame &frame) {
     }
 }
 
-void LibraryRun::TakeFrames() {
-    while (m_heard) {
+void LibraryRun::HandleFrames() {
+    while (m_readable) {
         std::optional<Frame> frame;
-        m_heard = Attempt([&] { frame = m_child.TakeFrame(); });
-        if (!m_heard) {
+        m_readable = Attempt([&] { frame = m_child.NextFrame(); });
+        if (!m_readable) {
             m_child.StopListening();
         }
         if (!frame) {
             return;
         }
         DrainText();
-        TellFrame(*frame);
+        HandleFrame(*frame);
         m_child.Answer();
     }
 }
 
-std::optional<Frame> LibraryRun::WaitForFirst() {
+std::optional<Frame> LibraryRun::WaitForFirstFrame() {
     std::optional<Frame> frame;
     while (!frame && !m_child.Status()) {
         m_child.Wait(-1);
         ReportSignals();
-        frame = m_child.TakeFrame();
+        frame = m_child.NextFrame();
         m_child.DrainAvailable([this](Stream, std::string_view bytes) {
             m_earlyText += bytes.substr(0, kMaxEarlyText - m_earlyText.size());
         });
     }
-    return frame ? frame : m_child.TakeFrame();
+    return frame ? frame : m_child.NextFrame();
 }
 
 void LibraryRun::Follow() {
-    bool textWaits = !m_earlyText.empty();
+    bool textPending = !m_earlyText.empty();
     while (!m_child.Status()) {
-        const bool came = m_child.Wait(textWaits ? kPauseMilliseconds : -1);
+        const bool woken = m_child.Wait(textPending ? kPauseMilliseconds : -1);
         ReportSignals();
-        TakeFrames();
+        HandleFrames();
         const bool text = DrainText();
-        if (!came) {
+        if (!woken) {
             Notify([](RunObserver &observer) { observer.OnPause(); });
         }
-        // After a pause everything is told; only new text starts the next one.
-        textWaits = text || (textWaits && came);
+        // OnPause has emitted all pending text; only new text starts the next wait.
+        textPending = text || (textPending && woken);
     }
-    TakeFrames();
+    HandleFrames();
     DrainText();
 }
 
@@ -156,7 +157,7 @@ RunOutcome LibraryRun::Outcome() const {
     }
     if (RunSignals::HasStopped()) {
         outcome.end = RunEnd::Interrupted;
-    } else if (!m_result && !m_heard) {
+    } else if (!m_result && !m_readable) {
         outcome.end = RunEnd::Unheard;
     } else if (WIFSIGNALED(status)) {
         outcome.end = RunEnd::Signal;
@@ -165,10 +166,10 @@ RunOutcome LibraryRun::Outcome() const {
         outcome.end = RunEnd::Exit;
         outcome.number = WEXITSTATUS(status);
     }
-    // A code that the library does not form comes from a plug-in, whatever else is seen.
-    const bool own = m_result && !DescribeResult(m_result->code).name.empty();
-    outcome.pluginCalled =
-        !own || m_result->pluginLoaded != 0 || m_calledBack || outcome.end != RunEnd::Returned;
+    // A code that the library never returns itself comes from a plug-in, so a plug-in was called.
+    const bool codeOfLibrary = m_result && !DescribeResult(m_result->code).name.empty();
+    outcome.pluginCalled = !codeOfLibrary || m_result->pluginLoaded != 0 || m_calledBack ||
+                           outcome.end != RunEnd::Returned;
     return outcome;
 }
 

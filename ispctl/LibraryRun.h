@@ -11,22 +11,22 @@
 
 namespace ispctl {
 
-/// Follows the library's process and tells the observers what happens, in the order in which it
-/// happens: text that was written before a callback is told before it.
+/// Follows the library's process and notifies the observers in order: text that was written before
+/// a callback is reported before it.
 class LibraryRun {
   public:
     LibraryRun(ChildProcess &child, ConsoleStreams &streams) : m_child(child), m_streams(streams) {}
 
-    /// Waits for the process to say whether the library can be called.
-    /// RETURNS nothing where it ended before it could.
-    std::optional<Frame> WaitForFirst();
-    /// What was written meanwhile, at most 64 KiB.
+    /// Waits for the frame that reports whether the library can be called.
+    /// RETURNS nothing if the process ended without one.
+    std::optional<Frame> WaitForFirstFrame();
+    /// The text written before that frame, at most 64 KiB.
     const std::string &EarlyText() const {
         return m_earlyText;
     }
-    /// Follows the call to the end of the process.
+    /// Starts the call and follows it to the end of the process.
     RunOutcome Run(std::vector<RunObserver *> observers);
-    /// RETURNS why not everything that happened was told; empty if it was.
+    /// RETURNS why an event could not be reported; empty if all were.
     const std::string &Problem() const {
         return m_problem;
     }
@@ -36,8 +36,8 @@ class LibraryRun {
     template <class Event> void Notify(const Event &event);
     void ReportSignals();
     bool DrainText();
-    void TakeFrames();
-    void TellFrame(const Frame &frame);
+    void HandleFrames();
+    void HandleFrame(const Frame &frame);
     void Follow();
     RunOutcome Outcome() const;
 
@@ -49,7 +49,7 @@ class LibraryRun {
     std::optional<int> m_percent;
     bool m_calledBack = false;
     std::string m_problem;
-    bool m_heard = true;
+    bool m_readable = true; ///< false: reading frames has failed
 };
 
 } // namespace ispctl

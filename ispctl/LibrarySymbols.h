@@ -19,7 +19,8 @@ template <class Function> std::string MangledName(std::string_view name) {
     return symbol.append(name).append(type.substr(2, type.size() - 3));
 }
 
-/// Looks a symbol up. RETURNS whether it was found; else the slot is null.
+/// Looks up a symbol. RETURNS whether it was found; if not, slot is null. memcpy, because a cast
+/// from void * to a function pointer is only conditionally supported.
 template <class Function>
 bool ResolveSymbol(void *handle, const std::string &symbol, Function *&slot) {
     void *address = ::dlsym(handle, symbol.c_str());

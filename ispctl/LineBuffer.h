@@ -7,26 +7,26 @@
 
 namespace ispctl {
 
-/// Cuts a stream of bytes into pieces: lines with their line ends, and texts without line end where
-/// something else comes in between. All pieces together are the stream.
+/// Splits a stream of bytes into lines with their newlines, or parts of lines if something else
+/// comes in between. The pieces concatenated are the stream.
 class LineBuffer {
   public:
     using Emit = std::function<void(std::string_view)>;
 
     explicit LineBuffer(Emit emit) : m_emit(std::move(emit)) {}
 
-    /// Emits each line that bytes complete; the rest waits.
+    /// Emits each complete line and keeps the rest.
     void Add(std::string_view bytes);
-    /// Emits the waiting text, except the bytes of a character that is not complete yet.
+    /// Emits the pending text, except the bytes of an incomplete character.
     void FlushCompleteCharacters();
-    /// Emits all waiting text.
+    /// Emits all pending text.
     void EmitAll();
 
   private:
     void EmitFirst(std::size_t length);
 
     Emit m_emit;
-    std::string m_waiting;
+    std::string m_pending;
 };
 
 } // namespace ispctl

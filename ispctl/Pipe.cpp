@@ -17,7 +17,7 @@ void Descriptor::Close() {
 Pipe Pipe::Make() {
     std::array<int, 2> ends{};
     if (::pipe(ends.data()) != 0) {
-        throw std::system_error(errno, std::generic_category(), "a pipe cannot be made");
+        throw std::system_error(errno, std::generic_category(), "cannot create a pipe");
     }
     Pipe made{Descriptor(ends[0]), Descriptor(ends[1])};
     SetInherited(ends[0], false);
@@ -45,7 +45,7 @@ long ReadAvailable(int descriptor, char *buffer, std::size_t size) {
     const long length = ReadSome(descriptor, buffer, size);
     if (length < 0 && errno != EAGAIN && errno != EWOULDBLOCK) {
         throw std::system_error(errno, std::generic_category(),
-                                "the library's process cannot be heard");
+                                "cannot read from the library's process");
     }
     return length;
 }

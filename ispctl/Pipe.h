@@ -31,29 +31,29 @@ class Descriptor {
     int m_number;
 };
 
-/// Both ends of a pipe; neither is inherited by a program that is started.
+/// Both ends of a pipe; started programs inherit neither.
 struct Pipe {
     Descriptor readEnd;
     Descriptor writeEnd;
 
-    /// Throws std::system_error where none can be made.
+    /// Throws std::system_error if no pipe can be created.
     static Pipe Make();
 };
 
-/// Reading and writing there never wait.
+/// Makes reads and writes return instead of waiting.
 void SetNonBlocking(const Descriptor &descriptor);
 
-/// Lets a program that is started inherit it, or not.
+/// Sets whether started programs inherit the descriptor.
 void SetInherited(int descriptor, bool inherited);
 
-/// Reads at most size bytes. RETURNS their count, 0 at the end, -1 with errno where nothing is
-/// there (EAGAIN) or on failure.
+/// Reads at most size bytes. RETURNS their count, 0 at the end, -1 with errno on failure or if
+/// there is nothing yet (EAGAIN).
 long ReadSome(int descriptor, char *buffer, std::size_t size) noexcept;
 
-/// As ReadSome, but throws std::system_error on failure: -1 means that nothing is there yet.
+/// As ReadSome, but throws std::system_error on failure: -1 means that there is nothing yet.
 long ReadAvailable(int descriptor, char *buffer, std::size_t size);
 
-/// Reads exactly size bytes, however long that takes. RETURNS whether they came.
+/// Reads exactly size bytes and waits for them. RETURNS false at the end or on failure.
 bool ReadExactly(int descriptor, char *buffer, std::size_t size) noexcept;
 
 } // namespace ispctl

@@ -12,7 +12,8 @@ namespace {
 constexpr int kBarWidth = 40;
 constexpr std::string_view kEraseLine = "\r\033[K";
 
-// The library ends a coloured line with the colour's end behind the line end.
+// The library resets the colour of a line after its newline, so the newline is not the last
+// character.
 std::string_view WithoutTrailingColours(std::string_view text) {
     while (!text.empty() && text.back() == 'm') {
         const auto escape = text.rfind("\033[");
@@ -29,7 +30,8 @@ std::string_view WithoutTrailingColours(std::string_view text) {
 
 ProgressView::ProgressView(ConsoleStreams &streams)
     : m_streams(streams), m_output(streams.TheCharset()), m_error(streams.TheCharset()),
-      m_bar(ConsoleStreams::IsTerminal(Stream::Error)), m_one(ConsoleStreams::ShareOneTarget()) {}
+      m_bar(ConsoleStreams::IsTerminal(Stream::Error)),
+      m_sharedTarget(ConsoleStreams::ShareOneTarget()) {}
 
 void ProgressView::EraseBar() {
     if (m_barShown) {
@@ -43,7 +45,7 @@ void ProgressView::DrawBar() {
     const int filled = percent * kBarWidth / 100;
     const std::string bar = fmt::format("{}{}[{:#<{}}{:-<{}}] {:3} %", m_midLine ? "\n" : "",
                                         kEraseLine, "", filled, "", kBarWidth - filled, m_percent);
-    // A full bar stays; a later action, after a boot firmware for instance, gets a bar of its own.
+    // A full bar stays; a later step, for example after a boot firmware, gets a new one.
     m_streams.Write(Stream::Error, percent == 100 ? bar + "\n" : bar);
     m_errorMidLine = false;
     m_barShown = percent < 100;
@@ -83,7 +85,7 @@ void ProgressView::OnMessage(std::wstring_view text) {
         m_midLine = false;
     }
     m_streams.Write(Stream::Output, line);
-    m_errorMidLine = m_errorMidLine && !m_one;
+    m_errorMidLine = m_errorMidLine && !m_sharedTarget;
     if (redraw) {
         DrawBar();
     }
@@ -95,7 +97,7 @@ void ProgressView::ShowConsole(Stream stream, std::string_view shown) {
         EraseBar();
         m_midLine = text.empty() ? m_midLine : text.back() != '\n';
     }
-    if ((stream == Stream::Error || m_one) && !text.empty()) {
+    if ((stream == Stream::Error || m_sharedTarget) && !text.empty()) {
         m_errorMidLine = text.back() != '\n';
     }
     m_streams.Write(stream, shown);
@@ -108,7 +110,7 @@ void ProgressView::OnConsole(Stream stream, std::string_view bytes) {
     }
 }
 
-// What still waits for the rest of a character goes before what happens next.
+// An incomplete character is written before the next event, so that the order is kept.
 void ProgressView::FinishConsole() {
     for (const Stream stream : {Stream::Output, Stream::Error}) {
         const std::string shown = (stream == Stream::Output ? m_output : m_error).Finish();

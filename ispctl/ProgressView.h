@@ -9,9 +9,9 @@
 
 namespace ispctl {
 
-/// Shows a run to a person. Messages and the library's text are its product and go to standard
-/// output; progress and the result in words go to standard error. On a terminal progress is a bar,
-/// elsewhere a line for each tenth.
+/// Shows a run to a person. Messages and the library's text go to standard output, where a caller
+/// may capture them; progress and the result message go to standard error. Progress is a bar on a
+/// terminal, otherwise a line per 10 %.
 class ProgressView : public RunObserver {
   public:
     explicit ProgressView(ConsoleStreams &streams);
@@ -35,9 +35,9 @@ class ProgressView : public RunObserver {
     VisibleStream m_error;
     bool m_bar;
     bool m_barShown = false;
-    bool m_one;                  ///< both streams lead to the same file
-    bool m_midLine = false;      ///< the terminal's last line has text and no line end
-    bool m_errorMidLine = false; ///< the same of what follows on standard error
+    bool m_sharedTarget;         ///< both streams go to the same file
+    bool m_midLine = false;      ///< the terminal's last line has text and no newline
+    bool m_errorMidLine = false; ///< the same for the output on standard error
     int m_percent = kNone;       ///< last value reported
     int m_tenth = kNone;         ///< last tenth printed as a line
 };

@@ -22,22 +22,23 @@ constexpr SignalName kSignals[] = {
     {SIGUSR2, "SIGUSR2"}, {SIGXCPU, "SIGXCPU"}, {SIGXFSZ, "SIGXFSZ"},
 };
 
-// The library gives -1 for a line that it refuses, and for what fails inside a call; a plug-in may
-// return it, too, or throw.
+// The library returns -1 for a rejected line and for a failure inside a call; a plug-in may also
+// return -1 or throw.
 constexpr std::string_view kRefused = "the command line was refused";
-constexpr std::string_view kGaveUp = "the plug-in failed or threw, or the library gave up";
+constexpr std::string_view kGaveUp =
+    "the plug-in failed or threw an exception, or a call inside the library failed";
 
-std::string WordsOfEnd(const RunOutcome &outcome) {
+std::string DescribeEnd(const RunOutcome &outcome) {
     switch (outcome.end) {
     case RunEnd::Exit:
         return fmt::format("the plug-in ended the process (exit status {})", outcome.number);
     case RunEnd::Signal:
-        return fmt::format("{} ended the process of library and plug-in",
+        return fmt::format("{} ended the process of the library and its plug-ins",
                            NameOfSignal(outcome.number));
     case RunEnd::Interrupted:
         return "stopped by the second Ctrl-C";
     case RunEnd::Unheard:
-        return "what the process of library and plug-in reports could not be read";
+        return "the reports of the library's process could not be read";
     default:
         return "";
     }
@@ -56,7 +57,7 @@ ResultInfo DescribeResult(int code, bool pluginCalled) {
         SCALER_ISP_RESULT_CODES(ISPCTL_RESULT_CASE)
 #undef ISPCTL_RESULT_CASE
     default:
-        return {"", "from the plug-in"};
+        return {"", "error code of the plug-in (see its documentation)"};
     }
 }
 
@@ -73,13 +74,13 @@ std::string NameOfSignal(int signal) {
     return fmt::format("signal {}", signal);
 }
 
-std::string WordsOfStatus(int status) {
+std::string DescribeStatus(int status) {
     return WIFSIGNALED(status) ? fmt::format(" ({})", NameOfSignal(WTERMSIG(status)))
                                : fmt::format(" (exit status {})", WEXITSTATUS(status));
 }
 
 std::string MeaningOf(const RunOutcome &outcome) {
-    const std::string end = WordsOfEnd(outcome);
+    const std::string end = DescribeEnd(outcome);
     if (!outcome.code) {
         return end;
     }

@@ -8,32 +8,32 @@
 
 namespace ispctl {
 
-/// What is known about a result code.
+/// Name and meaning of a result code.
 struct ResultInfo {
-    std::string_view name; ///< the name in abi/ResultCodes.h; empty for a code of a plug-in
+    std::string_view name; ///< its name in abi/ResultCodes.h; empty if it is a plug-in's code
     std::string_view meaning;
 };
 
-/// \param pluginCalled  false: it is certain that no function of a plug-in was called
+/// \param pluginCalled  false only if certainly no function of a plug-in was called
 ResultInfo DescribeResult(int code, bool pluginCalled = false);
 
-/// RETURNS the code as the library prints it: "0x" and upper-case hexadecimal digits.
+/// RETURNS "0x" and upper-case hexadecimal digits, as the library prints a code.
 std::string FormatResultCode(int code);
 
-/// RETURNS "SIGSEGV", or "signal 64" for one without a name.
+/// RETURNS "SIGSEGV", or "signal 64" if the signal has no name.
 std::string NameOfSignal(int signal);
 
-/// RETURNS " (exit status 3)" or " (SIGSEGV)" for a status of waitpid.
-std::string WordsOfStatus(int status);
+/// RETURNS " (exit status 3)" or " (SIGSEGV)" for a status from waitpid.
+std::string DescribeStatus(int status);
 
-/// RETURNS what the run came to, in words: the meaning of the result, or what ended the process.
+/// RETURNS the meaning of the result, or what ended the process.
 std::string MeaningOf(const RunOutcome &outcome);
 
-/// RETURNS what is known of the device after a run that is no success: "nothing was done", or "the
-/// state of the device is unknown".
+/// RETURNS the state of the device after a failed run: "nothing was done", or "the state of the
+/// device is unknown".
 std::string_view DeviceAfter(const RunOutcome &outcome);
 
-/// RETURNS the whole sentence: whether it failed, with what, at which progress, and the device.
+/// RETURNS the complete message: success, or the failure, its code, the progress, and the device.
 std::string SentenceOf(const RunOutcome &outcome);
 
 } // namespace ispctl

@@ -20,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// What the library's process says of the call that it is about to make.
+/// The call that the library's process is about to make.
 struct ReadyCall {
     std::string library; ///< absolute path
     std::string line;
@@ -31,39 +31,38 @@ ReadyCall ReadyFrom(const std::string &payload) {
     return {payload.substr(0, end), payload.substr(end + 1)};
 }
 
-/// Nobody but the library's process knows whether the library can be called.
-/// RETURNS nothing where it cannot be, after saying why.
-std::optional<ReadyCall> WaitUntilReady(const LibraryRun &events, const std::optional<Frame> &first,
+/// Reads the first frame: only the library's process knows whether the library can be called.
+/// RETURNS nothing if it cannot, after printing why.
+std::optional<ReadyCall> WaitUntilReady(const LibraryRun &run, const std::optional<Frame> &first,
                                         ConsoleStreams &streams, ChildProcess &child) {
     if (first && first->kind == FrameKind::Ready) {
         return ReadyFrom(first->payload);
     }
-    streams.Print(Stream::Error, events.EarlyText());
+    streams.Print(Stream::Error, run.EarlyText());
     if (first) {
         streams.PrintMessage(first->payload);
     } else {
         streams.PrintMessage(
-            fmt::format("the library was not called: its process ended while it was "
-                        "opened{}",
-                        WordsOfStatus(child.Status().value_or(0))));
+            fmt::format("the library was not called: opening it ended its process{}",
+                        DescribeStatus(child.Status().value_or(0))));
     }
     return std::nullopt;
 }
 
-void PrintNotices(const RunOptions &options, const fs::path &folder, ConsoleStreams &streams) {
+void PrintNotices(const RunOptions &options, const fs::path &directory, ConsoleStreams &streams) {
     if (options.virtualScaler) {
         streams.PrintMessage("virtual scaler: no hardware is touched");
     }
-    if (!IsTextOfEnvironment(folder)) {
+    if (!IsTextOfEnvironment(directory)) {
         streams.PrintMessage(
-            fmt::format("the library's folder {} cannot be expressed in the encoding of "
-                        "the environment, {}: plug-ins get an empty folder; set a UTF-8 "
+            fmt::format("the library's directory {} cannot be expressed in the encoding of "
+                        "the environment, {}: plug-ins get an empty directory; set a UTF-8 "
                         "locale, such as LC_ALL=C.UTF-8",
-                        folder.string(), EnvironmentEncoding()));
+                        directory.string(), EnvironmentEncoding()));
     }
     std::error_code ignored;
     const auto here = fs::current_path(ignored);
-    for (const std::string &hint : FileHints(options.arguments, folder, here)) {
+    for (const std::string &hint : FileHints(options.arguments, directory, here)) {
         streams.PrintMessage(hint);
     }
 }
@@ -78,20 +77,21 @@ std::optional<RunLog> OpenLog(const RunOptions &options, const ReadyCall &call) 
     return log;
 }
 
-/// What is missing in what was shown is said wherever that is still possible.
+/// Reports incomplete output on each stream and in the log if they still work, so that it is not
+/// mistaken for a success.
 ExitStatus StatusOf(const RunOutcome &outcome, const std::string &problem, RunLog *log,
                     const RunOptions &options, ConsoleStreams &streams) {
     bool complete = problem.empty();
     if (!complete) {
-        streams.PrintMessage("not everything could be shown: " + problem);
+        streams.PrintMessage("the output is incomplete: " + problem);
     }
     if (log != nullptr && !streams.IsComplete()) {
         log->OnNotice(streams.Problem());
     }
     if (log != nullptr && log->Error() != 0) {
         complete = false;
-        streams.PrintMessage(fmt::format("the log {} is not complete: {}", options.log,
-                                         std::strerror(log->Error())));
+        streams.PrintMessage(fmt::format("writing the log {} failed; it is incomplete: {}",
+                                         options.log, std::strerror(log->Error())));
     }
     if (outcome.end == RunEnd::Interrupted) {
         return kExitInterrupted;
@@ -99,7 +99,7 @@ ExitStatus StatusOf(const RunOutcome &outcome, const std::string &problem, RunLo
     return outcome.IsSuccess() && complete ? kExitSuccess : kExitFailedRun;
 }
 
-ExitStatus Run(const RunOptions &options, const ReadyCall &call, LibraryRun &events,
+ExitStatus Run(const RunOptions &options, const ReadyCall &call, LibraryRun &run,
                ConsoleStreams &streams) {
     auto log = OpenLog(options, call);
     PrintNotices(options, fs::path(call.library).parent_path(), streams);
@@ -110,8 +110,8 @@ ExitStatus Run(const RunOptions &options, const ReadyCall &call, LibraryRun &eve
     if (log) {
         observers.push_back(&*log);
     }
-    const RunOutcome outcome = events.Run(std::move(observers));
-    return StatusOf(outcome, events.Problem(), log ? &*log : nullptr, options, streams);
+    const RunOutcome outcome = run.Run(std::move(observers));
+    return StatusOf(outcome, run.Problem(), log ? &*log : nullptr, options, streams);
 }
 
 } // namespace
@@ -122,14 +122,14 @@ ExitStatus RunCommand(const RunOptions &options, const std::vector<std::string> 
         streams.PrintMessage("no arguments for the library; see ispctl run --help");
         return kExitNotRun;
     }
-    const bool one = options.json || ConsoleStreams::ShareOneTarget();
+    const bool onePipe = options.json || ConsoleStreams::ShareOneTarget();
     ChildProcess child(arguments,
-                       one ? ChildProcess::Ordering::OnePipe : ChildProcess::Ordering::TwoPipes,
+                       onePipe ? ChildProcess::Ordering::OnePipe : ChildProcess::Ordering::TwoPipes,
                        RunSignals::Stop::AtSecondInterrupt);
-    LibraryRun events(child, streams);
-    const auto first = events.WaitForFirst();
-    const auto call = WaitUntilReady(events, first, streams, child);
-    return call ? Run(options, *call, events, streams) : kExitNotRun;
+    LibraryRun run(child, streams);
+    const auto first = run.WaitForFirstFrame();
+    const auto call = WaitUntilReady(run, first, streams, child);
+    return call ? Run(options, *call, run, streams) : kExitNotRun;
 }
 
 } // namespace ispctl

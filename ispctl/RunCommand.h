@@ -9,17 +9,18 @@
 
 namespace ispctl {
 
-/// What `ispctl run` was asked for.
+/// The options of `ispctl run`.
 struct RunOptions {
     std::string library;                ///< empty: the installed one
-    bool virtualScaler = false;         ///< take the virtual scaler's library
-    bool json = false;                  ///< standard output carries JSON only
+    bool virtualScaler = false;         ///< use the virtual scaler's library
+    bool json = false;                  ///< standard output is JSON only
     std::string log;                    ///< file to append to; empty: none
-    std::vector<std::string> arguments; ///< for the library, as typed
+    std::vector<std::string> arguments; ///< for the library, unchanged
 };
 
-/// Hands the arguments to the library as one command line, in a process of its own, and shows the
-/// run. \param arguments  of this program, for that process
+/// Passes options.arguments to the library as one command line, in a separate process, and shows
+/// the run.
+/// \param arguments  all arguments of this program, from which that process parses the same options
 ExitStatus RunCommand(const RunOptions &options, const std::vector<std::string> &arguments,
                       ConsoleStreams &streams);
 

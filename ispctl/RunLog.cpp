@@ -27,7 +27,7 @@ std::string Now() {
                        part.count());
 }
 
-// One event stays one line, and a log never colours a terminal.
+// One line per event, and no control characters that would act on the terminal of a reader.
 std::string Printable(std::string_view bytes) {
     if (!bytes.empty() && bytes.back() == '\n') {
         bytes.remove_suffix(1);
@@ -35,13 +35,13 @@ std::string Printable(std::string_view bytes) {
     return Visible(EscapeBytes(bytes).text, Layout::OneLine, Charset::Utf8);
 }
 
-// A pipe without a reader would be waited for.
+// O_NONBLOCK only for open, which would otherwise wait for a reader if the file is a pipe.
 Descriptor OpenLog(const std::string &file) {
     Descriptor log(::open(file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK,
                           0666)); // NOLINT(*-vararg)
     if (!log.IsOpen()) {
         throw std::system_error(errno, std::generic_category(),
-                                fmt::format("the log {} cannot be written", file));
+                                fmt::format("cannot write the log {}", file));
     }
     ::fcntl(log.Number(), F_SETFL, O_APPEND);
     return log;

@@ -10,14 +10,15 @@
 
 namespace ispctl {
 
-/// Appends a run to a file, one line an event: time (UTC, milliseconds), kind, text. Texts are
-/// UTF-8 and made visible.
+/// Appends a run to a file, one line per event: time (UTC, milliseconds), kind, text. The text is
+/// UTF-8 with control characters made visible.
 class RunLog : public RunObserver {
   public:
-    /// Throws std::system_error where the file cannot be opened; never waits for a reader.
+    /// Throws std::system_error if the file cannot be opened; does not wait for the reader of a
+    /// pipe.
     explicit RunLog(const std::string &file);
 
-    /// RETURNS 0, or the errno of the first failure since the file was opened.
+    /// RETURNS 0, or the errno of the first failed write.
     int Error() const {
         return m_errno;
     }

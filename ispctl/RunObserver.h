@@ -7,23 +7,24 @@
 
 namespace ispctl {
 
-/// Which standard stream a text was written to.
+/// The standard stream that text was written to.
 enum class Stream { Output, Error };
 
-/// Sees one run as it happens.
+/// Receives the events of one run in their order.
 class RunObserver {
   public:
     virtual ~RunObserver() = default;
 
-    /// UNITS: percent, as the plug-in reports it.
+    /// UNITS: percent, as reported by the plug-in; may be outside 0 to 100.
     virtual void OnProgress(int percent) = 0;
-    /// A message for the user, as the plug-in gives it; it may or may not end in a line end.
+    /// A message of the plug-in for the user, unchanged; it may or may not end with a newline.
     virtual void OnMessage(std::wstring_view text) = 0;
-    /// What library and plug-ins wrote, in pieces of any length: a line may come in several calls.
+    /// Output of the library and its plug-ins in pieces of any length; a line may take several
+    /// calls.
     virtual void OnConsole(Stream stream, std::string_view bytes) = 0;
-    /// Nothing was written for a while.
+    /// Nothing was written for a while, so an incomplete line can be shown.
     virtual void OnPause() {}
-    /// What the console itself says while the run goes on.
+    /// A message of ispctl itself during the run.
     virtual void OnNotice(std::string_view) {}
     /// The run is over; nothing follows.
     virtual void OnEnd(const RunOutcome &outcome) = 0;

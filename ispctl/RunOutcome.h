@@ -11,18 +11,18 @@ enum class RunEnd {
     Exit,        ///< by exit or _exit in a plug-in, whatever the status
     Signal,      ///< by a signal
     Interrupted, ///< by the second Ctrl-C
-    Unheard,     ///< somehow: what it tells could not be read to its end
+    Unheard,     ///< unknown: its reports could not be read to the end
 };
 
-/// Everything that is known of a run that is over.
+/// The result of a run.
 struct RunOutcome {
     RunEnd end = RunEnd::Returned;
     int number = 0;             ///< the exit status or the signal
-    std::optional<int> code;    ///< what the library returned
-    bool pluginCalled = true;   ///< false: it is certain that no function of a plug-in was called
-    std::optional<int> percent; ///< the last progress
+    std::optional<int> code;    ///< the library's result code; nothing: it did not return
+    bool pluginCalled = true;   ///< false only if certainly no function of a plug-in was called
+    std::optional<int> percent; ///< last reported progress
 
-    /// Only a result of the library can be a success.
+    /// An exit status of 0 alone is not a success: a plug-in may have called exit(0).
     bool IsSuccess() const {
         return end == RunEnd::Returned && code == 0;
     }

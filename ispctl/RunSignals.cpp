@@ -11,12 +11,12 @@ namespace ispctl {
 namespace {
 
 constexpr std::array<int, 4> kStopSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
-constexpr std::array<int, 6> kTaken{SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGCHLD, SIGALRM};
+constexpr std::array<int, 6> kHandled{SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGCHLD, SIGALRM};
 
-// How long the last words may take after the other process was ended. UNITS: seconds.
-constexpr unsigned kTimeForLastWords = 2;
+// Time to write the final output after the library's process was killed. UNITS: seconds.
+constexpr unsigned kFinalOutputSeconds = 2;
 
-// What the handler touches.
+// The state of the signal handler: lock-free atomics only, because it runs asynchronously.
 std::atomic<int> g_wake{-1};
 std::atomic<int> g_process{0};
 std::atomic<int> g_interrupts{0};
@@ -28,10 +28,10 @@ bool EndsTheRun(int signal) {
     return signal != SIGCHLD && (g_stopAtFirst || (signal == SIGINT && ++g_interrupts > 1));
 }
 
-extern "C" void TakeSignal(int signal) {
+extern "C" void OnSignal(int signal) {
     const int error = errno;
     if (signal == SIGALRM) {
-        // Nobody takes the last words.
+        // The reader of the output does not accept the final output.
         ::_exit(kExitInterrupted);
     }
     if (EndsTheRun(signal)) {
@@ -39,7 +39,7 @@ extern "C" void TakeSignal(int signal) {
         if (g_process != 0) {
             ::kill(g_process, SIGKILL);
         }
-        ::alarm(kTimeForLastWords);
+        ::alarm(kFinalOutputSeconds);
     }
     const auto byte = static_cast<char>(signal);
     static_cast<void>(::write(g_wake, &byte, 1));
@@ -76,9 +76,9 @@ RunSignals::RunSignals(Stop stop) : m_wake(Pipe::Make()) {
     g_stopped = false;
     g_interrupts = 0;
     struct sigaction wanted {};
-    wanted.sa_handler = TakeSignal;
+    wanted.sa_handler = OnSignal;
     wanted.sa_flags = SA_RESTART | SA_NOCLDSTOP;
-    for (const int signal : kTaken) {
+    for (const int signal : kHandled) {
         m_previous.emplace_back();
         ::sigaction(signal, &wanted, &m_previous.back());
     }
@@ -86,12 +86,12 @@ RunSignals::RunSignals(Stop stop) : m_wake(Pipe::Make()) {
 
 RunSignals::~RunSignals() {
     ::alarm(0);
-    for (std::size_t i = 0; i < kTaken.size(); ++i) {
-        ::sigaction(kTaken[i], &m_previous[i], nullptr);
+    for (std::size_t i = 0; i < kHandled.size(); ++i) {
+        ::sigaction(kHandled[i], &m_previous[i], nullptr);
     }
 }
 
-std::vector<int> RunSignals::Take() {
+std::vector<int> RunSignals::Drain() {
     std::vector<int> signals;
     std::array<char, 64> buffer{};
     long length = 0;

@@ -9,36 +9,38 @@
 
 namespace ispctl {
 
-/// The signals that the console takes while the library's process runs, and leaves to nobody else.
+/// Handles the stop signals while the library's process runs, which itself blocks them.
 ///
-/// They never end the console itself: SIGINT, SIGTERM, SIGHUP and SIGQUIT are noted, and only the
-/// second SIGINT ends the other process. One at a time in a process.
+/// They never end ispctl itself: SIGINT, SIGTERM, SIGHUP and SIGQUIT are recorded, and Stop says
+/// which of them ends the library's process. One object at a time.
 class RunSignals {
   public:
     enum class Stop {
-        AtSecondInterrupt, ///< stopping can leave a device without firmware
-        AtFirst,           ///< any of these signals stops
+        AtSecondInterrupt, ///< for programming: stopping can leave a device without firmware
+        AtFirst,           ///< any of these signals ends the library's process
     };
 
-    /// Throws std::system_error where the pipe cannot be made.
+    /// Throws std::system_error if the pipe cannot be created.
     explicit RunSignals(Stop stop);
     ~RunSignals();
     RunSignals(const RunSignals &) = delete;
     RunSignals &operator=(const RunSignals &) = delete;
 
-    /// The signals that a person or a supervisor stops programs with.
+    /// SIGINT, SIGTERM, SIGHUP and SIGQUIT: the signals by which users and supervisors stop
+    /// programs.
     static sigset_t StopSignals();
-    /// Names the process to be ended. \param process  0: there is none (any more)
+    /// Sets the process to end, because the signal handler cannot look it up. \param process  0:
+    /// none
     static void Watch(pid_t process);
-    /// RETURNS whether the signals have ended the other process.
+    /// RETURNS whether a signal has ended the library's process.
     static bool HasStopped();
 
-    /// Becomes readable when a signal, or the end of a process, has come.
+    /// Readable after a signal or the end of a process, so that poll can wait for both.
     int WakeDescriptor() const {
         return m_wake.readEnd.Number();
     }
-    /// RETURNS the stop signals that came since the last call.
-    std::vector<int> Take();
+    /// RETURNS the stop signals received since the last call.
+    std::vector<int> Drain();
 
   private:
     Pipe m_wake;

@@ -15,14 +15,14 @@ std::string EncodeFrame(FrameKind kind, std::string_view payload) {
     return frame.append(BytesOf(length)).append(payload);
 }
 
-std::optional<Frame> FrameReader::Take() {
+std::optional<Frame> FrameReader::Next() {
     if (m_bytes.size() < kHeadBytes) {
         return std::nullopt;
     }
     const auto length =
         ValueOf<std::uint32_t>(std::string_view(m_bytes).substr(1, sizeof(std::uint32_t)));
     if (length > kMaxFrame) {
-        throw std::runtime_error("the library's process tells what cannot be understood");
+        throw std::runtime_error("the library's process sent an invalid frame");
     }
     if (m_bytes.size() < kHeadBytes + length) {
         return std::nullopt;

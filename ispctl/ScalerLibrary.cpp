@@ -17,7 +17,7 @@ std::optional<ScalerLibrary> ScalerLibrary::Open(const std::filesystem::path &fi
     void *handle = ::dlopen(library.m_path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (handle == nullptr) {
         const char *text = ::dlerror();
-        error = fmt::format("the library cannot be opened: {}", text != nullptr ? text : "");
+        error = fmt::format("cannot open the library: {}", text != nullptr ? text : "");
         return std::nullopt;
     }
     library.m_handle = handle;
@@ -25,7 +25,7 @@ std::optional<ScalerLibrary> ScalerLibrary::Open(const std::filesystem::path &fi
         MangledName<std::remove_pointer_t<SplitFunction>>("ParseCommandLineParameter");
     if (!ResolveSymbol(handle, "OperateScaler", library.m_operate) ||
         !ResolveSymbol(handle, split, library.m_split)) {
-        error = fmt::format("{} is no ScalerIsp library for this console: {} is missing",
+        error = fmt::format("{} is not a compatible ScalerIsp library: symbol {} not found",
                             library.m_path.string(),
                             library.m_operate == nullptr ? "OperateScaler" : split);
         return std::nullopt;
@@ -34,11 +34,11 @@ std::optional<ScalerLibrary> ScalerLibrary::Open(const std::filesystem::path &fi
 }
 
 std::optional<std::vector<std::string>> ScalerLibrary::Split(const std::string &line) const {
-    std::vector<std::string> words;
-    if (m_split(words, line) != 1) {
+    std::vector<std::string> arguments;
+    if (m_split(arguments, line) != 1) {
         return std::nullopt;
     }
-    return words;
+    return arguments;
 }
 
 } // namespace ispctl

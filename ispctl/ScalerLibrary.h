@@ -10,34 +10,35 @@
 
 namespace ispctl {
 
-/// One ScalerIsp library, opened by path. The library looks for its plug-ins beside the path by
-/// which it was opened, and the loader opens one file only once, so a process opens one library
-/// only.
+/// One ScalerIsp library, opened by path. A process opens only one: the library looks for its
+/// plug-ins in the directory of the path by which it was opened, and the loader does not open the
+/// same file again under another path.
 class ScalerLibrary {
   public:
-    /// Opens the library; links in the path are not followed, a relative path is the caller's.
-    /// The library stays open until the process ends: its plug-ins may, too.
+    /// Opens the library. Symbolic links in the path are not resolved; a relative path is relative
+    /// to the current directory. Never closed, because plug-ins may still run code at the end of
+    /// the process.
     /// RETURNS nothing on failure, with the reason in error.
     static std::optional<ScalerLibrary> Open(const std::filesystem::path &file, std::string &error);
 
-    /// The folder against which the library resolves relative names.
-    std::filesystem::path Folder() const {
+    /// The directory against which the library resolves relative paths.
+    std::filesystem::path Directory() const {
         return m_path.parent_path();
     }
     const std::filesystem::path &Path() const {
         return m_path;
     }
 
-    /// For functions beside those of a run, as dlopen gave it.
+    /// The handle from dlopen, for functions that a run does not need.
     void *Handle() const {
         return m_handle;
     }
 
     /// Splits a line exactly as the library does.
-    /// RETURNS nothing where the library refuses the line.
+    /// RETURNS nothing if the library rejects the line.
     std::optional<std::vector<std::string>> Split(const std::string &line) const;
 
-    /// Carries out one command line; see OperateScaler.
+    /// Runs one command line; see OperateScaler.
     int Run(const std::wstring &line, ScalerIspProgressCallback progress,
             ScalerIspMessageCallback message) const {
         return m_operate(line.c_str(), nullptr, progress, message);

@@ -9,13 +9,13 @@
 
 namespace ispctl {
 
-/// What every command has: the way to the user, and who it is.
+/// The state that every subcommand gets.
 struct Session {
     ConsoleStreams streams;
-    std::vector<std::string> arguments; ///< of this program, as typed
-    ConsoleLink *link = nullptr;        ///< in the library's process: to the console; else null
+    std::vector<std::string> arguments; ///< of this program, unchanged
+    ParentLink *link = nullptr;         ///< to ispctl if this is the library's process; else null
 
-    /// Says why a command fails. RETURNS the status.
+    /// Prints why a command fails. RETURNS the status, so that a command can return the call.
     ExitStatus Fail(ExitStatus status, std::string_view text) {
         streams.PrintMessage(text);
         return status;

@@ -11,7 +11,7 @@ bool IsContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
-// Length that the first byte announces; 0 for a byte that cannot be first.
+// RETURNS the length that the first byte of a character encodes; 0 if it cannot be a first byte.
 std::size_t AnnouncedLength(char first) {
     const auto byte = static_cast<unsigned char>(first);
     if (byte < 0x80U) {

@@ -25,7 +25,7 @@ bool Stays(char32_t value, Layout layout) {
     return layout == Layout::Lines && (value == U'\n' || value == U'\t');
 }
 
-// Appends the first character of bytes. RETURNS how many bytes it has.
+// Appends the first character of bytes, escaped if necessary. RETURNS its length in bytes.
 std::size_t AppendFirst(std::string &shown, std::string_view bytes, Layout layout,
                         Charset charset) {
     const FirstCharacter first = DecodeFirst(bytes);
@@ -42,7 +42,7 @@ std::size_t AppendFirst(std::string &shown, std::string_view bytes, Layout layou
     return first.length;
 }
 
-// The length of the colour that bytes begin with; 0 for none.
+// RETURNS the length of the colour sequence at the start of bytes; 0 if there is none.
 std::size_t ColourLength(std::string_view bytes) {
     const auto *found = std::find_if(kColours.begin(), kColours.end(),
                                      [&](std::string_view c) { return bytes.starts_with(c); });
@@ -70,17 +70,17 @@ std::string Visible(std::string_view bytes, Layout layout, Charset charset) {
 }
 
 std::string VisibleStream::Add(std::string_view bytes) {
-    m_waiting += bytes;
-    return Take(false);
+    m_pending += bytes;
+    return Convert(false);
 }
 
 std::string VisibleStream::Finish() {
-    return Take(true);
+    return Convert(true);
 }
 
-std::string VisibleStream::Take(bool complete) {
+std::string VisibleStream::Convert(bool complete) {
     std::string shown;
-    std::string_view rest = m_waiting;
+    std::string_view rest = m_pending;
     while (!rest.empty()) {
         const std::size_t colour = ColourLength(rest);
         if (colour > 0) {
@@ -92,7 +92,7 @@ std::string VisibleStream::Take(bool complete) {
             rest.remove_prefix(AppendFirst(shown, rest, Layout::Lines, m_charset));
         }
     }
-    m_waiting.erase(0, m_waiting.size() - rest.size());
+    m_pending.erase(0, m_pending.size() - rest.size());
     return shown;
 }
 

@@ -6,40 +6,40 @@
 
 namespace ispctl {
 
-/// RETURNS whether a character acts on what is shown instead of being shown: C0, DEL and C1
+/// RETURNS whether a character controls the display instead of being displayed: C0, DEL and C1
 /// controls, Unicode's direction and tag characters, its line and paragraph separators.
 bool IsControl(char32_t value);
 
-/// Which characters of a text structure what is shown and stay as they are.
+/// Which control characters are layout and are kept.
 enum class Layout {
-    Lines,  ///< line ends and tabs
+    Lines,  ///< newlines and tabs
     OneLine ///< none
 };
 
-/// Which characters the reader can show.
+/// Which characters the terminal can display.
 enum class Charset { Utf8, Ascii };
 
-/// RETURNS the text with everything that could act on a terminal made visible: \xNN for a control
-/// byte and for a byte that is not UTF-8, \u{N} for any other control character and, in ASCII, for
-/// every character outside it. Backslashes stay as they are.
+/// RETURNS the text with everything escaped that could act on a terminal: \xNN for a control byte
+/// and for a byte that is not UTF-8, \u{N} for any other control character and, in ASCII, for every
+/// character outside it. Backslashes are kept, so the result is for reading only.
 std::string Visible(std::string_view bytes, Layout layout, Charset charset);
 
-/// Makes what library and plug-ins print visible as it comes, in pieces of any length. Line ends,
-/// tabs and the library's own colours (ESC[31m, ESC[32m, ESC[m) stay.
+/// Makes control characters visible in a stream that arrives in pieces of any length. Newlines,
+/// tabs and the library's own colours (ESC[31m, ESC[32m, ESC[m) are kept.
 class VisibleStream {
   public:
     explicit VisibleStream(Charset charset) : m_charset(charset) {}
 
-    /// RETURNS what can be shown now; a character or colour that is not complete yet waits.
+    /// RETURNS what can be shown now; keeps an incomplete character or colour sequence.
     std::string Add(std::string_view bytes);
-    /// RETURNS what still waits, made visible.
+    /// RETURNS the kept bytes, made visible.
     std::string Finish();
 
   private:
-    std::string Take(bool complete);
+    std::string Convert(bool complete);
 
     Charset m_charset;
-    std::string m_waiting; ///< a few bytes
+    std::string m_pending; ///< an incomplete character or colour
 };
 
 } // namespace ispctl

@@ -1,5 +1,5 @@
-// The console: one subcommand a job. A subcommand that hands arguments on cuts them off before the
-// option parser sees them, because that parser looks for its own options to the end of the line.
+// ispctl, one subcommand per task. The library's arguments are split off before the option parser
+// sees them, because the parser looks for its own options up to the end of the line.
 
 #include <algorithm>
 #include <csignal>
@@ -24,9 +24,9 @@
 namespace {
 
 constexpr const char *kRunFooter = R"(
-Options of run come before ARGS. From the first argument that is none of them
-everything goes to the library as typed; a -- at that place is dropped.
-Relative file names in ARGS are taken from the library's folder.
+Options of run must precede ARGS. Everything from the first unrecognised
+argument on is passed to the library unchanged; a -- at that point is removed.
+Relative paths in ARGS are resolved against the library's directory.
 
 Examples:
   ispctl run --virtual --isp --fw "$PWD/monitor.bin"
@@ -34,29 +34,31 @@ Examples:
   ispctl run --json --log line.log -- --isp --comm 1 --fw /srv/fw/monitor.bin
       programs a device, for a program that reads events from standard output
 
-Exit status: 0 success, 1 failed run, 2 wrong use (the library was not called),
-130 stopped by a second Ctrl-C.)";
+Exit status: 0 success, 1 failed run, 2 not run (bad usage, or a file or library
+could not be opened), 130 stopped by a second Ctrl-C.)";
 
 CLI::App *AddRun(CLI::App &app, ispctl::RunOptions &options) {
     CLI::App *run = app.add_subcommand(
-        "run", "Hands ARGS to the library as one command line and shows the run.");
+        "run", "Passes ARGS to the library as one command line and shows the run.");
     run->footer(kRunFooter);
     CLI::Option *file = run->add_option("--lib", options.library, "the library to open, by path")
                             ->type_name("FILE");
     run->add_flag("--virtual", options.virtualScaler,
-                  "take the virtual scaler's library: no hardware is touched")
+                  "use the virtual scaler's library: no hardware is touched")
         ->disable_flag_override()
         ->excludes(file);
-    run->add_flag("--json", options.json, "standard output carries JSON only, one event a line")
+    run->add_flag("--json", options.json, "write only JSON to standard output, one event per line")
         ->disable_flag_override();
-    run->add_option("--log", options.log, "append the run to FILE, with times")->type_name("FILE");
-    // For the help only: ARGS are cut off before the parser sees them.
-    run->add_option("ARGS", options.arguments, "the library's own options, as typed")
+    run->add_option("--log", options.log, "append the run to FILE, with timestamps")
+        ->type_name("FILE");
+    // For the help only: ARGS are split off before the parser sees them.
+    run->add_option("ARGS", options.arguments, "the library's own options, passed unchanged")
         ->type_name("");
     return run;
 }
 
-/// The parser's help, version and errors are texts like all others.
+/// Prints the parser's help, version or error through the streams, so that a failed write is
+/// noticed.
 ispctl::ExitStatus ShowParserEnd(const CLI::App &app, const CLI::ParseError &end,
                                  ispctl::ConsoleStreams &streams) {
     std::ostringstream output;
@@ -68,8 +70,9 @@ ispctl::ExitStatus ShowParserEnd(const CLI::App &app, const CLI::ParseError &end
 }
 
 ispctl::ExitStatus Main(ispctl::Session &session, ispctl::RunOptions &runOptions) {
-    CLI::App app("The console of ScalerIsp, the firmware programming library of display scalers.",
-                 "ispctl");
+    CLI::App app(
+        "Command-line tool of ScalerIsp, the firmware programming library for display scalers.",
+        "ispctl");
     app.set_version_flag("--version", "ispctl " ISPCTL_VERSION);
     app.require_subcommand(1);
     CLI::App *run = AddRun(app, runOptions);
@@ -80,13 +83,13 @@ ispctl::ExitStatus Main(ispctl::Session &session, ispctl::RunOptions &runOptions
     ispctl::AddEdid(app, edidOptions, session, status);
     std::vector<std::string> arguments = session.arguments;
     if (!arguments.empty() && arguments.front() == run->get_name()) {
-        std::vector<std::string> own(arguments.begin() + 1, arguments.end());
-        runOptions.arguments = ispctl::SplitOffLibraryArguments(*run, own);
-        own.insert(own.begin(), arguments.front());
-        arguments = std::move(own);
+        std::vector<std::string> ispctlArguments(arguments.begin() + 1, arguments.end());
+        runOptions.arguments = ispctl::SplitOffLibraryArguments(*run, ispctlArguments);
+        ispctlArguments.insert(ispctlArguments.begin(), arguments.front());
+        arguments = std::move(ispctlArguments);
     }
     try {
-        std::reverse(arguments.begin(), arguments.end()); // as the parser wants them
+        std::reverse(arguments.begin(), arguments.end()); // the parser expects the last one first
         app.parse(std::move(arguments));
     } catch (const CLI::ParseError &end) {
         return ShowParserEnd(app, end, session.streams);
@@ -101,8 +104,8 @@ ispctl::ExitStatus Main(ispctl::Session &session, ispctl::RunOptions &runOptions
     return ispctl::kExitSuccess;
 }
 
-/// The console itself: nothing ends it without a word.
-int MainOfConsole(ispctl::Session &session) {
+/// The process that the user starts: every exception ends with a message and a status.
+int MainOfIspctl(ispctl::Session &session) {
     ispctl::RunOptions options;
     ispctl::ExitStatus status = ispctl::kExitNotRun;
     try {
@@ -113,11 +116,12 @@ int MainOfConsole(ispctl::Session &session) {
     return session.streams.Finish(status, options.json);
 }
 
-/// The library's process: what a plug-in throws or ends goes through to the console.
+/// The library's process. Exceptions of plug-ins are not caught here: ispctl sees how the process
+/// ended.
 int MainOfLibraryProcess(ispctl::Session &session) {
-    auto link = ispctl::ConsoleLink::Take(session.arguments);
+    auto link = ispctl::ParentLink::FromArguments(session.arguments);
     if (!link) {
-        return session.Fail(ispctl::kExitNotRun, "this command is for the console's own use");
+        return session.Fail(ispctl::kExitNotRun, "this command is for internal use only");
     }
     ispctl::BecomeLibraryProcess();
     session.link = &*link;
@@ -129,13 +133,13 @@ int MainOfLibraryProcess(ispctl::Session &session) {
 } // namespace
 
 int main(int argc, char **argv) {
-    // Output that cannot be written is noticed where it is written, not as a signal.
+    // A failed write is handled at the write, not by a signal that would end ispctl during a run.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
     if (!ispctl::EnsureStandardDescriptors()) {
-        constexpr std::string_view kWords =
+        constexpr std::string_view kMessage =
             "ispctl: a standard descriptor is closed and /dev/null cannot be opened for it\n";
-        ispctl::WriteAll(STDERR_FILENO, kWords);
+        ispctl::WriteAll(STDERR_FILENO, kMessage);
         return ispctl::kExitNotRun;
     }
     try {
@@ -143,9 +147,9 @@ int main(int argc, char **argv) {
         session.arguments.assign(argv + std::min(argc, 1), argv + argc);
         const auto &arguments = session.arguments;
         const bool library = !arguments.empty() && arguments.front() == ispctl::kLibraryProcess;
-        return library ? MainOfLibraryProcess(session) : MainOfConsole(session);
+        return library ? MainOfLibraryProcess(session) : MainOfIspctl(session);
     } catch (const std::bad_alloc &) {
-        ispctl::WriteAll(STDERR_FILENO, "ispctl: no memory\n");
+        ispctl::WriteAll(STDERR_FILENO, "ispctl: out of memory\n");
         return ispctl::kExitNotRun;
     }
 }

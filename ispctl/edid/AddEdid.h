@@ -9,7 +9,7 @@ class App;
 
 namespace ispctl {
 
-/// Adds the subcommand `edid`. When it is parsed it runs and leaves its exit status in status.
+/// Adds the subcommand `edid`. When parsed, it runs and stores its exit status in status.
 void AddEdid(CLI::App &app, EdidOptions &options, Session &session, ExitStatus &status);
 
 } // namespace ispctl

@@ -11,35 +11,35 @@ using Span = std::span<const std::uint8_t>;
 
 constexpr std::size_t kBlockBytes = 128;
 constexpr std::size_t kChecksumOffset = 127;
-constexpr std::size_t kExtensionCountPlace = 126;
+constexpr std::size_t kExtensionCountOffset = 126;
 constexpr std::uint8_t kHeader[] = {0x00, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x00};
 constexpr std::size_t kFirstDescriptor = 54;
 constexpr std::size_t kDescriptorBytes = 18;
 constexpr std::size_t kDescriptors = 4;
 constexpr std::uint8_t kNameTag = 0xFC;
 constexpr int kFirstYear = 1990;
-constexpr std::uint8_t kModelYear = 0xFF; ///< in place of the week
+constexpr std::uint8_t kModelYear = 0xFF; ///< in the byte of the week
 
 void CheckBlockChecksum(Span block, std::size_t number, std::vector<std::string> &problems) {
     const unsigned int sum = std::accumulate(block.begin(), block.begin() + kChecksumOffset, 0U);
-    const unsigned int due = (256 - sum % 256) % 256;
-    if (block[kChecksumOffset] != due) {
-        problems.push_back(
-            fmt::format("block {}: the checksum is 0x{:02X}, 0x{:02X} is due (the 128 bytes sum up "
-                        "to 0x{:02X}, not 0)",
-                        number, block[kChecksumOffset], due, (sum + block[kChecksumOffset]) % 256));
+    const unsigned int expected = (256 - sum % 256) % 256;
+    if (block[kChecksumOffset] != expected) {
+        problems.push_back(fmt::format(
+            "block {}: checksum 0x{:02X}, expected 0x{:02X} (the sum of the 128 bytes is "
+            "0x{:02X}, not 0)",
+            number, block[kChecksumOffset], expected, (sum + block[kChecksumOffset]) % 256));
     }
 }
 
-unsigned int ReadLittleEndian(Span bytes, std::size_t place, std::size_t count) {
+unsigned int ReadLittleEndian(Span bytes, std::size_t offset, std::size_t count) {
     unsigned int value = 0;
     for (std::size_t i = count; i-- > 0;) {
-        value = value << 8U | bytes[place + i];
+        value = value << 8U | bytes[offset + i];
     }
     return value;
 }
 
-// Three letters of five bits each, 1 is A, in two bytes, the high one first.
+// Three letters of five bits each (1 is A) in two bytes, big-endian.
 std::string Manufacturer(Span edid) {
     const unsigned int packed = edid[8] * 256U + edid[9];
     std::string letters;
@@ -59,7 +59,7 @@ std::string Date(Span edid) {
                          : fmt::format("week {} of {}", edid[16], year);
 }
 
-// The first descriptor of 18 bytes. A pixel clock of 0 means that it is no timing.
+// The first descriptor of 18 bytes; it is not a timing if the pixel clock is 0.
 std::string PreferredTiming(Span edid) {
     const Span timing = edid.subspan(kFirstDescriptor, kDescriptorBytes);
     const unsigned int clock = ReadLittleEndian(timing, 0, 2); // UNITS: 10 kHz
@@ -122,8 +122,7 @@ std::string ExtensionName(std::uint8_t tag) {
 std::vector<std::string> EdidProblems(Span edid) {
     std::vector<std::string> problems;
     if (edid.empty() || edid.size() % kBlockBytes != 0) {
-        problems.push_back(
-            fmt::format("{} bytes are no whole number of blocks of 128 bytes", edid.size()));
+        problems.push_back(fmt::format("size {} is not a multiple of 128", edid.size()));
     }
     if (edid.size() >= sizeof kHeader &&
         !std::equal(std::begin(kHeader), std::end(kHeader), edid.begin())) {
@@ -133,9 +132,10 @@ std::vector<std::string> EdidProblems(Span edid) {
     for (std::size_t number = 0; number < blocks; ++number) {
         CheckBlockChecksum(edid.subspan(number * kBlockBytes, kBlockBytes), number, problems);
     }
-    if (blocks > 0 && edid[kExtensionCountPlace] != blocks - 1) {
-        problems.push_back(fmt::format("block 0: {} extension blocks are announced, {} are there",
-                                       edid[kExtensionCountPlace], blocks - 1));
+    if (blocks > 0 && edid[kExtensionCountOffset] != blocks - 1) {
+        problems.push_back(fmt::format(
+            "block 0: header declares {} extension block{}, file contains {}",
+            edid[kExtensionCountOffset], edid[kExtensionCountOffset] == 1 ? "" : "s", blocks - 1));
     }
     return problems;
 }
@@ -153,9 +153,9 @@ std::string EdidFacts(Span edid) {
     line("preferred timing", PreferredTiming(edid));
     const std::string name = Name(edid);
     line("name", name.empty() ? "none" : name);
-    line("extension blocks", fmt::format("{}", edid[kExtensionCountPlace]));
-    for (std::size_t place = kBlockBytes; place < edid.size(); place += kBlockBytes) {
-        line(fmt::format("  block {}", place / kBlockBytes).c_str(), ExtensionName(edid[place]));
+    line("extension blocks", fmt::format("{}", edid[kExtensionCountOffset]));
+    for (std::size_t offset = kBlockBytes; offset < edid.size(); offset += kBlockBytes) {
+        line(fmt::format("  block {}", offset / kBlockBytes).c_str(), ExtensionName(edid[offset]));
     }
     return text;
 }

@@ -8,11 +8,11 @@
 
 namespace ispctl {
 
-/// RETURNS what is wrong with an EDID, block by block: its size, the header, the checksum of each
-/// block of 128 bytes, the count of extension blocks. Empty: nothing.
+/// RETURNS the errors of an EDID: size, header, checksum of each block of 128 bytes, number of
+/// extension blocks; empty if it is valid. Needed because EDIDToBin sums all blocks as one.
 std::vector<std::string> EdidProblems(std::span<const std::uint8_t> edid);
 
-/// RETURNS a few facts, a line each: manufacturer and product, week and year, version, preferred
+/// RETURNS a few facts, one per line: manufacturer and product, week and year, version, preferred
 /// timing, name, extensions. REQUIRES: EdidProblems found nothing.
 std::string EdidFacts(std::span<const std::uint8_t> edid);
 

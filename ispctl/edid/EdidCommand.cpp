@@ -15,7 +15,7 @@ namespace {
 // An EDID has at most 256 blocks of 128 bytes.
 constexpr std::size_t kMaxBytes = 32 * 1024;
 
-std::optional<LibraryApi> OpenToolkit(const EdidOptions &options, std::string &error) {
+std::optional<LibraryApi> OpenLibraryApi(const EdidOptions &options, std::string &error) {
     const auto library = ScalerLibrary::Open(
         options.library.empty() ? InstalledLibraryPath().string() : options.library, error);
     return library ? LibraryApi::Find(*library, error) : std::nullopt;
@@ -30,18 +30,19 @@ EdidForm Form(const EdidOptions &options, const std::string &content) {
                                     : EdidForm::ByteList;
 }
 
-/// Says why the library refuses the list. Its bytes tell more than its answer.
-ExitStatus Refuse(const EdidOptions &options, const LibraryApi &toolkit, const std::string &list,
-                  Session &session) {
-    const auto bytes = toolkit.CmdToBin(list);
+/// Reports why the library rejected the list. EDIDToBin returns no reason, so the bytes are checked
+/// again.
+ExitStatus FailInvalid(const EdidOptions &options, const LibraryApi &api, const std::string &list,
+                       Session &session) {
+    const auto bytes = api.CmdToBin(list);
     if (bytes.empty()) {
         return session.Fail(kExitFailedRun,
-                            fmt::format("{}: no bytes, or a value above 255", options.file));
+                            fmt::format("{}: no bytes, or a value greater than 255", options.file));
     }
     for (const std::string &problem : EdidProblems(bytes)) {
         session.streams.Print(Stream::Error, fmt::format("{}: {}\n", options.file, problem));
     }
-    return session.Fail(kExitFailedRun, "the library refuses this EDID");
+    return session.Fail(kExitFailedRun, "invalid EDID");
 }
 
 } // namespace
@@ -52,8 +53,8 @@ ExitStatus EdidCommand(const EdidOptions &options, Session &session) {
     if (!content) {
         return session.Fail(kExitNotRun, error);
     }
-    const auto toolkit = OpenToolkit(options, error);
-    if (!toolkit) {
+    const auto api = OpenLibraryApi(options, error);
+    if (!api) {
         return session.Fail(kExitNotRun, error);
     }
     const auto list = ByteListOfEdid(*content, Form(options, *content));
@@ -61,16 +62,16 @@ ExitStatus EdidCommand(const EdidOptions &options, Session &session) {
         return session.Fail(kExitFailedRun,
                             fmt::format("{}: an odd number of hexadecimal digits", options.file));
     }
-    const auto edid = toolkit->EdidToBin(*list);
+    const auto edid = api->EdidToBin(*list);
     if (edid.empty()) {
-        return Refuse(options, *toolkit, *list, session);
+        return FailInvalid(options, *api, *list, session);
     }
     const auto problems = EdidProblems(edid);
     for (const std::string &problem : problems) {
         session.streams.Print(Stream::Error, fmt::format("{}: {}\n", options.file, problem));
     }
     if (!problems.empty()) {
-        return session.Fail(kExitFailedRun, "this EDID is refused");
+        return session.Fail(kExitFailedRun, "invalid EDID");
     }
     session.streams.Print(Stream::Output, options.text ? WriteEdidText(edid)
                                                        : EdidFacts(edid) + "\n" + HexDump(edid));

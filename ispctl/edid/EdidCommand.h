@@ -7,15 +7,15 @@
 
 namespace ispctl {
 
-/// What `ispctl edid` was asked for.
+/// The options of `ispctl edid`.
 struct EdidOptions {
     std::string file;
-    std::string form;    ///< "binary", "hex", "list"; empty: as the file looks
+    std::string form;    ///< "binary", "hex", "list"; empty: detected
     std::string library; ///< empty: the installed one
-    bool text = false;   ///< print the toolkit's text and nothing else
+    bool text = false;   ///< print the byte list only
 };
 
-/// Checks an EDID and shows it. RETURNS kExitFailedRun for one that is refused.
+/// Checks an EDID and shows it. RETURNS kExitFailedRun if it is invalid.
 ExitStatus EdidCommand(const EdidOptions &options, Session &session);
 
 } // namespace ispctl

@@ -7,14 +7,14 @@ namespace ispctl {
 namespace {
 
 constexpr std::string_view kHeader("\x00\xFF\xFF\xFF\xFF\xFF\xFF\x00", 8);
-constexpr std::string_view kBlanks = " \t\r\n";
+constexpr std::string_view kWhitespace = " \t\r\n";
 constexpr std::string_view kHexDigits = "0123456789abcdefABCDEF";
 constexpr std::size_t kBlockBytes = 128;
-constexpr std::size_t kBytesOfALine = 16;
+constexpr std::size_t kBytesPerLine = 16;
 
 bool IsNonTextByte(char c) {
     const auto byte = static_cast<unsigned char>(c);
-    return (byte < 0x20 || byte == 0x7F) && kBlanks.find(c) == std::string_view::npos;
+    return (byte < 0x20 || byte == 0x7F) && kWhitespace.find(c) == std::string_view::npos;
 }
 
 } // namespace
@@ -25,7 +25,7 @@ EdidForm DetectEdidFormat(std::string_view bytes) {
     }
     const bool hex = std::all_of(bytes.begin(), bytes.end(), [](char c) {
         return kHexDigits.find(c) != std::string_view::npos ||
-               kBlanks.find(c) != std::string_view::npos;
+               kWhitespace.find(c) != std::string_view::npos;
     });
     return hex ? EdidForm::Hex : EdidForm::ByteList;
 }
@@ -43,7 +43,7 @@ std::optional<std::string> ByteListOfEdid(std::string_view bytes, EdidForm form)
     }
     bool first = true;
     for (const char c : bytes) {
-        if (kBlanks.find(c) == std::string_view::npos) {
+        if (kWhitespace.find(c) == std::string_view::npos) {
             list += first ? "0x" : "";
             list += c;
             list += first ? "" : ",";
@@ -59,7 +59,7 @@ std::string WriteEdidText(std::span<const std::uint8_t> edid) {
         if (i % kBlockBytes == 0) {
             text += fmt::format("// block {}\n", i / kBlockBytes);
         }
-        text += fmt::format("0x{:02X},{}", edid[i], (i + 1) % kBytesOfALine == 0 ? "\n" : " ");
+        text += fmt::format("0x{:02X},{}", edid[i], (i + 1) % kBytesPerLine == 0 ? "\n" : " ");
     }
     return text;
 }

@@ -9,21 +9,21 @@
 
 namespace ispctl {
 
-/// How an EDID is written in a file.
+/// The format of an EDID in a file.
 enum class EdidForm {
-    Binary,   ///< its bytes
-    Hex,      ///< two hexadecimal digits a byte, with or without blanks and line ends
-    ByteList, ///< the toolkit's text: "0x00, 0xFF" with comments
+    Binary,   ///< raw bytes
+    Hex,      ///< two hexadecimal digits per byte; whitespace is ignored
+    ByteList, ///< the byte list of the C++ API: "0x00, 0xFF" with comments
 };
 
-/// Binary: the bytes of the EDID header come first, or there are bytes that no text has. Hex:
-/// nothing but hexadecimal digits, blanks and line ends. Everything else is a byte list.
+/// Binary if the EDID header comes first or there are control characters, hex if there are only
+/// hexadecimal digits and whitespace, otherwise a byte list.
 EdidForm DetectEdidFormat(std::string_view bytes);
 
-/// Turns an EDID of any form into the toolkit's text. RETURNS nothing for an odd number of digits.
+/// Converts an EDID of any format to a byte list. RETURNS nothing for an odd number of digits.
 std::optional<std::string> ByteListOfEdid(std::string_view bytes, EdidForm form);
 
-/// RETURNS a byte list with 16 bytes a line and a comment in front of each block.
+/// RETURNS a byte list with 16 bytes per line and a comment before each block.
 std::string WriteEdidText(std::span<const std::uint8_t> edid);
 
 } // namespace ispctl

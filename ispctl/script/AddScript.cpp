@@ -11,7 +11,7 @@ Examples:
   ispctl script check panel.bin
   ispctl script run --virtual --text panel.script
 
-Exit status: 0 success, 1 a script that is refused or fails, 2 wrong use.)";
+Exit status: 0 success, 1 the script is rejected or fails, 2 not run.)";
 
 using Command = ExitStatus (*)(const ScriptOptions &, Session &);
 
@@ -24,7 +24,7 @@ CLI::App *AddOne(CLI::App &script, const char *name, const char *help, Command c
 }
 
 void AddText(CLI::App *command, ScriptOptions &options) {
-    command->add_flag("--text", options.text, "FILE is script text, not its bytes")
+    command->add_flag("--text", options.text, "FILE is script text, not bytes")
         ->disable_flag_override();
 }
 
@@ -37,22 +37,21 @@ void AddScript(CLI::App &app, ScriptOptions &options, Session &session, ExitStat
     const auto add = [&](const char *name, const char *help, Command command) {
         return AddOne(*script, name, help, command, options, session, status);
     };
-    add("assemble", "Turns script text into a byte list, or with -o into bytes.", AssembleCommand)
+    add("assemble", "Converts script text to a byte list, or with -o to bytes.", AssembleCommand)
         ->add_option("-o,--output", options.output, "write the bytes to OUT")
         ->type_name("OUT");
-    add("list", "Turns bytes into script text.", ListCommand);
-    AddText(add("check", "Looks for records that must not run.", CheckCommand), options);
+    add("list", "Converts bytes to script text.", ListCommand);
+    AddText(add("check", "Finds records that must not run.", CheckCommand), options);
     CLI::App *run = add("run", "Checks a script and runs it.", RunScriptCommand);
     AddText(run, options);
     CLI::Option *comm =
         run->add_option("--comm", options.comm, "the communication library")->type_name("LIB");
-    run->add_flag("--virtual", options.virtualScaler,
-                  "take the virtual bus: no hardware is touched")
+    run->add_flag("--virtual", options.virtualScaler, "use the virtual bus: no hardware is touched")
         ->disable_flag_override()
         ->excludes(comm);
     run->add_option("--lib", options.library, "the ScalerIsp library to open, by path")
         ->type_name("FILE");
-    run->add_option("--channel", options.channel, "choose this channel of the library first")
+    run->add_option("--channel", options.channel, "select this communication channel first")
         ->type_name("N");
 }
 

@@ -9,8 +9,8 @@ class App;
 
 namespace ispctl {
 
-/// Adds the subcommand `script` with its own subcommands. When one of them is parsed it runs and
-/// leaves its exit status in status.
+/// Adds the subcommand `script` with its subcommands. When one is parsed, it runs and stores its
+/// exit status in status.
 void AddScript(CLI::App &app, ScriptOptions &options, Session &session, ExitStatus &status);
 
 } // namespace ispctl

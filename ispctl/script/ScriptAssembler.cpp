@@ -20,27 +20,27 @@ class Assembler {
 
     Bytes Run() {
         while (m_lexer.Current().kind != ScriptToken::Kind::End) {
-            if (m_lexer.Current().kind != ScriptToken::Kind::LineEnd) {
+            if (m_lexer.Current().kind != ScriptToken::Kind::Newline) {
                 Statement();
-                ExpectLineEnd();
+                ExpectEndOfLine();
             } else {
-                m_lexer.Take();
+                m_lexer.Next();
             }
         }
         return std::move(m_bytes);
     }
 
   private:
-    /// The operands of one statement as they come in.
-    struct Given {
+    /// The operands of one statement, collected first because named ones may come in any order.
+    struct GivenOperands {
         std::vector<std::optional<std::uint32_t>> values;
         std::optional<Bytes> data;
     };
 
     void Statement() {
-        const ScriptToken name = m_lexer.Take();
+        const ScriptToken name = m_lexer.Next();
         if (name.kind != ScriptToken::Kind::Name) {
-            name.Fail("a statement begins with a name");
+            name.Fail("expected a statement name");
         }
         if (name.text == "const") {
             Constant();
@@ -50,26 +50,26 @@ class Assembler {
         } else if (const Opcode *opcode = FindOpcode(name.text)) {
             Record(name, *opcode);
         } else {
-            name.Fail(fmt::format("{} is no statement", name.text));
+            name.Fail(fmt::format("unknown statement {}", name.text));
         }
     }
 
     void Constant() {
-        const ScriptToken name = m_lexer.Take();
+        const ScriptToken name = m_lexer.Next();
         if (name.kind != ScriptToken::Kind::Name) {
-            name.Fail("a constant needs a name");
+            name.Fail("expected a constant name");
         }
         Expect('=');
         if (!m_constants.emplace(name.text, Number()).second) {
-            name.Fail(fmt::format("{} is defined already", name.text));
+            name.Fail(fmt::format("{} is already defined", name.text));
         }
     }
 
     void Record(const ScriptToken &name, const Opcode &opcode) {
-        Given given;
+        GivenOperands given;
         given.values.resize(opcode.operands.size());
         std::size_t next = 0;
-        for (bool first = true; !AtLineEnd(); first = false) {
+        for (bool first = true; !AtEndOfLine(); first = false) {
             if (!first) {
                 Expect(',');
             }
@@ -77,7 +77,7 @@ class Assembler {
         }
         const bool needsData = opcode.kind == OpcodeKind::BLOCK_WRITE;
         if (needsData && !given.data) {
-            name.Fail(fmt::format("{} needs data bytes in braces", name.text));
+            name.Fail(fmt::format("missing data bytes in braces for {}", name.text));
         }
         m_bytes.push_back(opcode.code);
         for (std::size_t i = 0; i < opcode.operands.size(); ++i) {
@@ -86,7 +86,7 @@ class Assembler {
                 given.values[i] = static_cast<std::uint32_t>(given.data->size());
             }
             if (!given.values[i]) {
-                name.Fail(fmt::format("{} needs the operand {}", name.text, operand.name));
+                name.Fail(fmt::format("missing operand {1} of {0}", name.text, operand.name));
             }
             for (std::size_t byte = operand.bytes; byte-- > 0;) {
                 m_bytes.push_back(static_cast<std::uint8_t>(*given.values[i] >> (8 * byte)));
@@ -97,9 +97,9 @@ class Assembler {
         }
     }
 
-    /// One operand; `next` is the place of one without a name, and past them all behind one with
-    /// its name.
-    void ReadOperand(const Opcode &opcode, Given &given, std::size_t &next) {
+    /// Reads one operand. next is the index of the next positional operand; a named operand sets it
+    /// past the last one, because no positional operand may follow.
+    void ReadOperand(const Opcode &opcode, GivenOperands &given, std::size_t &next) {
         const ScriptToken token = m_lexer.Current();
         if (token.Is('{')) {
             ReadData(token, opcode, given);
@@ -107,9 +107,9 @@ class Assembler {
         }
         std::uint32_t value = 0;
         if (token.kind == ScriptToken::Kind::Name) {
-            m_lexer.Take();
+            m_lexer.Next();
             if (m_lexer.Current().Is('=')) {
-                m_lexer.Take();
+                m_lexer.Next();
                 ReadNamed(token, opcode, given);
                 next = opcode.operands.size() + 1;
                 return;
@@ -119,13 +119,13 @@ class Assembler {
             value = Number();
         }
         if (next > opcode.operands.size()) {
-            token.Fail("an operand without a name cannot follow one with its name");
+            token.Fail("positional operand after a named one");
         }
         if (next < opcode.operands.size() && LengthFollows(opcode, next)) {
             ++next;
         }
         if (next == opcode.operands.size()) {
-            token.Fail(fmt::format("{} has no operand more", opcode.name));
+            token.Fail(fmt::format("too many operands for {}", opcode.name));
         }
         Set(token, opcode.operands[next], given.values[next], value);
         ++next;
@@ -135,7 +135,7 @@ class Assembler {
         return opcode.kind == OpcodeKind::BLOCK_WRITE && opcode.operands[operand].isBlockLength;
     }
 
-    void ReadNamed(const ScriptToken &name, const Opcode &opcode, Given &given) {
+    void ReadNamed(const ScriptToken &name, const Opcode &opcode, GivenOperands &given) {
         if (name.text == kData) {
             ReadData(name, opcode, given);
             return;
@@ -143,52 +143,52 @@ class Assembler {
         for (std::size_t i = 0; i < opcode.operands.size(); ++i) {
             if (opcode.operands[i].name == name.text) {
                 if (LengthFollows(opcode, i)) {
-                    name.Fail("the length follows from the data bytes");
+                    name.Fail("the length is computed from the data bytes");
                 }
-                const ScriptToken place = m_lexer.Current();
+                const ScriptToken value = m_lexer.Current();
                 if (given.values[i]) {
                     name.Fail(fmt::format("{} is given twice", name.text));
                 }
-                Set(place, opcode.operands[i], given.values[i], Number());
+                Set(value, opcode.operands[i], given.values[i], Number());
                 return;
             }
         }
-        name.Fail(fmt::format("{} has no operand {}", opcode.name, name.text));
+        name.Fail(fmt::format("{} has no operand named {}", opcode.name, name.text));
     }
 
-    void ReadData(const ScriptToken &place, const Opcode &opcode, Given &given) {
+    void ReadData(const ScriptToken &token, const Opcode &opcode, GivenOperands &given) {
         if (opcode.kind != OpcodeKind::BLOCK_WRITE) {
-            place.Fail(fmt::format("{} takes no data bytes", opcode.name));
+            token.Fail(fmt::format("{} has no data bytes", opcode.name));
         }
         if (given.data) {
-            place.Fail("data is given twice");
+            token.Fail("data is given twice");
         }
         given.data = List();
         if (given.data->size() > kMaxDataBytes) {
-            place.Fail(
-                fmt::format("{} data bytes are more than {}", given.data->size(), kMaxDataBytes));
+            token.Fail(fmt::format("{} data bytes, at most {} are allowed", given.data->size(),
+                                   kMaxDataBytes));
         }
     }
 
-    static void Set(const ScriptToken &place, const Operand &operand,
+    static void Set(const ScriptToken &token, const Operand &operand,
                     std::optional<std::uint32_t> &slot, std::uint32_t value) {
         if (operand.bytes < 4 && value >> (8 * operand.bytes) != 0) {
-            place.Fail(fmt::format("0x{:X} does not fit {}, which has {} byte{}", value,
-                                   operand.name, operand.bytes, operand.bytes == 1 ? "" : "s"));
+            token.Fail(fmt::format("0x{:X} does not fit in {} ({} byte{})", value, operand.name,
+                                   operand.bytes, operand.bytes == 1 ? "" : "s"));
         }
         slot = value;
     }
 
-    /// Bytes in braces; commas or line ends between them.
+    /// Reads bytes in braces, separated by commas; newlines are allowed between them.
     Bytes List() {
         Expect('{');
         Bytes bytes;
         SkipNewlines();
         while (!m_lexer.Current().Is('}')) {
-            const ScriptToken place = m_lexer.Current();
+            const ScriptToken token = m_lexer.Current();
             const std::uint32_t value = Number();
             if (value > 0xFF) {
-                place.Fail(fmt::format("0x{:X} is no byte", value));
+                token.Fail(fmt::format("0x{:X} does not fit in a byte", value));
             }
             bytes.push_back(static_cast<std::uint8_t>(value));
             SkipNewlines();
@@ -197,17 +197,17 @@ class Assembler {
                 SkipNewlines();
             }
         }
-        m_lexer.Take();
+        m_lexer.Next();
         return bytes;
     }
 
     std::uint32_t Number() {
-        const ScriptToken token = m_lexer.Take();
+        const ScriptToken token = m_lexer.Next();
         if (token.kind == ScriptToken::Kind::Name) {
             return ConstantValue(token);
         }
         if (token.kind != ScriptToken::Kind::Number) {
-            token.Fail("a number is missing here");
+            token.Fail("expected a number");
         }
         return token.number;
     }
@@ -215,32 +215,32 @@ class Assembler {
     std::uint32_t ConstantValue(const ScriptToken &name) const {
         const auto found = m_constants.find(name.text);
         if (found == m_constants.end()) {
-            name.Fail(fmt::format("{} is no constant", name.text));
+            name.Fail(fmt::format("unknown constant {}", name.text));
         }
         return found->second;
     }
 
-    bool AtLineEnd() const {
+    bool AtEndOfLine() const {
         const ScriptToken::Kind kind = m_lexer.Current().kind;
-        return kind == ScriptToken::Kind::LineEnd || kind == ScriptToken::Kind::End;
+        return kind == ScriptToken::Kind::Newline || kind == ScriptToken::Kind::End;
     }
 
     void SkipNewlines() {
-        while (m_lexer.Current().kind == ScriptToken::Kind::LineEnd) {
-            m_lexer.Take();
+        while (m_lexer.Current().kind == ScriptToken::Kind::Newline) {
+            m_lexer.Next();
         }
     }
 
-    void ExpectLineEnd() {
-        if (!AtLineEnd()) {
-            m_lexer.Current().Fail("the statement should end here");
+    void ExpectEndOfLine() {
+        if (!AtEndOfLine()) {
+            m_lexer.Current().Fail("expected end of line");
         }
     }
 
     void Expect(char sign) {
-        const ScriptToken token = m_lexer.Take();
+        const ScriptToken token = m_lexer.Next();
         if (!token.Is(sign)) {
-            token.Fail(fmt::format("'{}' is missing here", sign));
+            token.Fail(fmt::format("expected '{}'", sign));
         }
     }
 

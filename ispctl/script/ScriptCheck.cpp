@@ -7,21 +7,20 @@
 namespace ispctl {
 namespace {
 
-// A script that is nothing but problems must not fill the memory with them.
+// A script full of problems must not exhaust memory with their messages.
 constexpr std::size_t kMaxRemarks = 1000;
 
-void CheckCarry(const ScriptRecord &record, ScriptReport &report) {
+void CheckSkip(const ScriptRecord &record, ScriptReport &report) {
     if (record.block == 0 || report.notes.size() >= kMaxRemarks) {
         return;
     }
     report.notes.push_back(fmt::format(
-        "offset {}: {} follows a block of {} bytes, so the runner passes over the {} bytes behind "
-        "it",
+        "offset {}: {} follows a block of {} bytes, so the runner skips the next {} bytes",
         record.offset, record.opcode->name, record.block, record.block));
     if (record.skipped.size() < record.block) {
         report.notes.push_back(
-            fmt::format("offset {}: only {} bytes are left there; the script ends", record.offset,
-                        record.skipped.size()));
+            fmt::format("offset {}: only {} of them are left, so the script ends there",
+                        record.offset, record.skipped.size()));
     }
 }
 
@@ -33,11 +32,11 @@ void CheckRecord(const ScriptRecord &record, ScriptReport &report) {
         ++report.problemCount;
     };
     if (record.opcode == nullptr) {
-        problem(fmt::format("0x{:02X} is no opcode", record.bytes.front()));
+        problem(fmt::format("unknown opcode 0x{:02X}", record.bytes.front()));
         return;
     }
     if (!record.IsComplete()) {
-        problem(fmt::format("{} needs {} bytes, {} are left", record.opcode->name, record.length,
+        problem(fmt::format("{} needs {} bytes, only {} left", record.opcode->name, record.length,
                             record.bytes.size()));
         return;
     }
@@ -52,7 +51,7 @@ void CheckRecord(const ScriptRecord &record, ScriptReport &report) {
         report.outputBytes += record.block;
         break;
     case OpcodeKind::CALL_AND_SKIP:
-        CheckCarry(record, report);
+        CheckSkip(record, report);
         break;
     default:
         break;

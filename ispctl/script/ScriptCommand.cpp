@@ -24,7 +24,8 @@ using Bytes = std::vector<std::uint8_t>;
 constexpr std::size_t kMaxScript = 16 * 1024 * 1024;
 constexpr std::size_t kMaxOutput = 64 * 1024 * 1024;
 
-/// Reads a script: its bytes, or text that is assembled. RETURNS the status of a failure in status.
+/// Reads a script as bytes, or assembles it from text. RETURNS nothing on failure, with its exit
+/// status in status.
 std::optional<Bytes> ReadScript(const std::string &file, bool isText, ExitStatus &status,
                                 Session &session) {
     std::string error;
@@ -52,7 +53,7 @@ void PrintReport(const std::string &file, const ScriptReport &report, Session &s
     }
     if (report.problemCount > report.problems.size()) {
         session.streams.Print(Stream::Error,
-                              fmt::format("{}: and {} problems more\n", file,
+                              fmt::format("{}: {} more problems\n", file,
                                           report.problemCount - report.problems.size()));
     }
     for (const std::string &note : report.notes) {
@@ -60,45 +61,48 @@ void PrintReport(const std::string &file, const ScriptReport &report, Session &s
     }
 }
 
-ExitStatus RunOn(const ScriptOptions &options, const Bytes &script, const ScriptReport &report,
-                 Session &session) {
+ExitStatus RunWithLibrary(const ScriptOptions &options, const Bytes &script,
+                          const ScriptReport &report, Session &session) {
     std::string error;
     const auto library = ScalerLibrary::Open(
         options.library.empty() ? InstalledLibraryPath().string() : options.library, error);
     if (!library) {
         return session.Fail(kExitNotRun, error);
     }
-    const auto toolkit = LibraryApi::Find(*library, error);
-    if (!toolkit) {
+    const auto api = LibraryApi::Find(*library, error);
+    if (!api) {
         return session.Fail(kExitNotRun, error);
     }
     if (options.virtualScaler) {
         session.streams.PrintMessage("virtual scaler: no hardware is touched");
     }
     const std::string path =
-        std::filesystem::absolute(options.virtualScaler ? VirtualCommLibrary().string()
+        std::filesystem::absolute(options.virtualScaler ? VirtualCommLibraryPath().string()
                                                         : options.comm)
             .string();
     auto wide = WideFromUtf8(path);
     if (!wide) {
         return session.Fail(kExitNotRun, fmt::format("{} is not valid UTF-8", path));
     }
-    const LibraryApi::Comm comm = toolkit->CreateComm();
+    const LibraryApi::Comm comm = api->CreateComm();
     if (comm->LoadCommDllFile(wide->data()) != 1) {
         return session.Fail(kExitNotRun,
-                            fmt::format("{} cannot be loaded as a communication library", path));
+                            fmt::format("cannot load {} as a communication library", path));
     }
     if (const unsigned int status = comm->Initiallize(); status != 0) {
-        return session.Fail(kExitFailedRun, fmt::format("Initiallize: status 0x{:X}", status));
+        return session.Fail(
+            kExitFailedRun,
+            fmt::format("cannot initialise the communication library (status 0x{:X})", status));
     }
     if (options.channel) {
         const auto channel = static_cast<STRUCT_ENUM_COMM_ID>(*options.channel);
         if (const unsigned int status = comm->SetCommByID(channel); status != 0) {
-            return session.Fail(kExitFailedRun,
-                                fmt::format("channel {}: status 0x{:X}", *options.channel, status));
+            return session.Fail(
+                kExitFailedRun,
+                fmt::format("cannot select channel {} (status 0x{:X})", *options.channel, status));
         }
     }
-    const ScriptResult result = toolkit->RunScript(script, report.outputBytes, *comm);
+    const ScriptResult result = api->RunScript(script, report.outputBytes, *comm);
     session.streams.Print(Stream::Output, HexDump(result.output));
     session.streams.PrintMessage(DescribeScriptResult(result.code));
     return result.code == 0 ? kExitSuccess : kExitFailedRun;
@@ -117,11 +121,11 @@ ExitStatus CheckAndRun(const ScriptOptions &options, Session &session) {
     }
     if (report.outputBytes > kMaxOutput) {
         return session.Fail(kExitFailedRun,
-                            fmt::format("the script was not run: it reads {} bytes; at most {} are "
-                                        "kept",
+                            fmt::format("the script was not run: it reads {} bytes, more than the "
+                                        "maximum of {}",
                                         report.outputBytes, kMaxOutput));
     }
-    return RunOn(options, *script, report, session);
+    return RunWithLibrary(options, *script, report, session);
 }
 
 } // namespace
@@ -131,15 +135,14 @@ std::string DescribeScriptResult(int code) {
     case 0:
         return "success";
     case 1:
-        return "failed with 0x1: an unknown opcode, or status 1 of the communication library";
+        return "failed with 0x1: unknown opcode, or status 1 of the communication library";
     case 2:
-        return "failed with 0x2: an opcode that is not supported, or status 2 of the communication "
-               "library";
+        return "failed with 0x2: unsupported opcode, or status 2 of the communication library";
     case 3:
-        return "failed with 0x3: a poll ran out of tries, or status 3 of the communication library";
+        return "failed with 0x3: a poll used up its tries, or status 3 of the communication "
+               "library";
     case 6:
-        return "failed with 0x6: the communication library does not offer a function that the "
-               "script needs";
+        return "failed with 0x6: the communication library lacks a function that the script needs";
     default:
         return fmt::format("failed with 0x{:X}: status of the communication library",
                            static_cast<unsigned int>(code));
@@ -189,8 +192,7 @@ ExitStatus CheckCommand(const ScriptOptions &options, Session &session) {
 
 ExitStatus RunScriptCommand(const ScriptOptions &options, Session &session) {
     if (options.comm.empty() && !options.virtualScaler) {
-        return session.Fail(kExitNotRun,
-                            "no communication library: give --comm FILE, or --virtual");
+        return session.Fail(kExitNotRun, "no communication library: use --comm LIB or --virtual");
     }
     if (session.link == nullptr) {
         return RelayScript(session);

@@ -8,25 +8,25 @@
 
 namespace ispctl {
 
-/// What `ispctl script` was asked for.
+/// The options of `ispctl script`.
 struct ScriptOptions {
     std::string file;
-    std::string output;                    ///< assemble: the bytes go here; empty: a byte list
-    bool text = false;                     ///< check, run: the file is script text
-    std::string library;                   ///< run: empty: the installed one
-    std::string comm;                      ///< run: the communication library
-    bool virtualScaler = false;            ///< run: take the virtual bus
-    std::optional<unsigned short> channel; ///< run: communication channel to choose first
+    std::string output;         ///< assemble: file for the bytes; empty: print a byte list
+    bool text = false;          ///< check, run: the file is script text
+    std::string library;        ///< run: empty: the installed one
+    std::string comm;           ///< run: the communication library
+    bool virtualScaler = false; ///< run: use the virtual bus
+    std::optional<unsigned short> channel; ///< run: communication channel to select first
 };
 
-/// Each RETURNS kExitSuccess, kExitFailedRun for a script that is refused or fails, or
-/// kExitNotRun.
+/// Each RETURNS kExitSuccess, kExitFailedRun if the script is rejected or fails, or kExitNotRun.
 ExitStatus AssembleCommand(const ScriptOptions &options, Session &session);
 ExitStatus ListCommand(const ScriptOptions &options, Session &session);
 ExitStatus CheckCommand(const ScriptOptions &options, Session &session);
 ExitStatus RunScriptCommand(const ScriptOptions &options, Session &session);
 
-/// What a result of the runner means.
+/// RETURNS the message for a result of the runner; the codes 1 to 3 are ambiguous, and the message
+/// says so.
 std::string DescribeScriptResult(int code);
 
 } // namespace ispctl

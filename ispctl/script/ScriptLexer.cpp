@@ -10,11 +10,11 @@ bool IsDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-bool IsWordCharacter(char c) {
+bool IsNameCharacter(char c) {
     return IsDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_';
 }
 
-// A decimal number with a leading zero would be octal in the toolkit's byte lists.
+// A leading zero is rejected, because the byte lists of the C++ API read such a number as octal.
 std::uint32_t ParseNumber(const ScriptToken &token) {
     std::string_view digits = token.text;
     int base = 10;
@@ -22,16 +22,17 @@ std::uint32_t ParseNumber(const ScriptToken &token) {
         digits.remove_prefix(2);
         base = 16;
     } else if (digits.size() > 1 && digits.front() == '0') {
-        token.Fail(fmt::format("{} begins with a zero; write it without, or with 0x", digits));
+        token.Fail(fmt::format("{} has a leading zero; write it without, or in hexadecimal with 0x",
+                               digits));
     }
     std::uint32_t number = 0;
     const auto [end, error] =
         std::from_chars(digits.data(), digits.data() + digits.size(), number, base);
     if (error == std::errc::result_out_of_range) {
-        token.Fail(fmt::format("{} is larger than 32 bits", token.text));
+        token.Fail(fmt::format("{} does not fit in 32 bits", token.text));
     }
     if (error != std::errc() || end != digits.data() + digits.size()) {
-        token.Fail(fmt::format("{} is no number", token.text));
+        token.Fail(fmt::format("{} is not a number", token.text));
     }
     return number;
 }
@@ -42,7 +43,7 @@ ScriptLexer::ScriptLexer(std::string_view text) : m_text(text) {
     ReadToken();
 }
 
-ScriptToken ScriptLexer::Take() {
+ScriptToken ScriptLexer::Next() {
     const ScriptToken token = m_token;
     ReadToken();
     return token;
@@ -60,11 +61,11 @@ void ScriptLexer::Advance(std::size_t bytes) {
     }
 }
 
-void ScriptLexer::PassOverBlockComment() {
-    const ScriptToken opening{ScriptToken::Kind::Sign, "/*", 0, m_line, m_column};
+void ScriptLexer::SkipBlockComment() {
+    const ScriptToken opening{ScriptToken::Kind::Punctuation, "/*", 0, m_line, m_column};
     const std::size_t end = m_text.find("*/", m_pos + 2);
     if (end == std::string_view::npos) {
-        opening.Fail("this comment has no end");
+        opening.Fail("unterminated comment");
     }
     Advance(end + 2 - m_pos);
 }
@@ -75,7 +76,7 @@ void ScriptLexer::SkipWhitespace() {
         if (c == ' ' || c == '\t' || c == '\r') {
             Advance(1);
         } else if (c == '/' && At(1) == '*') {
-            PassOverBlockComment();
+            SkipBlockComment();
         } else if (c == '/' && At(1) == '/') {
             const std::size_t end = m_text.find('\n', m_pos);
             Advance((end == std::string_view::npos ? m_text.size() : end) - m_pos);
@@ -93,17 +94,17 @@ void ScriptLexer::ReadToken() {
     }
     const char c = At(0);
     std::size_t length = 1;
-    if (IsWordCharacter(c)) {
-        while (IsWordCharacter(At(length))) {
+    if (IsNameCharacter(c)) {
+        while (IsNameCharacter(At(length))) {
             ++length;
         }
         m_token.kind = IsDigit(c) ? ScriptToken::Kind::Number : ScriptToken::Kind::Name;
     } else if (c == '\n') {
-        m_token.kind = ScriptToken::Kind::LineEnd;
+        m_token.kind = ScriptToken::Kind::Newline;
     } else if (c == ',' || c == '=' || c == '{' || c == '}') {
-        m_token.kind = ScriptToken::Kind::Sign;
+        m_token.kind = ScriptToken::Kind::Punctuation;
     } else {
-        m_token.Fail("this character belongs to no statement");
+        m_token.Fail("unexpected character");
     }
     m_token.text = m_text.substr(m_pos, length);
     if (m_token.kind == ScriptToken::Kind::Number) {

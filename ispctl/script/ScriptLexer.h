@@ -9,8 +9,8 @@
 
 namespace ispctl {
 
-/// A script text that cannot be understood, and where. Lines and columns count from 1, columns in
-/// characters.
+/// An error in a script text and its position. Lines and columns count from 1; a column is a
+/// character, as editors count.
 class ScriptError : public std::runtime_error {
   public:
     ScriptError(std::size_t line, std::size_t column, const std::string &text)
@@ -30,7 +30,7 @@ class ScriptError : public std::runtime_error {
 
 /// One token of a script text.
 struct ScriptToken {
-    enum class Kind { End, LineEnd, Name, Number, Sign };
+    enum class Kind { End, Newline, Name, Number, Punctuation };
 
     Kind kind = Kind::End;
     std::string_view text;
@@ -39,15 +39,15 @@ struct ScriptToken {
     std::size_t column = 1;
 
     bool Is(char sign) const {
-        return kind == Kind::Sign && text.front() == sign;
+        return kind == Kind::Punctuation && text.front() == sign;
     }
     [[noreturn]] void Fail(const std::string &reason) const {
         throw ScriptError(line, column, reason);
     }
 };
 
-/// Cuts a script text into tokens. Comments are /* */ and //, as in the toolkit's byte lists.
-/// Throws ScriptError.
+/// Splits a script text into tokens. Comments are /* */ and //, as in the byte lists of the C++
+/// API. Throws ScriptError.
 class ScriptLexer {
   public:
     explicit ScriptLexer(std::string_view text);
@@ -55,13 +55,13 @@ class ScriptLexer {
     const ScriptToken &Current() const {
         return m_token;
     }
-    /// RETURNS the current token and goes on to the next.
-    ScriptToken Take();
+    /// RETURNS the current token and advances to the next.
+    ScriptToken Next();
 
   private:
     void ReadToken();
     void SkipWhitespace();
-    void PassOverBlockComment();
+    void SkipBlockComment();
     void Advance(std::size_t bytes);
     char At(std::size_t offset) const {
         return m_pos + offset < m_text.size() ? m_text[m_pos + offset] : '\0';

@@ -6,19 +6,19 @@
 namespace ispctl {
 namespace {
 
-constexpr std::size_t kBytesOfALine = 16;
+constexpr std::size_t kBytesPerLine = 16;
 
 std::string HexBytes(std::span<const std::uint8_t> bytes, std::string_view lineStart) {
     std::string text;
     for (std::size_t i = 0; i < bytes.size(); ++i) {
-        text += i == 0 ? "" : i % kBytesOfALine == 0 ? fmt::format(",\n{}", lineStart) : ", ";
+        text += i == 0 ? "" : i % kBytesPerLine == 0 ? fmt::format(",\n{}", lineStart) : ", ";
         text += fmt::format("0x{:02X}", bytes[i]);
     }
     return text;
 }
 
 std::string List(std::span<const std::uint8_t> bytes) {
-    return bytes.size() > kBytesOfALine ? fmt::format("{{\n    {}\n}}", HexBytes(bytes, "    "))
+    return bytes.size() > kBytesPerLine ? fmt::format("{{\n    {}\n}}", HexBytes(bytes, "    "))
                                         : fmt::format("{{{}}}", HexBytes(bytes, ""));
 }
 
@@ -63,8 +63,8 @@ std::string ListScript(std::span<const std::uint8_t> script) {
         text +=
             record.IsComplete() ? Statement(record) : fmt::format("bytes {}\n", List(record.bytes));
         if (!record.skipped.empty()) {
-            text += fmt::format("// passed over, the last block length is {}\nbytes {}\n",
-                                record.block, List(record.skipped));
+            text += fmt::format("// skipped, the last block length is {}\nbytes {}\n", record.block,
+                                List(record.skipped));
         }
     });
     return text;

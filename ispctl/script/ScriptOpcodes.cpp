@@ -5,7 +5,7 @@
 namespace ispctl {
 namespace {
 
-// "w:addr L:length i:inc"
+// Parses the OPERANDS column, for example "w:addr L:length i:inc".
 std::vector<Operand> ParseOperands(std::string_view text) {
     std::vector<Operand> operands;
     while (!text.empty()) {
@@ -45,8 +45,8 @@ ScriptRecord RecordAt(std::span<const std::uint8_t> script, std::size_t offset,
         record.bytes = rest.first(std::min(rest.size(), record.length));
     }
     if (record.opcode->kind == OpcodeKind::CALL_AND_SKIP) {
-        const auto behind = rest.subspan(record.length);
-        record.skipped = behind.first(std::min<std::size_t>(behind.size(), record.block));
+        const auto following = rest.subspan(record.length);
+        record.skipped = following.first(std::min<std::size_t>(following.size(), record.block));
     }
     return record;
 }
@@ -85,19 +85,19 @@ std::uint32_t BigEndian(std::span<const std::uint8_t> bytes) {
 }
 
 std::uint32_t ScriptRecord::Value(std::size_t operand) const {
-    std::size_t place = 1;
+    std::size_t operandOffset = 1;
     for (std::size_t i = 0; i < operand; ++i) {
-        place += opcode->operands[i].bytes;
+        operandOffset += opcode->operands[i].bytes;
     }
-    return BigEndian(bytes.subspan(place, opcode->operands[operand].bytes));
+    return BigEndian(bytes.subspan(operandOffset, opcode->operands[operand].bytes));
 }
 
 void ForEachRecord(std::span<const std::uint8_t> script,
-                   const std::function<void(const ScriptRecord &)> &take) {
+                   const std::function<void(const ScriptRecord &)> &visit) {
     std::uint32_t block = 0;
     for (std::size_t offset = 0; offset < script.size();) {
         const ScriptRecord record = RecordAt(script, offset, block);
-        take(record);
+        visit(record);
         block = record.block;
         offset += record.bytes.size() + record.skipped.size();
     }

@@ -29,33 +29,34 @@ struct Operand {
     bool isBlockLength;
 };
 
-/// One opcode of the register scripts; its number is its place in the table.
+/// One opcode of the register scripts; its code is its index in the table.
 struct Opcode {
     std::uint8_t code;
     std::string_view name;
     OpcodeKind kind;
     std::vector<Operand> operands;
 
-    /// UNITS: bytes, the opcode's own included, data bytes not.
+    /// UNITS: bytes, opcode and operands without data bytes.
     std::size_t Length() const;
 };
 
-/// All opcodes, by number.
+/// All opcodes, indexed by code.
 std::span<const Opcode> Opcodes();
 
-/// RETURNS null for a name that is none.
+/// RETURNS null for an unknown name.
 const Opcode *FindOpcode(std::string_view name);
 
-/// RETURNS the big-endian number of these bytes.
+/// RETURNS the value of big-endian bytes.
 std::uint32_t BigEndian(std::span<const std::uint8_t> bytes);
 
-/// One record of a script as the runner meets it.
+/// One record of a script as the runner reads it.
 struct ScriptRecord {
     const Opcode *opcode = nullptr; ///< null: unknown
     std::size_t offset = 0;
-    std::span<const std::uint8_t> bytes;   ///< opcode, operands and data, cut at the end
-    std::size_t length = 0;                ///< what the record needs
-    std::uint32_t block = 0;               ///< L while it runs
+    std::span<const std::uint8_t>
+        bytes;               ///< opcode, operands and data, truncated at the end of the script
+    std::size_t length = 0;  ///< length of the complete record
+    std::uint32_t block = 0; ///< the last block length L, which CALL_AND_SKIP uses
     std::span<const std::uint8_t> skipped; ///< bytes after a CALL_AND_SKIP record that do not run
 
     bool IsComplete() const {
@@ -68,10 +69,10 @@ struct ScriptRecord {
     }
 };
 
-/// Cuts a script into records, one after the other. The last one may be unknown or not whole; then
-/// the rest of the script belongs to it.
+/// Splits a script into records. The last one may be unknown or incomplete; it then includes the
+/// rest of the script.
 void ForEachRecord(std::span<const std::uint8_t> script,
-                   const std::function<void(const ScriptRecord &)> &take);
+                   const std::function<void(const ScriptRecord &)> &visit);
 
 } // namespace ispctl
 

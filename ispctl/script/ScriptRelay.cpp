@@ -9,7 +9,7 @@
 namespace ispctl {
 namespace {
 
-/// Shows the text of the process and nothing else.
+/// Shows the output of the library's process only: a script reports no progress and no messages.
 class TextView : public RunObserver {
   public:
     explicit TextView(ConsoleStreams &streams)
@@ -31,12 +31,12 @@ class TextView : public RunObserver {
     VisibleStream m_error;
 };
 
-std::string WordsOf(const RunOutcome &outcome) {
+std::string DescribeEnd(const RunOutcome &outcome) {
     switch (outcome.end) {
     case RunEnd::Signal:
         return NameOfSignal(outcome.number) + " ended the process";
     case RunEnd::Unheard:
-        return "what the process reports could not be read";
+        return "the reports of the process could not be read";
     default:
         return fmt::format("the process ended (exit status {})", outcome.number);
     }
@@ -48,21 +48,21 @@ ExitStatus RelayScript(Session &session) {
     const auto ordering = ConsoleStreams::ShareOneTarget() ? ChildProcess::Ordering::OnePipe
                                                            : ChildProcess::Ordering::TwoPipes;
     ChildProcess child(session.arguments, ordering, RunSignals::Stop::AtFirst);
-    LibraryRun events(child, session.streams);
-    events.WaitForFirst();
+    LibraryRun run(child, session.streams);
+    run.WaitForFirstFrame();
     TextView view(session.streams);
-    const RunOutcome outcome = events.Run({&view});
+    const RunOutcome outcome = run.Run({&view});
     if (outcome.end == RunEnd::Interrupted) {
         return kExitInterrupted;
     }
     if (outcome.end != RunEnd::Returned) {
         return session.Fail(kExitFailedRun,
-                            fmt::format("failed: {} while the communication library was at work; "
+                            fmt::format("failed: {} while the communication library was in use; "
                                         "the state of the device is unknown",
-                                        WordsOf(outcome)));
+                                        DescribeEnd(outcome)));
     }
-    if (!events.Problem().empty()) {
-        return session.Fail(kExitFailedRun, "not everything could be shown: " + events.Problem());
+    if (!run.Problem().empty()) {
+        return session.Fail(kExitFailedRun, "the output is incomplete: " + run.Problem());
     }
     return static_cast<ExitStatus>(outcome.code.value_or(kExitFailedRun));
 }

@@ -5,8 +5,9 @@
 
 namespace ispctl {
 
-/// Lets the same command run in a process of its own, because it opens libraries of others, and
-/// shows what that process writes. RETURNS its status, or kExitFailedRun where it was ended.
+/// Runs the same command in a separate process, because it opens third-party libraries that may
+/// crash, and shows that process's output. RETURNS its status, or kExitFailedRun if it did not end
+/// by itself.
 ExitStatus RelayScript(Session &session);
 
 } // namespace ispctl

@@ -47,33 +47,33 @@ TEST_F(BuiltCommandLine, Tabs_and_line_ends_stay_inside_an_argument) {
 }
 
 TEST_F(BuiltCommandLine, Empty_argument_is_refused) {
-    EXPECT_THAT(Build({"--fw", ""}).refusal, HasSubstr("argument 2 is empty"));
+    EXPECT_THAT(Build({"--fw", ""}).error, HasSubstr("argument 2 is empty"));
 }
 
 TEST_F(BuiltCommandLine, Double_quote_is_refused) {
-    EXPECT_THAT(Build({"a\"b"}).refusal, HasSubstr("argument 1 (a\"b) holds a double quote"));
+    EXPECT_THAT(Build({"a\"b"}).error, HasSubstr("argument 1 (a\"b) contains a double quote"));
     EXPECT_FALSE(Build({"\"\""}).IsValid());
 }
 
 TEST_F(BuiltCommandLine, Bytes_that_are_not_utf8_are_refused) {
-    EXPECT_THAT(Build({"--fw", "x\xFF.bin"}).refusal,
+    EXPECT_THAT(Build({"--fw", "x\xFF.bin"}).error,
                 HasSubstr("argument 2 (x\\xFF.bin) is not valid UTF-8"));
 }
 
 TEST_F(BuiltCommandLine, Blanks_at_both_ends_are_refused_where_they_would_be_misread) {
     EXPECT_TRUE(Build({" x "}).IsValid());
     EXPECT_TRUE(Build({"a b", " x "}).IsValid());
-    EXPECT_THAT(Build({"a b", " "}).refusal,
-                HasSubstr("argument 2 ( ) begins and ends with a blank"));
-    EXPECT_THAT(Build({"a b", "x", " x "}).refusal,
-                HasSubstr("argument 3 ( x ) begins and ends with a blank"));
+    EXPECT_THAT(Build({"a b", " "}).error,
+                HasSubstr("argument 2 ( ) starts and ends with a space"));
+    EXPECT_THAT(Build({"a b", "x", " x "}).error,
+                HasSubstr("argument 3 ( x ) starts and ends with a space"));
 }
 
 TEST_F(BuiltCommandLine, Line_of_10239_bytes_is_the_longest) {
     const std::string longest(10239 - 7, 'x'); // behind "ispctl "
     EXPECT_EQ(Build({longest}).line.size(), 10239U);
-    EXPECT_EQ(Build({longest + "x"}).refusal,
-              "the command line takes 10240 bytes; the library reads at most 10239");
+    EXPECT_EQ(Build({longest + "x"}).error,
+              "the command line is 10240 bytes long; the library reads at most 10239");
 }
 
 TEST_F(BuiltCommandLine, Bytes_are_counted_and_not_characters) {
@@ -87,14 +87,14 @@ TEST_F(BuiltCommandLine, Bytes_are_counted_and_not_characters) {
 
 TEST_F(BuiltCommandLine, Line_that_the_library_cannot_split_is_refused) {
     const auto line = BuildCommandLine({"a"}, [](const std::string &) { return std::nullopt; });
-    EXPECT_EQ(line.refusal, "the library cannot split the line that these arguments make");
+    EXPECT_EQ(line.error, "the library rejects the quoting of this command line");
 }
 
 TEST_F(BuiltCommandLine, Words_that_appear_from_nowhere_are_refused) {
     const auto line = BuildCommandLine({"a"}, [](const std::string &) {
         return Words{"ispctl", "a", "b"};
     });
-    EXPECT_EQ(line.refusal, "these arguments would not reach the library as they are");
+    EXPECT_EQ(line.error, "the library would split this command line into different arguments");
 }
 
 // A slow, obvious reading of the rule for lines as they are built here: a word is quoted as a whole

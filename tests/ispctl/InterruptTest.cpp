@@ -13,7 +13,7 @@ using testing::Not;
 
 constexpr const char *kWarning =
     "ispctl: stopping now can leave the device without firmware; press "
-    "Ctrl-C again to stop at once\n";
+    "Ctrl-C again to stop immediately\n";
 
 TEST(Interrupt, First_one_only_warns) {
     ConsoleProcess process(ScriptedArguments({}, {"progress:1", "sleep:500", "message:done"}));
@@ -62,7 +62,7 @@ TEST(Interrupt, Signals_of_a_supervisor_are_told_and_end_nothing) {
         ASSERT_TRUE(process.WaitForText("progress"));
         process.Signal(signal);
         ASSERT_TRUE(process.WaitForText(std::string("ispctl: ") + name +
-                                        ": the run goes on, because stopping now can leave the "
+                                        ": the run continues, because stopping now can leave the "
                                         "device without firmware"));
         process.Signal(signal);
         EXPECT_EQ(process.Finish(), 0);
@@ -77,7 +77,7 @@ TEST(Interrupt, Signal_is_in_the_log) {
     ASSERT_TRUE(process.WaitForText("progress"));
     process.Signal(SIGTERM);
     EXPECT_EQ(process.Finish(), 0);
-    EXPECT_THAT(folder.Read("log"), HasSubstr(" ispctl   SIGTERM: the run goes on"));
+    EXPECT_THAT(folder.Read("log"), HasSubstr(" ispctl   SIGTERM: the run continues"));
 }
 
 TEST(Interrupt, Only_interrupts_are_counted) {

@@ -57,12 +57,13 @@ TEST(JsonRun, Lines_are_spelt_as_documented) {
 
 TEST(JsonRun, Code_of_a_plugin_has_no_name) {
     const auto events = Events(RunScripted({"--json"}, {"result:0x7001"}));
-    EXPECT_THAT(events, ElementsAre(Json({{"event", "result"},
-                                          {"code", 0x7001},
-                                          {"hex", "0x7001"},
-                                          {"name", nullptr},
-                                          {"meaning", "from the plug-in"},
-                                          {"device", "unknown"}})));
+    EXPECT_THAT(events,
+                ElementsAre(Json({{"event", "result"},
+                                  {"code", 0x7001},
+                                  {"hex", "0x7001"},
+                                  {"name", nullptr},
+                                  {"meaning", "error code of the plug-in (see its documentation)"},
+                                  {"device", "unknown"}})));
 }
 
 TEST(JsonRun, Text_without_line_end_is_an_event) {
@@ -118,7 +119,8 @@ TEST(JsonRun, Reader_that_goes_away_does_not_end_the_run) {
     ASSERT_TRUE(process.WaitForText("progress"));
     process.CloseOutput();
     EXPECT_EQ(process.Finish(), 1);
-    EXPECT_EQ(process.Err(), "ispctl: standard output could not be written in full: Broken pipe\n");
+    EXPECT_EQ(process.Err(),
+              "ispctl: standard output could not be written completely: Broken pipe\n");
 }
 
 } // namespace

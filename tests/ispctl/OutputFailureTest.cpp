@@ -12,7 +12,7 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-constexpr const char *kFull = "ispctl: standard output could not be written in full: "
+constexpr const char *kFull = "ispctl: standard output could not be written completely: "
                               "No space left on device\n";
 
 class OutputFailure : public testing::Test {
@@ -50,7 +50,7 @@ TEST_F(OutputFailure, Standard_error_that_is_full_is_told_on_standard_output) {
     const ConsoleResult result =
         RunShell("$ISPCTL run --lib $SCRIPTED 'out:x\\n' progress:5 message:m 2>/dev/full");
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.out, "x\nm\nispctl: standard error could not be written in full: No space "
+    EXPECT_EQ(result.out, "x\nm\nispctl: standard error could not be written completely: No space "
                           "left on device\n");
     EXPECT_EQ(RunShell("$ISPCTL walk 2>/dev/full").status, 2);
     const ConsoleResult json = RunShell("$ISPCTL run --json --lib $SCRIPTED 'raise:9' 2>/dev/full");
@@ -62,8 +62,10 @@ TEST_F(OutputFailure, Log_that_is_full_is_told_and_is_no_success) {
         RunShell("$ISPCTL run --log /dev/full --lib $SCRIPTED message:done");
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.out, "done\n");
-    EXPECT_EQ(result.err, "ispctl: success\nispctl: the log /dev/full is not complete: No space "
-                          "left on device\n");
+    EXPECT_EQ(
+        result.err,
+        "ispctl: success\nispctl: writing the log /dev/full failed; it is incomplete: No space "
+        "left on device\n");
 }
 
 TEST_F(OutputFailure, Limit_of_file_size_does_not_end_the_console) {
@@ -71,7 +73,7 @@ TEST_F(OutputFailure, Limit_of_file_size_does_not_end_the_console) {
     const ConsoleResult result = RunShell("ulimit -f 1; $ISPCTL run --log " + log +
                                           " --lib $SCRIPTED many:100 message:done | tail -1");
     EXPECT_EQ(result.out, "done\n");
-    EXPECT_THAT(result.err, EndsWith("is not complete: File too large\n"));
+    EXPECT_THAT(result.err, EndsWith("it is incomplete: File too large\n"));
 }
 
 TEST_F(OutputFailure, Log_without_a_reader_is_not_waited_for) {
@@ -80,13 +82,13 @@ TEST_F(OutputFailure, Log_without_a_reader_is_not_waited_for) {
                                           " --lib $SCRIPTED 'out:called\\n'");
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.out, "");
-    EXPECT_THAT(result.err, StartsWith("ispctl: the log " + log + " cannot be written: "));
+    EXPECT_THAT(result.err, StartsWith("ispctl: cannot write the log " + log + ": "));
 }
 
 TEST_F(OutputFailure, Reader_that_has_gone_is_told) {
     const ConsoleResult result = RunShell(
         "( $ISPCTL run --json --lib $SCRIPTED sleep:300 many:5000; echo $? >&2 ) | head -c 0");
-    EXPECT_THAT(result.err, EndsWith("could not be written in full: Broken pipe\n1\n"));
+    EXPECT_THAT(result.err, EndsWith("could not be written completely: Broken pipe\n1\n"));
 }
 
 TEST_F(OutputFailure, Closed_descriptors_are_no_failure) {
@@ -105,8 +107,8 @@ TEST_F(OutputFailure, Library_that_ends_its_process_while_it_is_opened_was_not_c
     const ConsoleResult result = RunShell("$ISPCTL run --json --lib $ENDING --isp");
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err, "ispctl: the library was not called: its process ended while it was "
-                          "opened (exit status 0)\n");
+    EXPECT_EQ(result.err, "ispctl: the library was not called: opening it ended its process "
+                          "(exit status 0)\n");
 }
 
 TEST_F(OutputFailure, Endless_input_is_refused_with_its_bound) {
@@ -115,17 +117,17 @@ TEST_F(OutputFailure, Endless_input_is_refused_with_its_bound) {
           std::string("script run --virtual")}) {
         const ConsoleResult result = RunShell("$ISPCTL " + command + " /dev/zero");
         EXPECT_EQ(result.status, 2);
-        EXPECT_EQ(result.err, "ispctl: /dev/zero is too long: at most 16777216 bytes (16384 KiB) "
+        EXPECT_EQ(result.err, "ispctl: /dev/zero is too large: at most 16777216 bytes (16384 KiB) "
                               "are read\n");
     }
     EXPECT_EQ(RunShell("$ISPCTL edid /dev/zero").err,
-              "ispctl: /dev/zero is too long: at most 32768 bytes (32 KiB) are read\n");
+              "ispctl: /dev/zero is too large: at most 32768 bytes (32 KiB) are read\n");
 }
 
 TEST_F(OutputFailure, Own_process_cannot_be_asked_for) {
     EXPECT_EQ(RunShell("$ISPCTL library-process").status, 2);
     EXPECT_EQ(RunShell("$ISPCTL library-process 98 99 run --lib $SCRIPTED x").err,
-              "ispctl: this command is for the console's own use\n");
+              "ispctl: this command is for internal use only\n");
 }
 
 // The arguments of both processes are nearly the same: find the longest ones that the shell can
@@ -144,8 +146,7 @@ TEST_F(OutputFailure, Process_that_cannot_be_started_is_an_error_before_the_libr
     }
     const ConsoleResult result = run(good);
     EXPECT_EQ(result.status, 2);
-    EXPECT_EQ(result.err,
-              "ispctl: the library's process cannot be started: Argument list too long\n");
+    EXPECT_EQ(result.err, "ispctl: cannot start the library's process: Argument list too long\n");
 }
 
 // A sanitizer needs descriptors and all the address space there is.

@@ -27,7 +27,7 @@ TEST(Run, Wrong_use_is_2_and_says_why) {
     EXPECT_EQ(RunConsole({"walk"}).status, 2);
     const ConsoleResult missing = RunConsole({"run", "--lib", "/no/such.so", "--isp"});
     EXPECT_EQ(missing.status, 2);
-    EXPECT_THAT(missing.err, StartsWith("ispctl: the library cannot be opened: /no/such.so: "));
+    EXPECT_THAT(missing.err, StartsWith("ispctl: cannot open the library: /no/such.so: "));
 }
 
 TEST(Run, File_without_the_entry_point_is_no_library) {
@@ -57,9 +57,9 @@ TEST(Run, Order_is_kept_where_both_streams_are_one) {
         {},
         {"out:a\\n", "err:b\\n", "message:c", "out:d\\n", "progress:50", "err:e\\n", "result:7"},
         ConsoleProcess::Output::OnePipe);
-    EXPECT_EQ(result.out,
-              "a\nb\nc\nd\nprogress 50 %\ne\nispctl: failed with 0x7 at 50 %: from the plug-in; "
-              "the state of the device is unknown\n");
+    EXPECT_EQ(result.out, "a\nb\nc\nd\nprogress 50 %\ne\nispctl: failed with 0x7 at 50 %: error "
+                          "code of the plug-in (see its documentation); "
+                          "the state of the device is unknown\n");
 }
 
 TEST(Run, Result_is_told_in_words) {
@@ -126,7 +126,7 @@ TEST(Run, Log_that_cannot_be_written_stops_before_the_library) {
     const ConsoleResult result = RunScripted({"--log", "/no/such/folder/log"}, {"out:called"});
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err, "ispctl: the log /no/such/folder/log cannot be written: "
+    EXPECT_EQ(result.err, "ispctl: cannot write the log /no/such/folder/log: "
                           "No such file or directory\n");
 }
 
@@ -136,7 +136,8 @@ TEST(Run, File_of_the_callers_folder_is_pointed_out) {
     const ConsoleResult result =
         RunConsole({"run", "--lib", SCRIPTED_LIBRARY, "--isp", "--fw", "fw.bin"},
                    ConsoleProcess::Output::Pipes, here.Path());
-    EXPECT_THAT(result.err, HasSubstr("for the file of this folder write " + here.Path("fw.bin")));
+    EXPECT_THAT(result.err,
+                HasSubstr("to use the file in the current directory, pass " + here.Path("fw.bin")));
 }
 
 TEST(Run, Relative_library_is_the_callers) {
@@ -147,8 +148,8 @@ TEST(Run, Relative_library_is_the_callers) {
 }
 
 TEST(Run, Last_words_of_a_crashing_plugin_are_shown) {
-    constexpr const char *kEnd = "ispctl: failed: SIGABRT ended the process of library and "
-                                 "plug-in; the state of the device is unknown";
+    constexpr const char *kEnd = "ispctl: failed: SIGABRT ended the process of the library and "
+                                 "its plug-ins; the state of the device is unknown";
     const ConsoleResult plain = RunScripted({}, {"err:last words", "abort"});
     EXPECT_EQ(plain.status, 1);
     EXPECT_EQ(plain.err, std::string("last words\n") + kEnd + "\n");

@@ -52,7 +52,8 @@ TEST_F(ShownText, Hint_about_a_file_shows_its_name) {
     m_folder.Write(kEvil, "x");
     const ConsoleResult result = RunConsole({"run", "--lib", SCRIPTED_LIBRARY, "--fw", kEvil},
                                             ConsoleProcess::Output::Pipes, m_folder.Path());
-    EXPECT_THAT(result.err, HasSubstr(std::string("--fw ") + kShown + ": the library looks"));
+    EXPECT_THAT(result.err, HasSubstr(std::string("--fw ") + kShown +
+                                      " refers to a file in the library's directory "));
 }
 
 TEST_F(ShownText, Console_text_shows_everything_but_the_librarys_colours) {
@@ -79,7 +80,7 @@ TEST_F(ShownText, Environment_without_utf8_gets_ascii_only) {
         EXPECT_EQ(result.out, "\\u{FC}\n");
         EXPECT_EQ(result.status, 0);
         const ConsoleResult missing = RunConsole({"edid", "/no/\xC3\xBC"});
-        EXPECT_THAT(missing.err, HasSubstr("/no/\\u{FC} cannot be read"));
+        EXPECT_THAT(missing.err, HasSubstr("cannot read /no/\\u{FC}: "));
         const ConsoleResult json = RunScripted({"--json"}, {"out:\\xC3\\xBC\\n"});
         EXPECT_THAT(json.out, HasSubstr("\"text\":\"\\u00fc\\n\""));
     }
@@ -93,14 +94,15 @@ TEST_F(ShownText, Folder_that_the_environment_cannot_express_is_told) {
     const EnvGuard guard("LC_ALL", "C");
     const ConsoleResult result = RunConsole({"run", "--lib", library, "message:m"});
     EXPECT_EQ(result.status, 0);
-    EXPECT_THAT(result.err, HasSubstr("f\\u{FC} cannot be expressed in the encoding of the "
-                                      "environment, ANSI_X3.4-1968: plug-ins get an empty folder"));
+    EXPECT_THAT(result.err,
+                HasSubstr("f\\u{FC} cannot be expressed in the encoding of the "
+                          "environment, ANSI_X3.4-1968: plug-ins get an empty directory"));
 }
 
 TEST_F(ShownText, Message_is_bounded_before_it_is_kept) {
     const ConsoleResult result = RunScripted({}, {"long:65536", "long:65537", "long:20000000"});
     const std::string longest(65536, 'x');
-    const std::string cut = longest + " [cut: a message has at most 65536 characters]\n";
+    const std::string cut = longest + " [truncated: a message has at most 65536 characters]\n";
     EXPECT_TRUE(result.out == longest + "\n" + cut + cut) << result.out.size();
 }
 

@@ -34,14 +34,16 @@ TEST_F(TerminalRun, Message_stands_above_the_bar) {
               "\r\033[K[####################--------------------]  50 %"
               "\r\033[Khello\r\n"
               "\r\033[K[####################--------------------]  50 %"
-              "\r\033[Kispctl: failed with 0x9 at 50 %: from the plug-in; the state of the "
+              "\r\033[Kispctl: failed with 0x9 at 50 %: error code of the plug-in (see its "
+              "documentation); the state of the "
               "device is unknown\r\n");
 }
 
 TEST_F(TerminalRun, Text_of_the_library_takes_the_place_of_the_bar) {
     EXPECT_THAT(OnTerminal({"progress:50", "out:\\e[31mFail!\\n\\e[m", "result:9"}),
                 EndsWith("50 %\r\033[K\033[31mFail!\r\n\033[m"
-                         "ispctl: failed with 0x9 at 50 %: from the plug-in; the state of the "
+                         "ispctl: failed with 0x9 at 50 %: error code of the plug-in (see its "
+                         "documentation); the state of the "
                          "device is unknown\r\n"));
 }
 

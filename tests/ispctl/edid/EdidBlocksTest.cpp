@@ -67,7 +67,7 @@ TEST(EdidBlocks, Wrong_checksum_is_told_with_the_one_that_is_due) {
     block[127] = static_cast<std::uint8_t>(due + 1);
     char text[100];
     std::snprintf(text, sizeof text,
-                  "block 0: the checksum is 0x%02X, 0x%02X is due (the 128 bytes sum up to 0x01, "
+                  "block 0: checksum 0x%02X, expected 0x%02X (the sum of the 128 bytes is 0x01, "
                   "not 0)",
                   due + 1, due);
     EXPECT_THAT(EdidProblems(block), ElementsAre(text));
@@ -79,20 +79,18 @@ TEST(EdidBlocks, Each_block_is_checked_by_itself) {
     ++base[127];
     --cta[127]; // the sum of both together is still 0
     EXPECT_THAT(EdidProblems(Join(base, cta)),
-                ElementsAre(HasSubstr("block 0: the checksum is 0x"),
-                            HasSubstr("block 1: the checksum is 0x")));
+                ElementsAre(HasSubstr("block 0: checksum 0x"), HasSubstr("block 1: checksum 0x")));
 }
 
 TEST(EdidBlocks, Blocks_are_counted) {
     EXPECT_THAT(EdidProblems(edid::Base(1)),
-                ElementsAre("block 0: 1 extension blocks are announced, 0 are there"));
+                ElementsAre("block 0: header declares 1 extension block, file contains 0"));
     EXPECT_THAT(EdidProblems(Join(edid::Base(), edid::Cta())),
-                ElementsAre("block 0: 0 extension blocks are announced, 1 are there"));
+                ElementsAre("block 0: header declares 0 extension blocks, file contains 1"));
 }
 
 TEST(EdidBlocks, Size_and_header_are_checked) {
-    EXPECT_THAT(EdidProblems({}),
-                ElementsAre("0 bytes are no whole number of blocks of 128 bytes"));
+    EXPECT_THAT(EdidProblems({}), ElementsAre("size 0 is not a multiple of 128"));
     edid::Block block = edid::Base();
     block[0] = 1;
     edid::Close(block);
@@ -100,7 +98,7 @@ TEST(EdidBlocks, Size_and_header_are_checked) {
                 ElementsAre("block 0: the header is not 00 FF FF FF FF FF FF 00"));
     std::vector<std::uint8_t> longer(block.begin(), block.end());
     longer.push_back(0);
-    EXPECT_EQ(EdidProblems(longer).front(), "129 bytes are no whole number of blocks of 128 bytes");
+    EXPECT_EQ(EdidProblems(longer).front(), "size 129 is not a multiple of 128");
 }
 
 } // namespace

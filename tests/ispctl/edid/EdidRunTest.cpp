@@ -65,9 +65,9 @@ TEST_F(EdidRun, Wrong_checksum_is_refused_by_the_library) {
     const ConsoleResult result = Run(m_edid);
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.out, "");
-    EXPECT_THAT(result.err, HasSubstr("e: block 0: the checksum is 0x"));
-    EXPECT_THAT(result.err, HasSubstr("(the 128 bytes sum up to 0x5B, not 0)"));
-    EXPECT_THAT(result.err, HasSubstr("ispctl: the library refuses this EDID\n"));
+    EXPECT_THAT(result.err, HasSubstr("e: block 0: checksum 0x"));
+    EXPECT_THAT(result.err, HasSubstr("(the sum of the 128 bytes is 0x5B, not 0)"));
+    EXPECT_THAT(result.err, HasSubstr("ispctl: invalid EDID\n"));
 }
 
 TEST_F(EdidRun, Blocks_that_only_sum_up_together_are_refused) {
@@ -76,15 +76,15 @@ TEST_F(EdidRun, Blocks_that_only_sum_up_together_are_refused) {
     const ConsoleResult result = Run(m_edid);
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.out, "");
-    EXPECT_THAT(result.err, HasSubstr("sum up to 0x01, not 0"));
-    EXPECT_THAT(result.err, HasSubstr("sum up to 0xFF, not 0"));
-    EXPECT_THAT(result.err, HasSubstr("ispctl: this EDID is refused\n"));
+    EXPECT_THAT(result.err, HasSubstr("sum of the 128 bytes is 0x01, not 0"));
+    EXPECT_THAT(result.err, HasSubstr("sum of the 128 bytes is 0xFF, not 0"));
+    EXPECT_THAT(result.err, HasSubstr("ispctl: invalid EDID\n"));
 }
 
 TEST_F(EdidRun, Text_without_bytes_is_refused) {
     EXPECT_EQ(Run("").status, 1);
     EXPECT_EQ(Run("0x100,").err,
-              "ispctl: " + m_folder.Path("e") + ": no bytes, or a value above 255\n");
+              "ispctl: " + m_folder.Path("e") + ": no bytes, or a value greater than 255\n");
     EXPECT_EQ(Run("00F").err,
               "ispctl: " + m_folder.Path("e") + ": an odd number of hexadecimal digits\n");
 }

@@ -29,29 +29,30 @@ TEST(ScriptCheck, Reads_need_output) {
 
 TEST(ScriptCheck, Operands_lie_inside_the_script) {
     EXPECT_THAT(CheckScript(Bytes{1, 3, 0x10}).problems,
-                ElementsAre("offset 1: WriteReg needs 3 bytes, 2 are left"));
+                ElementsAre("offset 1: WriteReg needs 3 bytes, only 2 left"));
     EXPECT_THAT(CheckScript(Bytes{22, 1, 0, 3, 1, 7, 7}).problems,
-                ElementsAre("offset 0: WriteRegs needs 8 bytes, 7 are left"));
+                ElementsAre("offset 0: WriteRegs needs 8 bytes, only 7 left"));
     EXPECT_THAT(CheckScript(Bytes{20, 1, 0}).problems,
-                ElementsAre("offset 0: WriteRegsEx needs 6 bytes, 3 are left"));
+                ElementsAre("offset 0: WriteRegsEx needs 6 bytes, only 3 left"));
     EXPECT_EQ(CheckScript(Bytes{23, 1, 0xFF}).outputBytes, 0U);
 }
 
 TEST(ScriptCheck, Opcodes_that_end_a_script_are_problems) {
     EXPECT_THAT(CheckScript(Bytes{1, 10, 11, 27, 1}).problems,
                 ElementsAre("offset 1: opcode 10 is not supported",
-                            "offset 2: opcode 11 is not supported", "offset 3: 0x1B is no opcode"));
+                            "offset 2: opcode 11 is not supported",
+                            "offset 3: unknown opcode 0x1B"));
 }
 
 TEST(ScriptCheck, Opcode_26_behind_a_block_is_pointed_out) {
     Bytes script = {23, 1, 0, 2, 1, 26, 0, 0, 0, 1, 0, 0, 0, 2, 99, 99, 1};
-    const char *note = "offset 5: Write32BitRegEx follows a block of 2 bytes, so the runner passes "
-                       "over the 2 bytes behind it";
+    const char *note = "offset 5: Write32BitRegEx follows a block of 2 bytes, so the runner skips "
+                       "the next 2 bytes";
     EXPECT_THAT(CheckScript(script).notes, ElementsAre(note));
     EXPECT_THAT(CheckScript(script).problems, IsEmpty());
     script.resize(15);
     EXPECT_THAT(CheckScript(script).notes,
-                ElementsAre(note, "offset 5: only 1 bytes are left there; the script ends"));
+                ElementsAre(note, "offset 5: only 1 of them are left, so the script ends there"));
     EXPECT_THAT(CheckScript(Bytes{26, 0, 0, 0, 1, 0, 0, 0, 2, 1}).notes, IsEmpty());
 }
 

@@ -41,7 +41,7 @@ TEST_F(ScriptRun, Failing_call_ends_the_run_and_earlier_reads_are_shown) {
 TEST_F(ScriptRun, Poll_without_a_match_is_told_in_words) {
     const ConsoleResult result = Run("PollMcuReg 1, 0xFF, 0, 2, 0");
     EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.err, HasSubstr("ispctl: failed with 0x3: a poll ran out of tries"));
+    EXPECT_THAT(result.err, HasSubstr("ispctl: failed with 0x3: a poll used up its tries"));
 }
 
 TEST_F(ScriptRun, Channel_is_chosen_first) {
@@ -56,7 +56,9 @@ TEST_F(ScriptRun, Library_that_does_not_start_runs_nothing) {
     const EnvGuard fails("RECORDING_COMM_FAILS", "Initiallize");
     const ConsoleResult result = Run("ScalerRun");
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.err, "comm Initiallize\nispctl: Initiallize: status 0x9\n");
+    EXPECT_EQ(
+        result.err,
+        "comm Initiallize\nispctl: cannot initialise the communication library (status 0x9)\n");
 }
 
 TEST_F(ScriptRun, Library_that_ends_the_process_is_no_success) {
@@ -67,7 +69,7 @@ TEST_F(ScriptRun, Library_that_ends_the_process_is_no_success) {
         result.err,
         "comm Initiallize\ncomm ScalerStop\ncomm ScalerRun\n"
         "ispctl: failed: the process ended (exit status 0) while the communication library was "
-        "at work; the state of the device is unknown\n");
+        "in use; the state of the device is unknown\n");
 }
 
 TEST_F(ScriptRun, More_reads_than_are_kept_are_refused) {
@@ -77,16 +79,15 @@ TEST_F(ScriptRun, More_reads_than_are_kept_are_refused) {
     }
     const ConsoleResult result = Run(text);
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.err,
-              "ispctl: the script was not run: it reads 72088500 bytes; at most 67108864 "
-              "are kept\n");
+    EXPECT_EQ(result.err, "ispctl: the script was not run: it reads 72088500 bytes, more than the "
+                          "maximum of 67108864\n");
 }
 
 TEST_F(ScriptRun, Script_with_a_problem_is_not_run) {
     const ConsoleResult result = Run("ScalerRun\nbytes {3, 1}");
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.err, m_folder.Path("a.script") +
-                              ": offset 1: WriteReg needs 3 bytes, 2 are left\n"
+                              ": offset 1: WriteReg needs 3 bytes, only 2 left\n"
                               "ispctl: the script was not run\n");
 }
 
@@ -97,12 +98,12 @@ TEST_F(ScriptRun, Wrong_use_is_2) {
     EXPECT_EQ(RunConsole({"script", "list"}).status, 2);
     EXPECT_EQ(RunConsole({"script", "list", "/no/file"}).status, 2);
     EXPECT_EQ(RunConsole({"script", "run", script}).err,
-              "ispctl: no communication library: give --comm FILE, or --virtual\n");
+              "ispctl: no communication library: use --comm LIB or --virtual\n");
     EXPECT_EQ(RunConsole({"script", "run", "--virtual", "--comm", "x", script}).status, 2);
     const ConsoleResult missing =
         RunConsole({"script", "run", "--lib", REAL_LIBRARY, "--comm", "/no/comm", script});
     EXPECT_EQ(missing.status, 2);
-    EXPECT_THAT(missing.err, HasSubstr("ispctl: /no/comm cannot be loaded"));
+    EXPECT_THAT(missing.err, HasSubstr("ispctl: cannot load /no/comm"));
 }
 
 TEST_F(ScriptRun, Assemble_list_and_check_work_together) {
@@ -128,7 +129,7 @@ TEST_F(ScriptRun, Errors_name_file_line_and_column) {
     const ConsoleResult result = RunConsole({"script", "assemble", text});
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err, text + ":2:1: WriteReg needs the operand value\n");
+    EXPECT_EQ(result.err, text + ":2:1: missing operand value of WriteReg\n");
 }
 
 } // namespace

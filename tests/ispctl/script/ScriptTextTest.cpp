@@ -91,42 +91,41 @@ std::string ErrorOf(const std::string &text) {
 
 TEST(ScriptText, Errors_say_where_and_why) {
     const ErrorRow rows[] = {
-        {"ScalerRun\n  Writereg 1, 2", "2:3: Writereg is no statement"},
-        {"5", "1:1: a statement begins with a name"},
-        {"WriteReg 1", "1:1: WriteReg needs the operand value"},
-        {"WriteReg 1, 2, 3", "1:16: WriteReg has no operand more"},
-        {"WriteReg 1 2", "1:12: ',' is missing here"},
-        {"WriteReg 0x100, 2", "1:10: 0x100 does not fit addr, which has 1 byte"},
-        {"WriteRegEx addr = 0x10000, value = 2",
-         "1:19: 0x10000 does not fit addr, which has 2 bytes"},
+        {"ScalerRun\n  Writereg 1, 2", "2:3: unknown statement Writereg"},
+        {"5", "1:1: expected a statement name"},
+        {"WriteReg 1", "1:1: missing operand value of WriteReg"},
+        {"WriteReg 1, 2, 3", "1:16: too many operands for WriteReg"},
+        {"WriteReg 1 2", "1:12: expected ','"},
+        {"WriteReg 0x100, 2", "1:10: 0x100 does not fit in addr (1 byte)"},
+        {"WriteRegEx addr = 0x10000, value = 2", "1:19: 0x10000 does not fit in addr (2 bytes)"},
         {"WriteReg addr = 1, addr = 2", "1:20: addr is given twice"},
         {"WriteReg 1, addr = 2", "1:13: addr is given twice"},
-        {"WriteReg addr = 1, 2", "1:20: an operand without a name cannot follow one with its name"},
-        {"WriteReg adr = 1", "1:10: WriteReg has no operand adr"},
-        {"WriteReg kOne, 2", "1:10: kOne is no constant"},
-        {"WriteReg 1, kTwo", "1:13: kTwo is no constant"},
-        {"WriteReg 1,", "1:12: a number is missing here"},
-        {"ScalerRun 1", "1:11: ScalerRun has no operand more"},
-        {"WriteRegs 1, 1", "1:1: WriteRegs needs data bytes in braces"},
+        {"WriteReg addr = 1, 2", "1:20: positional operand after a named one"},
+        {"WriteReg adr = 1", "1:10: WriteReg has no operand named adr"},
+        {"WriteReg kOne, 2", "1:10: unknown constant kOne"},
+        {"WriteReg 1, kTwo", "1:13: unknown constant kTwo"},
+        {"WriteReg 1,", "1:12: expected a number"},
+        {"ScalerRun 1", "1:11: too many operands for ScalerRun"},
+        {"WriteRegs 1, 1", "1:1: missing data bytes in braces for WriteRegs"},
         {"WriteRegs 1, 1, {1}, {2}", "1:22: data is given twice"},
         {"WriteRegs 1, length = 1, inc = 1, data = {1}",
-         "1:14: the length follows from the data bytes"},
-        {"ReadRegs 1, 1, {1}", "1:16: ReadRegs takes no data bytes"},
-        {"bytes {256}", "1:8: 0x100 is no byte"},
-        {"bytes {1 2}", "1:10: ',' is missing here"},
-        {"bytes {1", "1:9: ',' is missing here"},
-        {"bytes {1} 2", "1:11: the statement should end here"},
-        {"bytes 1", "1:7: '{' is missing here"},
-        {"const 1 = 2", "1:7: a constant needs a name"},
-        {"const a 2", "1:9: '=' is missing here"},
-        {"const a = 1\nconst a = 1", "2:7: a is defined already"},
-        {"Wait 010", "1:6: 010 begins with a zero; write it without, or with 0x"},
-        {"Wait 0x", "1:6: 0x is no number"},
-        {"Wait 12ms", "1:6: 12ms is no number"},
-        {"Wait 4294967296", "1:6: 4294967296 is larger than 32 bits"},
-        {"Wait -1", "1:6: this character belongs to no statement"},
-        {"Wait 1 /* x", "1:8: this comment has no end"},
-        {"/* \xC3\xA4 */ Wait \xC3\xA4", "1:14: this character belongs to no statement"},
+         "1:14: the length is computed from the data bytes"},
+        {"ReadRegs 1, 1, {1}", "1:16: ReadRegs has no data bytes"},
+        {"bytes {256}", "1:8: 0x100 does not fit in a byte"},
+        {"bytes {1 2}", "1:10: expected ','"},
+        {"bytes {1", "1:9: expected ','"},
+        {"bytes {1} 2", "1:11: expected end of line"},
+        {"bytes 1", "1:7: expected '{'"},
+        {"const 1 = 2", "1:7: expected a constant name"},
+        {"const a 2", "1:9: expected '='"},
+        {"const a = 1\nconst a = 1", "2:7: a is already defined"},
+        {"Wait 010", "1:6: 010 has a leading zero; write it without, or in hexadecimal with 0x"},
+        {"Wait 0x", "1:6: 0x is not a number"},
+        {"Wait 12ms", "1:6: 12ms is not a number"},
+        {"Wait 4294967296", "1:6: 4294967296 does not fit in 32 bits"},
+        {"Wait -1", "1:6: unexpected character"},
+        {"Wait 1 /* x", "1:8: unterminated comment"},
+        {"/* \xC3\xA4 */ Wait \xC3\xA4", "1:14: unexpected character"},
     };
     for (const ErrorRow &row : rows) {
         EXPECT_EQ(ErrorOf(row.text), row.error) << row.text;
@@ -139,7 +138,7 @@ TEST(ScriptText, Longest_block_is_taken_and_no_longer_one) {
         data += ",0";
     }
     EXPECT_EQ(AssembleScript(data + "}").size(), 65540U);
-    EXPECT_EQ(ErrorOf(data + ",0}"), "1:17: 65536 data bytes are more than 65535");
+    EXPECT_EQ(ErrorOf(data + ",0}"), "1:17: 65536 data bytes, at most 65535 are allowed");
 }
 
 TEST(ScriptText, List_is_readable) {
@@ -148,7 +147,7 @@ TEST(ScriptText, List_is_readable) {
               "Wait ms = 258\n"
               "WriteRegs addr = 0x10, inc = 1, data = {0xAA, 0xBB}\n"
               "Write32BitRegEx addr = 0x00000001, value = 0x00000002\n"
-              "// passed over, the last block length is 2\n"
+              "// skipped, the last block length is 2\n"
               "bytes {0x09, 0x09}\n"
               "PollMcuReg addr = 0x01, mask = 0x02, expect = 0x03, tries = 4, interval = 5\n"
               "ReadRegs addr = 0x01, length = 7, inc = 0\n"
