@@ -1,27 +1,34 @@
 #include "FileHints.h"
 
 #include <algorithm>
-#include <array>
 #include <fmt/format.h>
 #include <string_view>
 #include <system_error>
+
+#include "scaler_isp/args/CommandFacts.h"
 
 namespace ispctl {
 namespace {
 
 namespace fs = std::filesystem;
 
-// Options whose value the library looks for in its own folder. Not here: --subcert and --dumpname,
-// which reach the plug-in as typed.
-constexpr std::array<std::string_view, 16> kFileOptions{
-    "fw",  "fw1", "fw2",  "fw3",      "fw4",    "fw5",    "fw6",        "fw7",
-    "fw8", "fw9", "boot", "signfile", "vkfile", "skfile", "nextvkfile", "settingfile",
-};
+// In options.def the form "file" marks a path that the library resolves against its own directory;
+// other forms, such as that of --subcert and --dumpname, do not.
+bool IsFileForm(const ScalerIspFacts::OptionFacts &option) {
+    return option.form == "file";
+}
 
-// The library takes abbreviations; whether one is unambiguous is its own affair.
+// An abbreviation counts if it could be such an option: only the library decides whether it is
+// unambiguous.
 bool IsFileOption(std::string_view name) {
-    return !name.empty() && std::any_of(kFileOptions.begin(), kFileOptions.end(),
-                                        [&](std::string_view o) { return o.starts_with(name); });
+    if (const auto *option = ScalerIspFacts::FindOption(name); option != nullptr) {
+        return IsFileForm(*option);
+    }
+    return !name.empty() &&
+           std::any_of(ScalerIspFacts::kOptions.begin(), ScalerIspFacts::kOptions.end(),
+                       [&](const ScalerIspFacts::OptionFacts &option) {
+                           return IsFileForm(option) && option.name.starts_with(name);
+                       });
 }
 
 bool IsFile(const fs::path &path) {
@@ -29,30 +36,31 @@ bool IsFile(const fs::path &path) {
     return fs::exists(path, ignored) && !fs::is_directory(path, ignored);
 }
 
-std::string HintFor(std::string_view option, const std::string &name, const fs::path &libraryFolder,
-                    const fs::path &callerFolder) {
-    const fs::path here = callerFolder / name;
-    const fs::path there = libraryFolder / name;
+std::string HintFor(std::string_view option, const std::string &name,
+                    const fs::path &libraryDirectory, const fs::path &callerDirectory) {
+    const fs::path here = callerDirectory / name;
+    const fs::path there = libraryDirectory / name;
     std::error_code ignored;
     if (name.empty() || fs::path(name).is_absolute() || !IsFile(here) ||
         fs::equivalent(here, there, ignored)) {
         return "";
     }
     if (IsFile(there)) {
-        return fmt::format("{} {}: the library takes {}; for the file of this folder write {}",
+        return fmt::format("{} {} refers to {}; to use the file in the current directory, pass {}",
                            option, name, there.string(), here.string());
     }
-    return fmt::format("{} {}: the library looks for it in its own folder, {}; for the file of "
-                       "this folder write {}",
-                       option, name, libraryFolder.string(), here.string());
+    return fmt::format("{} {} refers to a file in the library's directory {}; to use the file in "
+                       "the current directory, pass {}",
+                       option, name, libraryDirectory.string(), here.string());
 }
 
 } // namespace
 
 std::vector<std::string> FileHints(const std::vector<std::string> &arguments,
-                                   const fs::path &libraryFolder, const fs::path &callerFolder) {
+                                   const fs::path &libraryDirectory,
+                                   const fs::path &callerDirectory) {
     std::vector<std::string> hints;
-    // Which argument is a value of which option is the library's affair, so each pair is looked at.
+    // Only the library knows which argument is the value of which option, so every pair is checked.
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string_view argument = arguments[i];
         const std::string_view option = argument.substr(0, argument.find('='));
@@ -65,7 +73,7 @@ std::vector<std::string> FileHints(const std::vector<std::string> &arguments,
         } else if (i + 1 < arguments.size()) {
             value = arguments[i + 1];
         }
-        std::string hint = HintFor(option, value, libraryFolder, callerFolder);
+        std::string hint = HintFor(option, value, libraryDirectory, callerDirectory);
         if (!hint.empty()) {
             hints.push_back(std::move(hint));
         }

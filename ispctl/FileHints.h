@@ -7,12 +7,14 @@
 
 namespace ispctl {
 
-/// The library takes relative file names from its own folder. RETURNS one sentence for each such
-/// name in arguments that a person typed for a file in the caller's folder. \param libraryFolder
-/// absolute \param callerFolder   absolute
+/// The library resolves relative paths against its own directory, which surprises users of a shell.
+/// RETURNS a message for each relative path in arguments that names an existing file in the
+/// caller's directory but that the library resolves to another one.
+/// \param libraryDirectory  absolute
+/// \param callerDirectory   absolute
 std::vector<std::string> FileHints(const std::vector<std::string> &arguments,
-                                   const std::filesystem::path &libraryFolder,
-                                   const std::filesystem::path &callerFolder);
+                                   const std::filesystem::path &libraryDirectory,
+                                   const std::filesystem::path &callerDirectory);
 
 } // namespace ispctl
 

@@ -35,7 +35,7 @@ struct OptionFacts {
     bool takesValue = false;
     Effect effect;
     std::string_view section;
-    std::string_view form;
+    std::string_view form; ///< "file": a path that the library resolves against its own directory
     std::string_view meaning;
     std::string_view needs;
     std::string_view excludes;

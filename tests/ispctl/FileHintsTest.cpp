@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
+#include <set>
 
 #include "FileHints.h"
+#include "scaler_isp/args/CommandFacts.h"
 #include "support/TempFolder.h"
 
 namespace {
@@ -21,8 +23,8 @@ class FileHint : public testing::Test {
 TEST_F(FileHint, Name_of_a_file_of_the_callers_folder_gives_the_path_to_use) {
     m_here.Write("a.bin", "x");
     EXPECT_THAT(Hints({"--isp", "--fw", "a.bin"}),
-                ElementsAre("--fw a.bin: the library looks for it in its own folder, " +
-                            m_library.Path() + "; for the file of this folder write " +
+                ElementsAre("--fw a.bin refers to a file in the library's directory " +
+                            m_library.Path() + "; to use the file in the current directory, pass " +
                             m_here.Path("a.bin")));
 }
 
@@ -47,12 +49,24 @@ TEST_F(FileHint, Names_that_the_plugin_gets_as_typed_give_none) {
                 IsEmpty());
 }
 
+TEST_F(FileHint, Table_marks_exactly_the_options_of_files_in_the_library_directory) {
+    m_here.Write("f", "x");
+    const std::set<std::string_view> files{
+        "fw",  "fw1", "fw2",  "fw3",      "fw4",    "fw5",    "fw6",        "fw7",
+        "fw8", "fw9", "boot", "signfile", "vkfile", "skfile", "nextvkfile", "settingfile"};
+    for (const ScalerIspFacts::OptionFacts &option : ScalerIspFacts::kOptions) {
+        EXPECT_EQ(Hints({"--" + std::string(option.name), "f"}).size(), files.count(option.name))
+            << option.name;
+    }
+}
+
 TEST_F(FileHint, File_in_both_folders_tells_which_one_is_taken) {
     m_here.Write("a.bin", "x");
     m_library.Write("a.bin", "y");
     EXPECT_THAT(Hints({"--fw", "a.bin"}),
-                ElementsAre("--fw a.bin: the library takes " + m_library.Path("a.bin") +
-                            "; for the file of this folder write " + m_here.Path("a.bin")));
+                ElementsAre("--fw a.bin refers to " + m_library.Path("a.bin") +
+                            "; to use the file in the current directory, pass " +
+                            m_here.Path("a.bin")));
 }
 
 TEST_F(FileHint, Absolute_missing_and_library_files_give_none) {

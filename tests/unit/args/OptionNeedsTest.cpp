@@ -99,7 +99,7 @@ class Workbench {
         case Kind::Bank:
             return kBanks[option.effect.entry];
         default:
-            return option.form == "file" ? "key.pem" : "3";
+            return option.form.starts_with("file") ? "key.pem" : "3";
         }
     }
 
