@@ -1,5 +1,5 @@
-// Expanding ten files into 64 to 512 banks. The cost must grow with the banks and no faster, and a
-// path is converted once for a file, however many banks it has.
+// Expanding ten files into 64 to 512 banks. The cost must be linear in the number of banks, and a
+// path is converted once per file, however many banks the file has.
 
 #include <cstdint>
 #include <dlfcn.h>
@@ -19,7 +19,7 @@ constexpr std::uintmax_t kBankBytes = 65536;
 
 unsigned int g_iconvOpened = 0;
 
-/// Banks of one of the files. Start banks end at 255, so the last file takes what the others leave.
+/// Banks of one of the files. Start banks end at 255, so the last file has all remaining banks.
 unsigned int BanksOfFile(unsigned int file, unsigned int banks) {
     const unsigned int each = banks / kFiles < 28 ? banks / kFiles : 28;
     return file + 1 < kFiles ? each : banks - each * (kFiles - 1);
@@ -72,7 +72,7 @@ BENCHMARK_CAPTURE(Run, , 512U)->Name("bank_map_512");
 
 } // namespace
 
-// Stands in front of the C library's and counts the conversions.
+// Replaces the C library's function, to count the conversions.
 extern "C" iconv_t iconv_open(const char *to, const char *from) {
     static const auto real =
         reinterpret_cast<iconv_t (*)(const char *, const char *)>(dlsym(RTLD_NEXT, "iconv_open"));

@@ -1,4 +1,4 @@
-// A whole call in a process that has made many, against its floor.
+// A complete call in a process that has made many, against the minimum cost of such a call.
 
 #include <sys/resource.h>
 

@@ -31,7 +31,7 @@ void Require(bool condition, const char *what) {
     }
 }
 
-/// Keeps the compiler from dropping stores to memory that nobody reads.
+/// Prevents the compiler from removing stores to memory that is never read.
 void Escape(void *memory) {
     asm volatile("" : : "g"(memory) : "memory");
 }

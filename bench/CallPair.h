@@ -1,18 +1,19 @@
 #ifndef SCALER_ISP_BENCH_CALL_PAIR_H
 #define SCALER_ISP_BENCH_CALL_PAIR_H
 
-/// One whole call of the library that reaches the plug-in, and the least that such a call can cost:
-/// loading the plug-in, one function of it, unloading, one record filled and one copied.
+/// One complete call of the library that reaches the plug-in, and the minimum work of such a call:
+/// loading the plug-in, one of its functions, unloading, one record filled and one copied.
 ///
-/// Both run in the staged folder's plug-in. A failure ends the program with a message.
+/// Both use the plug-in in the staged directory. A failure ends the program with a message.
 
-/// Opens the staged library; to be called before anything is measured.
+/// Opens the staged library. Call it before measuring, so that loading the library is not measured.
 void OpenStagedLibrary();
 
 void CallLibrary();
 void CallFloor();
 
-/// What the floor pays once in a process: a conversion descriptor and a switch of the locale.
+/// The work of the minimum call that is done once per process: a conversion descriptor and a locale
+/// switch.
 void FloorOfTheFirstCall();
 
 #endif

@@ -36,7 +36,7 @@ int main(int argc, char **argv) {
         return 2;
     }
     void (*call)() = std::strcmp(argv[1], "subject") == 0 ? CallLibrary : PeerCall;
-    OpenStagedLibrary(); // on both sides: the same libraries are mapped
+    OpenStagedLibrary(); // for both, so that the same libraries are mapped
 
     const long faultsBefore = MinorFaults();
     const double start = ProcessorNanoseconds();

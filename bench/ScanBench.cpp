@@ -1,5 +1,5 @@
-// Scanning a command line with the 90 options, against getopt_long with an equal table. The set-up
-// of the table and the copy of argv, which both scanners reorder, belong to either side.
+// Scanning a command line with the 90 options, against getopt_long with an equal table. Both
+// include the set-up of the table and the copy of argv, which both scanners reorder.
 
 #include <algorithm>
 #include <array>
@@ -29,7 +29,7 @@ std::vector<std::string> FortyArguments() {
     return words;
 }
 
-/// The words of a command line and the vector that a scan may reorder.
+/// The arguments of a command line and the vector that a scan may reorder.
 class Line {
   public:
     explicit Line(std::vector<std::string> words) : m_words(std::move(words)) {
@@ -85,7 +85,7 @@ int ScanWithEngine(Line &line, std::array<int, kOptionGroups> &flags) {
 int ScanWithGetopt(Line &line, std::array<int, kOptionGroups> &flags) {
     const auto units = Units<option>(flags);
     char **argv = line.FreshArgv();
-    optind = 0; // glibc: forget the former scan
+    optind = 0; // glibc: reset the state of the previous scan
     int sum = 0;
     for (int value = 0;
          (value = getopt_long(line.Argc(), argv, "", units.data(), nullptr)) != -1;) {

@@ -10,7 +10,7 @@ ScratchFolder::ScratchFolder(const std::string &base) {
         base.empty() ? std::filesystem::temp_directory_path() : std::filesystem::path(base);
     std::string pattern = place / "scaler-isp-bench-XXXXXX";
     if (::mkdtemp(pattern.data()) == nullptr) {
-        throw std::runtime_error("no folder for the measurement");
+        throw std::runtime_error("cannot create a directory for the measurement");
     }
     m_path = pattern + "/";
 }

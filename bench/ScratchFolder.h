@@ -4,16 +4,16 @@
 #include <cstdint>
 #include <string>
 
-/// A folder for the files of one measurement; it goes with the object, files included.
+/// A directory for the files of one measurement; the destructor removes it and its files.
 class ScratchFolder {
   public:
-    /// \param base  where the folder is made; empty: the place for temporary files.
+    /// \param base  parent directory; empty: the directory for temporary files.
     explicit ScratchFolder(const std::string &base = "");
     ~ScratchFolder();
     ScratchFolder(const ScratchFolder &) = delete;
     ScratchFolder &operator=(const ScratchFolder &) = delete;
 
-    /// Makes a file of this many bytes, all holes. Throws where that fails.
+    /// Creates a sparse file of this size, which takes no time to write. Throws on failure.
     void AddFile(const std::string &name, std::uintmax_t size);
 
     /// Ends in "/".

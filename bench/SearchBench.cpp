@@ -1,4 +1,4 @@
-// Finding the one firmware file among 10,000 entries, against a bare loop over the folder.
+// Finding the one firmware file among 10,000 entries, against a plain loop over the directory.
 
 #include <cstring>
 #include <dirent.h>

@@ -29,7 +29,7 @@ std::string ReadAll(const std::string &path) {
     return text.str();
 }
 
-constexpr const char *kDisk = "";           // the place for temporary files
+constexpr const char *kDisk = "";           // the directory for temporary files
 constexpr const char *kMemory = "/dev/shm"; // tmpfs on Linux
 
 constexpr const char *kSection = "[ISP_Fw]\n";
@@ -53,7 +53,7 @@ std::unique_ptr<Setting> OrdinaryMap(const std::string &ini, unsigned int entrie
     return MapOf(ini, entries, std::wstring(kPathCharacters, L'p'));
 }
 
-/// Replaces a file as the library has to do it.
+/// Replaces a file as the library must: through a temporary file.
 bool Replace(const std::string &ini, const std::string &bytes) {
     const std::string temporary = ini + ".tmp";
     std::FILE *file = std::fopen(temporary.c_str(), "wb");
@@ -102,7 +102,8 @@ void SavePeer(benchmark::State &state, const char *place) {
     }
 }
 
-/// Saves into a file that is made again before each turn, so that it stays as odd as it is.
+/// Saves into a file that is created again before each iteration, so that it keeps its unusual
+/// form.
 void SaveOdd(benchmark::State &state, const char *front, int copies, const std::wstring &path) {
     const ScratchFolder folder(kMemory);
     const std::string ini = folder.Path() + "s.ini";

@@ -1,4 +1,4 @@
-// The iconv pair of CCpTransform, against the bare calls: open, convert, close, one text built.
+// The iconv pair of CCpTransform, against the plain calls: open, convert, close, one string built.
 
 #include <array>
 #include <cstddef>
@@ -24,16 +24,17 @@ const Text kMixed(L"/Volumes/Werk/Anzeige-Größe/显示器固件/panel-FHD-v2.1
 
 template <class Char, class From>
 std::basic_string<Char> BareIconv(const char *to, const char *from, const From &text) {
-    std::array<Char, 10240> room; // as uninitialised as the bare call leaves it
+    std::array<Char, 10240>
+        buffer; // uninitialised, because the plain call does not need it cleared
     iconv_t descriptor = iconv_open(to, from);
     auto *in = reinterpret_cast<char *>(const_cast<typename From::value_type *>(text.data()));
     std::size_t inLeft = text.size() * sizeof(typename From::value_type);
-    auto *out = reinterpret_cast<char *>(room.data());
-    std::size_t outLeft = sizeof room;
+    auto *out = reinterpret_cast<char *>(buffer.data());
+    std::size_t outLeft = sizeof buffer;
     const bool converted = iconv(descriptor, &in, &inLeft, &out, &outLeft) != std::size_t(-1);
     iconv_close(descriptor);
-    const std::size_t count = (sizeof room - outLeft) / sizeof(Char);
-    return converted ? std::basic_string<Char>(room.data(), count) : std::basic_string<Char>();
+    const std::size_t count = (sizeof buffer - outLeft) / sizeof(Char);
+    return converted ? std::basic_string<Char>(buffer.data(), count) : std::basic_string<Char>();
 }
 
 std::string BareToUtf8(const Text &text) {

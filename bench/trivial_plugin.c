@@ -1,4 +1,4 @@
-/* An ISP plug-in that does nothing: what is left of a call is the library's own cost. */
+/* An ISP plug-in that does nothing, so that a call costs only the library's own work. */
 #include "scaler_isp/abi/IspPlugin.h"
 
 /* clang-format off */

@@ -21,12 +21,12 @@ from results import write_part
 PART = "Speed"
 FIRST_CALL = "bench_first_call"
 INTRODUCTION = """\
-Written by `./dev bench`. The library stands before the slash, what it is measured against behind it.
-Both run in turns, and what counts is the least processor time of each: other programs on the machine
-can only add to it. The spread is the middle half of the library's runs, relative to its least. The
-commands are programs of the build's folder `bench`, to be run with `LC_ALL=C.UTF-8`.
+Written by `./dev bench`. The library is before the slash, the comparison after it. Both run
+alternately, and the minimum processor time of each is used, because other programs on the machine can only
+add to it. The spread is the middle half of the library's runs, relative to its minimum. The commands are
+programs in the directory `bench` of the build, to be run with `LC_ALL=C.UTF-8`.
 
-The floor of a whole call loads the plug-in, looks its eleven functions up, calls one, unloads it, fills
+The floor of a complete call loads the plug-in, looks up its eleven functions, calls one, unloads it, fills
 one command record and copies it to another; in a fresh process it also opens iconv and switches the
 locale once. The allocator of the C library may give memory back to the system after every call, which
 buries a call and its floor under page faults; the rows where it keeps its memory are the hard ones.
@@ -154,12 +154,12 @@ def pair_rows(folder, quick):
 
 
 def all_call_rows(folder, quick):
-    for what, extra in [("whole call, warm", {}),
-                        ("whole call, warm, allocator keeps its memory", KEEP_MEMORY)]:
+    for what, extra in [("complete call, warm", {}),
+                        ("complete call, warm, allocator keeps its memory", KEEP_MEMORY)]:
         runs = measure(folder, "bench_call", quick, extra)
         words = [f"{name}={value}" for name, value in extra.items()] + ["bench_call"]
         yield from call_rows(what, runs["call:subject"], runs["call:peer"], " ".join(words))
-    yield from call_rows("whole call, first of a process", *measure_first_calls(folder, quick),
+    yield from call_rows("complete call, first of a process", *measure_first_calls(folder, quick),
                          f"{FIRST_CALL} subject, {FIRST_CALL} peer")
 
 
