@@ -2,7 +2,7 @@
 //
 //   bus_host /opt/scaler-isp/share/scaler-isp/virtual/libVirtualComm.dylib
 //
-// The virtual bus remembers registers in the folder that SCALER_ISP_VIRTUAL_DEVICE names.
+// The virtual bus stores registers in the directory that SCALER_ISP_VIRTUAL_DEVICE names.
 
 #include <cstdio>
 #include <string>
@@ -15,7 +15,7 @@ namespace {
 constexpr unsigned char kEdidSlave = 0xA0;
 constexpr unsigned short kEdidBytes = 256; ///< a base block and one extension
 
-/// A status is 0 for success; any other is the library's own.
+/// Status 0 is success; all others are specific to the communication library.
 bool Succeeded(const char *what, unsigned int status) {
     if (status != 0) {
         std::fprintf(stderr, "%s: status 0x%X\n", what, status);
@@ -38,7 +38,7 @@ bool DumpEdid(CNxComm &comm) {
     if (!Succeeded("I2CRead", comm.I2CRead(kEdidSlave, 0, kEdidBytes, edid.data()))) {
         return false;
     }
-    // Each block of 128 bytes sums up to 0.
+    // The bytes of each block of 128 sum to 0 modulo 256.
     for (std::size_t block = 0; block < edid.size(); block += 128) {
         if (CalculateByteChecksum(&edid[block], 128) % 256 != 0) {
             std::fprintf(stderr, "block %zu has a wrong checksum\n", block / 128);
@@ -51,7 +51,8 @@ bool DumpEdid(CNxComm &comm) {
     return true;
 }
 
-/// The same register by a script: what `ispctl script assemble` makes of "ReadReg 0x10".
+/// Reads the same register by a script: the bytes that `ispctl script assemble` generates for
+/// "ReadReg 0x10".
 bool RunScript(CNxComm &comm) {
     unsigned char script[] = {0x05, 0x10};
     unsigned char out[1] = {};
@@ -74,11 +75,11 @@ int main(int argc, char **argv) {
     std::wstring path = CCpTransform().ConvertUTF8StringToUnicode(argv[1]);
     CNxComm comm;
     if (comm.LoadCommDllFile(path.data()) != 1) {
-        std::fprintf(stderr, "%s: no communication library\n", argv[1]);
+        std::fprintf(stderr, "cannot load %s as a communication library\n", argv[1]);
         return 1;
     }
     const bool done = Succeeded("Initiallize", comm.Initiallize()) && ShowRegister(comm, 0x10) &&
                       RunScript(comm) && DumpEdid(comm);
-    comm.FreeCommDllFile(); // the destructor leaves it open
+    comm.FreeCommDllFile(); // the destructor does not close it
     return done ? 0 : 1;
 }

@@ -18,12 +18,12 @@ namespace {
 
 std::map<std::pair<std::string, std::uint32_t>, std::uint32_t> g_busyReads;
 
-Faults CheckedFaults(const std::string &folder) {
-    if (!MakeFolder(folder)) {
-        throw Failure{VIRTUAL_ISP_NO_DEVICE, Format("The device's folder cannot be made: %s: %s",
-                                                    folder.c_str(), std::strerror(errno))};
+Faults CheckedFaults(const std::string &directory) {
+    if (!MakeDirectory(directory)) {
+        throw Failure{VIRTUAL_ISP_NO_DEVICE, Format("The device's directory cannot be made: %s: %s",
+                                                    directory.c_str(), std::strerror(errno))};
     }
-    Faults faults = LoadFaults(folder + "faults.txt");
+    Faults faults = LoadFaults(directory + "faults.txt");
     if (faults.refuseOpen) {
         throw Failure{VIRTUAL_ISP_NO_DEVICE, "The device refuses to open, as faults.txt asks for"};
     }
@@ -37,9 +37,9 @@ Faults CheckedFaults(const std::string &folder) {
 
 } // namespace
 
-BusSession::BusSession(std::string folder)
-    : m_folder(std::move(folder)), m_faults(CheckedFaults(m_folder)),
-      m_file(open((m_folder + "registers.txt").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644)) {
+BusSession::BusSession(std::string directory)
+    : m_directory(std::move(directory)), m_faults(CheckedFaults(m_directory)),
+      m_file(open((m_directory + "registers.txt").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644)) {
     if (!m_file.IsOpen()) {
         FailOnFile("opened");
     }
@@ -48,7 +48,7 @@ BusSession::BusSession(std::string folder)
             FailOnFile("locked");
         }
     }
-    if (!ReadText(m_folder + "registers.txt", m_text)) {
+    if (!ReadText(m_directory + "registers.txt", m_text)) {
         FailOnFile("read");
     }
     state = BusState::FromText(m_text);

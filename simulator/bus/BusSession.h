@@ -10,26 +10,26 @@
 
 namespace virtual_scaler {
 
-/// The virtual bus for the length of one call: what it remembers is read from registers.txt and
-/// written back if it changed, so that both libraries and all processes see one device. Another
-/// call, in any process, waits meanwhile.
+/// The virtual bus during one call: its state is read from registers.txt and written back if it
+/// changed, so that both libraries and all processes see one device. A file lock makes other calls
+/// wait.
 class BusSession {
   public:
-    /// Makes the folder and the file where they are missing. Throws Failure.
-    explicit BusSession(std::string folder);
+    /// Creates the directory and the file if they are missing. Throws Failure.
+    explicit BusSession(std::string directory);
 
-    /// Throws Failure.
+    /// Writes the state if it changed, so that reads do not touch the file. Throws Failure.
     void Save();
 
-    /// A byte of a register space, or what a busy register gives.
+    /// RETURNS a byte of a register space, or the value of a busy register while it is busy.
     std::uint8_t ReadByte(const std::string &space, std::uint32_t address);
-    /// Busy registers count their reads in each process anew from here on.
+    /// Resets the read counts of busy registers in this process.
     static void RestartBusyReads();
     /// Throws Failure VIRTUAL_BUS_REMOVED after RemoveDevice.
     void RequirePresent();
 
-    const std::string &Folder() const {
-        return m_folder;
+    const std::string &Directory() const {
+        return m_directory;
     }
     const Faults &Fault() const {
         return m_faults;
@@ -38,7 +38,7 @@ class BusSession {
     BusState state;
 
   private:
-    std::string m_folder;
+    std::string m_directory;
     Faults m_faults;
     Descriptor m_file;
     std::string m_text;

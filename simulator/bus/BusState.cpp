@@ -14,7 +14,7 @@ namespace {
 
 struct NumberRow {
     const char *name;
-    std::uint32_t usual;
+    std::uint32_t defaultValue;
 };
 
 constexpr NumberRow kNumbers[] = {
@@ -42,11 +42,11 @@ constexpr NumberRow kNumbers[] = {
     {"edid_address", 0},
 };
 
-// Beside them "ddr" and the number of a CPU.
+// In addition to these: "ddr" followed by the number of a CPU.
 constexpr std::string_view kSpaces[] = {"reg", "port", "mcu", "sys", "reg32", "pwm_reg", "pwm_dev"};
 
-constexpr std::string_view kBytesWord = "bytes";
-constexpr std::string_view kBoxWord = "box";
+constexpr std::string_view kBytesKeyword = "bytes";
+constexpr std::string_view kBoxKeyword = "box";
 
 bool ParseBytes(std::string_view text, std::vector<std::uint8_t> &bytes) {
     bytes.clear();
@@ -68,34 +68,35 @@ bool IsSpace(std::string_view name) {
            (name.substr(0, 3) == "ddr" && ParseNumber(name.substr(3), 0xFFFFFFFF, cpu));
 }
 
-/// "SPACE ADDRESS" and the bytes from there on.
-bool TakeSpace(BusState &state, std::string_view place, const std::vector<std::uint8_t> &bytes) {
-    const std::size_t blank = place.find_first_of(" \t");
+/// Stores bytes at "SPACE ADDRESS".
+bool ParseSpace(BusState &state, std::string_view location,
+                const std::vector<std::uint8_t> &bytes) {
+    const std::size_t separator = location.find_first_of(" \t");
     std::uint32_t address = 0;
-    if (blank == std::string_view::npos || !IsSpace(place.substr(0, blank)) ||
-        !ParseNumber(Trimmed(place.substr(blank)), 0xFFFFFFFF, address)) {
+    if (separator == std::string_view::npos || !IsSpace(location.substr(0, separator)) ||
+        !ParseNumber(Trimmed(location.substr(separator)), 0xFFFFFFFF, address)) {
         return false;
     }
-    SparseBytes &space = state.spaces[std::string(place.substr(0, blank))];
+    SparseBytes &space = state.spaces[std::string(location.substr(0, separator))];
     for (const std::uint8_t byte : bytes) {
         space.Write(address++, byte);
     }
     return true;
 }
 
-bool TakeLine(BusState &state, std::string_view line) {
+bool ParseLine(BusState &state, std::string_view line) {
     const std::size_t colon = line.find(':');
     const std::string_view word = line.substr(0, line.find_first_of(" \t"));
-    if (colon != std::string_view::npos && (word == kBytesWord || word == kBoxWord)) {
-        const std::string_view place = Trimmed(line.substr(word.size(), colon - word.size()));
+    if (colon != std::string_view::npos && (word == kBytesKeyword || word == kBoxKeyword)) {
+        const std::string_view location = Trimmed(line.substr(word.size(), colon - word.size()));
         std::vector<std::uint8_t> bytes;
         if (!ParseBytes(line.substr(colon + 1), bytes)) {
             return false;
         }
-        if (word == kBytesWord) {
-            return TakeSpace(state, place, bytes);
+        if (word == kBytesKeyword) {
+            return ParseSpace(state, location, bytes);
         }
-        state.mailboxes[std::string(place)] = bytes;
+        state.mailboxes[std::string(location)] = bytes;
         return true;
     }
     const std::size_t equals = line.find('=');
@@ -120,17 +121,17 @@ void SparseBytes::Write(std::uint32_t address, std::uint8_t value) {
 
 BusState::BusState() {
     for (const NumberRow &row : kNumbers) {
-        numbers[row.name] = row.usual;
+        numbers[row.name] = row.defaultValue;
     }
     for (const VcpFeature &feature : kVcpFeatures) {
-        numbers[feature.name] = feature.usual;
+        numbers[feature.name] = feature.defaultValue;
     }
 }
 
 BusState BusState::FromText(const std::string &text) {
     BusState state;
     ForEachLine(text, [&](int number, std::string_view line) {
-        if (!TakeLine(state, line)) {
+        if (!ParseLine(state, line)) {
             throw Failure{VIRTUAL_BUS_BAD_STATE,
                           Format("registers.txt, line %d cannot be understood: %s", number,
                                  std::string(line).c_str())};

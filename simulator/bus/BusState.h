@@ -9,7 +9,7 @@
 
 namespace virtual_scaler {
 
-/// Bytes by address, 0 where nothing was written.
+/// Bytes by address; 0 if never written.
 class SparseBytes {
   public:
     static constexpr std::uint32_t kRowBytes = 16;
@@ -26,20 +26,20 @@ class SparseBytes {
     std::map<std::uint32_t, Row> m_rows;
 };
 
-/// All that the virtual bus remembers between two calls, as registers.txt holds it:
+/// The state of the virtual bus between calls, with the format of registers.txt:
 ///
-///     debug_slave = 0x6A                  a number; all are listed
-///     bytes reg 0x0010: 00 5A             bytes of a space from an address on; the rest is 0
-///     box native 0xA0: 01 02              the bytes that one end left for the other
+///     debug_slave = 0x6A                  a number; all are listed, so that a user can edit them
+///     bytes reg 0x0010: 00 5A             bytes of a space from an address; all others are 0
+///     box native 0xA0: 01 02              bytes written by one side for the other
 struct BusState {
-    /// A new device.
+    /// The state of a new device.
     BusState();
 
     /// Throws Failure VIRTUAL_BUS_BAD_STATE, with the number of the line.
     static BusState FromText(const std::string &text);
     std::string ToText() const;
 
-    /// A number by its name; it must be one of the table in the source.
+    /// REQUIRES: name is in the table in BusState.cpp.
     std::uint32_t &Number(const std::string &name);
     void ResetRegisters();
 

@@ -2,10 +2,10 @@
 #define SCALER_ISP_SIMULATOR_BUS_BUS_STATUS_H
 
 /// \file
-/// The statuses of the virtual bus, beside those of the device (device/ResultCodes.h). Success is
-/// 0; 6 is the library's own answer for a function that is not loaded and never given here.
+/// The status codes of the virtual bus, in addition to those of the device (device/ResultCodes.h).
+/// Success is 0. Never 6, which the library itself returns for a function that is not loaded.
 
-/// One row a status: X(name, value, meaning in one line).
+/// One row per status: X(name, value, meaning in one line).
 #define VIRTUAL_BUS_STATUSES(X)                                                                    \
     X(VIRTUAL_BUS_NACK, 0x5B01, "no slave answers at this I2C address")                            \
     X(VIRTUAL_BUS_BAD_ARGUMENT, 0x5B02, "a null pointer, or an address mode other than 0 and 1")   \

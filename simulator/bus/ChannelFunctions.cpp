@@ -168,7 +168,7 @@ void ChannelFunctions::SetI2CoverAUXDebugPort() {
     Set("debug_port_over_aux", 1);
 }
 
-// The journal keeps both texts.
+// Only the journal records the two strings.
 void ChannelFunctions::SetSettingFilePath(wchar_t *) {}
 
 void ChannelFunctions::SetCmdLine(wchar_t *) {}

@@ -6,8 +6,8 @@
 
 namespace virtual_scaler {
 
-/// Channel, slave addresses, modes and speeds: there is one channel, and what is set is kept and
-/// given back. A function without a result fails by throwing Failure.
+/// Channel, slave addresses, modes and speeds: there is one channel, and values that are set are
+/// stored and returned. A function without a result fails by throwing Failure.
 class ChannelFunctions {
   public:
     explicit ChannelFunctions(BusSession &session) : m_session(session) {}

@@ -1,11 +1,11 @@
-// The functions of the communication library, from the library's own table. The device library is
-// made of the same ones and exports fewer.
+// The functions of the communication library, generated from the library's own table. The device
+// library is built from the same sources and exports fewer of them.
 
 #include "bus/ExportedCall.h"
 #include "common/Files.h"
 
-std::string virtual_scaler::BusFolder() {
-    return DeviceFolder(1);
+std::string virtual_scaler::BusDirectory() {
+    return DeviceDirectory(1);
 }
 
 #define EXPORT_REQUIRED VIRTUAL_BUS_EXPORT

@@ -11,11 +11,11 @@
 namespace virtual_scaler {
 namespace {
 
-constexpr std::uint8_t kDisplay = 0x6E;     // also the source of its answers
+constexpr std::uint8_t kDisplay = 0x6E;     // also the source of its replies
 constexpr std::uint8_t kHost = 0x51;        // source of the host's messages
-constexpr std::uint8_t kHostVirtual = 0x50; // destination that the answers' checksum counts
+constexpr std::uint8_t kHostVirtual = 0x50; // destination included in the checksum of replies
 constexpr std::uint8_t kLengthMark = 0x80;
-constexpr const char *kBox = "ddcci";
+constexpr const char *kMailbox = "ddcci";
 
 enum Command : std::uint8_t {
     kGetFeature = 0x01,
@@ -59,7 +59,7 @@ std::uint8_t Low(std::uint32_t value) {
 
 } // namespace
 
-void DdcCi::Take(const std::vector<std::uint8_t> &message) {
+void DdcCi::Receive(const std::vector<std::uint8_t> &message) {
     if (message.size() < 3 || message[0] != kHost || (message[1] & kLengthMark) == 0 ||
         message.size() != (message[1] & 0x7FU) + 3U) {
         throw Failure{VIRTUAL_BUS_BAD_MESSAGE,
@@ -72,21 +72,21 @@ void DdcCi::Take(const std::vector<std::uint8_t> &message) {
                              static_cast<unsigned>(message.back()),
                              static_cast<unsigned>(expected))};
     }
-    m_session.state.mailboxes.erase(kBox);
-    Carry({message.begin() + 2, message.end() - 1});
+    m_session.state.mailboxes.erase(kMailbox);
+    Execute({message.begin() + 2, message.end() - 1});
 }
 
-std::vector<std::uint8_t> DdcCi::Answer() {
-    if (m_session.state.mailboxes.count(kBox) == 0) {
+std::vector<std::uint8_t> DdcCi::TakeReply() {
+    if (m_session.state.mailboxes.count(kMailbox) == 0) {
         Reply({});
     }
-    std::vector<std::uint8_t> answer = m_session.state.mailboxes[kBox];
-    m_session.state.mailboxes.erase(kBox);
-    return answer;
+    std::vector<std::uint8_t> reply = m_session.state.mailboxes[kMailbox];
+    m_session.state.mailboxes.erase(kMailbox);
+    return reply;
 }
 
-// What the display does not know it leaves without an answer.
-void DdcCi::Carry(const std::vector<std::uint8_t> &command) {
+// Unknown commands are ignored, so that the next read gets the null message.
+void DdcCi::Execute(const std::vector<std::uint8_t> &command) {
     if (command.size() == 2 && command[0] == kGetFeature) {
         GetFeature(command[1]);
     } else if (command.size() == 4 && command[0] == kSetFeature) {
@@ -110,7 +110,7 @@ void DdcCi::GetFeature(std::uint8_t code) {
 void DdcCi::SetFeature(std::uint8_t code, std::uint16_t value) {
     if (code == kRestoreDefaults && value != 0) {
         for (const VcpFeature &feature : kVcpFeatures) {
-            m_session.state.Number(feature.name) = feature.usual;
+            m_session.state.Number(feature.name) = feature.defaultValue;
         }
     }
     const VcpFeature *feature = FindFeature(code);
@@ -138,7 +138,7 @@ void DdcCi::Reply(std::vector<std::uint8_t> bytes) {
         checksum = static_cast<std::uint8_t>(~checksum);
     }
     bytes.push_back(checksum);
-    m_session.state.mailboxes[kBox] = bytes;
+    m_session.state.mailboxes[kMailbox] = bytes;
 }
 
 } // namespace virtual_scaler

@@ -8,21 +8,21 @@
 
 namespace virtual_scaler {
 
-/// The monitor's side of DDC/CI at 0x6E, on the bytes of the wire. Its answer waits in
-/// registers.txt until it is read.
+/// The monitor's side of DDC/CI at 0x6E, on the raw bytes of the bus. Its reply is kept in
+/// registers.txt until it is read, because the host reads it by another call.
 class DdcCi {
   public:
     explicit DdcCi(BusSession &session) : m_session(session) {}
 
-    /// A message of the host: source 0x51, 0x80 | n, n bytes, checksum. Throws Failure
-    /// VIRTUAL_BUS_BAD_MESSAGE unless it is whole; it is not carried out then.
-    void Take(const std::vector<std::uint8_t> &message);
+    /// Executes a message of the host: source 0x51, 0x80 | n, n bytes, checksum. Throws Failure
+    /// VIRTUAL_BUS_BAD_MESSAGE, without executing it, if it is malformed.
+    void Receive(const std::vector<std::uint8_t> &message);
 
-    /// The answer, or the null message where none waits; it is gone then.
-    std::vector<std::uint8_t> Answer();
+    /// RETURNS the pending reply and removes it; the null message if there is none.
+    std::vector<std::uint8_t> TakeReply();
 
   private:
-    void Carry(const std::vector<std::uint8_t> &command);
+    void Execute(const std::vector<std::uint8_t> &command);
     void GetFeature(std::uint8_t code);
     void SetFeature(std::uint8_t code, std::uint16_t value);
     void GetCapabilities(std::size_t offset);

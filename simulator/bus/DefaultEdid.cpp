@@ -20,7 +20,7 @@ struct Timing {
 constexpr Timing k1080p60{14850, 1920, 280, 88, 44, 1080, 45, 4, 5, 597, 336};
 constexpr Timing k720p60{7425, 1280, 370, 110, 40, 720, 30, 5, 5, 597, 336};
 
-/// Puts bytes one behind the other into a block of 128.
+/// Writes bytes consecutively into a block of 128.
 class Block {
   public:
     explicit Block(std::uint8_t *bytes) : m_bytes(bytes) {}
@@ -39,7 +39,7 @@ class Block {
         }
         return *this;
     }
-    /// The sum of all 128 bytes is 0.
+    /// Sets the checksum, so that the sum of all 128 bytes is 0.
     void PutChecksum() {
         std::uint32_t sum = 0;
         for (std::size_t i = 0; i + 1 < kBlockBytes; ++i) {
@@ -93,7 +93,7 @@ void PutTiming(Block &block, const Timing &timing) {
     block.Put({0, 0, 0x1E});
 }
 
-/// A display descriptor with a text of at most 13 characters, ended by a line feed.
+/// A display descriptor with a string of at most 13 characters, terminated by a newline.
 void PutText(Block &block, std::uint32_t tag, std::string_view text) {
     block.Put({0, 0, 0, tag, 0});
     for (std::size_t i = 0; i < 13; ++i) {

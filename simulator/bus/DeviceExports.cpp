@@ -1,10 +1,10 @@
-// What the device library has beside the functions of the communication library.
+// The function that only the device library exports, and the check of its table.
 
 #include "bus/ExportedCall.h"
 
 VIRTUAL_BUS_EXPORT(unsigned int, InitialDev, (), ())
 
-// Each function that is looked up is there.
+// Every function that the library looks up must be a method of VirtualBus.
 template <class Bus, class Method> constexpr bool IsMethod(Method Bus::*) {
     return true;
 }

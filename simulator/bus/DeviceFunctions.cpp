@@ -19,18 +19,18 @@ constexpr std::uint32_t kFlashBytes = 256 * 65536;
 constexpr const wchar_t *kUsbPath = L"virtual-scaler/usb/0";
 constexpr std::string_view kCustomerId = "VIRTUAL";
 
-// Its address is the device's handle: it means nothing, but it is no null pointer.
+// Its address is the device's handle: opaque, but not null, because callers check for null.
 int g_handle = 0;
 
 [[noreturn]] void NoSuchUsbDevice() {
     throw Failure{VIRTUAL_BUS_NO_SUCH_DEVICE, "There is one USB device, with the index 0"};
 }
 
-std::string UsbBox(unsigned request, unsigned value, unsigned index) {
+std::string UsbMailbox(unsigned request, unsigned value, unsigned index) {
     return Format("usb 0x%02X 0x%04X 0x%04X", request, value, index);
 }
 
-std::string NativeBox(int target) {
+std::string NativeMailbox(int target) {
     return Format("native 0x%X", static_cast<unsigned>(target));
 }
 
@@ -39,21 +39,21 @@ std::string NativeBox(int target) {
 void DeviceFunctions::SetMode(const char *mode) {
     m_session.RequirePresent();
     const std::string text = std::string(mode) + '\n';
-    if (!ReplaceFile(m_session.Folder() + "mode.txt", text.data(), text.size())) {
+    if (!ReplaceFile(m_session.Directory() + "mode.txt", text.data(), text.size())) {
         throw Failure{VIRTUAL_ISP_WRITE_FAILED,
                       Format("The device's mode cannot be written: %s", std::strerror(errno))};
     }
 }
 
-void DeviceFunctions::Put(const std::string &box, u16 length, const void *data) {
+void DeviceFunctions::StoreMailbox(const std::string &mailbox, u16 length, const void *data) {
     m_session.RequirePresent();
     const auto *bytes = static_cast<const u8 *>(data);
-    m_session.state.mailboxes[box].assign(bytes, bytes + length);
+    m_session.state.mailboxes[mailbox].assign(bytes, bytes + length);
 }
 
-void DeviceFunctions::Take(const std::string &box, u16 length, void *data) {
+void DeviceFunctions::ReadMailbox(const std::string &mailbox, u16 length, void *data) {
     m_session.RequirePresent();
-    std::vector<std::uint8_t> bytes = m_session.state.mailboxes[box];
+    std::vector<std::uint8_t> bytes = m_session.state.mailboxes[mailbox];
     bytes.resize(length);
     std::copy(bytes.begin(), bytes.end(), static_cast<u8 *>(data));
 }
@@ -100,16 +100,16 @@ unsigned int DeviceFunctions::NeedSetMcuDefault() {
 }
 
 void DeviceFunctions::NativeWrite(int target, u16 length, u8 *data) {
-    Put(NativeBox(target), length, data);
+    StoreMailbox(NativeMailbox(target), length, data);
 }
 
 void DeviceFunctions::NativeRead(int target, u16 length, u8 *data) {
-    Take(NativeBox(target), length, data);
+    ReadMailbox(NativeMailbox(target), length, data);
 }
 
 void DeviceFunctions::WriteFlashData(unsigned int addr, u16 length, u8 *data) {
     m_session.RequirePresent();
-    MemoryFile flash(m_session.Folder() + "flash.bin", "flash", kFlashBytes);
+    MemoryFile flash(m_session.Directory() + "flash.bin", "flash", kFlashBytes);
     flash.RequireInside(addr, length);
     flash.Erase(addr, length);
     flash.Write(addr, data, length);
@@ -117,7 +117,7 @@ void DeviceFunctions::WriteFlashData(unsigned int addr, u16 length, u8 *data) {
 
 void DeviceFunctions::ReadFlashData(unsigned int addr, u16 length, u8 *data) {
     m_session.RequirePresent();
-    const MemoryFile flash(m_session.Folder() + "flash.bin", "flash", kFlashBytes);
+    const MemoryFile flash(m_session.Directory() + "flash.bin", "flash", kFlashBytes);
     const Bytes bytes = flash.Read(addr, length);
     std::copy(bytes.begin(), bytes.end(), data);
 }
@@ -144,11 +144,11 @@ void DeviceFunctions::SelectUsbByIndex(u8 index) {
 }
 
 void DeviceFunctions::SendUsbPacket(u8 request, u16 value, u16 index, u16 length, void *data) {
-    Put(UsbBox(request, value, index), length, data);
+    StoreMailbox(UsbMailbox(request, value, index), length, data);
 }
 
 void DeviceFunctions::ReceiveUsbPacket(u8 request, u16 value, u16 index, u16 length, void *data) {
-    Take(UsbBox(request, value, index), length, data);
+    ReadMailbox(UsbMailbox(request, value, index), length, data);
 }
 
 void DeviceFunctions::SetNewVexmiraUSBMode(STRUCT_ENUM_NEW_VEXMIRAUSB_MODE mode) {

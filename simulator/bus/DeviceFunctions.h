@@ -19,7 +19,7 @@ class DeviceFunctions {
     void ScalerRun();
     void ReleaseDev();
     void *GetDeviceHandler();
-    /// Registers are new and the scaler runs; numbers that were set stay.
+    /// Resets registers and restarts the scaler; settings such as slave addresses are kept.
     void ResetFirmware();
     void EnterIspMode(u16 mode);
     void AutoEnterIspMode(u16 mode);
@@ -27,11 +27,11 @@ class DeviceFunctions {
     void RemoveDevice();
     unsigned int NeedSetMcuDefault();
 
-    // What is written for a target is read back from it.
+    // Data written to a target is read back from it.
     void NativeWrite(int target, u16 length, u8 *data);
     void NativeRead(int target, u16 length, u8 *data);
 
-    // The ISP plug-in's flash.bin; what is written is erased first.
+    // Act on the ISP plug-in's flash.bin; a range is erased before it is written.
     void WriteFlashData(unsigned int addr, u16 length, u8 *data);
     void ReadFlashData(unsigned int addr, u16 length, u8 *data);
     void ConfigProgramFlash(u8 config);
@@ -39,7 +39,7 @@ class DeviceFunctions {
     void GetUsbDevicePath(u8 index, wchar_t *path);
     void SelectUsbByDevicePath(wchar_t *path);
     void SelectUsbByIndex(u8 index);
-    // What is sent with a request, value and index is received with them.
+    // Data sent with a request, value and index is received with the same three.
     void SendUsbPacket(u8 request, u16 value, u16 index, u16 length, void *data);
     void ReceiveUsbPacket(u8 request, u16 value, u16 index, u16 length, void *data);
     void SetNewVexmiraUSBMode(STRUCT_ENUM_NEW_VEXMIRAUSB_MODE mode);
@@ -52,8 +52,8 @@ class DeviceFunctions {
 
   private:
     void SetMode(const char *mode);
-    void Put(const std::string &box, u16 length, const void *data);
-    void Take(const std::string &box, u16 length, void *data);
+    void StoreMailbox(const std::string &mailbox, u16 length, const void *data);
+    void ReadMailbox(const std::string &mailbox, u16 length, void *data);
 
     BusSession &m_session;
 };

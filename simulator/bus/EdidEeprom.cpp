@@ -11,13 +11,13 @@
 
 namespace virtual_scaler {
 
-EdidEeprom::EdidEeprom(const std::string &folder) : m_path(folder + "edid.bin") {
+EdidEeprom::EdidEeprom(const std::string &directory) : m_path(directory + "edid.bin") {
     std::string text;
     if (ReadText(m_path, text)) {
         m_bytes.assign(text.begin(), text.end());
     } else if (errno == ENOENT) {
-        const auto usual = DefaultEdid();
-        m_bytes.assign(usual.begin(), usual.end());
+        const auto defaultValue = DefaultEdid();
+        m_bytes.assign(defaultValue.begin(), defaultValue.end());
         Save();
     } else {
         throw Failure{VIRTUAL_BUS_NO_STATE,

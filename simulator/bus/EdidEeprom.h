@@ -7,21 +7,21 @@
 
 namespace virtual_scaler {
 
-/// The EEPROM behind 0xA0: edid.bin in the device's folder, made with the default EDID where it is
-/// missing. A segment is 256 bytes; what lies behind the end of the file in the last one is 0xFF.
+/// The EEPROM at 0xA0: edid.bin in the device's directory, created with the default EDID if
+/// missing. A segment is 256 bytes; the last one is padded with 0xFF after the end of the file.
 class EdidEeprom {
   public:
     /// Throws Failure VIRTUAL_BUS_NO_STATE.
-    explicit EdidEeprom(const std::string &folder);
+    explicit EdidEeprom(const std::string &directory);
 
     bool HasSegment(std::uint8_t segment) const {
         return std::size_t{segment} * 256 < m_bytes.size();
     }
-    /// REQUIRES: the segment is there.
+    /// REQUIRES: HasSegment(segment).
     std::uint8_t &At(std::uint8_t segment, std::uint8_t address) {
         return m_bytes[std::size_t{segment} * 256 + address];
     }
-    /// Throws Failure VIRTUAL_BUS_NO_STATE.
+    /// Writes all segments to edid.bin. Throws Failure VIRTUAL_BUS_NO_STATE.
     void Save() const;
 
   private:

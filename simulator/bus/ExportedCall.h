@@ -11,10 +11,11 @@
 
 namespace virtual_scaler {
 
-/// The folder of the device: both libraries lie beside the link to the scaler's library.
-std::string BusFolder();
+/// RETURNS the device's directory, for both libraries the same.
+std::string BusDirectory();
 
-/// Refuses a null pointer, unless a length of 0 comes with the data.
+/// Rejects null pointers, except for data of length 0, so that a host's mistake becomes a status
+/// and not a crash.
 class PointerCheck {
   public:
     explicit PointerCheck(const char *names) : m_names(names) {}
@@ -35,7 +36,7 @@ class PointerCheck {
             return false;
         }
     }
-    // The length is the argument in front of the first pointer.
+    // The length is the argument before the first pointer.
     static bool LengthIsZero() {
         return false;
     }
@@ -52,25 +53,25 @@ class PointerCheck {
     std::string_view m_names;
 };
 
-/// Runs one exported function on the bus and journals it with what it returns.
+/// Runs one exported function on the bus and writes the call and its result to the journal.
 ///
-/// A method without a result gives status 0, or the code of the Failure it throws; one with a
-/// result that is no status gives 0 for a failure.
-/// \param act       acts on a VirtualBus
+/// A method without a result returns status 0, or the code of the Failure that it throws; one whose
+/// result is not a status returns 0 on failure.
+/// \param act       calls a method of VirtualBus
 /// \param describe  adds the arguments to a JournalLine
 template <class Result, class Act, class Describe>
 Result RunExport(const char *function, const char *names, Act &&act, Describe &&describe) {
-    using Given = std::invoke_result_t<Act, VirtualBus &>;
-    constexpr bool kGives = !std::is_void_v<Given>;
-    std::conditional_t<kGives, Given, int> given{};
+    using Returned = std::invoke_result_t<Act, VirtualBus &>;
+    constexpr bool kHasResult = !std::is_void_v<Returned>;
+    std::conditional_t<kHasResult, Returned, int> returned{};
     const int status = CatchAll<int>(VIRTUAL_ISP_INTERNAL, [&] {
-        const std::string folder = BusFolder();
+        const std::string directory = BusDirectory();
         Failure failure{0, {}};
         try {
-            BusSession session(folder);
+            BusSession session(directory);
             VirtualBus bus(session);
-            if constexpr (kGives) {
-                given = act(bus);
+            if constexpr (kHasResult) {
+                returned = act(bus);
             } else {
                 act(bus);
             }
@@ -81,8 +82,8 @@ Result RunExport(const char *function, const char *names, Act &&act, Describe &&
         JournalLine line(function, names, failure.code == 0);
         describe(line);
         std::string text = line.Line();
-        if constexpr (std::is_integral_v<Given> || std::is_enum_v<Given>) {
-            text += Format(" -> 0x%X", failure.code == 0 ? static_cast<unsigned>(given)
+        if constexpr (std::is_integral_v<Returned> || std::is_enum_v<Returned>) {
+            text += Format(" -> 0x%X", failure.code == 0 ? static_cast<unsigned>(returned)
                                                          : static_cast<unsigned>(failure.code));
         } else if (std::is_same_v<Result, unsigned int> || failure.code != 0) {
             text += Format(" -> 0x%X", static_cast<unsigned>(failure.code));
@@ -90,19 +91,19 @@ Result RunExport(const char *function, const char *names, Act &&act, Describe &&
         if (!failure.text.empty()) {
             text += ' ' + Quoted(failure.text);
         }
-        AppendToJournal(folder, text);
+        AppendToJournal(directory, text);
         return failure.code;
     });
     if constexpr (std::is_void_v<Result>) {
         return;
     } else if constexpr (std::is_same_v<Result, unsigned int>) {
-        if constexpr (kGives) {
-            return status == 0 ? given : static_cast<unsigned>(status);
+        if constexpr (kHasResult) {
+            return status == 0 ? returned : static_cast<unsigned>(status);
         } else {
             return static_cast<unsigned>(status);
         }
     } else {
-        return status == 0 ? given : Result{};
+        return status == 0 ? returned : Result{};
     }
 }
 

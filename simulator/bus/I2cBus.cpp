@@ -20,8 +20,8 @@ constexpr std::uint32_t kDdcCiSlave = 0x6E;
     throw Failure{VIRTUAL_BUS_NACK, Format("No slave answers at 0x%02X", slave)};
 }
 
-/// What is read behind the end of an answer is 0.
-void CopyAnswer(const std::vector<std::uint8_t> &answer, const Transfer &transfer) {
+/// Bytes after the end of the reply read as 0.
+void CopyReply(const std::vector<std::uint8_t> &answer, const Transfer &transfer) {
     for (std::uint32_t i = 0; i < transfer.length; ++i) {
         transfer.data[i] = i < answer.size() ? answer[i] : std::uint8_t{0};
     }
@@ -71,7 +71,7 @@ void I2cBus::Write(std::uint8_t slave, std::uint16_t sub, const Transfer &transf
         std::vector<std::uint8_t> message(std::size_t{transfer.length} + 1);
         message[0] = static_cast<std::uint8_t>(sub);
         std::copy_n(transfer.data, transfer.length, message.begin() + 1);
-        DdcCi(m_session).Take(message);
+        DdcCi(m_session).Receive(message);
         break;
     }
     case Slave::Scaler:
@@ -93,7 +93,7 @@ void I2cBus::Read(std::uint8_t slave, std::uint16_t sub, const Transfer &transfe
         ReadEdid(0, static_cast<std::uint8_t>(sub), transfer);
         break;
     case Slave::DdcCi:
-        CopyAnswer(DdcCi(m_session).Answer(), transfer);
+        CopyReply(DdcCi(m_session).TakeReply(), transfer);
         break;
     case Slave::Scaler:
         ReadRegisters(sub, transfer);
@@ -130,7 +130,7 @@ void I2cBus::RequireSegmentPointer(std::uint8_t pointer, std::uint8_t slave) {
 }
 
 void I2cBus::WriteEdid(std::uint8_t segment, std::uint8_t sub, const Transfer &transfer) {
-    EdidEeprom eeprom(m_session.Folder());
+    EdidEeprom eeprom(m_session.Directory());
     if (!eeprom.HasSegment(segment)) {
         Nack(kEdidSlave);
     }
@@ -144,7 +144,7 @@ void I2cBus::WriteEdid(std::uint8_t segment, std::uint8_t sub, const Transfer &t
 }
 
 void I2cBus::ReadEdid(std::uint8_t segment, std::uint8_t sub, const Transfer &transfer) {
-    EdidEeprom eeprom(m_session.Folder());
+    EdidEeprom eeprom(m_session.Directory());
     if (!eeprom.HasSegment(segment)) {
         Nack(kEdidSlave);
     }

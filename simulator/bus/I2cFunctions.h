@@ -5,8 +5,8 @@
 
 namespace virtual_scaler {
 
-/// I2C from the adapter, from the scaler's own master, as the scaler's slave, and DDC/CI: all lead
-/// to the same slaves. Every function fails by throwing Failure.
+/// I2C from the adapter, from the scaler's own master, as the scaler's slave, and DDC/CI: all reach
+/// the same slaves. Every function fails by throwing Failure.
 class I2cFunctions {
     using u8 = unsigned char;
     using u16 = unsigned short;
@@ -117,7 +117,8 @@ class I2cFunctions {
         m_bus.Read(slave, sub, {length, data});
     }
 
-    // The bytes of the wire, checksum and all, behind `sub`, which is the source address.
+    // The raw bytes of the message, including the checksum, after `sub`, which is the source
+    // address.
     void DDCCIWrite(u8 slave, u8 sub, u8 length, u8 *data) {
         m_bus.Write(slave, sub, {length, data});
     }

@@ -12,8 +12,9 @@
 
 namespace virtual_scaler {
 
-/// A call as the journal shows it: the function's name and its arguments as name=value. What
-/// pointers lead to is shown after success only: bytes and texts whole or from their beginning.
+/// One call in the journal: the function's name and its arguments as name=value. Data that pointers
+/// refer to is shown only after success, because it may be uninitialised after a failure; long data
+/// is truncated.
 class JournalLine {
   public:
     /// \param names  the parameters in parentheses, as in the table: "(addr, value)"

@@ -113,7 +113,7 @@ void RegisterFunctions::WritePortRegBitEx(u16 addr, u16 port, u8 andMask, u8 orM
     ChangePort(k16, addr, port, andMask, orMask);
 }
 
-// The command is journalled; it changes nothing here.
+// The command is written to the journal and has no other effect.
 void RegisterFunctions::ReadSysDevice(u8 device, u8 addr, u8 length, u8 *data, Command) {
     ReadBytes({kSys, k8, u32{device} << 16}, addr, {length, data});
 }
@@ -198,7 +198,7 @@ void RegisterFunctions::ReadPWM2SPIReg(u8 slave, u8 addr, u8 length, u8 *data) {
 void RegisterFunctions::WritePWM2SPIReg(u8 slave, u8 addr, u8 length, u8 *data) {
     WriteBytes({kPwmReg, k8, u32{slave} << 8}, addr, {length, data});
 }
-// Registers of 16 bits, the lower byte first.
+// Registers of 16 bits, little-endian.
 void RegisterFunctions::ReadPWM2SPIDev(u8 slave, u8 addr, u8 length, u16 *data) {
     for (u32 i = 0; i < length; ++i) {
         u8 bytes[2] = {};

@@ -7,8 +7,8 @@
 
 namespace virtual_scaler {
 
-/// The registers of all widths. Addresses wrap at the end of their width. Bits are changed to
-/// (value & andMask) | orMask. Registers of 32 bits are four bytes, the lowest first. Every
+/// The registers of all widths. Addresses wrap at the end of their width. Functions with masks
+/// write (value & andMask) | orMask. Registers of 32 bits are four bytes, little-endian. Every
 /// function fails by throwing Failure.
 class RegisterFunctions {
     using u8 = unsigned char;
@@ -32,7 +32,7 @@ class RegisterFunctions {
     void ReadRegsEx(u16 addr, u16 length, u8 *data, Mode inc);
     void WriteRegsEx(u16 addr, u16 length, u8 *data, Mode inc);
     void WriteRegBitEx(u16 addr, u8 andMask, u8 orMask);
-    // A port: `addr` takes the index, `addr` + 1 then shows the register behind it.
+    // An indirect register: `addr` selects index `port`; `addr` + 1 then reads back its value.
     void WritePortRegBit(u8 addr, u8 port, u8 andMask, u8 orMask);
     void WritePortRegBitEx(u16 addr, u16 port, u8 andMask, u8 orMask);
 
@@ -49,7 +49,7 @@ class RegisterFunctions {
     void WriteContinuousMcuReg(u8 addr, u16 length, u8 *data, Mode inc);
     void ReadContinuousMcuReg(u8 addr, u16 length, u8 *data, Mode inc);
 
-    // `length` counts registers.
+    // `length` is a number of registers, not bytes.
     void Read32BitRegEx(u32 addr, u32 *value);
     void Read32BitReg1Byte(u32 addr, u8 *value);
     void Write32BitReg1Byte(u32 addr, u8 value);
@@ -71,7 +71,7 @@ class RegisterFunctions {
     void WritePWM2SPIDev(u8 slave, u8 addr, u8 length, u16 *data);
 
   private:
-    /// A space and its part that a function reaches: base + (address & mask).
+    /// The part of a space that a function can access: base + (address & mask).
     struct Window {
         const char *space;
         u32 mask;

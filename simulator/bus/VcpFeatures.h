@@ -8,13 +8,13 @@ namespace virtual_scaler {
 /// One VCP feature of the virtual monitor, after MCCS 2.2.
 struct VcpFeature {
     std::uint8_t code;
-    const char *name;      ///< its key in registers.txt
-    std::uint16_t maximum; ///< largest value
-    std::uint16_t usual;   ///< value of a new device
+    const char *name;           ///< its key in registers.txt
+    std::uint16_t maximum;      ///< largest value
+    std::uint16_t defaultValue; ///< value of a new device
     bool writable;
 };
 
-// What is reset by 0x04 (restore factory defaults) are the writable ones.
+// 0x04 (restore factory defaults) resets the writable ones.
 constexpr VcpFeature kVcpFeatures[] = {
     {0x10, "vcp_luminance", 100, 75, true},    {0x12, "vcp_contrast", 100, 50, true},
     {0x14, "vcp_colour_preset", 11, 5, true},  {0x16, "vcp_red_gain", 100, 50, true},

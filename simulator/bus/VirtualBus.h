@@ -8,8 +8,8 @@
 
 namespace virtual_scaler {
 
-/// Every exported function of both libraries under its own name. The exports follow from the
-/// library's tables: a row without a method here does not compile.
+/// Every exported function of both libraries under its own name. The exports are generated from the
+/// library's tables, so a row without a method here does not compile.
 class VirtualBus : public ChannelFunctions,
                    public RegisterFunctions,
                    public I2cFunctions,

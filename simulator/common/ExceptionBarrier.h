@@ -1,7 +1,7 @@
 #ifndef SCALER_ISP_SIMULATOR_COMMON_EXCEPTION_BARRIER_H
 #define SCALER_ISP_SIMULATOR_COMMON_EXCEPTION_BARRIER_H
 
-#include <cstdlib> // tells which C library this is
+#include <cstdlib> // defines __GLIBC__
 
 #if defined(__GLIBC__) && defined(__GLIBCXX__)
 #include <cxxabi.h>
@@ -9,8 +9,9 @@
 
 namespace virtual_scaler {
 
-/// Runs the body of an exported function; nothing but its value leaves it. A thread that a callback
-/// ends (pthread_exit) is let go: glibc unwinds it like an exception that must not be swallowed.
+/// Runs the body of an exported function and RETURNS failed if it throws: C callers cannot handle
+/// exceptions. glibc's forced unwinding (pthread_exit in a callback) passes, because swallowing it
+/// would abort the process.
 template <class Value, class Body> Value CatchAll(Value failed, Body &&body) {
     try {
         return body();

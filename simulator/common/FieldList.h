@@ -10,22 +10,23 @@
 namespace virtual_scaler {
 
 /// Collects a journal line: a function's name and the fields that differ from their defaults, as
-/// name=value. The overloads take what the field tables call U32, I32, U8, BYTES, WIDE and NARROW.
+/// name=value. The overloads correspond to the kinds U32, I32, U8, BYTES, WIDE and NARROW of the
+/// field tables.
 class FieldList {
   public:
     explicit FieldList(const char *function) : m_line(function) {}
 
-    template <class Number> void AddNumber(const char *name, Number value, long long usual) {
-        if (static_cast<long long>(value) != usual) {
+    template <class Number> void AddNumber(const char *name, Number value, long long defaultValue) {
+        if (static_cast<long long>(value) != defaultValue) {
             Add(name, std::to_string(static_cast<long long>(value)));
         }
     }
 
-    /// The bytes up to the last that differs, in hexadecimal.
+    /// Adds the bytes up to the last one that differs from the default, in hexadecimal.
     template <std::size_t N>
-    void AddBytes(const char *name, const std::uint8_t (&bytes)[N], std::uint8_t usual) {
+    void AddBytes(const char *name, const std::uint8_t (&bytes)[N], std::uint8_t defaultValue) {
         std::size_t count = N;
-        while (count > 0 && bytes[count - 1] == usual) {
+        while (count > 0 && bytes[count - 1] == defaultValue) {
             --count;
         }
         if (count > 0) {

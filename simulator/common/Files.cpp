@@ -11,12 +11,12 @@
 namespace virtual_scaler {
 namespace {
 
-// An address inside this plug-in; hidden, so that no other binary's copy can take its place.
+// An address inside this plug-in; hidden, so that the symbol of another binary cannot replace it.
 const char kAnchor = 0;
 
 constexpr mode_t kFileMode = 0644;
 
-std::string FolderAbove(const std::string &path) {
+std::string ParentDirectory(const std::string &path) {
     const std::size_t slash = path.find_last_of('/');
     if (slash == std::string::npos) {
         return ".";
@@ -32,7 +32,7 @@ std::string OwnFile() {
     return info.dli_fname;
 }
 
-bool IsFolder(const std::string &path) {
+bool IsDirectory(const std::string &path) {
     struct stat state {};
     return stat(path.c_str(), &state) == 0 && S_ISDIR(state.st_mode);
 }
@@ -50,27 +50,27 @@ Descriptor::~Descriptor() {
     }
 }
 
-std::string DeviceFolder(int levels) {
+std::string DeviceDirectory(int levels) {
     const char *chosen = std::getenv("SCALER_ISP_VIRTUAL_DEVICE");
     if (chosen != nullptr && *chosen != '\0') {
-        std::string folder = chosen;
-        return folder.back() == '/' ? folder : folder + '/';
+        std::string directory = chosen;
+        return directory.back() == '/' ? directory : directory + '/';
     }
-    std::string folder = OwnFile();
+    std::string directory = OwnFile();
     for (int i = 0; i < levels; ++i) {
-        folder = FolderAbove(folder);
+        directory = ParentDirectory(directory);
     }
-    return (folder == "/" ? folder : folder + '/') + "VirtualScaler/";
+    return (directory == "/" ? directory : directory + '/') + "VirtualScaler/";
 }
 
-bool MakeFolder(const std::string &folder) {
-    for (std::size_t end = folder.find('/', 1); end != std::string::npos;
-         end = folder.find('/', end + 1)) {
-        // A folder above may be there and yet refuse: only the last one counts.
-        mkdir(folder.substr(0, end).c_str(), 0755);
+bool MakeDirectory(const std::string &directory) {
+    for (std::size_t end = directory.find('/', 1); end != std::string::npos;
+         end = directory.find('/', end + 1)) {
+        // Errors of parent directories are ignored: mkdir may fail for an existing one.
+        mkdir(directory.substr(0, end).c_str(), 0755);
     }
-    const int reason = mkdir(folder.c_str(), 0755) == 0 ? 0 : errno;
-    const bool there = IsFolder(folder);
+    const int reason = mkdir(directory.c_str(), 0755) == 0 ? 0 : errno;
+    const bool there = IsDirectory(directory);
     errno = reason;
     return there;
 }
@@ -162,14 +162,14 @@ bool ReplaceFile(const std::string &path, const void *bytes, std::size_t count) 
     return true;
 }
 
-bool AppendToJournal(const std::string &folder, const std::string &line) {
-    if (!MakeFolder(folder)) {
+bool AppendToJournal(const std::string &directory, const std::string &line) {
+    if (!MakeDirectory(directory)) {
         return false;
     }
-    const std::string path = folder + "journal.txt";
+    const std::string path = directory + "journal.txt";
     const Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, kFileMode));
-    const std::string whole = line + '\n';
-    return file.IsOpen() && WriteAll(file.Get(), whole.data(), whole.size());
+    const std::string terminated = line + '\n';
+    return file.IsOpen() && WriteAll(file.Get(), terminated.data(), terminated.size());
 }
 
 } // namespace virtual_scaler

@@ -38,7 +38,7 @@ struct Decoded {
     std::size_t length;
 };
 
-/// The character at the start of a text that is not empty.
+/// Decodes the first character. REQUIRES: text is not empty.
 Decoded DecodeUtf8(std::string_view text) {
     static constexpr std::array<char32_t, 5> kSmallest{0, 0, 0x80, 0x800, 0x10000};
     const auto lead = static_cast<unsigned char>(text.front());
@@ -143,12 +143,12 @@ std::string HexBytes(const std::uint8_t *bytes, std::size_t count) {
 }
 
 std::string_view Trimmed(std::string_view text) {
-    constexpr std::string_view kBlanks = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(kBlanks);
+    constexpr std::string_view kWhitespace = " \t\r\n";
+    const std::size_t first = text.find_first_not_of(kWhitespace);
     if (first == std::string_view::npos) {
         return {};
     }
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+    return text.substr(first, text.find_last_not_of(kWhitespace) - first + 1);
 }
 
 bool ParseNumber(std::string_view text, std::uint32_t maximum, std::uint32_t &number) {

@@ -7,8 +7,7 @@
 
 namespace virtual_scaler {
 
-/// Thrown to end a call: its code becomes the result, its text the last message. Never leaves the
-/// plug-in.
+/// Thrown to end a call: code becomes the result, text the last message. Never leaves the plug-in.
 struct Failure {
     int code;
     std::string text;

@@ -18,88 +18,89 @@ constexpr std::uint32_t kLastSlave = 255;
 constexpr std::uint32_t kLongestDelay = 60000;
 constexpr std::uint32_t kLargestCode = 0x7FFFFFFF;
 
-std::vector<std::string_view> Words(std::string_view line) {
-    std::vector<std::string_view> words;
+std::vector<std::string_view> Tokens(std::string_view line) {
+    std::vector<std::string_view> tokens;
     for (line = Trimmed(line); !line.empty(); line = Trimmed(line)) {
         const std::size_t length = line.find_first_of(" \t");
-        words.push_back(line.substr(0, length));
-        line.remove_prefix(words.back().size());
+        tokens.push_back(line.substr(0, length));
+        line.remove_prefix(tokens.back().size());
     }
-    return words;
+    return tokens;
 }
 
 using TokenList = std::vector<std::string_view>;
 
-bool TakeFailBank(Faults &faults, const TokenList &words) {
+bool ParseFailBank(Faults &faults, const TokenList &tokens) {
     std::uint32_t bank = 0;
     std::uint32_t code = 0;
-    if (words[2] != "code" || !ParseNumber(words[1], kLastBank, bank) ||
-        !ParseNumber(words[3], kLargestCode, code) || code == 0) {
+    if (tokens[2] != "code" || !ParseNumber(tokens[1], kLastBank, bank) ||
+        !ParseNumber(tokens[3], kLargestCode, code) || code == 0) {
         return false;
     }
     faults.failBank[bank] = static_cast<int>(code);
     return true;
 }
 
-bool TakeNumber(std::set<std::uint32_t> &numbers, const TokenList &words) {
+bool ParseBank(std::set<std::uint32_t> &numbers, const TokenList &tokens) {
     std::uint32_t number = 0;
-    if (!ParseNumber(words[1], kLastBank, number)) {
+    if (!ParseNumber(tokens[1], kLastBank, number)) {
         return false;
     }
     numbers.insert(number);
     return true;
 }
 
-bool TakeNack(Faults &faults, const TokenList &words) {
+bool ParseNack(Faults &faults, const TokenList &tokens) {
     std::uint32_t address = 0;
-    if (!ParseNumber(words[1], kLastSlave, address)) {
+    if (!ParseNumber(tokens[1], kLastSlave, address)) {
         return false;
     }
     faults.nack.insert(address & ~1U);
     return true;
 }
 
-bool TakeBusy(Faults &faults, const TokenList &words) {
+bool ParseBusy(Faults &faults, const TokenList &tokens) {
     std::uint32_t address = 0;
     std::uint32_t value = 0;
     std::uint32_t reads = 0;
-    if (words[3] != "value" || words[5] != "reads" || !ParseNumber(words[2], 0xFFFFFFFF, address) ||
-        !ParseNumber(words[4], 255, value) || !ParseNumber(words[6], 0xFFFFFFFF, reads)) {
+    if (tokens[3] != "value" || tokens[5] != "reads" ||
+        !ParseNumber(tokens[2], 0xFFFFFFFF, address) || !ParseNumber(tokens[4], 255, value) ||
+        !ParseNumber(tokens[6], 0xFFFFFFFF, reads)) {
         return false;
     }
-    faults.busy[{std::string(words[1]), address}] = {static_cast<std::uint8_t>(value), reads};
+    faults.busy[{std::string(tokens[1]), address}] = {static_cast<std::uint8_t>(value), reads};
     return true;
 }
 
-/// One kind of fault: its first word, how many words it has, and what takes it.
+/// One kind of fault: its keyword, its number of tokens, and its parser.
 struct Kind {
-    std::string_view word;
-    std::size_t words;
-    bool (*take)(Faults &faults, const TokenList &words);
+    std::string_view keyword;
+    std::size_t tokens;
+    bool (*parse)(Faults &faults, const TokenList &tokens);
 };
 
 constexpr Kind kKinds[] = {
-    {"fail-bank", 4, TakeFailBank},
+    {"fail-bank", 4, ParseFailBank},
     {"flip-bit", 2,
-     [](Faults &faults, const TokenList &words) { return TakeNumber(faults.flipBit, words); }},
+     [](Faults &faults, const TokenList &tokens) { return ParseBank(faults.flipBit, tokens); }},
     {"power-loss", 2,
-     [](Faults &faults, const TokenList &words) { return TakeNumber(faults.powerLoss, words); }},
+     [](Faults &faults, const TokenList &tokens) { return ParseBank(faults.powerLoss, tokens); }},
     {"slow", 2,
-     [](Faults &faults, const TokenList &words) {
-         return ParseNumber(words[1], kLongestDelay, faults.slowMilliseconds);
+     [](Faults &faults, const TokenList &tokens) {
+         return ParseNumber(tokens[1], kLongestDelay, faults.slowMilliseconds);
      }},
     {"refuse-open", 1, [](Faults &faults, const TokenList &) { return faults.refuseOpen = true; }},
-    {"nack", 2, TakeNack},
+    {"nack", 2, ParseNack},
     {"wrong-ddcci-checksum", 1,
      [](Faults &faults, const TokenList &) { return faults.wrongChecksum = true; }},
-    {"busy", 7, TakeBusy},
+    {"busy", 7, ParseBusy},
 };
 
-/// RETURNS whether the words are a fault, which is then added.
-bool TakeFault(Faults &faults, const TokenList &words) {
+/// Adds a fault. RETURNS false if the tokens are not a valid fault.
+bool ParseFault(Faults &faults, const TokenList &tokens) {
     for (const Kind &kind : kKinds) {
-        if (words[0] == kind.word) {
-            return words.size() == kind.words && kind.take(faults, words);
+        if (tokens[0] == kind.keyword) {
+            return tokens.size() == kind.tokens && kind.parse(faults, tokens);
         }
     }
     return false;
@@ -125,7 +126,7 @@ Faults LoadFaults(const std::string &path) {
                                                      path.c_str(), std::strerror(errno))};
     }
     ForEachLine(text, [&](int number, std::string_view line) {
-        if (!TakeFault(faults, Words(line))) {
+        if (!ParseFault(faults, Tokens(line))) {
             throw Failure{VIRTUAL_ISP_BAD_FAULTS,
                           Format("faults.txt, line %d cannot be understood: %s", number,
                                  std::string(line).c_str())};

@@ -9,25 +9,25 @@
 
 namespace virtual_scaler {
 
-/// What a register gives while it is busy, and how often.
+/// The value of a busy register, and how many reads return it.
 struct BusyRegister {
     std::uint8_t value;
     std::uint32_t reads;
 };
 
-/// Faults on demand, from faults.txt. One fault a line, # starts a comment line:
+/// Injected faults, from faults.txt. One fault per line; # starts a comment line:
 ///
-///     fail-bank N code C   end with C (not 0) when bank N comes up; the bank is not touched
-///     flip-bit N           flip a bit of bank N between writing and verifying
-///     power-loss N         stop in the middle of writing bank N
-///     slow M               take M milliseconds more a bank
+///     fail-bank N code C   fail with C (not 0) at bank N, which is left unchanged
+///     flip-bit N           flip a bit of bank N between write and verify
+///     power-loss N         fail halfway through writing bank N
+///     slow M               delay each bank by M milliseconds
 ///     refuse-open          the device cannot be opened
 ///
 /// and on the virtual bus:
 ///
-///     nack A                        no slave answers at the I2C address A
-///     wrong-ddcci-checksum          replies over DDC/CI bear a wrong checksum
-///     busy SPACE A value V reads N  the first N reads of a register give V
+///     nack A                        no slave responds at the I2C address A
+///     wrong-ddcci-checksum          DDC/CI replies have a wrong checksum
+///     busy SPACE A value V reads N  the first N reads of a register return V
 struct Faults {
     std::map<std::uint32_t, int> failBank;
     std::set<std::uint32_t> flipBit;
@@ -38,12 +38,12 @@ struct Faults {
     bool wrongChecksum = false;
     std::map<std::pair<std::string, std::uint32_t>, BusyRegister> busy; ///< by space and address
 
-    /// Waits as "slow" asks for; once a bank.
+    /// Waits as "slow" specifies; called once per bank.
     void Delay() const;
 };
 
-/// No file, no faults. Throws Failure for a line that cannot be understood: a fault that is
-/// overlooked would make a test pass that did not happen.
+/// Without a file there are no faults. Throws Failure for an invalid line: ignoring it would let a
+/// test pass without its fault.
 Faults LoadFaults(const std::string &path);
 
 } // namespace virtual_scaler

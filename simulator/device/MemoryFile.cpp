@@ -71,7 +71,7 @@ void MemoryFile::Write(std::uint32_t address, const std::uint8_t *bytes, std::ui
             FailWriting(errno);
         }
     } catch (const Failure &) {
-        // Cutting needs no room, so it works on a full disk.
+        // Truncation allocates no space, so it works on a full disk.
         if (before <= address && ftruncate(m_file.Get(), static_cast<off_t>(before)) == 0) {
             throw;
         }

@@ -2,13 +2,13 @@
 #define SCALER_ISP_SIMULATOR_DEVICE_RESULT_CODES_H
 
 /// \file
-/// Every result code that the virtual ISP plug-in forms, away from the library's own codes. A fault
-/// on demand may return any other code.
+/// Every result code that the virtual ISP plug-in itself returns, distinct from the library's
+/// codes. An injected fault may return any other code.
 
-/// One row a code: X(name, value, meaning in one line).
+/// One row per code: X(name, value, meaning in one line).
 #define VIRTUAL_ISP_RESULT_CODES(X)                                                                \
     X(VIRTUAL_ISP_SUCCESS, 0, "success")                                                           \
-    X(VIRTUAL_ISP_NO_DEVICE, 0x5A01, "the device's folder or files cannot be opened")              \
+    X(VIRTUAL_ISP_NO_DEVICE, 0x5A01, "the device's directory or files cannot be opened")           \
     X(VIRTUAL_ISP_BAD_DESCRIPTION, 0x5A02, "device.ini has a line that cannot be understood")      \
     X(VIRTUAL_ISP_BAD_FAULTS, 0x5A03, "faults.txt has a line that cannot be understood")           \
     X(VIRTUAL_ISP_OUTSIDE, 0x5A04, "a bank or an address lies outside the flash or the EEPROM")    \

@@ -11,12 +11,12 @@
 namespace virtual_scaler {
 namespace {
 
-/// One key: a text or a number, its default, its largest number, and the comment above it.
+/// One key: a string or a number, its default, its maximum, and the comment above it in the file.
 struct Row {
     const char *key;
     std::string Description::*text;
     std::uint32_t Description::*number;
-    const char *usual;
+    const char *defaultValue;
     std::uint32_t maximum;
     const char *comment;
 };
@@ -59,7 +59,7 @@ bool Assign(Description &description, const Row &row, std::string_view value) {
     return ParseNumber(value, row.maximum, description.*row.number);
 }
 
-bool TakeLine(Description &description, std::string_view line) {
+bool ParseLine(Description &description, std::string_view line) {
     const std::size_t equals = line.find('=');
     if (equals == std::string_view::npos) {
         return false;
@@ -79,7 +79,7 @@ std::string DefaultText() {
         if (row.comment != nullptr) {
             text += Format("\n# %s\n", row.comment);
         }
-        text += Format("%s = %s\n", row.key, row.usual);
+        text += Format("%s = %s\n", row.key, row.defaultValue);
     }
     return text;
 }
@@ -100,7 +100,7 @@ void WriteDefaults(const std::string &path) {
 Description LoadDescription(const std::string &path) {
     Description description;
     for (const Row &row : kRows) {
-        Assign(description, row, row.usual);
+        Assign(description, row, row.defaultValue);
     }
     std::string text;
     if (!ReadText(path, text)) {
@@ -113,7 +113,7 @@ Description LoadDescription(const std::string &path) {
         return description;
     }
     ForEachLine(text, [&](int number, std::string_view line) {
-        if (!TakeLine(description, line)) {
+        if (!ParseLine(description, line)) {
             throw Failure{VIRTUAL_ISP_BAD_DESCRIPTION,
                           Format("device.ini, line %d cannot be understood: %s", number,
                                  std::string(line).c_str())};

@@ -6,8 +6,8 @@
 
 namespace virtual_scaler {
 
-/// What device.ini says of the device. The defaults, the file's keys and its comments stand in one
-/// table in the source.
+/// The content of device.ini. Keys, defaults and comments of the file are one table in
+/// Description.cpp.
 struct Description {
     std::string scalerType;
     std::string model;
@@ -24,8 +24,8 @@ struct Description {
     std::uint32_t eepromVersionLength = 0;
 };
 
-/// Reads the file, or writes it with the defaults where there is none. Keys that are missing keep
-/// their defaults. Throws Failure, with the number of the line, for anything else.
+/// Reads the file, or creates it with the defaults, so that users have a file to edit. Missing keys
+/// have their defaults. Throws Failure with the line number for anything else.
 Description LoadDescription(const std::string &path);
 
 } // namespace virtual_scaler

@@ -10,14 +10,14 @@
 namespace virtual_scaler {
 namespace {
 
-std::string MadeFolder(const std::string &folder) {
-    if (!MakeFolder(folder)) {
+std::string CreatedDirectory(const std::string &directory) {
+    if (!MakeDirectory(directory)) {
         throw Failure{VIRTUAL_ISP_NO_DEVICE,
-                      Format("The device's folder cannot be made: %s: %s. Another device can be "
+                      Format("The device's directory cannot be made: %s: %s. Another device can be "
                              "chosen with SCALER_ISP_VIRTUAL_DEVICE.",
-                             folder.c_str(), std::strerror(errno))};
+                             directory.c_str(), std::strerror(errno))};
     }
-    return folder;
+    return directory;
 }
 
 Faults CheckedFaults(const std::string &path) {
@@ -30,15 +30,15 @@ Faults CheckedFaults(const std::string &path) {
 
 } // namespace
 
-Device::Device(const std::string &deviceFolder)
-    : folder(MadeFolder(deviceFolder)), faults(CheckedFaults(folder + "faults.txt")),
-      description(LoadDescription(folder + "device.ini")),
-      flash(folder + "flash.bin", "flash", kFlashBanks * kBankBytes),
-      eeprom(folder + "eeprom.bin", "EEPROM", description.eepromBanks * kBankBytes) {}
+Device::Device(const std::string &deviceDirectory)
+    : directory(CreatedDirectory(deviceDirectory)), faults(CheckedFaults(directory + "faults.txt")),
+      description(LoadDescription(directory + "device.ini")),
+      flash(directory + "flash.bin", "flash", kFlashBanks * kBankBytes),
+      eeprom(directory + "eeprom.bin", "EEPROM", description.eepromBanks * kBankBytes) {}
 
 void Device::SetMode(const char *mode) const {
     const std::string text = std::string(mode) + '\n';
-    if (!ReplaceFile(folder + "mode.txt", text.data(), text.size())) {
+    if (!ReplaceFile(directory + "mode.txt", text.data(), text.size())) {
         throw Failure{VIRTUAL_ISP_WRITE_FAILED,
                       Format("The device's mode cannot be written: %s", std::strerror(errno))};
     }

@@ -16,15 +16,15 @@ using Setting = STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING;
 constexpr std::uint32_t kBankBytes = SCALER_ISP_BANK_BYTES;
 constexpr std::uint32_t kFlashBanks = 256;
 
-/// The device for the length of one call.
+/// The device during one call.
 struct Device {
-    /// Makes the folder and its files where they are missing. Throws Failure.
-    explicit Device(const std::string &folder);
+    /// Creates the directory and its files if they are missing. Throws Failure.
+    explicit Device(const std::string &directory);
 
-    /// "isp" or "normal", kept in mode.txt.
+    /// Stores "isp" or "normal" in mode.txt. Throws Failure.
     void SetMode(const char *mode) const;
 
-    std::string folder;
+    std::string directory;
     Faults faults;
     Description description;
     MemoryFile flash;

@@ -19,9 +19,10 @@ using namespace virtual_scaler;
 
 namespace {
 
-constexpr int kLevelsToLibrary = 2; // <library's folder>/PlugIn/libIsp.dylib
+constexpr int kLevelsToLibrary = 2; // <library's directory>/PlugIn/libIsp.dylib
 
-/// Journals the call, opens the device and acts on it.
+/// Writes the call to the journal before opening the device, so that calls that fail are recorded,
+/// too.
 template <class Action>
 int RunExport(const char *function, const Setting *setting, Action &&action) {
     return CatchAll<int>(VIRTUAL_ISP_INTERNAL, [&]() -> int {
@@ -29,23 +30,23 @@ int RunExport(const char *function, const Setting *setting, Action &&action) {
             if (setting == nullptr) {
                 throw Failure{VIRTUAL_ISP_BAD_RECORD, Format("%s: no record", function)};
             }
-            const std::string folder = DeviceFolder(kLevelsToLibrary);
-            const bool journalled = AppendToJournal(folder, RecordLine(function, *setting));
-            Device device(folder);
+            const std::string directory = DeviceDirectory(kLevelsToLibrary);
+            const bool journalled = AppendToJournal(directory, RecordLine(function, *setting));
+            Device device(directory);
             if (!journalled) {
-                Say("The journal cannot be written: " + folder + "journal.txt");
+                SendMessage("The journal cannot be written: " + directory + "journal.txt");
             }
             action(device);
             return VIRTUAL_ISP_SUCCESS;
         } catch (const Failure &failure) {
-            Say(failure.text);
+            SendMessage(failure.text);
             return failure.code;
         }
     });
 }
 
 void JournalOnly(const std::string &line) {
-    AppendToJournal(DeviceFolder(kLevelsToLibrary), line);
+    AppendToJournal(DeviceDirectory(kLevelsToLibrary), line);
 }
 
 const char *YesOrNo(bool yes) {
@@ -69,8 +70,8 @@ void Dump(const Device &device, const STRUCT_DUMP_FLASH_SETTING &dump) {
         throw Failure{VIRTUAL_ISP_NO_DUMP, Format("The dump file cannot be written: %s: %s",
                                                   path.c_str(), std::strerror(errno))};
     }
-    Say(Format("0x%X bytes from 0x%X written to %s", dump.ulDumpLen, dump.ulDumpAddr,
-               path.c_str()));
+    SendMessage(Format("0x%X bytes from 0x%X written to %s", dump.ulDumpLen, dump.ulDumpAddr,
+                       path.c_str()));
     progress.Finish();
 }
 
@@ -87,10 +88,10 @@ void CopyKey(const Device &device, unsigned char *key) {
                                                  device.description.keyAddress)};
     }
     std::copy(bytes.begin(), bytes.end(), key);
-    Say(Format("Key read from the flash: %zu bytes", bytes.size()));
+    SendMessage(Format("Key read from the flash: %zu bytes", bytes.size()));
 }
 
-/// Information by enumUserDefinedInfoType, beginning with 1.
+/// Information by enumUserDefinedInfoType, which starts at 1.
 constexpr std::string Description::*kInformation[] = {
     &Description::scalerType, &Description::firmwareName, &Description::model,
     &Description::hardwareId};
@@ -148,24 +149,26 @@ int GetUserDefinedInfoFromDDCCI(Setting *setting) {
 }
 
 int IspEeprom(Setting *setting) {
-    return RunExport("IspEeprom", setting, [&](Device &device) { ServeEeprom(device, *setting); });
+    return RunExport("IspEeprom", setting,
+                     [&](Device &device) { RunEepromAction(device, *setting); });
 }
 
 int EnterISPModeExport(Setting *setting) {
     return RunExport("EnterISPModeExport", setting, [&](Device &device) {
         device.SetMode("isp");
-        Say("The scaler is in ISP mode");
+        SendMessage("The scaler is in ISP mode");
     });
 }
 
 int ResetMCUExport(Setting *setting) {
     return RunExport("ResetMCUExport", setting, [&](Device &device) {
         device.SetMode("normal");
-        Say("The MCU is reset; the scaler is in normal mode");
+        SendMessage("The MCU is reset; the scaler is in normal mode");
     });
 }
 
 int GetScalerType(Setting *setting) {
-    return RunExport("GetScalerType", setting,
-                     [&](Device &device) { Say("Scaler type: " + device.description.scalerType); });
+    return RunExport("GetScalerType", setting, [&](Device &device) {
+        SendMessage("Scaler type: " + device.description.scalerType);
+    });
 }

@@ -40,7 +40,7 @@ Bytes ReadFileBank(const std::string &path, std::uint32_t fileBank) {
 }
 
 const BankImage *FindBank(const Plan &plan, std::uint32_t bank) {
-    // The last one: later images are written over earlier ones.
+    // The last one, because later images overwrite earlier ones.
     const auto found = std::find_if(plan.rbegin(), plan.rend(),
                                     [bank](const BankImage &image) { return image.bank == bank; });
     return found == plan.rend() ? nullptr : &*found;
@@ -56,7 +56,7 @@ BankImage &BankToPatch(Plan &plan, std::uint32_t bank, const MemoryFile &memory)
     return plan.back();
 }
 
-/// Cuts a range at the bank borders: part(bank, offset in the bank, offset in the range, count).
+/// Splits a range at bank boundaries: part(bank, offset in the bank, offset in the range, count).
 template <class Function>
 void ForEachBankPart(std::uint32_t address, std::uint32_t count, Function &&part) {
     for (std::uint32_t done = 0; done < count;) {

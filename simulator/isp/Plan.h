@@ -10,27 +10,27 @@
 
 namespace virtual_scaler {
 
-/// What one bank shall hold.
+/// The planned content of one bank.
 struct BankImage {
     std::uint32_t bank;
     std::string source; ///< for messages
-    Bytes bytes;        ///< a whole bank; the end of a file is padded with 0xFF
+    Bytes bytes;        ///< a complete bank; the end of a file is padded with 0xFF
 };
 
 using Plan = std::vector<BankImage>;
 
 /// Reads every bank of the map from its file before anything is erased, so that a bad file leaves
-/// the flash as it is. Throws Failure.
+/// the flash unchanged. Throws Failure.
 Plan LoadPlan(const STRUCT_C_STYLE_MAP_FW &map, const MemoryFile &memory);
 
-/// Adds each bank once more, `offset` banks higher.
+/// Adds a copy of each bank, `offset` banks higher.
 void AddCopies(Plan &plan, std::uint32_t offset, const MemoryFile &memory);
 
-/// Puts bytes over the plan; banks outside the plan are added with what the flash holds around
-/// them.
+/// Overwrites bytes of the plan; a bank outside it is added with its current content, because a
+/// bank can only be programmed completely.
 void AddBytes(Plan &plan, std::uint32_t address, const Bytes &bytes, const MemoryFile &memory);
 
-/// What the plan puts at an address; nothing unless it covers the whole range.
+/// RETURNS the planned bytes of a range; nothing unless the plan covers the complete range.
 std::optional<Bytes> PlannedBytes(const Plan &plan, std::uint32_t address, std::uint32_t count);
 
 } // namespace virtual_scaler

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kStepsPerBank = 3; // erase, write, verify
 
-/// Programs banks of one memory, one after the other.
+/// Programs banks of one memory and reports the progress.
 class Programmer {
   public:
     Programmer(MemoryFile &memory, const Faults &faults, std::size_t banks)
@@ -31,12 +31,13 @@ class Programmer {
         m_progress.Step();
         Verify(image);
         m_progress.Step();
-        Say(Format("Bank %u: erased, written, verified (%s)", image.bank, image.source.c_str()));
+        SendMessage(
+            Format("Bank %u: erased, written, verified (%s)", image.bank, image.source.c_str()));
     }
 
     void Skip(const BankImage &image) {
         m_progress.Step(kStepsPerBank);
-        Say(Format("Bank %u: unchanged", image.bank));
+        SendMessage(Format("Bank %u: unchanged", image.bank));
     }
 
     void Finish() {
@@ -64,7 +65,7 @@ class Programmer {
         }
         m_memory.Write(address, image.bytes.data(), Length(image));
         if (m_faults.flipBit.contains(image.bank)) {
-            // A bad cell: the flash itself holds the wrong bit, a dump shows it.
+            // Simulates a defective cell: the wrong bit is in the flash itself, so a dump shows it.
             Bytes flipped = image.bytes;
             flipped.front() ^= 1U;
             m_memory.Erase(address, Length(image));
@@ -108,12 +109,12 @@ Plan MakePlan(const Device &device, const Setting &setting) {
     return plan;
 }
 
-bool HoldsThisVersion(const Device &device, const Setting &setting, const Plan &plan) {
+bool HasSameVersion(const Device &device, const Setting &setting, const Plan &plan) {
     const std::string offered = PlannedVersion(device, setting, plan);
     const std::string present = DeviceVersion(device, setting);
-    Say(Format("Version of the firmware file: %s; version of the device: %s",
-               offered.empty() ? "unknown" : offered.c_str(),
-               present.empty() ? "unknown" : present.c_str()));
+    SendMessage(Format("Version of the firmware file: %s; version of the device: %s",
+                       offered.empty() ? "unknown" : offered.c_str(),
+                       present.empty() ? "unknown" : present.c_str()));
     return !offered.empty() && offered == present;
 }
 
@@ -122,13 +123,13 @@ bool HoldsThisVersion(const Device &device, const Setting &setting, const Plan &
 void ProgramFlash(Device &device, const Setting &setting) {
     const Plan plan = MakePlan(device, setting);
     Programmer programmer(device.flash, device.faults, plan.size());
-    if (setting.bCompareVersion != 0 && HoldsThisVersion(device, setting, plan)) {
-        Say("The device holds this version; nothing is programmed");
+    if (setting.bCompareVersion != 0 && HasSameVersion(device, setting, plan)) {
+        SendMessage("The device holds this version; nothing is programmed");
         programmer.Finish();
         return;
     }
     if (setting.enumActionType == ENUM_ACTION_FACTORYISP) {
-        Say("The whole flash is erased");
+        SendMessage("The complete flash is erased");
         device.flash.Erase(0, device.flash.Size());
     }
     std::size_t programmed = 0;
@@ -140,11 +141,11 @@ void ProgramFlash(Device &device, const Setting &setting) {
             ++programmed;
         }
     }
-    Say(Format("Banks programmed: %zu of %zu", programmed, plan.size()));
+    SendMessage(Format("Banks programmed: %zu of %zu", programmed, plan.size()));
     programmer.Finish();
 }
 
-void ServeEeprom(Device &device, const Setting &setting) {
+void RunEepromAction(Device &device, const Setting &setting) {
     constexpr std::uint32_t kModeIsp = 1;
     constexpr std::uint32_t kModeReadVersion = 2;
     if (setting.enumEdpIspMode == kModeReadVersion) {
@@ -152,7 +153,7 @@ void ServeEeprom(Device &device, const Setting &setting) {
         if (version.empty()) {
             throw Failure{VIRTUAL_ISP_NO_VERSION, "The EEPROM holds no version"};
         }
-        Say("EEPROM version: " + version);
+        SendMessage("EEPROM version: " + version);
         return;
     }
     if (setting.enumEdpIspMode != kModeIsp) {
@@ -169,7 +170,7 @@ void ServeEeprom(Device &device, const Setting &setting) {
     for (const BankImage &image : plan) {
         programmer.Program(image);
     }
-    Say(Format("EEPROM banks programmed: %zu", plan.size()));
+    SendMessage(Format("EEPROM banks programmed: %zu", plan.size()));
     programmer.Finish();
 }
 

@@ -6,11 +6,12 @@
 
 namespace virtual_scaler {
 
-/// Actions isp, ispuser, ispdiff, ispcopy and factoryisp; any other action programs like isp.
+/// Runs the actions isp, ispuser, ispdiff, ispcopy and factoryisp; any other action programs like
+/// isp.
 void ProgramFlash(Device &device, const Setting &setting);
 
-/// Action edpisp: programs the EEPROM or reports its version.
-void ServeEeprom(Device &device, const Setting &setting);
+/// Runs the action edpisp: programs the EEPROM or reports its version.
+void RunEepromAction(Device &device, const Setting &setting);
 
 } // namespace virtual_scaler
 

@@ -11,11 +11,12 @@ namespace {
 using Map = STRUCT_C_STYLE_MAP_FW;
 
 bool Continues(const Map &map, std::uint32_t i) {
-    const auto &former = map.stFwBank[i - 1];
+    const auto &previous = map.stFwBank[i - 1];
     const auto &entry = map.stFwBank[i];
     return map.ulTargetBank[i] == map.ulTargetBank[i - 1] + 1 &&
-           entry.ulFileBank == former.ulFileBank + 1 && entry.ullBankValue == former.ullBankValue &&
-           std::equal(std::begin(entry.wszFwPath), std::end(entry.wszFwPath), former.wszFwPath);
+           entry.ulFileBank == previous.ulFileBank + 1 &&
+           entry.ullBankValue == previous.ullBankValue &&
+           std::equal(std::begin(entry.wszFwPath), std::end(entry.wszFwPath), previous.wszFwPath);
 }
 
 std::string Range(std::uint32_t first, std::uint32_t last) {
@@ -51,8 +52,8 @@ void AddBankMap(FieldList &fields, const Map &map) {
 
 } // namespace
 
-// What the table calls a field's kind, and how the line shows it. The target banks are part of the
-// bank map, which is shown where its entries lie.
+// One macro per kind of field in the table. The target banks are printed with the entries of the
+// bank map.
 #define ADD_U32(NAME, VALUE, DEFAULT) fields.AddNumber(NAME, VALUE, DEFAULT);
 #define ADD_I32 ADD_U32
 #define ADD_U8 ADD_U32

@@ -12,7 +12,7 @@ Ui &CurrentUi() {
     return ui;
 }
 
-void Say(std::string_view utf8) {
+void SendMessage(std::string_view utf8) {
     if (CurrentUi().message != nullptr) {
         std::wstring text = ToWide(utf8);
         text += L'\n';
@@ -37,7 +37,7 @@ void Progress::Finish() {
 
 void Progress::Report() {
     if (CurrentUi().progress != nullptr) {
-        // The last percent is kept for the end of the action.
+        // 100 % is reserved for the end of the action.
         CurrentUi().progress(m_steps == 0 ? 0 : static_cast<int>(m_done * 99 / m_steps));
     }
 }

@@ -14,13 +14,13 @@ struct Ui {
     ScalerIspMessageCallback message = nullptr;
 };
 
-/// What SetUIFunction received; kept until the plug-in is unloaded.
+/// The callbacks from SetUIFunction; valid until the plug-in is unloaded.
 Ui &CurrentUi();
 
-/// One message to the host. A line end is added.
-void Say(std::string_view utf8);
+/// Sends a message to the host, with a newline added.
+void SendMessage(std::string_view utf8);
 
-/// Progress of one action: 0 at the start, then one report a step, never falling; 100 only in
+/// Progress of one action: 0 at the start, then one report per step, never decreasing; 100 only in
 /// Finish.
 class Progress {
   public:

@@ -14,7 +14,7 @@ bool IsErased(const Bytes &bytes) {
     return std::all_of(bytes.begin(), bytes.end(), [](std::uint8_t b) { return b == kErased; });
 }
 
-/// Text up to the first 0x00 or 0xFF; bytes that are no plain text are shown in hexadecimal.
+/// RETURNS the text up to the first 0x00 or 0xFF, in hexadecimal if it is not printable ASCII.
 std::string VersionText(const std::uint8_t *bytes, std::size_t count) {
     const std::uint8_t *end =
         std::find_if(bytes, bytes + count, [](std::uint8_t b) { return b == 0 || b == kErased; });
@@ -34,31 +34,31 @@ std::string VersionNumber(const std::uint8_t *bytes, std::size_t count, std::uin
     return text;
 }
 
-/// Whether the command itself says where the version lies.
-bool HasPlaceOfItsOwn(const Setting &setting) {
+/// RETURNS whether the command itself specifies the location of the version.
+bool HasExplicitLocation(const Setting &setting) {
     return setting.enumVersionLocationType == ENUM_VER_LOC_FLASH &&
            setting.stReadVersionFromFlash.ulTotalVerLen != 0;
 }
 
-/// \param read  read(address, count) gives the bytes, or nothing
+/// \param read  read(address, count) returns the bytes, or nothing
 template <class Read>
 std::string VersionFrom(const Description &description, const Setting &setting, Read &&read) {
-    if (!HasPlaceOfItsOwn(setting)) {
+    if (!HasExplicitLocation(setting)) {
         const std::optional<Bytes> area =
             read(description.versionAddress, description.versionLength);
         return area ? VersionText(area->data(), area->size()) : std::string();
     }
-    const STRUCT_READ_VERSION_FROM_FLASH_SETTING &place = setting.stReadVersionFromFlash;
-    const std::optional<Bytes> bytes = read(place.ulVerAddr, place.ulTotalVerLen);
+    const STRUCT_READ_VERSION_FROM_FLASH_SETTING &location = setting.stReadVersionFromFlash;
+    const std::optional<Bytes> bytes = read(location.ulVerAddr, location.ulTotalVerLen);
     if (!bytes || IsErased(*bytes)) {
         return {};
     }
-    const std::uint32_t major = std::min(place.ulMajorVerLen, place.ulTotalVerLen);
-    const std::uint32_t sub = std::min(place.ulSubVerLen, place.ulTotalVerLen - major);
-    const std::string text = VersionNumber(bytes->data(), major, place.enumRecordVerMode);
+    const std::uint32_t major = std::min(location.ulMajorVerLen, location.ulTotalVerLen);
+    const std::uint32_t sub = std::min(location.ulSubVerLen, location.ulTotalVerLen - major);
+    const std::string text = VersionNumber(bytes->data(), major, location.enumRecordVerMode);
     return sub == 0
                ? text
-               : text + '.' + VersionNumber(bytes->data() + major, sub, place.enumRecordVerMode);
+               : text + '.' + VersionNumber(bytes->data() + major, sub, location.enumRecordVerMode);
 }
 
 std::string FlashVersion(const Device &device, const Setting &setting, std::uint32_t shift) {
@@ -69,11 +69,11 @@ std::string FlashVersion(const Device &device, const Setting &setting, std::uint
                        });
 }
 
-void SayVersion(const char *what, const std::string &version) {
+void SendVersion(const char *what, const std::string &version) {
     if (version.empty()) {
         throw Failure{VIRTUAL_ISP_NO_VERSION, Format("%s: there is none", what)};
     }
-    Say(Format("%s: %s", what, version.c_str()));
+    SendMessage(Format("%s: %s", what, version.c_str()));
 }
 
 std::size_t CountDifferentCopies(const Device &device) {
@@ -89,8 +89,8 @@ std::size_t CountDifferentCopies(const Device &device) {
 void ReportCopy(const Device &device, const Setting &setting) {
     const std::string copy =
         FlashVersion(device, setting, device.description.copyBank * kBankBytes);
-    Say("Version of the copy: " + (copy.empty() ? std::string("none") : copy));
-    Say(Format("Banks whose copy differs: %zu", CountDifferentCopies(device)));
+    SendMessage("Version of the copy: " + (copy.empty() ? std::string("none") : copy));
+    SendMessage(Format("Banks whose copy differs: %zu", CountDifferentCopies(device)));
 }
 
 } // namespace
@@ -118,11 +118,11 @@ std::string EepromVersion(const Device &device) {
 void ReportVersion(const Device &device, const Setting &setting) {
     const auto location = setting.enumVersionLocationType;
     if (location == ENUM_VER_LOC_FWBIN || location == ENUM_VER_LOC_FWBINCMD) {
-        SayVersion("Version of the firmware file",
-                   PlannedVersion(device, setting, LoadPlan(setting.stMapFw, device.flash)));
+        SendVersion("Version of the firmware file",
+                    PlannedVersion(device, setting, LoadPlan(setting.stMapFw, device.flash)));
     }
     if (location != ENUM_VER_LOC_FWBIN) {
-        SayVersion("Version", DeviceVersion(device, setting));
+        SendVersion("Version", DeviceVersion(device, setting));
     }
     if (location == ENUM_VER_LOC_COPYDIFFER) {
         ReportCopy(device, setting);

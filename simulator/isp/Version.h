@@ -9,18 +9,19 @@
 namespace virtual_scaler {
 
 /// \file
-/// Firmware versions. With version location "flash" and lengths given, the version lies at
-/// ulVerAddr: major, then sub; enumRecordVerMode 0 shows them as text, 1 as decimal and 2 as
-/// hexadecimal bytes. Everywhere else it is the text in the description's version area.
+/// Firmware versions. With version location "flash" and lengths given, the version is at ulVerAddr:
+/// major, then sub; enumRecordVerMode 0 shows them as text, 1 as decimal and 2 as hexadecimal
+/// bytes. Otherwise it is the text in the description's version area.
 
-/// What the device answers; while the version area is erased, the description's version.
-/// RETURNS "" where the location is "flash" and erased.
+/// RETURNS the version of the device; the description's if the version area is erased; "" if the
+/// location is "flash" and erased.
 std::string DeviceVersion(const Device &device, const Setting &setting);
 
-/// What the firmware of the plan would answer; "" when it does not cover the place or is erased
-/// there.
+/// RETURNS the version in the planned firmware; "" if the plan does not cover its location or it is
+/// erased.
 std::string PlannedVersion(const Device &device, const Setting &setting, const Plan &plan);
 
+/// RETURNS the version in the EEPROM; "" if it is erased.
 std::string EepromVersion(const Device &device);
 
 /// Action recordver: reports the version as a message, by version location. Throws Failure.

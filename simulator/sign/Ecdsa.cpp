@@ -30,7 +30,7 @@ using Bio = std::unique_ptr<BIO, FreeBio>;
 using KeyContext = std::unique_ptr<EVP_PKEY_CTX, FreeContext>;
 using DigestContext = std::unique_ptr<EVP_MD_CTX, FreeContext>;
 
-// Without it OpenSSL would ask at the terminal, in the middle of a factory line.
+// Without this callback OpenSSL would prompt on the terminal and stop a production line.
 int NoPassPhrase(char *, int, int, void *) {
     return 0;
 }
@@ -118,15 +118,15 @@ std::vector<std::uint8_t> Sign(const Key &key, std::string_view text) {
     return signature;
 }
 
-bool IsGoodSignature(const Key &key, std::string_view text, std::string_view signature) {
+bool IsValidSignature(const Key &key, std::string_view text, std::string_view signature) {
     const DigestContext context(EVP_MD_CTX_new());
-    const bool good =
+    const bool valid =
         context &&
         EVP_DigestVerifyInit(context.get(), nullptr, EVP_sha256(), nullptr, key.get()) == 1 &&
         EVP_DigestVerify(context.get(), Data(signature), signature.size(), Data(text),
                          text.size()) == 1;
     ERR_clear_error();
-    return good;
+    return valid;
 }
 
 } // namespace virtual_scaler

@@ -13,10 +13,9 @@
 namespace virtual_scaler {
 
 /// \file
-/// ECDSA on P-256 over SHA-256. Every function throws SignFailure instead of returning something
-/// that is not good.
+/// ECDSA on P-256 with SHA-256. Every function that creates a value throws SignFailure on failure.
 
-/// Thrown to end a call; the text becomes its one line of output. Never leaves the plug-in.
+/// Thrown to end a call; text becomes its one line of output. Never leaves the plug-in.
 struct SignFailure {
     std::string text;
 };
@@ -28,19 +27,19 @@ struct FreeKey {
 };
 using Key = std::unique_ptr<EVP_PKEY, FreeKey>;
 
-/// \param origin  what the key is called in messages
-/// A key that is protected by a pass phrase is refused; nobody is asked.
+/// \param origin  name of the key in messages
+/// A key protected by a pass phrase is rejected without a prompt.
 Key PrivateKeyFromPem(std::string_view pem, const std::string &origin);
 Key PublicKeyFromPem(std::string_view pem, const std::string &origin);
 /// PEM, or the 65 bytes of an uncompressed point, at the start of the data.
 Key PublicKeyFromData(std::string_view data, const std::string &origin);
 
-/// Whether both have the same public half.
+/// RETURNS whether both have the same public key.
 bool IsPair(const Key &first, const Key &second);
 
 /// RETURNS the signature in DER.
 std::vector<std::uint8_t> Sign(const Key &key, std::string_view text);
-bool IsGoodSignature(const Key &key, std::string_view text, std::string_view signature);
+bool IsValidSignature(const Key &key, std::string_view text, std::string_view signature);
 
 } // namespace virtual_scaler
 

@@ -1,4 +1,4 @@
-// The two functions that the library looks up: which key and which file belong to which mode.
+// The two functions that the library looks up, and which key and file each mode uses.
 
 #include <cerrno>
 #include <cstdio>
@@ -18,7 +18,7 @@ namespace {
 
 using Args = STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS;
 
-constexpr int kLevelsToLibrary = 1; // <library's folder>/libSignVerify.dylib
+constexpr int kLevelsToLibrary = 1; // <library's directory>/libSignVerify.dylib
 constexpr int kInternalHardwareKey = 0;
 
 std::string ArgsLine(const char *function, const Args &args, bool keyGiven) {
@@ -34,7 +34,7 @@ std::string ArgsLine(const char *function, const Args &args, bool keyGiven) {
     return fields.Line();
 }
 
-/// A path field of the record, which may be full and then has no terminator.
+/// RETURNS a path field of the record; a full field has no terminator.
 std::string PathOf(const char (&field)[SCALER_ISP_PATH_CHARS]) {
     return FromNarrow(field, SCALER_ISP_PATH_CHARS);
 }
@@ -73,7 +73,8 @@ Key NextVerifyKey(const Args &args) {
     return PublicKeyFile(PathOf(args.szNextVerifyKeyFile), "next verify key file");
 }
 
-/// A signature that the next verify key does not accept would lock the chip out.
+/// Signing with a key that does not match the next verify key would make the chip reject all later
+/// firmware.
 void RequirePair(const Key &signKey, const Key &nextVerifyKey) {
     if (!IsPair(signKey, nextVerifyKey)) {
         throw SignFailure{"the sign key and the next verify key are no pair"};
@@ -100,7 +101,7 @@ Key SoftwareSignKey(const Args &args) {
 Key HardwareSignKey(const Args &args) {
     const Key next = NextVerifyKey(args);
     if (PathOf(args.szSignKeyFile).empty()) {
-        // The internal key stands for one inside the chip: no pair with a key of the user's.
+        // The internal key represents one inside the chip, so it cannot match a key of the user.
         return InternalKey(kInternalHardwareKey);
     }
     Key key = SignKeyFile(args);
@@ -108,7 +109,7 @@ Key HardwareSignKey(const Args &args) {
     return key;
 }
 
-/// Hardware mode 1 hands over the next verify key and needs no firmware: the key file is signed.
+/// Hardware mode 1 passes on the next verify key and has no firmware, so the key file is signed.
 std::string TextToSign(const Args &args) {
     if (args.enumDigitalSignatureType == ENUM_SIGN_TYPE_HW &&
         args.enumHWDigitalSignatureMode == ENUM_SIGN_HW_MODE_1) {
@@ -158,12 +159,13 @@ void VerifyFirmware(const Args &args, const char *keyFromFlash) {
     const Key key = VerifyKey(args, keyFromFlash);
     const std::string firmware = FileText(PathOf(args.szFwFile), "firmware file");
     const std::string signature = FileText(PathOf(args.szSignatureFile), "signature file");
-    if (!IsGoodSignature(key, firmware, signature)) {
+    if (!IsValidSignature(key, firmware, signature)) {
         throw SignFailure{"the signature is not good: " + PathOf(args.szSignatureFile)};
     }
 }
 
-/// Journals the call and acts. RETURNS 1, or 0 after one line on standard output.
+/// Writes the call to the journal and runs action. RETURNS 1, or 0 after one line on standard
+/// output.
 template <class Action>
 int RunExport(const char *function, const Args *args, bool keyGiven, Action &&action) {
     return CatchAll<int>(0, [&] {
@@ -171,7 +173,7 @@ int RunExport(const char *function, const Args *args, bool keyGiven, Action &&ac
             if (args == nullptr) {
                 throw SignFailure{"there is no record"};
             }
-            AppendToJournal(DeviceFolder(kLevelsToLibrary), ArgsLine(function, *args, keyGiven));
+            AppendToJournal(DeviceDirectory(kLevelsToLibrary), ArgsLine(function, *args, keyGiven));
             action();
             return 1;
         } catch (const SignFailure &failure) {

@@ -5,7 +5,7 @@ namespace virtual_scaler {
 
 constexpr int kInternalKeyPairs = 5;
 
-/// The private key (PEM) of an internal TEST key pair, 0..4; null for any other number.
+/// RETURNS the private key (PEM) of an internal TEST key pair, 0 to 4; null for any other index.
 const char *InternalTestKey(int index);
 
 } // namespace virtual_scaler
