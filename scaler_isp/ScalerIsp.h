@@ -2,7 +2,7 @@
 #define SCALER_ISP_SCALER_ISP_H
 
 /// \file
-/// Everything a host tool may use, C++20. C hosts include scaler_isp/OperateScaler.h alone.
+/// The complete C++20 API for host tools. C hosts include scaler_isp/OperateScaler.h only.
 
 #include "scaler_isp/OperateScaler.h"
 #include "scaler_isp/abi/CommandSetting.h"

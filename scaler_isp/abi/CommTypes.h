@@ -2,9 +2,9 @@
 #define SCALER_ISP_ABI_COMM_TYPES_H
 
 /// \file
-/// Types of the communication library that pass through this library unchanged. Their meaning is
-/// that library's own; here only width and layout matter. Values that this library's users need
-/// have names; any other 32-bit value passes too.
+/// Types of the communication library that pass through this library unchanged. That library
+/// defines their meaning; here only width and layout matter. Only values that users of this library
+/// need have names; any other 32-bit value passes as well.
 
 #include <stdint.h>
 
@@ -25,8 +25,8 @@ SCALER_ISP_ENUM_TYPE(STRUCT_ENUM_CPU_TYPE);
 SCALER_ISP_ENUM_TYPE(STRUCT_ENUM_SPECIAL_COMM_TYPE);
 SCALER_ISP_ENUM_TYPE(STRUCT_ENUM_NEW_VEXMIRAUSB_MODE);
 
-/// Passed by value; its contents are the communication library's. Declared as large as two
-/// registers: on x86_64 and arm64 a record of up to 16 bytes travels in up to two integer
+/// Passed by value; the communication library defines its contents. Declared as large as two
+/// registers: on x86_64 and arm64 a record of up to 16 bytes is passed in up to two integer
 /// registers, so a smaller one passes unchanged.
 typedef struct STRUCT_AUXMODE_STRUCT {
     uint64_t ullWords[2];
@@ -37,7 +37,7 @@ typedef struct STRUCT_WAITING_STRUCT {
     uint32_t ulWords[2];
 } STRUCT_WAITING_STRUCT;
 
-/// Only ever passed by pointer.
+/// Passed by pointer only, so its contents need not be known here.
 typedef struct STRUCT_COMM_INFO STRUCT_COMM_INFO;
 
 #endif

@@ -2,9 +2,9 @@
 #define SCALER_ISP_ABI_COMMAND_SETTING_H
 
 /// \file
-/// The record that carries one judged command to the ISP plug-in: 546,704 bytes, little-endian, no
-/// pointers. Its layout is a binary interface; command_setting_fields.def lists every field with
-/// its offset and default, and the build fails where the two disagree. Readable as C99 and as C++.
+/// The record that passes one validated command to the ISP plug-in: 546,704 bytes, little-endian,
+/// no pointers. Its layout is a binary interface: command_setting_fields.def lists every field with
+/// its offset and default, and the build fails if the two disagree. Readable as C99 and as C++.
 
 #include <stddef.h>
 #include <stdint.h>
@@ -91,7 +91,7 @@ enum SCALER_ISP_ENUM_VALUES(ENUM_CP_MERGE_FW_INFO_MODE) {
 typedef struct STRUCT_C_STYLE_FW_BANK_SETTING {
     uint64_t ullBankValue; ///< reserved for the plug-in; this library leaves it 0
     uint32_t ulFileBank;   ///< index of the bank inside its file, 0 first
-    wchar_t wszFwPath[SCALER_ISP_PATH_CHARS]; ///< full path of the file; no terminator at 260
+    wchar_t wszFwPath[SCALER_ISP_PATH_CHARS]; ///< absolute path; no terminator at 260 characters
 
 #ifdef __cplusplus
     /// Everything zero.
@@ -102,12 +102,13 @@ typedef struct STRUCT_C_STYLE_FW_BANK_SETTING {
 /// The firmware bank map: entry i goes to flash bank ulTargetBank[i]. 542,728 bytes.
 /// Only the first ulFwCount entries are meaningful.
 typedef struct STRUCT_C_STYLE_MAP_FW {
-    uint32_t ulFwCount; ///< 0..512; above 512 after a copy that was refused
+    uint32_t ulFwCount;                          ///< 0..512; above 512 after a rejected copy
     uint32_t ulTargetBank[SCALER_ISP_MAX_BANKS]; ///< bank numbers, ascending
     STRUCT_C_STYLE_FW_BANK_SETTING stFwBank[SCALER_ISP_MAX_BANKS];
 
 #ifdef __cplusplus
-    /// Count 0 and default entries; of the target banks only the first 128 are cleared.
+    /// Sets the count to 0 and the entries to their defaults; clears only the first 128 target
+    /// banks.
     SCALER_ISP_API STRUCT_C_STYLE_MAP_FW();
 #endif
 } STRUCT_C_STYLE_MAP_FW;
@@ -124,7 +125,7 @@ typedef struct STRUCT_FLAG_SETTING {
 #endif
 } STRUCT_FLAG_SETTING;
 
-/// Where a version lies in flash. 20 bytes. UNITS: bytes.
+/// Location of the version in flash. 20 bytes. UNITS: bytes.
 typedef struct STRUCT_READ_VERSION_FROM_FLASH_SETTING {
     uint32_t enumRecordVerMode; ///< 0, 1 or 2
     uint32_t ulVerAddr;         ///< flash address, below 16 MiB
@@ -150,7 +151,7 @@ typedef struct STRUCT_READ_USER_DEFINED_VERSION_SETTING {
 typedef struct STRUCT_DUMP_FLASH_SETTING {
     uint32_t ulDumpAddr;
     uint32_t ulDumpLen;
-    wchar_t wszDumpFile[SCALER_ISP_PATH_CHARS]; ///< name as typed, ends in ".bin"
+    wchar_t wszDumpFile[SCALER_ISP_PATH_CHARS]; ///< exactly as given, ends in ".bin"
 
 #ifdef __cplusplus
     SCALER_ISP_API STRUCT_DUMP_FLASH_SETTING();
@@ -180,13 +181,13 @@ typedef struct STRUCT_MERGE_FW_INFO_SETTING {
 #endif
 } STRUCT_MERGE_FW_INFO_SETTING;
 
-/// One judged command. The plug-in borrows it for the length of a call.
-/// Too large for a small thread's stack: keep it on the heap.
+/// One validated command. The plug-in borrows it for the duration of a call. Keep it on the heap:
+/// it is too large for the stack of a small thread.
 typedef struct STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING {
     ENUM_CP_ISPTOOL_ACTION_TYPE enumActionType;
     ENUM_CP_DIGITAL_SIGNATURE_TYPE enumDigitalSignatureType;
     ENUM_CP_DIGITAL_SIGNATURE_SW_MODE enumSWDigitalSignatureMode;
-    ENUM_VERSION_LOCATION_TYPE enumVersionLocationType; ///< 1 constructed, 0 without an option
+    ENUM_VERSION_LOCATION_TYPE enumVersionLocationType; ///< 1 by default, 0 if no option was given
     ENUM_USER_DEFINED_VERSION_TYPE enumUserDefinedVersionType;
     ENUM_CP_MERGE_FW_INFO_MODE enumMergeFWInfoMode;
     uint32_t enumMergeFWInfoType; ///< 0 none, 1 "hpfriends"
@@ -195,7 +196,7 @@ typedef struct STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING {
     uint32_t enumUserDefinedInfoType; ///< 0 none, 1 scaler, 2 fw name, 3 model name, 4 hw cid
     uint32_t enumMergeFWGeneration;   ///< 1 or 2
     uint32_t enumSendExtraCmdMode;    ///< 0 none, 1 before, 2 after, 3 both
-    int32_t nSlaveAddressState;       ///< -1 not given, 1 default address, 0 see ucSlaveAddress
+    int32_t nSlaveAddressState;       ///< -1 not given, 1 the default, 0 see ucSlaveAddress
     uint8_t ucSlaveAddress;           ///< I2C slave address (8-bit form), 1..254 when explicit
     uint32_t bAutoSearchFW;
     uint32_t bCompareVersion;
@@ -210,27 +211,27 @@ typedef struct STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING {
     STRUCT_READ_USER_DEFINED_VERSION_SETTING stReadUserDefinedVersion;
     STRUCT_DUMP_FLASH_SETTING stDumpFlash;
     STRUCT_I2C_WRITE_ACTION_TYPE_SETTING stI2CWrite;
-    wchar_t wszSettingFile[SCALER_ISP_PATH_CHARS]; ///< full path of the settings file
+    wchar_t wszSettingFile[SCALER_ISP_PATH_CHARS]; ///< absolute path of the settings file
     char szBootFwPath[SCALER_ISP_PATH_CHARS];      ///< boot firmware (--boot), UTF-8
     STRUCT_MERGE_FW_INFO_SETTING stMergeFwInfo;
 
 #ifdef __cplusplus
-    /// The defaults of command_setting_fields.def. Padding and the target banks from entry 128 on
-    /// keep what the memory held.
+    /// Sets the defaults of command_setting_fields.def. Padding and the target banks from entry 128
+    /// on stay uninitialised.
     SCALER_ISP_API STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING();
 
     /// Loads twelve fields from the file wszSettingFile; a missing file, section or key gives its
-    /// default. The firmware map is not read, and no range is checked. If the file cannot be read
-    /// for want of memory or for an I/O error, all fields stay as they were.
+    /// default. The firmware map is not read, and no range is checked. If a lack of memory or an
+    /// I/O error prevents reading, all fields stay unchanged.
     SCALER_ISP_API void LoadSetting();
 
-    /// Writes the firmware map, and nothing else, to section "ISP_Fw" of the file wszSettingFile.
-    /// All keys are written at once; see ProfileStore.h for how a file is replaced.
+    /// Writes only the firmware map, to section "ISP_Fw" of the file wszSettingFile. All keys are
+    /// written at once; see ProfileStore.h for how a file is replaced.
     /// PRINTS "Open file error \n" once per key if the file cannot be opened for writing.
     SCALER_ISP_API void SaveSetting();
 
-    /// Empties the firmware map: count, target banks and bank values become 0, of the file banks
-    /// and paths only the first entry's.
+    /// Empties the firmware map: the count, all target banks and bank values become 0, but only the
+    /// first entry's file bank and path are cleared.
     SCALER_ISP_API void ClearMapFW();
 #endif
 } STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING;

@@ -10,8 +10,8 @@
 #include "scaler_isp/abi/Enumeration.h"
 #include "scaler_isp/abi/Export.h"
 
-/// Room of every path field, in characters. A text of this length or more fills the field
-/// completely and has NO terminator: read with a bound of 260, never as a C string.
+/// Size of every path field, in characters. A string of this length or more fills the field
+/// completely and has NO terminator: read at most 260 characters, never a C string.
 #define SCALER_ISP_PATH_CHARS 260
 
 /// Key data of the next key generation, as GetKeyFromFlash of the ISP plug-in fills it and
@@ -23,7 +23,7 @@ SCALER_ISP_ENUM_TYPE(ENUM_CP_DIGITAL_SIGNATURE_ACTION_TYPE);
 enum SCALER_ISP_ENUM_VALUES(ENUM_CP_DIGITAL_SIGNATURE_ACTION_TYPE) {
     ENUM_SIGN_ACTION_NONE = 0,
     ENUM_SIGN_ACTION_SIGN = 1,  ///< make a signature for szFwFile
-    ENUM_SIGN_ACTION_VERIFY = 2 ///< check szFwFile against szSignatureFile
+    ENUM_SIGN_ACTION_VERIFY = 2 ///< verify szFwFile with szSignatureFile
 };
 
 /// Who holds the keys.
@@ -38,7 +38,7 @@ enum SCALER_ISP_ENUM_VALUES(ENUM_CP_DIGITAL_SIGNATURE_TYPE) {
 SCALER_ISP_ENUM_TYPE(ENUM_CP_DIGITAL_SIGNATURE_SW_MODE);
 enum SCALER_ISP_ENUM_VALUES(ENUM_CP_DIGITAL_SIGNATURE_SW_MODE) {
     ENUM_SIGN_SW_MODE_NONE = 0,
-    ENUM_SIGN_SW_MODE_LENOVO = 1,           ///< verify key file only; cannot sign
+    ENUM_SIGN_SW_MODE_LENOVO = 1,           ///< verify key file only, so it cannot sign
     ENUM_SIGN_SW_MODE_VXM_INTERNAL = 2,     ///< internal key pair, chosen by nKeyPair
     ENUM_SIGN_SW_MODE_VXM_EXTERNAL = 3,     ///< sign key file to sign, verify key file to verify
     ENUM_SIGN_SW_MODE_VXM_EXTERNAL_NEXT = 4 ///< as 3, with the verify key of the next generation
@@ -54,24 +54,24 @@ enum SCALER_ISP_ENUM_VALUES(ENUM_CP_DIGITAL_SIGNATURE_HW_MODE) {
     ENUM_SIGN_HW_MODE_4 = 4
 };
 
-/// All signature settings of one run. The plug-in only reads it, during the call.
-/// Texts are UTF-8, zero-padded, at most SCALER_ISP_PATH_CHARS bytes.
+/// All signature settings of one run. The plug-in only reads them, during the call. Strings are
+/// UTF-8, zero-padded, at most SCALER_ISP_PATH_CHARS bytes.
 typedef struct STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS {
     ENUM_CP_DIGITAL_SIGNATURE_ACTION_TYPE enumSignActionType;
     ENUM_CP_DIGITAL_SIGNATURE_TYPE enumDigitalSignatureType;
     ENUM_CP_DIGITAL_SIGNATURE_SW_MODE enumSWDigitalSignatureMode; ///< meaningful for type 1 only
     ENUM_CP_DIGITAL_SIGNATURE_HW_MODE enumHWDigitalSignatureMode; ///< meaningful for type 2 only
-    int32_t nKeyPair;                                ///< internal key pair, 0..4 (software mode 2)
-    char szFwFile[SCALER_ISP_PATH_CHARS];            ///< full path of the firmware file
-    char szSignatureFile[SCALER_ISP_PATH_CHARS];     ///< full path of the signature (--signfile)
-    char szKeyPair[SCALER_ISP_PATH_CHARS];           ///< text of --keypair as typed
-    char szVerifyKeyFile[SCALER_ISP_PATH_CHARS];     ///< full path (--vkfile)
-    char szSignKeyFile[SCALER_ISP_PATH_CHARS];       ///< full path (--skfile)
-    char szSubCertFile[SCALER_ISP_PATH_CHARS];       ///< as typed (--subcert)
-    char szNextVerifyKeyFile[SCALER_ISP_PATH_CHARS]; ///< full path (--nextvkfile)
+    int32_t nKeyPair;                            ///< internal key pair, 0..4 (software mode 2)
+    char szFwFile[SCALER_ISP_PATH_CHARS];        ///< absolute path of the firmware file
+    char szSignatureFile[SCALER_ISP_PATH_CHARS]; ///< absolute path of the signature (--signfile)
+    char szKeyPair[SCALER_ISP_PATH_CHARS];       ///< value of --keypair, verbatim
+    char szVerifyKeyFile[SCALER_ISP_PATH_CHARS]; ///< absolute path (--vkfile)
+    char szSignKeyFile[SCALER_ISP_PATH_CHARS];   ///< absolute path (--skfile)
+    char szSubCertFile[SCALER_ISP_PATH_CHARS];   ///< --subcert, verbatim
+    char szNextVerifyKeyFile[SCALER_ISP_PATH_CHARS]; ///< absolute path (--nextvkfile)
 
 #ifdef __cplusplus
-    /// Every byte zero.
+    /// Zeroes every byte.
     SCALER_ISP_API STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS();
 #endif
 } STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS;

@@ -11,7 +11,7 @@
 /// In C++ it is an enumeration with a fixed underlying type, so that a number outside the listed
 /// values (from a settings file, from a newer plug-in) can be stored and read back. C99 cannot fix
 /// the type of an enumeration; there NAME is a uint32_t and the values are plain constants. The
-/// first line alone makes a type without named values.
+/// first line alone declares a type without named values.
 #ifdef __cplusplus
 #define SCALER_ISP_ENUM_TYPE(NAME) enum NAME : uint32_t
 #define SCALER_ISP_ENUM_VALUES(NAME)                                                               \

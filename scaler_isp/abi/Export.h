@@ -2,7 +2,7 @@
 #define SCALER_ISP_ABI_EXPORT_H
 
 /// Marks what the library offers to other binaries. Everything is compiled with hidden visibility;
-/// only names that carry this mark and stand in packaging/exports.list leave the library.
+/// a name is exported only if it has this mark and is listed in packaging/exports.list.
 #if defined(__GNUC__)
 #define SCALER_ISP_API __attribute__((visibility("default")))
 #else

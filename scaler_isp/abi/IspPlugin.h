@@ -2,14 +2,14 @@
 #define SCALER_ISP_ABI_ISP_PLUGIN_H
 
 /// \file
-/// What the ISP plug-in exports: PlugIn/libIsp.dylib below the library's folder, unmangled names.
-/// For plug-in authors; hosts do not need this header. C99 and C++.
+/// Exports of the ISP plug-in, PlugIn/libIsp.dylib in the library's directory; unmangled names. For
+/// plug-in authors; hosts do not need this header. C99 and C++.
 ///
-/// Every function runs on the caller's thread. The record is borrowed for the length of the call
-/// and must not be kept. An int result is 0 for success; any other value is the plug-in's own error
-/// code and reaches the host unchanged (keep clear of the codes in ResultCodes.h). Functions whose
-/// comment says "required" must exist or the plug-in is not loaded; the others may be left out, and
-/// their actions then end with 6.
+/// Every function runs on the caller's thread. The record is borrowed for the duration of the call
+/// and must not be kept. An int result is 0 for success; any other value is the plug-in's error
+/// code and reaches the host unchanged (avoid the codes in ResultCodes.h). The plug-in is not
+/// loaded unless it exports every function marked "Required"; the others are optional, and the
+/// action of a missing one ends with 6.
 
 #include "scaler_isp/abi/Callbacks.h"
 #include "scaler_isp/abi/CommandSetting.h"
@@ -22,8 +22,8 @@ extern "C" {
 typedef struct CNxComm CNxComm;
 #endif
 
-/// Required. Called once a run, before any action: the host's callbacks, each of which may be null.
-/// hubDevice is null with OperateScaler.
+/// Required. Called once per run, before any action, with the host's callbacks, each of which may
+/// be null. hubDevice is null unless the host has set g_funcNxGetHubDev.
 SCALER_ISP_API void SetUIFunction(ScalerIspProgressCallback progress,
                                   ScalerIspMessageCallback message,
                                   ScalerIspHubDeviceCallback hubDevice);
@@ -32,12 +32,13 @@ SCALER_ISP_API void SetUIFunction(ScalerIspProgressCallback progress,
 /// the boot firmware of a factory run. The map may be empty (ulFwCount 0).
 SCALER_ISP_API int IspFlash(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting);
 
-/// Required. Reads the verify key of the next key generation out of the chip.
-/// \param key  SCALER_ISP_FLASH_KEY_BYTES zeroed bytes to fill. The setting is a copy of the command with an empty map.
+/// Required. Reads the verify key of the next key generation from the chip.
+/// \param key  SCALER_ISP_FLASH_KEY_BYTES zeroed bytes to fill. The setting is a copy of the
+///             command with an empty map.
 SCALER_ISP_API int GetKeyFromFlash(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting,
                                    unsigned char *key);
 
-/// Required. The communication object of a host tool. OperateScaler never calls it.
+/// Required. Receives the communication object of a host tool. OperateScaler never calls it.
 SCALER_ISP_API void SetCommInterface(CNxComm *comm);
 
 /// Required. Action recordver: reads or records the firmware version.
@@ -46,7 +47,7 @@ SCALER_ISP_API int RecordFWVersion(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *settin
 /// Required. Action dumpflash: stDumpFlash.ulDumpLen bytes from ulDumpAddr into wszDumpFile.
 SCALER_ISP_API int DumpFlash(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting);
 
-/// Action userdefinedinfo: reports the information itself; no "Success" line follows.
+/// Action userdefinedinfo: the plug-in reports the information; no "Success" line follows.
 SCALER_ISP_API int GetUserDefinedInfoFromDDCCI(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting);
 
 /// Action edpisp: programs the eDP EEPROM.

@@ -13,7 +13,7 @@ using Command = STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING;
 using Bank = STRUCT_C_STYLE_FW_BANK_SETTING;
 using Sign = STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS;
 
-// The tables against the records: a field that moves stops the build.
+// Checks the tables against the records: a field that moves stops the build.
 #define SCALER_ISP_FIELD(KIND, MEMBER, OFFSET, WIDTH, DEFAULT)                                     \
     static_assert(offsetof(Command, MEMBER) == (OFFSET), #MEMBER);                                 \
     static_assert(sizeof(std::declval<Command &>().MEMBER) == (WIDTH), #MEMBER);
@@ -30,7 +30,7 @@ using Sign = STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS;
     static_assert(sizeof(std::declval<Sign &>().MEMBER) == (WIDTH), #MEMBER);
 #include "scaler_isp/abi/digital_sign_fields.def"
 
-// Fields and padding together cover the record without a gap.
+// Fields and padding together cover the record, so no field is missing from the table.
 constexpr std::size_t kFieldBytes = 0
 #define SCALER_ISP_FIELD(KIND, MEMBER, OFFSET, WIDTH, DEFAULT) +(WIDTH)
 #define SCALER_ISP_PADDING(OFFSET, WIDTH) +(WIDTH)
@@ -58,9 +58,8 @@ static_assert(std::is_trivially_copyable_v<Sign> && std::is_standard_layout_v<Si
 STRUCT_C_STYLE_FW_BANK_SETTING::STRUCT_C_STYLE_FW_BANK_SETTING()
     : ullBankValue(0), ulFileBank(0), wszFwPath{} {}
 
-// QUIRK Map_constructor_clears_only_128_target_banks: of the 512 target banks a new record clears
-// the first 128; the others keep what the memory held, and only the first ulFwCount entries mean
-// anything.
+// QUIRK Map_constructor_clears_only_128_target_banks: a new record clears the first 128 of the 512
+// target banks; the others stay uninitialised. Only the first ulFwCount entries are meaningful.
 STRUCT_C_STYLE_MAP_FW::STRUCT_C_STYLE_MAP_FW() : ulFwCount(0) { // NOLINT(*-member-init)
     constexpr std::size_t kClearedEntries = 512 / sizeof ulTargetBank[0];
     std::fill_n(ulTargetBank, kClearedEntries, 0U);

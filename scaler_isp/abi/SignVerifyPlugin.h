@@ -2,8 +2,8 @@
 #define SCALER_ISP_ABI_SIGN_VERIFY_PLUGIN_H
 
 /// \file
-/// What the sign/verify plug-in exports: libSignVerify.dylib beside the library, both functions
-/// required. For plug-in authors; hosts do not need this header. C99 and C++.
+/// Exports of the sign/verify plug-in, libSignVerify.dylib in the library's directory; both
+/// functions are required. For plug-in authors; hosts do not need this header. C99 and C++.
 
 #include "scaler_isp/abi/DigitalSignArgs.h"
 
@@ -11,15 +11,15 @@
 extern "C" {
 #endif
 
-/// Makes the signature args->szSignatureFile for args->szFwFile.
+/// Signs args->szFwFile and writes the signature to args->szSignatureFile.
 /// RETURNS non-zero for success; 0 ends the run with 0x4002.
 SCALER_ISP_API int SignFwExport(const STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *args);
 
-/// Checks args->szFwFile against args->szSignatureFile.
-/// \param keyFromFlash  key data that the ISP plug-in read from the chip, of
-///                      SCALER_ISP_FLASH_KEY_BYTES bytes, or null when the key comes from the
-///                      record's key files.
-/// RETURNS non-zero when the signature is good; 0 ends the run with 0x4003.
+/// Verifies args->szFwFile with args->szSignatureFile.
+/// \param keyFromFlash  key data that the ISP plug-in has read from the chip,
+///                      SCALER_ISP_FLASH_KEY_BYTES bytes; null if the key comes from the record's
+///                      key files.
+/// RETURNS non-zero if the signature is valid; 0 ends the run with 0x4003.
 SCALER_ISP_API int VerifySignatureExport(const STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *args,
                                          char *keyFromFlash);
 

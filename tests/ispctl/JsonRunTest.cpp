@@ -45,14 +45,13 @@ TEST(JsonRun, One_event_a_line_in_the_order_of_the_run) {
 }
 
 TEST(JsonRun, Lines_are_spelt_as_documented) {
-    EXPECT_EQ(
-        RunScripted({"--json"}, {"progress:3", "out:a", "message:m", "result:0x4003"}).out,
-        "{\"event\":\"progress\",\"percent\":3}\n"
-        "{\"event\":\"console\",\"text\":\"a\"}\n"
-        "{\"event\":\"message\",\"text\":\"m\"}\n"
-        "{\"event\":\"result\",\"code\":16387,\"hex\":\"0x4003\","
-        "\"name\":\"SCALER_ISP_BAD_SIGNATURE\","
-        "\"meaning\":\"the signature of the firmware is not good\",\"device\":\"unknown\"}\n");
+    EXPECT_EQ(RunScripted({"--json"}, {"progress:3", "out:a", "message:m", "result:0x4003"}).out,
+              "{\"event\":\"progress\",\"percent\":3}\n"
+              "{\"event\":\"console\",\"text\":\"a\"}\n"
+              "{\"event\":\"message\",\"text\":\"m\"}\n"
+              "{\"event\":\"result\",\"code\":16387,\"hex\":\"0x4003\","
+              "\"name\":\"SCALER_ISP_BAD_SIGNATURE\","
+              "\"meaning\":\"the firmware signature is invalid\",\"device\":\"unknown\"}\n");
 }
 
 TEST(JsonRun, Code_of_a_plugin_has_no_name) {

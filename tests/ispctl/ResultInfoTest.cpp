@@ -10,7 +10,7 @@ TEST(ResultInfo, Codes_of_the_library_have_a_name_and_a_meaning) {
     EXPECT_EQ(ispctl::DescribeResult(-1, true).meaning,
               "the plug-in failed or threw an exception, or a call inside the library failed");
     EXPECT_EQ(ispctl::DescribeResult(0x4003).name, "SCALER_ISP_BAD_SIGNATURE");
-    EXPECT_EQ(ispctl::DescribeResult(0x4003).meaning, "the signature of the firmware is not good");
+    EXPECT_EQ(ispctl::DescribeResult(0x4003).meaning, "the firmware signature is invalid");
 }
 
 TEST(ResultInfo, Other_codes_come_from_the_plugin) {

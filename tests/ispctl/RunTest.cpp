@@ -64,8 +64,7 @@ TEST(Run, Order_is_kept_where_both_streams_are_one) {
 
 TEST(Run, Result_is_told_in_words) {
     EXPECT_EQ(RunScripted({}, {"result:0x4003"}).err,
-              "ispctl: failed with 0x4003: the signature of the firmware is not good; nothing was "
-              "done\n");
+              "ispctl: failed with 0x4003: the firmware signature is invalid; nothing was done\n");
     EXPECT_EQ(RunScripted({}, {"result:-1"}).err,
               "ispctl: failed with -1: the command line was refused; nothing was done\n");
     EXPECT_EQ(RunScripted({}, {"progress:100", "result:6"}).err,

@@ -145,8 +145,8 @@ TEST_F(VirtualRun, Changed_file_is_refused_before_anything_is_programmed) {
     const ConsoleResult refused = run("--isp");
 
     EXPECT_EQ(refused.status, 1);
-    EXPECT_THAT(refused.err, EndsWith("ispctl: failed with 0x4003: the signature of the firmware "
-                                      "is not good; the state of the device is unknown\n"));
+    EXPECT_THAT(refused.err, EndsWith("ispctl: failed with 0x4003: the firmware signature is "
+                                      "invalid; the state of the device is unknown\n"));
     EXPECT_THAT(m_folder.Read("device/journal.txt"), Not(HasSubstr("IspFlash")));
 }
 #endif
