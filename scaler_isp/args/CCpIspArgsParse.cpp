@@ -13,9 +13,9 @@
 
 namespace {
 
-/// 1 or 0 as the step says. What fails inside it becomes 0 here, at the function that another
-/// binary called, and nowhere else.
-template <class Step> int Answer(Step &&step) {
+/// 1 if the step accepts, else 0. Only here, at the functions that other binaries call, does an
+/// exception become a rejection.
+template <class Step> int OneIfAccepted(Step &&step) {
     return CatchAll(0, [&] { return step() ? 1 : 0; });
 }
 
@@ -62,34 +62,34 @@ std::string CCpIspArgsParse::GetCurrentDir() const {
 }
 
 int CCpIspArgsParse::ParseArgs(int argc, const char *const *argv) {
-    return Answer([&] { return Parse(argc, argv, FindLibraryDirectory()); });
+    return OneIfAccepted([&] { return Parse(argc, argv, FindLibraryDirectory()); });
 }
 
 bool CCpIspArgsParse::Parse(int argc, const char *const *argv, const LibraryDirectory &library) {
-    // The scan reorders its vector, and the caller's may be constant: it gets a copy of the
-    // pointers. The arguments are never written to.
-    std::vector<char *> words;
+    // The scan reorders its vector and the caller's may be constant, so it gets a copy of the
+    // pointers. The strings are never written to.
+    std::vector<char *> arguments;
     if (argv != nullptr && argc > 0) {
-        std::transform(argv, argv + argc, std::back_inserter(words),
-                       [](const char *word) { return const_cast<char *>(word); });
+        std::transform(argv, argv + argc, std::back_inserter(arguments),
+                       [](const char *argument) { return const_cast<char *>(argument); });
     }
-    const int count = static_cast<int>(words.size());
-    words.push_back(nullptr);
+    const int count = static_cast<int>(arguments.size());
+    arguments.push_back(nullptr);
     const ArgsDirectories directories{m_strCurrentDir, library};
     RawArgs args;
-    return ScanArguments(count, words.data(), directories, args, m_mapCommandFw,
+    return ScanArguments(count, arguments.data(), directories, args, m_mapCommandFw,
                          m_stSetting.wszSettingFile) &&
            ValidateArguments(args, directories, m_mapCommandFw, m_stSetting, m_stDigitalSignArgs);
 }
 
 int CCpIspArgsParse::JudgeArgument(STRUCT_CP_ISP_CMD_ARGS &args) {
-    return Answer([&] {
+    return OneIfAccepted([&] {
         return ValidateArguments(args, Directories(m_strCurrentDir), m_mapCommandFw, m_stSetting,
                                  m_stDigitalSignArgs);
     });
 }
 
-// Copied as memory, so that padding and the bytes after a terminator arrive, too.
+// Copied as memory, so that padding and the bytes after a terminator are preserved.
 void CCpIspArgsParse::SetISPCmdSetting(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING &setting) {
     std::memmove(&m_stSetting, &setting, sizeof m_stSetting);
 }
@@ -111,31 +111,32 @@ std::string CCpIspArgsParse::GetOneBootFactoryModeBootFw() const {
 }
 
 int CCpIspArgsParse::InsertCommandFwFile(unsigned int entry, const char *path) {
-    return Answer([&] { return path != nullptr && AddFirmwareFile(m_mapCommandFw, entry, path); });
+    return OneIfAccepted(
+        [&] { return path != nullptr && AddFirmwareFile(m_mapCommandFw, entry, path); });
 }
 
 int CCpIspArgsParse::InsertCommandStartBank(unsigned int entry, std::string value) {
-    return Answer([&] { return SetStartBank(m_mapCommandFw, entry, value); });
+    return OneIfAccepted([&] { return SetStartBank(m_mapCommandFw, entry, value); });
 }
 
 int CCpIspArgsParse::JudgeFwMap(FwBankMap &bankMap) {
-    return Answer(
+    return OneIfAccepted(
         [&] { return ExpandFirmwareFiles(m_mapCommandFw, m_stSetting, m_strCurrentDir, bankMap); });
 }
 
 int CCpIspArgsParse::GetFwBankCount(std::string &path, unsigned int &count) {
-    return Answer([&] { return CountFirmwareBanks(path, m_strCurrentDir, count); });
+    return OneIfAccepted([&] { return CountFirmwareBanks(path, m_strCurrentDir, count); });
 }
 
 int CCpIspArgsParse::GetBinNameFromPrefixSetting(std::string &fwName, std::string settingFile) {
-    return Answer([&] {
+    return OneIfAccepted([&] {
         return FindFirmwareByPrefix(Directories(m_strCurrentDir), settingFile,
                                     m_stSetting.wszSettingFile, fwName);
     });
 }
 
 int CCpIspArgsParse::GetUserDefinedInfoFromTxt(STRUCT_CP_GET_USER_DEFINED_BIN_INFO &info) {
-    return Answer([&] { return ReadUserDefinedInfo(Directories(m_strCurrentDir), info); });
+    return OneIfAccepted([&] { return ReadUserDefinedInfo(Directories(m_strCurrentDir), info); });
 }
 
 int CCpIspArgsParse::FindBinUseVersionInfo(std::vector<std::string> &matches,
@@ -143,11 +144,12 @@ int CCpIspArgsParse::FindBinUseVersionInfo(std::vector<std::string> &matches,
                                            ENUM_FIND_BIN_MODE_USE_VER_MODE &mode,
                                            const std::string &version,
                                            const std::string &capability) {
-    return Answer([&] { return FilterByVersion(matches, candidates, mode, version, capability); });
+    return OneIfAccepted(
+        [&] { return FilterByVersion(matches, candidates, mode, version, capability); });
 }
 
 int CCpIspArgsParse::GetUserDefinedBinNameFromTxt(std::string &fwName) {
-    return Answer([&] { return FindFirmwareByInfo(Directories(m_strCurrentDir), fwName); });
+    return OneIfAccepted([&] { return FindFirmwareByInfo(Directories(m_strCurrentDir), fwName); });
 }
 
 int CCpIspArgsParse::JudgeUniqueAttribute(int mask) {
@@ -164,12 +166,12 @@ void CCpIspArgsParse::GetDigitalSignatureType(int mask, ENUM_CP_DIGITAL_SIGNATUR
 
 int CCpIspArgsParse::GetDigitalSignatureSwMode(std::string text,
                                                ENUM_CP_DIGITAL_SIGNATURE_SW_MODE &mode) {
-    return Answer([&] { return ConvertSignatureMode(text, mode); });
+    return OneIfAccepted([&] { return ConvertSignatureMode(text, mode); });
 }
 
 int CCpIspArgsParse::GetDigitalSignatureHwMode(std::string text,
                                                ENUM_CP_DIGITAL_SIGNATURE_HW_MODE &mode) {
-    return Answer([&] { return ConvertSignatureMode(text, mode); });
+    return OneIfAccepted([&] { return ConvertSignatureMode(text, mode); });
 }
 
 void CCpIspArgsParse::GetMergeFwInfoMode(int mask, ENUM_CP_MERGE_FW_INFO_MODE &mode) {
@@ -177,41 +179,41 @@ void CCpIspArgsParse::GetMergeFwInfoMode(int mask, ENUM_CP_MERGE_FW_INFO_MODE &m
 }
 
 int CCpIspArgsParse::GetMergeFwInfoCmd(std::string text, STRUCT_MERGE_FW_INFO_SETTING &setting) {
-    return Answer([&] { return ConvertMergeInfo(text, setting); });
+    return OneIfAccepted([&] { return ConvertMergeInfo(text, setting); });
 }
 
 int CCpIspArgsParse::GetVersionType(int mask, ENUM_VERSION_LOCATION_TYPE &location,
                                     ENUM_USER_DEFINED_VERSION_TYPE &mode, std::string text) {
-    return Answer([&] { return ConvertVersionLocation(Bits(mask), text, location, mode); });
+    return OneIfAccepted([&] { return ConvertVersionLocation(Bits(mask), text, location, mode); });
 }
 
 int CCpIspArgsParse::GetReadVersionFromFlashSetting(
     STRUCT_CP_ISP_CMD_ARGS &args, STRUCT_READ_VERSION_FROM_FLASH_SETTING &setting) {
-    return Answer([&] { return ConvertFlashVersion(args, setting); });
+    return OneIfAccepted([&] { return ConvertFlashVersion(args, setting); });
 }
 
 int CCpIspArgsParse::GetCommID(std::string text, STRUCT_ENUM_COMM_ID &id) {
-    return Answer([&] { return ConvertCommId(text, id); });
+    return OneIfAccepted([&] { return ConvertCommId(text, id); });
 }
 
 int CCpIspArgsParse::GetSlaveAddress(std::string text, int &state, unsigned char &address) {
-    return Answer([&] { return ConvertSlaveAddress(text, state, address); });
+    return OneIfAccepted([&] { return ConvertSlaveAddress(text, state, address); });
 }
 
 int CCpIspArgsParse::GetUserFlag(std::string addr, std::string data, STRUCT_FLAG_SETTING &setting) {
-    return Answer([&] { return ConvertUserFlag(addr, data, setting); });
+    return OneIfAccepted([&] { return ConvertUserFlag(addr, data, setting); });
 }
 
 int CCpIspArgsParse::GetDumpFlashCmd(STRUCT_CP_ISP_CMD_ARGS &args,
                                      STRUCT_DUMP_FLASH_SETTING &setting) {
-    return Answer([&] { return ConvertDumpRange(args, setting); });
+    return OneIfAccepted([&] { return ConvertDumpRange(args, setting); });
 }
 
 int CCpIspArgsParse::GetI2CCmdFromString(std::vector<unsigned char> &bytes, std::string text) {
-    return Answer([&] { return ConvertI2CBytes(text, bytes); });
+    return OneIfAccepted([&] { return ConvertI2CBytes(text, bytes); });
 }
 
 int CCpIspArgsParse::GetI2CWriteActionTypeSetting(STRUCT_CP_ISP_CMD_ARGS &args,
                                                   STRUCT_I2C_WRITE_ACTION_TYPE_SETTING &setting) {
-    return Answer([&] { return ConvertI2CWrite(args, setting); });
+    return OneIfAccepted([&] { return ConvertI2CWrite(args, setting); });
 }

@@ -17,41 +17,41 @@ struct LibraryDirectory;
 /// Turns one command line into the two records that the plug-ins receive.
 ///
 /// ParseArgs scans the arguments into a raw record, collects the firmware files and validates
-/// everything. The other operations are its parts. Unless said otherwise an operation returns 1 for
-/// accepted and 0 for refused, and PRINTS its message to standard output before it refuses; what
-/// was stored before stays stored. 0 without a message may also mean that the system failed (no
-/// memory, no descriptor, an I/O error): never does such a failure leave an empty or default value
-/// in a record that was accepted.
+/// everything. The other operations are its parts. Unless stated otherwise an operation returns 1
+/// if it accepts its input. If not, it PRINTS a message to standard output and returns 0; what was
+/// stored before stays stored. 0 without a message may also mean that the system failed (no memory,
+/// no descriptor, an I/O error): such a failure never leaves an empty or default value in an
+/// accepted record.
 ///
-/// A parser is made for one line. Used again, it keeps what earlier lines have left: the firmware
-/// files and start banks (so a second --fw is refused), and every field of the records that the new
-/// line does not set.
+/// A parser is made for one line. If it is used again, the state of earlier lines remains: the
+/// firmware files and start banks (so a second --fw is rejected), and every field of the records
+/// that the new line does not set.
 ///
-/// The object holds a command record: keep it on the heap.
+/// Keep the object on the heap: it holds a command record of 546,704 bytes.
 class SCALER_ISP_API CCpIspArgsParse {
   public:
     CCpIspArgsParse();
 
-    /// The folder, ending in "/", against which relative names are made full and which --searchfw
+    /// The directory, ending in "/", against which relative paths are resolved and which --searchfw
     /// searches. UTF-8.
     void SetCurrentDir(const std::string &directory);
     std::string GetCurrentDir() const;
 
-    /// Scans and judges a whole command line. argv[0] is the program's name; argv is not changed.
-    /// After a refused line both records hold what was stored until then.
-    /// `--searchfw prefix` stores the path of the settings file in the command record as soon as it
-    /// is scanned, even if the line is refused later.
+    /// Scans and validates a complete command line. argv[0] is the program's name; argv is not
+    /// changed. After a rejected line both records hold what was stored until then. `--searchfw
+    /// prefix` stores the path of the settings file in the command record as soon as it is scanned,
+    /// even if the line is rejected later.
     int ParseArgs(int argc, const char *const *argv);
 
-    /// The same for the library itself, with its directory as the call has found it. Throws what
-    /// ParseArgs turns into 0.
+    /// The same for the library itself: uses the library directory that the caller has already
+    /// found, and throws what ParseArgs turns into 0.
     SCALER_ISP_INTERNAL bool Parse(int argc, const char *const *argv,
                                    const LibraryDirectory &library);
 
-    /// Checks the raw record step by step and fills both records.
+    /// Validates the raw record and fills both records.
     int JudgeArgument(STRUCT_CP_ISP_CMD_ARGS &args);
 
-    /// Whole copies, byte for byte.
+    /// Copies of the complete records, byte for byte.
     void SetISPCmdSetting(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING &setting);
     STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING GetISPCmdSetting() const;
     void SetDigitalSignArgs(STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS &args);
@@ -62,25 +62,25 @@ class SCALER_ISP_API CCpIspArgsParse {
 
     // Firmware files and banks
 
-    /// Notes the firmware file of an entry; refuses a second one, and null.
+    /// Stores the firmware file of an entry; rejects a second one, and null.
     int InsertCommandFwFile(unsigned int entry, const char *path);
 
-    /// Notes the start bank of an entry, 0..255.
+    /// Stores the start bank of an entry, 0..255.
     // QUIRK Repeated_bank_keeps_the_last_value: a repeated --bankN replaces the value silently,
-    // while a repeated --fwN is refused.
+    // whereas a repeated --fwN is rejected.
     int InsertCommandStartBank(unsigned int entry, std::string value);
 
-    /// Expands the noted files into 64 KiB banks; refuses overlaps and unreadable files. Actions
-    /// that need no firmware are accepted with an empty map.
+    /// Expands the stored files into 64 KiB banks; rejects overlaps and unreadable files. For an
+    /// action that needs no firmware the map stays empty, which is accepted.
     int JudgeFwMap(FwBankMap &bankMap);
 
-    /// Number of 64 KiB banks of a file; makes `path` full first.
+    /// Counts the 64 KiB banks of a file; resolves `path` first.
     int GetFwBankCount(std::string &path, unsigned int &count);
 
     // Firmware search
 
-    /// The one file whose name begins with the prefix in the settings file. Stores the path of the
-    /// settings file in the command record first if there is any firmware file.
+    /// Finds the only file whose name begins with the prefix in the settings file. If there is any
+    /// firmware file, stores the path of the settings file in the command record first.
     /// \param settingFile  empty: IspSetting.ini in the library's directory.
     int GetBinNameFromPrefixSetting(std::string &fwName, std::string settingFile);
 
@@ -90,17 +90,17 @@ class SCALER_ISP_API CCpIspArgsParse {
                               ENUM_FIND_BIN_MODE_USE_VER_MODE &mode, const std::string &version,
                               const std::string &capability);
 
-    /// The one file whose name matches IspUserDefined.txt.
+    /// Finds the only file whose name matches IspUserDefined.txt.
     int GetUserDefinedBinNameFromTxt(std::string &fwName);
 
-    // Strings to values. An empty string is accepted and leaves the value alone, with these
-    // exceptions: GetCommID stores COMM_ID_NONE; GetVersionType and GetUserFlag's `data` take it as
-    // 0 and as no bytes (0 is no mode of user-defined versions, so it is refused there); and
-    // GetI2CCmdFromString refuses it. GetReadVersionFromFlashSetting, GetDumpFlashCmd,
-    // GetI2CCmdFromString and GetI2CWriteActionTypeSetting refuse without a message. The first of
-    // these accepts `args` without any of its values, and the second takes an absent address as 0.
+    // Strings to values. An empty string is accepted and leaves the value unchanged, with these
+    // exceptions: GetCommID stores COMM_ID_NONE; GetVersionType reads it as 0, which is not a mode
+    // of user-defined versions and is therefore rejected; GetUserFlag reads empty `data` as no
+    // bytes; GetI2CCmdFromString rejects it. GetReadVersionFromFlashSetting, GetDumpFlashCmd,
+    // GetI2CCmdFromString and GetI2CWriteActionTypeSetting reject without a message. The first of
+    // these accepts `args` without any of its values; the second reads an absent address as 0.
 
-    int JudgeUniqueAttribute(int mask); ///< 1 when exactly one bit is set
+    int JudgeUniqueAttribute(int mask); ///< 1 if exactly one bit is set
     void GetActionType(int mask, ENUM_CP_ISPTOOL_ACTION_TYPE &action);
     void GetDigitalSignatureType(int mask, ENUM_CP_DIGITAL_SIGNATURE_TYPE &type);
     int GetDigitalSignatureSwMode(std::string text, ENUM_CP_DIGITAL_SIGNATURE_SW_MODE &mode);
@@ -122,9 +122,9 @@ class SCALER_ISP_API CCpIspArgsParse {
   private:
     std::string m_strCurrentDir;
     FwBankMap m_mapCommandFw;
-    CCpTransform m_transform; // part of the class's layout, which hosts compile in
+    CCpTransform m_transform; // unused, but part of the layout that hosts compile in
     STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING m_stSetting;
-    STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS m_stDigitalSignArgs; // directly behind the command record
+    STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS m_stDigitalSignArgs; // directly after the command record
 };
 
 #endif

@@ -13,7 +13,7 @@
 /// \file
 /// All columns of options.def and actions.def as constant arrays, for programs that explain or
 /// check a command line; OptionNeeds.h evaluates the columns NEEDS, EXCLUDES and GOES_WITH. Header
-/// only. The library itself must not include it, so that none of these strings is part of it.
+/// only. The library itself must not include it, so that these strings do not become part of it.
 
 namespace ScalerIspFacts {
 
@@ -29,7 +29,8 @@ struct Effect {
     std::string_view keywords; ///< separated by single spaces
 };
 
-/// One row of options.def. A row that is like another one has that one's texts.
+/// One row of options.def. A row made by SCALER_ISP_OPTION_LIKE has the texts of the row that it
+/// names.
 struct OptionFacts {
     std::string_view name; ///< without the dashes
     bool takesValue = false;
@@ -40,7 +41,7 @@ struct OptionFacts {
     std::string_view needs;
     std::string_view excludes;
     std::string_view goesWith;
-    std::string_view like; ///< the option whose texts these are; empty: its own
+    std::string_view like; ///< the option whose texts these are; empty: this one
 };
 
 /// One row of actions.def, without the columns that options.def repeats.
@@ -48,9 +49,9 @@ struct ActionFacts {
     std::string_view name;
     std::uint32_t bit = 0;
     ENUM_CP_ISPTOOL_ACTION_TYPE action = ENUM_ACTION_NONE;
-    std::string_view files; ///< the column FILES as it is written
-    std::string_view reads; ///< the column READS as it is written
-    std::string_view call;  ///< the column CALL as it is written
+    std::string_view files; ///< the column FILES, verbatim
+    std::string_view reads; ///< the column READS, verbatim
+    std::string_view call;  ///< the column CALL, verbatim
 };
 
 struct ConditionFacts {
@@ -99,7 +100,7 @@ inline constexpr OptionFacts kWrittenOptions[] = {
 #include "scaler_isp/args/options.def"
 };
 
-/// A row with the texts of the row that it is like.
+/// Fills in the texts of the row that `row.like` names.
 constexpr OptionFacts WithTexts(OptionFacts row) {
     for (const OptionFacts &model : kWrittenOptions) {
         if (!row.like.empty() && model.name == row.like) {

@@ -13,7 +13,8 @@ using enum OptionGroup;
 constexpr bool VALUE = true;
 constexpr bool NO_VALUE = false;
 
-// The column EFFECT of options.def: a row that holds what the effect says, the other members empty.
+// The column EFFECT of options.def: each makes a row with the members of its effect; MakeRow adds
+// the rest.
 
 constexpr OptionRow Flag(OptionGroup group, int bit) {
     return {.enumGroup = group, .nVal = bit, .enumEffect = OptionEffect::Flag};
@@ -59,7 +60,8 @@ constexpr std::array<OptionRow, kOptionCount> kOptions = {{
 #include "scaler_isp/args/options.def"
 }};
 
-// The engine returns 0 for a flag option and '?', which is 63, for an error; -1 ends the scan.
+// Ids share the scan's return value with 0 (a flag option) and '?' (63, an error): an id of 63
+// would be read as an error, so 62 is the largest.
 constexpr int kIdLimit = '?';
 
 constexpr bool IdsAreValid() {
@@ -69,7 +71,7 @@ constexpr bool IdsAreValid() {
 }
 static_assert(IdsAreValid(), "the id of an option is 1 to 62: 63 would be read as an error");
 
-/// Rows by id, made from the table above; two rows with one id do not compile.
+/// The rows by id; two rows with the same id do not compile.
 constexpr std::array<const OptionRow *, kIdLimit> kRowById = [] {
     std::array<const OptionRow *, kIdLimit> rows{};
     for (const OptionRow &row : kOptions) {

@@ -10,14 +10,16 @@
 #include "scaler_isp/args/RawArgs.h"
 
 /// \file
-/// The library's columns of options.def and actions.def. The columns for people are in
+/// The columns of options.def and actions.def that the library uses. The columns for people are in
 /// CommandFacts.h, which the library must not include.
 
-/// The flag word that a flag option sets; the scan ORs the word into a mask of the raw record.
+/// The flag word that a flag option sets; the scan ORs it into a mask of the raw record. A mask,
+/// because an enumerator would be overwritten by a second option of the group, which must be seen
+/// to be rejected.
 enum class OptionGroup : std::uint8_t { None, Action, SignType, VersionLocation, MergeInfoRw };
 constexpr std::size_t kOptionGroups = 5;
 
-/// What the scan does with an option that it has found.
+/// What the scan does when it finds an option.
 enum class OptionEffect : std::uint8_t {
     Flag,     ///< sets nVal in the flag word of its group
     Text,     ///< stores its argument in pText
@@ -47,16 +49,16 @@ constexpr std::size_t kOptionCount = 0
 #include "scaler_isp/args/options.def"
     ;
 
-/// All rows in the order of registration, which decides about abbreviations.
+/// All rows in the order of registration, which decides how abbreviations are resolved.
 std::span<const OptionRow, kOptionCount> OptionTable();
 
-/// The row that returns this id from the scan, or null.
+/// The row for which the scan returns this id, or null.
 const OptionRow *FindOptionById(int id);
 
 /// Which files an action uses; the column FILES of actions.def.
 enum class ActionFiles : std::uint8_t { NONE, PROGRAM, READ_VERSION, SIGNATURE };
 
-/// Which arguments are converted for an action alone; the column READS of actions.def.
+/// Which arguments are converted only for one action; the column READS of actions.def.
 enum class ActionReads : std::uint8_t { NOTHING, USER_FLAG, DUMP_RANGE, I2C_BYTES };
 
 struct ActionRow {
@@ -69,7 +71,7 @@ struct ActionRow {
     bool ProgramsFirmware() const {
         return enumFiles == ActionFiles::PROGRAM;
     }
-    /// Whether the action works on a signature and on nothing else.
+    /// Whether the action only signs or verifies, without programming.
     bool OnlySigns() const {
         return enumFiles == ActionFiles::SIGNATURE;
     }
@@ -79,11 +81,11 @@ struct ActionRow {
     }
 };
 
-/// The row of an action. Hosts may store any number in a record: one without a row gets the row of
+/// The row of an action. Hosts may store any number in a record; one without a row gets that of
 /// ENUM_ACTION_NONE, which uses no files and reads nothing.
 const ActionRow &RowOfAction(ENUM_CP_ISPTOOL_ACTION_TYPE action);
 
-/// The action of one bit of the mask, ENUM_ACTION_NONE for any other mask and for --factoryisp.
+/// The action of one bit of the mask; ENUM_ACTION_NONE for any other mask and for --factoryisp.
 ENUM_CP_ISPTOOL_ACTION_TYPE ActionOfBit(std::uint32_t bit);
 
 #endif

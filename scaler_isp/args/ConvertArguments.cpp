@@ -33,7 +33,7 @@ constexpr std::size_t kI2CHeaderValues = 2;
 constexpr std::string_view kDumpExtension = ".bin";
 constexpr const char *kDefaultDumpName = "dumpFile.bin";
 
-// ConvertVersionLocation relies on it: the locations are numbered as their bits.
+// ConvertVersionLocation relies on this: the enumerators are numbered like the bits of the mask.
 static_assert(ENUM_VER_LOC_REG == 1 && ENUM_VER_LOC_USERDEFINED == 8);
 constexpr std::uint32_t kLastVersionLocationBit = 1U << (ENUM_VER_LOC_USERDEFINED - 1);
 
@@ -55,7 +55,8 @@ bool ToUnsigned(const std::string &text, std::uint32_t &number) {
     return true;
 }
 
-/// Appends one byte of the merge info. A byte too many is counted, and reported, but not stored.
+/// Appends one byte of the merge info. A byte beyond the capacity is counted, because the message
+/// prints the count, but not stored.
 bool AppendMergeByte(const std::string &piece, STRUCT_MERGE_FW_INFO_SETTING &setting) {
     unsigned char byte = 0;
     if (!ToByte(piece, byte)) {
@@ -71,8 +72,8 @@ bool AppendMergeByte(const std::string &piece, STRUCT_MERGE_FW_INFO_SETTING &set
     return true;
 }
 
-/// The mode of --dsmode; 0 for an empty text, which is accepted, and -1 where it is refused.
-int SignatureMode(const std::string &text) {
+/// The mode of --dsmode; 0 for an empty string, which is accepted, and -1 for a rejected one.
+int ParseSignatureMode(const std::string &text) {
     if (text.empty()) {
         return 0;
     }
@@ -89,14 +90,14 @@ int SignatureMode(const std::string &text) {
 }
 
 template <class Mode> bool StoreSignatureMode(const std::string &text, Mode &mode) {
-    const int value = SignatureMode(text);
+    const int value = ParseSignatureMode(text);
     if (value > 0) {
         mode = static_cast<Mode>(value);
     }
     return value >= 0;
 }
 
-/// 0 and 1 are modes of their own; everything else, a text that is no number too, is mode 2.
+/// Anything but 0 and 1 selects the default; even a string that is not a number is not an error.
 std::uint32_t RecordVerMode(const std::string &text) {
     int value = 0;
     if (text.empty() || StringtoInt(text, value) == 0) {
@@ -183,7 +184,7 @@ bool ConvertFlashVersion(const RawArgs &args, STRUCT_READ_VERSION_FROM_FLASH_SET
         return false;
     }
     setting.enumRecordVerMode = RecordVerMode(args.strRecordVerMode);
-    // In 64 bits: an address near the end of 32 bits must not wrap into the accepted range.
+    // In 64 bits, because an address near 4 GiB must not wrap into the accepted range.
     const std::uint64_t total = setting.ulTotalVerLen;
     return total <= kMaxVersionBytes &&
            std::uint64_t{setting.ulMajorVerLen} + setting.ulSubVerLen <= total &&
@@ -230,8 +231,9 @@ bool ConvertSlaveAddress(const std::string &text, int &state, unsigned char &add
     return true;
 }
 
-// QUIRK Flag_count_wraps_at_256: the number of flag bytes is stored modulo 256, so a check against
-// the capacity of 1,220 bytes could never fire; bytes beyond it are counted but not stored.
+// QUIRK Flag_count_wraps_at_256: the number of flag bytes is stored modulo 256, so it never exceeds
+// the capacity of 1,220 bytes and no check can reject the data; bytes beyond the capacity are
+// counted but not stored.
 bool ConvertUserFlag(const std::string &address, const std::string &data,
                      STRUCT_FLAG_SETTING &setting) {
     if (address.empty()) {
@@ -295,7 +297,7 @@ bool ConvertI2CWrite(const RawArgs &args, STRUCT_I2C_WRITE_ACTION_TYPE_SETTING &
     setting.ucI2CSubAddr = values[1];
     std::size_t header = kI2CHeaderValues;
     if (args.bDdcciCmd != 0) {
-        // The third value is the length byte of the DDC/CI message, its top bit always set.
+        // The third value is the length byte of the DDC/CI message, whose bit 7 is always set.
         constexpr unsigned char kLengthBits = 0x7F;
         setting.ucI2CDataLen = values[header] & kLengthBits;
         ++header;

@@ -16,7 +16,7 @@ constexpr int kNotLong = -1;
 constexpr int kNoArgument = 0;
 constexpr int kRequiredArgument = 1;
 
-// A null element counts as a word of no length, which is never an option.
+// A null element counts as an empty argument, which is never an option.
 bool IsNonOption(const char *element) {
     return element == nullptr || element[0] != '-' || element[1] == '\0';
 }
@@ -46,15 +46,16 @@ struct LongMatch {
     bool bAmbiguous = false;
 };
 
-/// Whether a later candidate stands for something else than the first one.
+/// Whether a later candidate makes the name ambiguous. With a single dash any second candidate
+/// does, even an equivalent one; that is how getopt_long_only behaves.
 bool Differs(const STRUCT_CP_LONG_CMD_UNIT &first, const STRUCT_CP_LONG_CMD_UNIT &later,
              int longOnly) {
     return longOnly != 0 || first.nHasArg != later.nHasArg || first.pnFlag != later.pnFlag ||
            first.nVal != later.nVal;
 }
 
-/// One walk in the order of registration: an exact match wins over abbreviations wherever it
-/// stands.
+/// An exact match wins over abbreviations wherever it is registered, so the search cannot stop at
+/// the first candidate.
 LongMatch FindLongCmd(const Units &units, std::string_view name, int longOnly) {
     LongMatch match;
     for (const STRUCT_CP_LONG_CMD_UNIT &unit : units) {
@@ -146,8 +147,8 @@ int CpNxCmdLindParse::ParseCmdLineHandler(int argc, char **argv, int *longIndex,
     if (m_nCmdIndex == 0 || m_bInitialized == 0) {
         m_pszShortCmds = ParseCmdLineInital();
     } else if (*m_pszShortCmds == '-' || *m_pszShortCmds == '+') {
-        // QUIRK Leading_sign_of_the_short_options_is_dropped_once_a_call: the first call keeps it,
-        // every later one drops a "-" or "+" that stands in front.
+        // QUIRK Leading_sign_of_the_short_options_is_dropped_once_a_call: the first call keeps a
+        // leading "-" or "+"; every later call drops one.
         ++m_pszShortCmds;
     }
     if (*m_pszShortCmds == ':') {
@@ -159,7 +160,8 @@ int CpNxCmdLindParse::ParseCmdLineHandler(int argc, char **argv, int *longIndex,
     return ParseElement(argc, argv, longIndex, longOnly);
 }
 
-/// Takes the next element that is no continuation of a cluster of short options.
+/// Scans the next element of argv; a cluster of short options that was begun is continued
+/// elsewhere.
 int CpNxCmdLindParse::ParseElement(int argc, char **argv, int *longIndex, int longOnly) {
     m_nLastNonOpt = std::min(m_nLastNonOpt, m_nCmdIndex);
     m_nFirstNonOpt = std::min(m_nFirstNonOpt, m_nCmdIndex);
@@ -207,7 +209,8 @@ int CpNxCmdLindParse::ParseElement(int argc, char **argv, int *longIndex, int lo
     return ParseShortCmd(argc, argv);
 }
 
-/// Brings the options scanned since the last skipped arguments in front of those.
+/// Moves the options scanned since the last skipped arguments before those, so that all non-options
+/// end up last.
 void CpNxCmdLindParse::MoveOptionsForward(char **argv) {
     if (m_nLastNonOpt == m_nCmdIndex) {
         return;
@@ -298,9 +301,9 @@ int CpNxCmdLindParse::ParseLongCmd(int argc, char **argv, int *longIndex, int lo
     return kError;
 }
 
-// QUIRK Ambiguity_lists_later_candidates_line_by_line: the first line holds two candidates, every
-// further one gets a line of its own, and later candidates are printed even with the diagnostics
-// silenced.
+// QUIRK Ambiguity_lists_later_candidates_line_by_line: the first line holds two candidates, and
+// every further candidate has its own line. Candidates after the first are printed even if
+// diagnostics are disabled.
 void CpNxCmdLindParse::PrintAmbiguity(char **argv, const char *prefix, std::string_view name,
                                       int longOnly) const {
     const STRUCT_CP_LONG_CMD_UNIT *first = nullptr;
@@ -357,8 +360,7 @@ int CpNxCmdLindParse::AcceptLongCmd(int argc, char **argv, int *longIndex, const
 }
 
 void CpNxCmdLindParse::ExchangeAdjacentSubsequence(char **argv) {
-    // The block of skipped arguments and the block of options behind it change places; each keeps
-    // its own order.
+    // Swaps the skipped arguments with the options after them; each block keeps its order.
     if (m_nFirstNonOpt < m_nLastNonOpt && m_nLastNonOpt < m_nCmdIndex) {
         std::rotate(argv + m_nFirstNonOpt, argv + m_nLastNonOpt, argv + m_nCmdIndex);
     }

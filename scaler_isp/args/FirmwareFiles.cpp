@@ -14,7 +14,7 @@ namespace {
 constexpr int kNoStartBank = -1;
 constexpr int kLastStartBank = 255;
 
-/// Whether a command of this kind writes firmware, or reads a version out of firmware files.
+/// Whether the command programs firmware, or reads a version from firmware files.
 bool NeedsFirmware(const CommandRecord &setting) {
     switch (RowOfAction(setting.enumActionType).enumFiles) {
     case ActionFiles::PROGRAM:
@@ -69,7 +69,7 @@ bool SetStartBank(FwBankMap &files, unsigned int entry, const std::string &value
         std::printf("Parameter illegal! --bank%d %s \n", number, value.c_str());
         return false;
     }
-    // QUIRK Bank_minus_one_has_a_message_of_its_own: -1 is the mark for no value, and 0xffffffff is
+    // QUIRK Bank_minus_one_has_a_message_of_its_own: -1 marks a missing value, and 0xffffffff has
     // the same 32 bits.
     if (bank == kNoStartBank) {
         std::printf("Parameter illegal, start bank value is loss! --bank%d %s \n", number,
@@ -109,7 +109,7 @@ bool ExpandFirmwareFiles(const FwBankMap &files, const CommandRecord &setting,
         if (!CountFirmwareBanks(path, directory, count)) {
             return false;
         }
-        // Nothing of a file is inserted before all of its banks are known to be free.
+        // All banks are checked first, so that a rejected file leaves none of its banks in the map.
         if (!BanksAreFree(bankMap, file.ulFileBank, count)) {
             std::printf("Program fw bank duplicate!\n");
             return false;

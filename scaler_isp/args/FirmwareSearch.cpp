@@ -20,13 +20,13 @@ using Info = STRUCT_CP_GET_USER_DEFINED_BIN_INFO;
 constexpr const char *kExtension = ".bin";
 
 Names NamesContaining(const Names &names, const std::string &text) {
-    Names kept;
-    std::copy_if(names.begin(), names.end(), std::back_inserter(kept),
+    Names matching;
+    std::copy_if(names.begin(), names.end(), std::back_inserter(matching),
                  [&](const std::string &name) { return name.find(text) != std::string::npos; });
-    return kept;
+    return matching;
 }
 
-/// IspUserDefined.txt, and how its values become the texts that a file name must contain.
+/// Reads IspUserDefined.txt and converts its values to the strings that a file name must contain.
 class UserDefinedFile {
   public:
     explicit UserDefinedFile(const std::string &directory)
@@ -47,11 +47,11 @@ class UserDefinedFile {
         return Utf8FromWide(text);
     }
 
-    /// The words of a value converted to numbers; false if one is not a number.
+    /// Converts a value, a list separated by spaces, to numbers; false if one is not a number.
     bool Numbers(std::wstring_view key, std::vector<int> &numbers) const {
-        for (const std::string &word : SplitText(Utf8FromWide(m_file.String(kSection, key)), " ")) {
+        for (const std::string &item : SplitText(Utf8FromWide(m_file.String(kSection, key)), " ")) {
             int number = 0;
-            if (StringtoInt(word, number) == 0) {
+            if (StringtoInt(item, number) == 0) {
                 return false;
             }
             numbers.push_back(number);
@@ -65,7 +65,7 @@ class UserDefinedFile {
     IniReader m_file;
 };
 
-/// One identification text: its mode, its text, how a file name is filtered by it.
+/// How one identification string is read, and how file names are filtered by it.
 struct IdentificationRow {
     const wchar_t *pszModeKey;
     std::uint32_t Info::*pMode;
@@ -92,8 +92,8 @@ constexpr IdentificationRow kIdentificationRows[] = {
      "cann't find fw use userdefined panel name info!\n"},
 };
 
-// QUIRK Only_a_wrong_version_mode_stops_the_reading: a wrong mode of a name is reported and
-// taken as 0.
+// QUIRK Only_a_wrong_version_mode_stops_the_reading: an invalid mode of a name is reported and
+// treated as 0.
 bool ReadModes(const UserDefinedFile &file, Info &info) {
     for (const IdentificationRow &row : kIdentificationRows) {
         const std::uint32_t mode = file.Flag(row.pszModeKey);
@@ -144,7 +144,7 @@ bool ReadName(const UserDefinedFile &file, const IdentificationRow &row, Info &i
     for (const int code : codes) {
         text.push_back(static_cast<char>(static_cast<unsigned char>(code)));
     }
-    std::erase(text, '\0'); // code 0 is no character
+    std::erase(text, '\0'); // code 0 is not a character
     info.*row.pText = text;
     return true;
 }
@@ -166,7 +166,7 @@ bool ReadVersion(const UserDefinedFile &file, Info &info) {
     return true;
 }
 
-/// The major version with its dot ("2." of "2 13"); empty where the version has no minor part.
+/// The major version with its dot ("2." of "2 13"); empty if the version has no minor part.
 std::string MajorVersion(std::string version) {
     DeleteBlankA(version);
     std::replace(version.begin(), version.end(), ' ', '.');
@@ -180,7 +180,8 @@ bool MatchesMajorVersion(const std::string &name, const std::string &pattern) {
     return position != std::string::npos && name.find(pattern + "bin") != position;
 }
 
-/// The settings file that the prefix is read from, by the name that opens it.
+/// The path by which the settings file with the prefix can be opened. The record holds an empty
+/// directory if its name cannot be expressed; the directory's bytes still open the file.
 std::string OpenableSettingFile(const ArgsDirectories &directories, const PathField &field) {
     const LibraryDirectory &library = directories.stLibrary;
     const std::wstring path = ReadBounded(field);
@@ -190,7 +191,8 @@ std::string OpenableSettingFile(const ArgsDirectories &directories, const PathFi
     return Utf8FromWide(path);
 }
 
-/// Keeps the names that contain the identification texts. False, with its message, if none does.
+/// Keeps the names that contain the identification strings. If none is left, prints the message of
+/// that string and returns false.
 bool FilterByNames(const Info &info, Names &names) {
     for (const IdentificationRow &row : kIdentificationRows) {
         const std::string &text = info.*row.pText;
@@ -262,6 +264,7 @@ bool ReadUserDefinedInfo(const ArgsDirectories &directories, Info &info) {
         return false;
     }
     info.strCapabilityInfo = file.Text(L"CapabilityInfo");
+    // Without any identification string, every file would match.
     return !info.strSIName.empty() || !info.strModelName.empty() || !info.strPanelName.empty() ||
            !info.strVersion.empty();
 }

@@ -26,7 +26,7 @@ int CopyMapFwToCStyleStruct(STRUCT_C_STYLE_MAP_FW &record, const FwBankMap &bank
 void CopyCStyleStructToMapFw(FwBankMap &bankMap, const STRUCT_C_STYLE_MAP_FW &record) {
     CatchAll([&] {
         bankMap.clear();
-        // The count of a refused copy is larger than the arrays.
+        // After a rejected copy the count is larger than the arrays.
         const std::size_t count = std::min<std::size_t>(record.ulFwCount, SCALER_ISP_MAX_BANKS);
         for (std::size_t i = 0; i < count; ++i) {
             const STRUCT_C_STYLE_FW_BANK_SETTING &entry = record.stFwBank[i];

@@ -9,12 +9,13 @@
 
 /// One entry of the command map (one --fwN/--bankN pair) or of the bank map (one 64 KiB bank).
 struct STRUCT_FW_BANK_SETTING {
-    unsigned long long ullBankValue = 0; ///< carried into the record; always 0 here
+    unsigned long long ullBankValue = 0; ///< copied to the record; always 0 here
     unsigned int ulFileBank = 0; ///< command map: start bank; bank map: bank inside the file
-    CCpNxString strFwPath;       ///< bank map: always the full path
+    CCpNxString strFwPath;       ///< bank map: always absolute
 };
 
-/// Ascending order of the keys of both maps.
+/// Ascending order of the keys of both maps. Not std::less: the comparator is part of the mangled
+/// names of exported functions.
 template <class T> struct sortAscending {
     bool operator()(const T &left, const T &right) const {
         return left < right;
@@ -26,12 +27,12 @@ using FwBankMap = std::map<unsigned int, STRUCT_FW_BANK_SETTING, sortAscending<u
 
 /// Copies a bank map into the record's map, in ascending order. RETURNS 1, or 0 for more than 512
 /// entries.
-// QUIRK Refused_copy_keeps_the_count: then ulFwCount holds the number that was too large, and the
-// arrays are untouched.
+// QUIRK Refused_copy_keeps_the_count: ulFwCount then holds the number that was too large, and the
+// arrays are unchanged.
 SCALER_ISP_API int CopyMapFwToCStyleStruct(STRUCT_C_STYLE_MAP_FW &record, const FwBankMap &bankMap);
 
-/// Replaces a bank map by the record's. Of two entries with the same target bank the first one
-/// stays; at most 512 entries are read, whatever the count says.
+/// Replaces a bank map with the record's. Of several entries with the same target bank the first
+/// wins; at most 512 entries are read, whatever the count is.
 SCALER_ISP_API void CopyCStyleStructToMapFw(FwBankMap &bankMap,
                                             const STRUCT_C_STYLE_MAP_FW &record);
 

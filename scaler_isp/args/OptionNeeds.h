@@ -10,21 +10,22 @@
 #include "scaler_isp/args/CommandFacts.h"
 
 /// \file
-/// Evaluates the columns NEEDS, EXCLUDES and GOES_WITH of options.def for a command line, and puts
-/// them into words. The head of that table explains the grammar. Header only, for programs.
+/// Evaluates the columns NEEDS, EXCLUDES and GOES_WITH of options.def for a command line, and
+/// describes them in English. The head of that table explains the grammar. Header only, for
+/// programs.
 ///
 ///     const GivenOption options[] = {{"isp"}, {"bank", "3"}};
 ///     HasNeeds(*FindOption("bank"), {options, 1})    // false: there is no --fw
 
 namespace ScalerIspFacts {
 
-/// One option of a command line: a whole name without the dashes, and its value if it takes one.
+/// One option of a command line: its full name without the dashes, and its value if it has one.
 struct GivenOption {
     std::string_view name;
     std::string_view value = {};
 };
 
-/// One command line in its order, with the position of the option that is looked at.
+/// The options of one command line in their order, and the index of the one to evaluate.
 struct GivenLine {
     std::span<const GivenOption> options;
     std::size_t self = 0;
@@ -32,7 +33,7 @@ struct GivenLine {
 
 namespace Detail {
 
-/// Splits an expression; what a part means is up to the class that walks through it.
+/// Splits an expression into tokens; the evaluator and the describer give them their meaning.
 class Scanner {
   public:
     constexpr explicit Scanner(std::string_view text) : m_rest(text) {
@@ -83,8 +84,8 @@ constexpr bool IsCondition(std::string_view word) {
     return !word.empty() && word[0] >= 'A' && word[0] <= 'Z';
 }
 
-/// Evaluates expressions for one line. Every part is read, also if the result is already known, so
-/// that a mistake anywhere in an expression is found.
+/// Evaluates expressions for one line. Every part is parsed even if the result is already known, so
+/// that an error anywhere in an expression is found.
 class Evaluator {
   public:
     constexpr explicit Evaluator(GivenLine line) : m_line(line) {}
@@ -221,7 +222,7 @@ class Evaluator {
     bool m_isValid = true;
 };
 
-/// Puts a valid expression into words.
+/// Describes a valid expression in English.
 class Describer {
   public:
     explicit Describer(Group group) : m_group(group) {}
@@ -236,7 +237,7 @@ class Describer {
             rest += '\n' + next;
         }
         for (const char c : rest) {
-            // A comma where "and" could be read as part of the choice before it.
+            // A comma if "and" could be read as part of the preceding choice.
             text += c != '\n' ? std::string(1, c) : hasChoice ? ", and " : " and ";
         }
         return text;
@@ -300,24 +301,24 @@ constexpr bool IsExcluded(const OptionFacts &option, GivenLine line) {
     return Detail::Evaluator(line).Holds(option.excludes);
 }
 
-/// Whether the line has what the option is meant for.
+/// Whether the line has an option or action with which this option is meant to be used.
 constexpr bool HasCompany(const OptionFacts &option, GivenLine line) {
     return option.goesWith.empty() || Detail::Evaluator(line).Holds(option.goesWith);
 }
 
-/// Whether the line has what the expression says; false for an empty expression.
+/// Whether the expression holds for the line; false for an empty expression.
 constexpr bool Holds(std::string_view expression, GivenLine line) {
     return Detail::Evaluator(line).Holds(expression);
 }
 
-/// Whether the expression is empty or well-formed, and names options and conditions that exist.
+/// Whether the expression is empty, or well-formed with existing options and conditions only.
 constexpr bool IsValidExpression(std::string_view expression) {
     Detail::Evaluator evaluator(GivenLine{});
     static_cast<void>(evaluator.Holds(expression));
     return evaluator.IsValid();
 }
 
-/// An expression of this option in words, such as "--fw or --searchfw, and --signfile".
+/// Describes an expression of this option, such as "--fw or --searchfw, and --signfile".
 inline std::string Describe(const OptionFacts &option, std::string_view expression) {
     Detail::Scanner scanner(expression);
     return scanner.AtEnd() ? std::string() : Detail::Describer(option.effect.group).All(scanner);

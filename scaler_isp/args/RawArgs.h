@@ -4,12 +4,12 @@
 #include <cstdint>
 #include <string>
 
-/// The values of one command line as they were typed, before judgement. Texts are UTF-8 and empty
-/// when the option was not given.
+/// The values of one command line, verbatim and not yet validated. Strings are UTF-8, and empty if
+/// the option was not given.
 struct STRUCT_CP_ISP_CMD_ARGS {
-    std::uint32_t ulActionMask = 0;      ///< one bit an action option
+    std::uint32_t ulActionMask = 0;      ///< one bit per action option
     std::uint32_t ulSignTypeMask = 0;    ///< --sw 1, --hw 2
-    std::uint32_t ulVerLocMask = 0;      ///< one bit a version location
+    std::uint32_t ulVerLocMask = 0;      ///< one bit per version location
     std::uint32_t ulMergeInfoRwMask = 0; ///< --read 1, --write 2
     std::string strUserDefinedVerMode;   ///< --userdefined
     std::string strComm;

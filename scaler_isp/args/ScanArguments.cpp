@@ -18,12 +18,12 @@ constexpr int kEngineError = '?';
 constexpr int kUserDefinedBit = 0x80;
 constexpr int kWriteBit = 2;
 
-/// The position of a word in a list with single spaces between the words, 1 first; 0 if it is not
-/// one of them.
-std::uint32_t PositionOfKeyword(std::string_view keywords, std::string_view word) {
+/// The position of a keyword, 1 first, in a list separated by single spaces; 0 if it is not in the
+/// list.
+std::uint32_t PositionOfKeyword(std::string_view keywords, std::string_view keyword) {
     for (std::uint32_t position = 1;; ++position) {
         const std::size_t end = keywords.find(' ');
-        if (keywords.substr(0, end) == word) {
+        if (keywords.substr(0, end) == keyword) {
             return position;
         }
         if (end == std::string_view::npos) {
@@ -33,11 +33,11 @@ std::uint32_t PositionOfKeyword(std::string_view keywords, std::string_view word
     }
 }
 
-/// One scan of one command line. Each handler returns whether the line is still accepted.
-class ArgumentScan {
+/// Scans one command line. Each handler returns whether the line is still accepted.
+class ArgumentScanner {
   public:
-    ArgumentScan(const ArgsDirectories &directories, RawArgs &args, FwBankMap &files,
-                 PathField &settingFile)
+    ArgumentScanner(const ArgsDirectories &directories, RawArgs &args, FwBankMap &files,
+                    PathField &settingFile)
         : m_directories(directories), m_args(args), m_files(files), m_settingFile(settingFile) {}
 
     bool Run(int argc, char **argv) {
@@ -70,7 +70,7 @@ class ArgumentScan {
 
     bool Handle(int result) {
         if (result == kFlagOption) {
-            MergeFlags();
+            StoreFlags();
             return true;
         }
         if (result == kEngineError) {
@@ -86,16 +86,16 @@ class ArgumentScan {
         return m_flags[static_cast<std::size_t>(group)];
     }
 
-    /// The argument of the option just scanned, empty for one without.
+    /// The argument of the option just scanned; empty if it has none.
     std::string Argument() {
         const char *argument = m_engine.GetCmdArg();
         return argument != nullptr ? argument : "";
     }
 
-    // QUIRK Flag_words_repeat_on_every_later_flag_option: the flag words keep their last value, so
-    // the mode of --userdefined and the data of --write are set again by a later flag option that
-    // has an argument.
-    void MergeFlags() {
+    // QUIRK Flag_words_repeat_on_every_later_flag_option: a flag word keeps its last value, so a
+    // later flag option with an argument overwrites the mode of --userdefined and the data of
+    // --write.
+    void StoreFlags() {
         m_args.ulActionMask |= static_cast<std::uint32_t>(Flag(OptionGroup::Action));
         m_args.ulSignTypeMask |= static_cast<std::uint32_t>(Flag(OptionGroup::SignType));
         m_args.ulVerLocMask |= static_cast<std::uint32_t>(Flag(OptionGroup::VersionLocation));
@@ -121,7 +121,7 @@ class ArgumentScan {
             m_args.*row.pNumber = row.ulNumber;
             return true;
         case OptionEffect::Keyword:
-            return ApplyKeyword(row, argument);
+            return StoreKeyword(row, argument);
         case OptionEffect::Firmware:
             return ApplyFirmware(row.nEntry, argument);
         case OptionEffect::Bank:
@@ -134,7 +134,7 @@ class ArgumentScan {
         return true;
     }
 
-    bool ApplyKeyword(const OptionRow &row, const std::string &argument) {
+    bool StoreKeyword(const OptionRow &row, const std::string &argument) {
         const std::uint32_t position = PositionOfKeyword(row.pszKeywords, argument);
         if (position == 0) {
             std::fputs(row.pszKeywordError, stdout);
@@ -144,8 +144,8 @@ class ArgumentScan {
         return true;
     }
 
-    // QUIRK Search_and_file_exclude_each_other_silently: whichever of --fw and --searchfw comes
-    // second ends the command without a message.
+    // QUIRK Search_and_file_exclude_each_other_silently: the second of --fw and --searchfw rejects
+    // the command line without a message.
     bool ApplyFirmware(unsigned int entry, const std::string &path) {
         if (entry == 0) {
             m_args.strFwPath = path;
@@ -202,9 +202,9 @@ class ArgumentScan {
 } // namespace
 
 // QUIRK First_word_is_the_program_name: argv[0] is never scanned as an option.
-// QUIRK Unknown_options_are_not_fatal: unknown options, missing arguments and stray words are
-// reported and passed over.
+// QUIRK Unknown_options_are_not_fatal: unknown options, missing arguments and non-option arguments
+// are reported and ignored.
 bool ScanArguments(int argc, char **argv, const ArgsDirectories &directories, RawArgs &args,
                    FwBankMap &files, PathField &settingFile) {
-    return ArgumentScan(directories, args, files, settingFile).Run(argc, argv);
+    return ArgumentScanner(directories, args, files, settingFile).Run(argc, argv);
 }
