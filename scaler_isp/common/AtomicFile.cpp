@@ -15,11 +15,11 @@
 
 namespace {
 
-// One for all files of a directory, since only one is replaced at a time. Short, because a name
-// made of the file's own could be too long.
+// The same for all files of a directory, because only one is replaced at a time. A name derived
+// from the file's could be too long.
 constexpr const char *kTemporaryName = ".ScalerIsp.tmp";
 constexpr mode_t kNewFileMode = 0666;
-constexpr mode_t kPrivateMode = 0600;
+constexpr mode_t kPrivateMode = 0600; // until the mode of the old file has been copied
 constexpr mode_t kModeBits = 07777;
 constexpr int kWriteFlags = O_WRONLY | O_CLOEXEC;
 
@@ -34,7 +34,7 @@ bool IsLink(const std::string &path) {
     return false;
 }
 
-/// The path itself if it is not a link, or one that leads nowhere.
+/// The target of a symbolic link; the path itself if it is not a link, or a dangling one.
 std::string FollowLinks(const std::string &path) {
     if (!IsLink(path)) {
         return path;
@@ -52,14 +52,15 @@ std::string DirectoryOf(const std::string &path) {
     return path.substr(0, path.rfind('/') + 1);
 }
 
-/// A failed open that says something about the file, not about the process.
+/// A failed open means CannotOpen only if the file is the cause, not a shortage in the process or
+/// the system.
 SaveResult ResultOfFailedOpen(int error) {
     const bool shortage = error == EMFILE || error == ENFILE || error == ENOMEM;
     return shortage ? SaveResult::Failed : SaveResult::CannotOpen;
 }
 
-/// Whether a failure lies in the file or the directory, so that the file is overwritten in place.
-/// EISDIR: a directory has the temporary name; macOS reports that as EPERM.
+/// Whether the file or its directory is the cause of a failure, so that overwriting in place may
+/// work. EISDIR: a directory has the temporary name; macOS reports that as EPERM.
 bool PreventsRename(int error) {
     return error == EACCES || error == EPERM || error == EROFS || error == EXDEV ||
            error == EBUSY || error == EISDIR;
@@ -82,7 +83,7 @@ int CopyAttributes(const FileDescriptor &oldFile, const struct stat &old,
     return ::fchmod(newFile.Get(), old.st_mode & kModeBits) != 0 ? errno : 0;
 }
 
-/// Writes before it truncates, so that the disk has space for the old bytes to return.
+/// Writes before it truncates, so that the old bytes can be restored even on a full disk.
 bool Overwrite(FileDescriptor &file, bool regular, const std::string &bytes) {
     const bool written =
         (!regular || ::lseek(file.Get(), 0, SEEK_SET) == 0) &&
@@ -94,7 +95,7 @@ bool Overwrite(FileDescriptor &file, bool regular, const std::string &bytes) {
 } // namespace
 
 struct AtomicFile::OldFile {
-    FileDescriptor file; ///< open for writing, which shows that it may be written
+    FileDescriptor file; ///< open for writing, which proves that it may be written
     struct stat status;
 };
 
@@ -117,7 +118,7 @@ SaveResult AtomicFile::Replace(const std::string &bytes) {
 
 SaveResult AtomicFile::Create(const std::string &bytes) const {
     const int error = ReplaceByRename(bytes, nullptr);
-    // A path that leads nowhere cannot be opened either, and that is what the caller is told.
+    // If the path itself is the cause, the open below fails as well and gives the right result.
     if (!PreventsRename(error) && !IsErrorOfPath(error)) {
         return error == 0 ? SaveResult::Written : SaveResult::Failed;
     }
@@ -146,7 +147,7 @@ SaveResult AtomicFile::ReplaceExisting(const std::string &bytes) const {
         if (!PreventsRename(error)) {
             return error == 0 ? SaveResult::Written : SaveResult::Failed;
         }
-        old.file.Reset(::open(m_path.c_str(), kWriteFlags));
+        old.file.Reset(::open(m_path.c_str(), kWriteFlags)); // ReplaceByRename has closed it
     }
     if (!old.file.IsOpen()) {
         return SaveResult::Failed;
@@ -161,19 +162,19 @@ SaveResult AtomicFile::ReplaceExisting(const std::string &bytes) const {
     return SaveResult::Failed;
 }
 
-/// RETURNS 0, or errno; then the temporary file is gone.
+/// RETURNS 0, or errno after removing the temporary file.
 int AtomicFile::ReplaceByRename(const std::string &bytes, OldFile *old) const {
     if (IsLink(m_path)) {
         return EXDEV; // its target is unknown, and a rename would replace the link
     }
     const std::string temporary = m_directory + kTemporaryName;
-    // Whoever has the turn owns the name: a file that is there was left by a killed process.
+    // The holder of the lock owns the name: an existing file was left by a killed process.
     if (::unlink(temporary.c_str()) != 0 && errno != ENOENT) {
         return errno;
     }
     int error = WriteTemporary(temporary, bytes, old);
     if (old != nullptr) {
-        old->file.Close(); // closed after the rename, it would wait for the disk
+        old->file.Close(); // after the rename, closing would wait for the disk
     }
     if (error == 0 && ::rename(temporary.c_str(), m_path.c_str()) != 0) {
         error = errno;
@@ -197,7 +198,7 @@ int AtomicFile::WriteTemporary(const std::string &temporary, const std::string &
         error = CopyAttributes(old->file, old->status, file);
     }
     const int closeError = file.Close();
-    // Without a lock another process may have replaced the temporary file by its own.
+    // Without a lock, another process may have replaced the temporary file with its own.
     struct stat there {};
     const bool isMine =
         m_lock.IsHeld() || (::lstat(temporary.c_str(), &there) == 0 && there.st_ino == mine.st_ino);

@@ -7,22 +7,23 @@
 
 enum class SaveResult {
     Written,
-    CannotOpen, ///< for writing; nothing changed
-    Failed      ///< the old bytes are there
+    CannotOpen, ///< it for writing; nothing has changed
+    Failed      ///< the file has its old bytes
 };
 
 /// Reads a file and replaces its bytes so that at every moment it holds all old or all new ones,
-/// even if the process is killed or the disk is full. Everyone who does so takes turns: the
-/// directory is locked from before the reading until the object is destroyed.
+/// even if the process is killed or the disk is full. Concurrent users take turns: the directory is
+/// locked from before the file is read until the object is destroyed.
 ///
 /// The new bytes go to a temporary file in the same directory, which is renamed. A symbolic link
-/// stays and its target is replaced; mode, owner and extended attributes are kept. The file is
-/// overwritten in place if it has several names or is not a regular file, and if the file or its
-/// directory does not permit the rename; the old bytes then return after a failed write, but not
-/// if the process is killed. Nothing waits for the disk: this is no protection against a power cut.
+/// stays and its target is replaced; mode, owner and extended attributes are preserved. The file is
+/// overwritten in place if it has several hard links, is not a regular file, or if it or its
+/// directory does not permit the rename; the old bytes are then restored after a failed write, but
+/// not if the process is killed. Nothing is synced to the disk, so this is no protection against a
+/// power cut.
 class AtomicFile {
   public:
-    /// Throws CallFailure if the turn does not come, or for want of a resource.
+    /// Throws CallFailure if the lock is not obtained in time, or if a resource is missing.
     explicit AtomicFile(const std::string &path);
 
     /// The old bytes; none if the file does not exist or cannot be read.
@@ -42,7 +43,7 @@ class AtomicFile {
     int WriteTemporary(const std::string &temporary, const std::string &bytes,
                        const OldFile *old) const;
 
-    std::string m_path; ///< links followed; itself a link only if they lead to no known file
+    std::string m_path; ///< links resolved; a symbolic link only if its target is unknown
     std::string m_directory;
     DirectoryLock m_lock;
     std::string m_bytes;

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-/// Text into a fixed field of a record and back. A text as long as the field or longer fills it
-/// without a terminator, so a field is never read as a C string.
+/// Copies strings to and from fixed-size fields of a record. A string as long as the field or
+/// longer fills it without a terminator, so a field must not be read as a C string.
 
 /// Copies at most `size` characters and zeroes the rest of the field.
 template <class Char>
@@ -21,7 +21,7 @@ void CopyBounded(Char (&field)[N], std::basic_string_view<Char> text) {
     CopyBounded(field, N, text);
 }
 
-/// The text of a field that holds at most `size` characters, in place.
+/// The string in a field of `size` characters, as a view.
 template <class Char>
 std::basic_string_view<Char> ViewBounded(const Char *field, std::size_t size) {
     const std::basic_string_view<Char> all(field, size);
@@ -33,7 +33,7 @@ std::basic_string_view<Char> ViewBounded(const Char (&field)[N]) {
     return ViewBounded(field, N);
 }
 
-/// A copy of it.
+/// The same as a copy.
 template <class Char> std::basic_string<Char> ReadBounded(const Char *field, std::size_t size) {
     return std::basic_string<Char>(ViewBounded(field, size));
 }

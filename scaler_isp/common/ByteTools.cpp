@@ -13,7 +13,7 @@ namespace {
 constexpr std::size_t kFailed = static_cast<std::size_t>(-1);
 constexpr std::size_t kMaxBytesOfACharacter = 4;
 
-/// The text in the current locale, with a zero byte behind it unless charCount cuts the text.
+/// The string in the current locale, followed by a zero byte unless charCount truncates it.
 std::string ToBuffer(const CCpNxString &text, unsigned int charCount) {
     std::mbstate_t state{};
     const wchar_t *source = text.GetString();

@@ -90,7 +90,8 @@ void CCpNxString::Format(const wchar_t *format, ...) {
     wchar_t buffer[kFormatCapacity] = {};
     std::va_list arguments;
     va_start(arguments, format);
-    // Output that does not fit is reported and leaves a prefix, which is as good as any.
+    // The result is ignored: output that does not fit leaves some prefix, which is all that Format
+    // promises.
     static_cast<void>(std::vswprintf(buffer, kFormatCapacity, OrEmpty(format), arguments));
     va_end(arguments);
     buffer[kFormatCapacity - 1] = L'\0';
@@ -98,6 +99,7 @@ void CCpNxString::Format(const wchar_t *format, ...) {
 }
 
 CCpNxString CCpNxString::Left(int n) const {
+    // A negative n becomes a huge size_type, which the substring constructor clamps to the length.
     return {*this, 0, static_cast<size_type>(n)};
 }
 
@@ -150,7 +152,7 @@ const char *CCpNxString::GetStringBufferBaseOnOS() {
     return GetUtf8StringBuffer();
 }
 
-// Three forms of each comparison: two strings, and plain wide text on either side.
+// Three forms of each comparison: two strings, and a plain wide string on either side.
 #define SCALER_ISP_COMPARISON(OPERATOR)                                                            \
     bool operator OPERATOR(const CCpNxString &left, const CCpNxString &right) {                    \
         return View(left) OPERATOR View(right);                                                    \

@@ -43,8 +43,8 @@ std::string CCpTransform::ConvertWCHARToANSIString(const wchar_t *text) const {
 }
 
 // QUIRK ANSI_to_wide_is_measured_before_the_locale_switch: the capacity is measured in the host's
-// locale and the text converted in the environment's; a text that the host's locale cannot read
-// gets one wide character for every byte.
+// locale, but the string is converted in the environment's. If the host's locale cannot decode it,
+// the capacity is one wide character per byte.
 std::wstring CCpTransform::ConvertANSIStringToUnicode(const std::string &text) const {
     return CatchAll(std::wstring(), [&] {
         std::mbstate_t state{};

@@ -5,16 +5,17 @@
 
 #include "scaler_isp/abi/Export.h"
 
-/// Converts text between wide characters (UTF-32, host order), UTF-8 and the locale's multibyte
-/// encoding. Every operation returns the converted text; on any failure, of the text or of the
-/// system, the empty text. Nothing is printed or thrown. A result ends at its first NUL.
+/// Converts strings between wide characters (UTF-32, host byte order), UTF-8 and the locale's
+/// multibyte encoding. Every operation returns the converted string, or the empty string if the
+/// input is invalid or the system fails. Nothing is printed or thrown. A result ends at its first
+/// NUL.
 ///
-/// The UTF-8 operations use iconv (POSIX) with a descriptor of their own and may run on any thread.
-/// The locale operations (ANSI, CHAR, WCHAR in the name) use a locale of the calling thread, made
-/// from the environment (LC_ALL, LC_CTYPE, LANG), and give the thread its own back: the locale of
-/// the process stays as it is, and other threads see nothing. If the environment names a locale
-/// that does not exist, the one in force is used. They may run on any thread, unless another one
-/// changes the environment at the same time.
+/// The UTF-8 operations open their own iconv (POSIX) descriptor and may run on any thread. The
+/// locale operations (ANSI, CHAR, WCHAR in the name) switch the calling thread to a locale made
+/// from the environment (LC_ALL, LC_CTYPE, LANG) and restore its previous one: the locale of the
+/// process and other threads are not affected. If the environment names a locale that does not
+/// exist, the current one is used. They may run on any thread unless another thread changes the
+/// environment at the same time.
 class SCALER_ISP_API CCpTransform {
   public:
     CCpTransform() = default;
@@ -22,10 +23,10 @@ class SCALER_ISP_API CCpTransform {
     CCpTransform &operator=(const CCpTransform &) = default;
     virtual ~CCpTransform();
 
-    /// Wide to UTF-8. UNITS: at most 10,239 bytes come out; a longer result is a failure.
+    /// Wide to UTF-8. UNITS: a result of more than 10,239 bytes is a failure.
     std::string ConvertUnicodeStringToUTF8(const std::wstring &text) const;
 
-    /// UTF-8 to wide. UNITS: at most 10,239 characters come out; a longer result is a failure.
+    /// UTF-8 to wide. UNITS: a result of more than 10,239 characters is a failure.
     std::wstring ConvertUTF8StringToUnicode(const std::string &text) const;
 
     /// The same as ConvertUTF8StringToUnicode.

@@ -5,11 +5,11 @@
 #include <exception>
 
 /// A failure of the system that says nothing about the caller's input: no memory, no descriptor, an
-/// I/O error. It must never turn into an empty or default value, because that value would end up in
-/// a record and on a chip. Like std::bad_alloc it travels to the function that another binary
-/// called, and becomes that function's failure there (see ExceptionBarrier.h).
+/// I/O error. It must never become an empty or default value, because that value would reach a
+/// record and the chip. Like std::bad_alloc it propagates to the function that another binary
+/// called, and fails that function (see ExceptionBarrier.h).
 ///
-/// It holds only the error number: throwing it needs no memory of its own.
+/// It holds only the error number, so that throwing it allocates no string.
 class CallFailure : public std::exception {
   public:
     explicit CallFailure(int error) : m_error(error) {}
@@ -24,9 +24,9 @@ class CallFailure : public std::exception {
     int m_error;
 };
 
-/// Whether a path that could not be opened or resolved is itself the reason: it does not exist, it
-/// is not accessible, it is not a path, its file system permits no such name. That is an answer
-/// about the input; any other errno is a CallFailure.
+/// Whether a path that could not be opened or resolved is itself the cause: it does not exist, is
+/// not accessible, is not a valid path, or its file system does not permit the name. That is a
+/// statement about the input; any other errno is a CallFailure.
 inline bool IsErrorOfPath(int error) {
     return error == ENOENT || error == ENOTDIR || error == EACCES || error == EPERM ||
            error == ELOOP || error == ENAMETOOLONG || error == EISDIR || error == ENXIO ||

@@ -25,11 +25,11 @@ bool IsWordCharacter(wchar_t c) {
     return IsDigit(c) || (c >= L'A' && c <= L'Z') || (c >= L'a' && c <= L'z') || c == L'_';
 }
 
-bool IsLineEnd(wchar_t c) {
+bool IsNewline(wchar_t c) {
     return c == L'\r' || c == L'\n';
 }
 
-/// By ASCII character: 0..15, or -1.
+/// Value of each ASCII character as a digit: 0..15, or -1.
 constexpr std::array<int, 128> kHexDigits = [] {
     std::array<int, 128> digits{};
     digits.fill(-1);
@@ -42,12 +42,13 @@ constexpr std::array<int, 128> kHexDigits = [] {
 
 /// 0..15, or -1.
 int HexDigit(wchar_t c) {
-    const auto place = static_cast<std::uint32_t>(std::char_traits<wchar_t>::to_int_type(c));
-    return place < kHexDigits.size() ? kHexDigits[place] : -1;
+    const auto index = static_cast<std::uint32_t>(std::char_traits<wchar_t>::to_int_type(c));
+    return index < kHexDigits.size() ? kHexDigits[index] : -1;
 }
 
-/// What most of a byte list consists of: blanks, a hexadecimal number of two digits and a comma or
-/// line end right behind it. RETURNS the position behind the separator; `pos` for everything else.
+/// A fast path for the form that tools generate: spaces, a hexadecimal number of two digits, and
+/// directly after it a comma or newline. It must give exactly what NextValue gives
+/// (CommandTextReferenceTest). RETURNS the position past the separator; `pos` for any other form.
 std::size_t ParseSimpleByte(std::wstring_view text, std::size_t pos, unsigned int &value) {
     std::size_t at = pos;
     while (at < text.size() && (text[at] == L' ' || text[at] == L'\t')) {
@@ -60,32 +61,31 @@ std::size_t ParseSimpleByte(std::wstring_view text, std::size_t pos, unsigned in
     const int high = HexDigit(text[at + 2]);
     const int low = HexDigit(text[at + 3]);
     const wchar_t separator = text[at + 4];
-    if ((high | low) < 0 || (separator != L',' && !IsLineEnd(separator))) {
+    if ((high | low) < 0 || (separator != L',' && !IsNewline(separator))) {
         return pos;
     }
     value = static_cast<unsigned int>(high << 4 | low);
     return at + kSimpleValueChars;
 }
 
-/// Stores the bytes of values in that form as long as one follows the other and there is room.
-/// RETURNS the position behind them.
+/// Stores consecutive values in that form until the buffer is full. RETURNS the position past them.
 std::size_t ParseSimpleBytes(std::wstring_view text, std::size_t pos, unsigned char *bytes,
                              unsigned int capacity, unsigned int &count) {
-    unsigned int stored = count; // a byte could lie where count does
+    unsigned int stored = count; // a copy, because bytes may alias count, which would be reloaded
     for (; bytes != nullptr && stored < capacity; ++stored) {
         unsigned int value = 0;
-        const std::size_t behind = ParseSimpleByte(text, pos, value);
-        if (behind == pos) {
+        const std::size_t next = ParseSimpleByte(text, pos, value);
+        if (next == pos) {
             break;
         }
         bytes[stored] = static_cast<unsigned char>(value);
-        pos = behind;
+        pos = next;
     }
     count = stored;
     return pos;
 }
 
-/// Reads tokens of a text; words are views into it.
+/// Reads the tokens of a text; words are views into it.
 class TokenReader {
   public:
     TokenReader(std::wstring_view text, unsigned int &pos) : m_text(text), m_pos(pos) {}
@@ -94,13 +94,13 @@ class TokenReader {
         return m_pos >= m_text.size();
     }
 
-    /// The word of the last token 1.
+    /// The last word that Next found.
     std::wstring_view FullWord() const {
         return m_word;
     }
 
-    /// Of a longer word only the first 256 characters count.
-    std::wstring_view Word() const {
+    /// The last word, truncated to the 256 characters that are compared and converted.
+    std::wstring_view TruncatedWord() const {
         return m_word.substr(0, kWordChars);
     }
 
@@ -113,14 +113,14 @@ class TokenReader {
         }
         const wchar_t c = Current();
         if (IsWordCharacter(c)) {
-            return TakeWord();
+            return ReadWord();
         }
         if (c == L'/' && m_pos + 1 < m_text.size()) {
             if (m_text[m_pos + 1] == L'*') {
-                return TakeBlockComment();
+                return SkipBlockComment();
             }
             if (m_text[m_pos + 1] == L'/') {
-                return TakeLineComment();
+                return SkipLineComment();
             }
         }
         ++m_pos;
@@ -148,7 +148,7 @@ class TokenReader {
         m_pos = static_cast<unsigned int>(pos);
     }
 
-    ScalerIspToken TakeWord() {
+    ScalerIspToken ReadWord() {
         const std::size_t start = m_pos;
         while (!AtEnd() && IsWordCharacter(Current())) {
             ++m_pos;
@@ -157,8 +157,8 @@ class TokenReader {
         return SCALER_ISP_TOKEN_WORD;
     }
 
-    // The search starts behind both characters of the opening, so "/*/" does not close itself.
-    ScalerIspToken TakeBlockComment() {
+    // The search starts after both opening characters, so that "/*/" does not close itself.
+    ScalerIspToken SkipBlockComment() {
         const std::size_t end = m_text.find(L"*/", m_pos + 2);
         if (end == std::wstring_view::npos) {
             AdvanceTo(m_text.size());
@@ -168,8 +168,8 @@ class TokenReader {
         return SCALER_ISP_TOKEN_COMMENT;
     }
 
-    ScalerIspToken TakeLineComment() {
-        while (!AtEnd() && !IsLineEnd(Current())) {
+    ScalerIspToken SkipLineComment() {
+        while (!AtEnd() && !IsNewline(Current())) {
             ++m_pos;
         }
         return SCALER_ISP_TOKEN_COMMENT;
@@ -188,7 +188,7 @@ std::wstring_view View(const wchar_t *text) {
     return text != nullptr ? std::wstring_view(text) : std::wstring_view();
 }
 
-/// A word as a whole number in strtol's base-0 form, cut to 32 bits. Words are ASCII.
+/// Converts a word to an integer as strtol with base 0 does, truncated to 32 bits. Words are ASCII.
 bool ToNumber(std::wstring_view word, unsigned int &value) {
     int number = 0;
     if (StringtoInt(std::string(word.begin(), word.end()), number) == 0) {
@@ -202,7 +202,7 @@ bool HasHexPrefix(std::wstring_view word) {
     return word.size() >= 2 && word[0] == L'0' && (word[1] == L'x' || word[1] == L'X');
 }
 
-/// Big-endian hexadecimal digits; false for any other character.
+/// Reads hexadecimal digits, most significant first; false for any other character.
 bool ReadHex(std::wstring_view digits, unsigned int &value) {
     unsigned int number = 0;
     for (const wchar_t c : digits) {
@@ -216,18 +216,18 @@ bool ReadHex(std::wstring_view digits, unsigned int &value) {
     return true;
 }
 
-bool IsHexNumber(std::wstring_view word, unsigned int &value) {
+bool ReadHexNumber(std::wstring_view word, unsigned int &value) {
     if (!HasHexPrefix(word)) {
         return false;
     }
-    // The common case: what fits 32 bits needs no library call.
+    // The common case: a number that fits into 32 bits needs no call of the C library.
     if (word.size() > 2 && word.size() <= 2 + kMaxHexDigits) {
         return ReadHex(word.substr(2), value);
     }
     return ToNumber(word, value);
 }
 
-bool IsDecimalNumber(std::wstring_view word, unsigned int &value) {
+bool ReadDecimalNumber(std::wstring_view word, unsigned int &value) {
     return std::all_of(word.begin(), word.end(), IsDigit) && ToNumber(word, value);
 }
 
@@ -243,19 +243,19 @@ bool FindDefine(std::wstring_view name, std::wstring_view defines, unsigned int 
         if (reader.AtEnd()) {
             return false;
         }
-    } while (reader.Next() != SCALER_ISP_TOKEN_WORD || reader.Word() != name);
+    } while (reader.Next() != SCALER_ISP_TOKEN_WORD || reader.TruncatedWord() != name);
     if (reader.Next() != SCALER_ISP_TOKEN_WORD) {
         return false;
     }
-    const std::wstring_view word = reader.Word();
+    const std::wstring_view word = reader.TruncatedWord();
     if (HasHexPrefix(word)) {
         value = HexOrZero(word.substr(2));
         return true;
     }
-    return IsDecimalNumber(word, value);
+    return ReadDecimalNumber(word, value);
 }
 
-/// Skips what may stand in front of a word. RETURNS 1 at a word, else what FindNextBytes returns.
+/// Skips the tokens that may precede a word. RETURNS 1 at a word, else the result of FindNextBytes.
 ScalerIspToken SkipToWord(TokenReader &reader) {
     while (!reader.AtEnd()) {
         const ScalerIspToken token = reader.Next();
@@ -267,7 +267,7 @@ ScalerIspToken SkipToWord(TokenReader &reader) {
     return SCALER_ISP_TOKEN_CLOSING_BRACE;
 }
 
-/// Skips what may stand between a value and its separator.
+/// Skips the tokens that may appear between a value and its separator.
 ScalerIspToken SkipToSeparator(TokenReader &reader) {
     ScalerIspToken last = SCALER_ISP_TOKEN_WORD;
     while (!reader.AtEnd()) {
@@ -294,17 +294,17 @@ ScalerIspToken NextValue(TokenReader &reader, const wchar_t *defines, unsigned i
     if (token != SCALER_ISP_TOKEN_WORD) {
         return token;
     }
-    const std::wstring_view word = reader.Word();
-    const bool found = IsHexNumber(word, value) || IsDecimalNumber(word, value) ||
+    const std::wstring_view word = reader.TruncatedWord();
+    const bool found = ReadHexNumber(word, value) || ReadDecimalNumber(word, value) ||
                        (defines != nullptr && FindDefine(word, View(defines), value));
     return found ? SkipToSeparator(reader) : SCALER_ISP_TOKEN_NONE;
 }
 
-/// What becomes of a value for which there is no room.
+/// What happens to a value that no longer fits into the buffer.
 enum class WhenFull { Stop, Fail };
 
-/// Reads all values of a text as bytes. False for a value above 255, or one without room that
-/// fails.
+/// Reads all values of a text as bytes. False for a value above 255, or for one that does not fit
+/// if that is to fail.
 bool ReadByteList(std::wstring_view text, unsigned char *bytes, unsigned int capacity,
                   WhenFull whenFull, unsigned int &count) {
     unsigned int pos = 0;
@@ -388,7 +388,7 @@ unsigned int HexStrToInt(wchar_t *digits, unsigned char count) {
     if (digits == nullptr || count > kMaxHexDigits) {
         return 0;
     }
-    // A terminator is no digit: a shorter text is never read beyond its end.
+    // A terminator is not a digit, so a shorter string is never read beyond its end.
     const wchar_t *end =
         std::find_if(digits, digits + count, [](wchar_t c) { return HexDigit(c) < 0; });
     return end == digits + count ? HexOrZero({digits, count}) : 0;

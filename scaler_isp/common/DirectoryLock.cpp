@@ -13,12 +13,13 @@ namespace {
 constexpr std::chrono::seconds kLongestWait{5};
 constexpr std::chrono::milliseconds kPause{1};
 
+/// EBADF: over NFS, Linux locks exclusively only by a descriptor that is open for writing.
 bool IsWithoutLocks(int error) {
     return error == ENOTSUP || error == EOPNOTSUPP || error == ENOLCK || error == EINVAL ||
            error == ENOSYS || error == EBADF;
 }
 
-/// RETURNS 0, or errno: EWOULDBLOCK if somebody else holds the lock.
+/// RETURNS 0, or errno: EWOULDBLOCK if another user holds the lock.
 int TryLock(int descriptor) {
     while (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
         if (errno != EINTR) {
@@ -52,7 +53,8 @@ DirectoryLock::DirectoryLock(const std::string &directory)
 
 DirectoryLock::~DirectoryLock() {
     if (m_held) {
-        // A process forked meanwhile has the descriptor, too; closing it here would not unlock.
+        // Unlocked explicitly, because a process forked meanwhile shares the descriptor, so that
+        // closing it would not unlock.
         ::flock(m_directory.Get(), LOCK_UN);
     }
 }

@@ -5,13 +5,13 @@
 
 #include "scaler_isp/common/FileDescriptor.h"
 
-/// An advisory lock (flock) on a directory, by which those who replace files in it take turns:
-/// processes, and the threads of one process. Released by the destructor.
+/// An advisory lock (flock) on a directory, so that processes, and threads of one process, take
+/// turns when they replace files in it. The destructor releases it.
 class DirectoryLock {
   public:
-    /// Waits at most five seconds. Throws CallFailure if somebody else holds the lock that long, or
-    /// if a resource is missing. A directory that cannot be opened, and a file system without
-    /// locks, are no reason not to write: then nothing is locked.
+    /// Waits at most five seconds. Throws CallFailure if another user holds the lock longer, or if
+    /// a resource is missing. If the directory cannot be opened or the file system has no locks,
+    /// nothing is locked: that alone must not prevent writing.
     explicit DirectoryLock(const std::string &directory);
     ~DirectoryLock();
     DirectoryLock(const DirectoryLock &) = delete;

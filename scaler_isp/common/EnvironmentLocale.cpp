@@ -7,8 +7,8 @@
 
 namespace {
 
-// glibc reports a name that can be none (with a slash) as EINVAL, and from the second request on it
-// knows a missing locale without asking the system, which leaves errno alone.
+// glibc reports an impossible name (with a slash) as EINVAL. From the second request on it
+// remembers that a locale is missing, makes no system call and leaves errno unchanged.
 bool SaysNoSuchLocale(int error) {
     return error == ENOENT || error == EINVAL || error == 0;
 }

@@ -6,15 +6,15 @@
 #include <xlocale.h>
 #endif
 
-/// The character encoding that the environment names (LC_ALL, LC_CTYPE, LANG), as a locale of its
-/// own (newlocale, POSIX). Neither the host's setlocale nor its uselocale affects it, and the host
-/// sees nothing of it.
+/// The character encoding that the environment names (LC_ALL, LC_CTYPE, LANG), as a separate locale
+/// object (newlocale, POSIX). The host's setlocale and uselocale do not affect it, and it does not
+/// affect the host.
 ///
-/// Only the character type is asked for: an unknown LC_TIME must not cost the encoding.
+/// Only LC_CTYPE is loaded, because an unknown LC_TIME must not prevent the conversion.
 class EnvironmentLocale {
   public:
-    /// Throws CallFailure if the locale could not be made for another reason than that the
-    /// environment names none that exists.
+    /// Throws CallFailure if the locale cannot be created, unless the reason is that the
+    /// environment names one that does not exist.
     EnvironmentLocale();
     ~EnvironmentLocale();
     EnvironmentLocale(const EnvironmentLocale &) = delete;
@@ -25,11 +25,11 @@ class EnvironmentLocale {
         return m_locale != locale_t{};
     }
 
-    /// iconv's name of its character set. Call it only if the locale exists.
+    /// The name of its character set for iconv. REQUIRES: Exists().
     const char *Charset() const;
 
-    /// While it lives, the multibyte functions of this thread use the locale. If it does not exist,
-    /// the thread's current locale stays.
+    /// During its lifetime, the multibyte functions of this thread use the locale; the destructor
+    /// restores the previous one. If the locale does not exist, the thread's current one stays.
     class InUse {
       public:
         explicit InUse(const EnvironmentLocale &locale);

@@ -5,19 +5,20 @@
 
 #if defined(__GLIBC__) && defined(__GLIBCXX__)
 #include <cxxabi.h>
-/// The pseudo exception has no object: a sanitizer would take its handler for a null reference,
-/// here or, were it inlined, in the caller.
+/// The pseudo exception has no object, so a sanitizer would report its handler as binding a null
+/// reference, here or, if inlined, in the caller.
 #define SCALER_ISP_NO_NULL_SANITIZER __attribute__((no_sanitize("null"), noinline))
 #else
 #define SCALER_ISP_NO_NULL_SANITIZER
 #endif
 
-/// Runs the body of a function that other binaries call and turns every exception into a result.
+/// Runs the body of a function that other binaries call. Every exception becomes the result
+/// `fallback`, because none may cross into a binary built with another runtime or language.
 ///
-/// glibc unwinds a thread that ends in pthread_exit or is cancelled with a pseudo exception that
-/// must not be swallowed; it passes through.
+/// glibc unwinds a thread that is cancelled or calls pthread_exit with a pseudo exception. It must
+/// not be swallowed, so it is rethrown.
 template <class Result, class Body>
-SCALER_ISP_NO_NULL_SANITIZER Result CatchAll(Result onThrow, Body &&body) {
+SCALER_ISP_NO_NULL_SANITIZER Result CatchAll(Result fallback, Body &&body) {
     try {
         return std::forward<Body>(body)();
     }
@@ -27,7 +28,7 @@ SCALER_ISP_NO_NULL_SANITIZER Result CatchAll(Result onThrow, Body &&body) {
     }
 #endif
     catch (...) {
-        return onThrow;
+        return fallback;
     }
 }
 

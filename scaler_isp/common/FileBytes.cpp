@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t kBlockBytes = std::size_t{64} * 1024;
 
-/// The size of a regular file; 0 for anything else, since it may have no end.
+/// The size of a regular file; 0 for any other type, which may be endless.
 std::size_t RegularSize(int descriptor) {
     struct stat status {};
     if (::fstat(descriptor, &status) != 0) {
@@ -49,11 +49,13 @@ std::string ReadFileBytes(const std::string &path) {
     const std::size_t size = RegularSize(file.Get());
     std::string bytes;
     std::size_t used = 0;
-    std::size_t block = size != 0 ? size + 1 : kBlockBytes; // one more, to see the end at once
+    std::size_t block =
+        size != 0 ? size + 1 : kBlockBytes; // one more, to detect the end without another read
     while (true) {
         bytes.resize(used + block);
         const std::size_t got = ReadBlock(file.Get(), &bytes[used], block);
-        // A device that sends zeros for ever holds one overlong line, which nobody reads.
+        // An endless device without newlines is one overlong line, at which readers of settings
+        // stop anyway.
         const bool endless = size == 0 && std::memchr(&bytes[used], '\n', got) == nullptr;
         used += got;
         if (got < block || endless) {

@@ -24,7 +24,7 @@ class FileDescriptor {
     int Get() const {
         return m_descriptor;
     }
-    /// RETURNS 0, or errno: what was written may not have arrived.
+    /// RETURNS 0, or errno: written data may have been lost.
     int Close() {
         const int descriptor = m_descriptor;
         m_descriptor = -1;

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// The largest file whose banks an unsigned int counts.
+/// Files below this size have a number of banks that fits into an unsigned int.
 constexpr std::uint64_t kCountableBytes = std::uint64_t{1} << 48U;
 
 unsigned int BanksOf(std::uint64_t bytes) {
@@ -28,14 +28,15 @@ bool FindEndOfFile(const std::string &path, std::int64_t &position) {
         std::printf("File open fail! %s\n", path.c_str());
         return false;
     }
-    // The directory that an empty name leads to has an end position of its own on every file
-    // system, and none on some; -1 counts like any other.
+    // An empty name resolves to a directory, whose end depends on the file system. The seek can
+    // fail with -1, which is not an error here: as 32 bits it is 4 GiB - 1, or 65,536 banks, and
+    // callers see that number.
     position = ::lseek(descriptor, 0, SEEK_END);
     ::close(descriptor);
     return true;
 }
 
-// QUIRK File_of_4_GiB_and_a_byte_is_one_bank: the size is taken as 32 bits.
+// QUIRK File_of_4_GiB_and_a_byte_is_one_bank: the size is truncated to 32 bits.
 unsigned int BanksOfCommandFile(std::int64_t endPosition) {
     return BanksOf(static_cast<std::uint32_t>(endPosition));
 }

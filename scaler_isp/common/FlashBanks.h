@@ -5,7 +5,8 @@
 #include "scaler_isp/common/CCpNxString.h"
 
 /// The number of 64 KiB flash banks that a file occupies, rounded up; an empty file occupies none.
-/// Files of any size are counted, unlike by the function of the same name in CCpIspArgsParse.
+/// Files of any size are counted correctly, unlike by the function of the same name in
+/// CCpIspArgsParse.
 /// PRINTS "File open fail! %s\n" with the path as given if the file cannot be opened.
 /// \param count  UNITS: banks; unchanged on failure.
 /// RETURNS 1 on success, else 0.

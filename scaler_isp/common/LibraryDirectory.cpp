@@ -13,7 +13,7 @@ constexpr std::size_t kImagePathBytes = 260;
 constexpr std::size_t kWideCharsForAByte = 4;
 constexpr const wchar_t *kSettingFileName = L"IspSetting.ini";
 
-/// The path up to and including its last separator.
+/// The path up to and including its last separator. A backslash counts only if there is no slash.
 std::string DirectoryOf(const std::string &path) {
     for (const char separator : {'/', '\\'}) {
         const auto last = path.rfind(separator);
@@ -24,6 +24,8 @@ std::string DirectoryOf(const std::string &path) {
     return "./";
 }
 
+/// The locale's functions first. If they fail, iconv, which reports a lack of memory that they hide
+/// (see WideFromEnvironmentCharset). UTF-8 last.
 CCpNxString ToWide(const std::string &path) {
     CCpNxString wide;
     wide = WideFromEnvironmentText(path.c_str(), kWideCharsForAByte * path.size());
@@ -36,7 +38,7 @@ CCpNxString ToWide(const std::string &path) {
     return wide;
 }
 
-/// The text with everything after its last "/" replaced by "/"; without a "/" it gets one.
+/// Removes everything after the last "/"; appends a "/" if there is none.
 template <class String> String EndingInSlash(String text) {
     text.erase(std::min(text.rfind('/'), text.size()));
     text.push_back('/');
@@ -54,7 +56,8 @@ LibraryDirectory FindDirectoryOf(const void *address) {
     }
     LibraryDirectory directory;
     if (!path.empty()) {
-        // A relative path would mean another directory whenever the working directory changes.
+        // A relative path would refer to another directory after every change of the working
+        // directory.
         directory.strBytes = path.front() == '/' ? EndingInSlash(path) : std::string();
         directory.strName = ToWide(path);
     }

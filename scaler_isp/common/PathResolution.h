@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-/// The path functions as the library itself calls them: as in Paths.h, but what is not an answer
-/// about the path throws (CallFailure, std::bad_alloc).
+/// The path functions that the library itself calls. They behave as those of Paths.h, but throw
+/// (CallFailure, std::bad_alloc) if a failure says nothing about the path.
 
 /// As GetAbsolutePath.
 std::string ResolvePath(const std::string &path);
@@ -17,7 +17,7 @@ std::string ResolveFile(const std::string &file, const std::string &directory);
 bool CanBeOpened(const std::string &path);
 
 /// The names in a directory that end with `ending` and are longer than it, in the order of the
-/// listing. A directory that does not exist or may not be read has none; a listing that breaks off
+/// listing. A directory that does not exist or may not be read has none; an incomplete listing
 /// throws.
 std::vector<std::string> ListNames(const std::string &directory, const std::string &ending);
 

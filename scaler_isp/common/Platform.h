@@ -3,28 +3,28 @@
 
 #include <string>
 
-/// Everything that differs between the systems the library runs on. Nothing else asks where it is.
+/// Everything that differs between the operating systems. No other code tests for the system.
 
-/// Path of the file that holds `address`, as the loader knows it; links are not followed. False
-/// when the address belongs to no loaded file.
+/// Path of the loaded file that contains `address`, as the loader knows it; symbolic links are not
+/// resolved. False if there is no such file.
 bool PlatformImagePath(const void *address, std::string &path);
 
-/// Full path of the running executable; empty when it cannot be found.
+/// Absolute path of the running executable; empty if it cannot be determined.
 std::string PlatformExecutablePath();
 
-/// iconv's name for 32-bit wide characters where "UTF-32LE" cannot be opened; null where there is
-/// none. It may take characters above U+10FFFF, which the caller refuses.
+/// Another iconv name for 32-bit wide characters, for systems that lack "UTF-32LE"; null if there
+/// is none. It may accept characters above U+10FFFF, which the caller must reject.
 const char *PlatformWideCharsetFallback();
 
-/// Whether a path that the environment's locale cannot express is taken as UTF-8.
+/// Whether a path that the environment's locale cannot decode is read as UTF-8.
 bool PlatformPathsFallBackToUtf8();
 
-/// Whether files in a plain ASCII locale are read and written byte for byte (byte n is U+00n).
-/// Where this is false the locale itself does so.
+/// Whether this library must read and write files byte for byte (byte n is U+00n) in a plain ASCII
+/// locale. If false, the locale itself does so.
 bool PlatformAsciiLocaleNeedsByteConversion();
 
-/// Gives an open file the extended attributes and access control list of another one, and no
-/// others. RETURNS 0, or errno.
+/// Replaces the extended attributes and access control list of an open file with those of another.
+/// RETURNS 0, or errno.
 int PlatformCopyAttributes(int from, int to);
 
 #endif

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// The working directory when the library was loaded, in memory that needs no allocation: nothing
+/// The working directory at the time the library was loaded. Needs no allocation, because nothing
 /// may fail while the loader runs this.
 class LoadDirectory {
   public:
@@ -20,7 +20,7 @@ class LoadDirectory {
             m_path[0] = '\0';
         }
     }
-    /// Empty if it could not be found.
+    /// Empty if it could not be determined.
     const char *Path() const {
         return m_path.data();
     }
@@ -29,12 +29,12 @@ class LoadDirectory {
     std::array<char, 4096> m_path{};
 };
 
-// The loader reports a library under the name it was opened by. A relative one is only right in the
-// working directory of that moment, which is the one in which this initialiser runs.
+// The loader reports a library by the name with which it was opened. A relative name is valid only
+// in the working directory of that moment, in which this initialiser runs.
 const LoadDirectory g_loadDirectory;
 
-/// Names of the extended attributes, each ended by a NUL; none if the file system has none. RETURNS
-/// 0, or errno.
+/// Lists the names of the extended attributes, each terminated by a NUL; none if the file system
+/// has none. RETURNS 0, or errno.
 int AttributeNames(int file, std::string &names) {
     const ssize_t size = ::flistxattr(file, nullptr, 0);
     if (size <= 0) {
@@ -70,7 +70,7 @@ int CopyAttribute(int from, int to, const char *name) {
     if (const int error = AttributeValue(from, name, value); error != 0) {
         return error;
     }
-    // What the system has set itself often may not be set.
+    // An attribute that the system has already set often must not be set again.
     if (AttributeValue(to, name, present) == 0 && present == value) {
         return 0;
     }
@@ -93,7 +93,7 @@ bool PlatformImagePath(const void *address, std::string &path) {
     }
     const std::string directory = g_loadDirectory.Path();
     path.insert(0, directory + "/");
-    return !directory.empty(); // else it would be looked for in whatever directory is current now
+    return !directory.empty(); // else the path would depend on the current working directory
 }
 
 std::string PlatformExecutablePath() {
@@ -115,8 +115,8 @@ bool PlatformAsciiLocaleNeedsByteConversion() {
     return true;
 }
 
-// The access control list is one of the extended attributes. A new file may have inherited one from
-// its directory, which the old one lacks.
+// The access control list is one of the extended attributes. The new file may have inherited one
+// from its directory that the old file lacks, so it is removed first.
 int PlatformCopyAttributes(int from, int to) {
     std::string names;
     std::string inherited;

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-/// The fields between any of the delimiters; empty fields are left out. As StringSplit with 0 for
-/// keepEmpty, but a lack of memory throws.
+/// The fields between any of the delimiters, without empty ones. As StringSplit with keepEmpty 0,
+/// but throws if there is no memory.
 std::vector<std::string> SplitText(std::string_view text, std::string_view delimiters);
 
 #endif

@@ -12,8 +12,8 @@
 
 namespace {
 
-constexpr std::size_t kUtf8Bytes = 10240;
-constexpr std::size_t kWideChars = 10240;
+constexpr std::size_t kUtf8Capacity = 10240;
+constexpr std::size_t kWideCapacity = 10240;
 constexpr const char *kUtf8 = "UTF-8";
 constexpr const char *kWide = "UTF-32LE";
 constexpr wchar_t kLastUnicodeCharacter = 0x10FFFF;
@@ -22,7 +22,7 @@ constexpr std::size_t kFailed = static_cast<std::size_t>(-1);
 /// A descriptor that converts between UTF-8 and wide characters.
 class Iconv {
   public:
-    /// Tries the platform's other name for wide characters if "UTF-32LE" is not known there.
+    /// Tries the platform's other name for wide characters if "UTF-32LE" is unknown.
     Iconv(const char *to, const char *from) : m_descriptor(::iconv_open(to, from)) {
         if (!IsOpen() && errno == EINVAL && PlatformWideCharsetFallback() != nullptr) {
             m_isFallback = true;
@@ -41,13 +41,13 @@ class Iconv {
     Iconv(const Iconv &) = delete;
     Iconv &operator=(const Iconv &) = delete;
 
-    /// Whether characters above U+10FFFF, which "UTF-32LE" refuses, must be refused by the caller.
+    /// Whether the caller must reject characters above U+10FFFF itself, as "UTF-32LE" does.
     bool IsFallback() const {
         return m_isFallback;
     }
 
-    /// One call for the complete input. RETURNS the bytes written; `capacity` if the input is
-    /// invalid or the output leaves no space for a terminator.
+    /// Converts the complete input in one call. RETURNS the bytes written; `capacity` if the input
+    /// is invalid, or if the output leaves no space for a terminator.
     std::size_t Convert(const char *input, std::size_t size, char *output,
                         std::size_t capacity) const {
         char *in = const_cast<char *>(input); // iconv only reads it
@@ -79,7 +79,7 @@ bool AllUnicode(const std::wstring &text) {
     return std::all_of(text.begin(), text.end(), IsUnicode);
 }
 
-/// Converted characters as they are, EILSEQ as 0 of them; throws for any other failure.
+/// The result of a conversion function, with EILSEQ as 0 characters; throws for any other failure.
 std::size_t CountOrThrow(std::size_t converted) {
     if (converted != kFailed) {
         return converted;
@@ -91,7 +91,7 @@ std::size_t CountOrThrow(std::size_t converted) {
 }
 
 std::wstring WideFrom(const Iconv &iconv, const std::string &text) {
-    wchar_t buffer[kWideChars]; // NOLINT(*-member-init): filled up to `size`
+    wchar_t buffer[kWideCapacity]; // NOLINT(*-member-init): filled up to `size`
     const std::size_t size =
         iconv.Convert(text.data(), text.size(), reinterpret_cast<char *>(buffer), sizeof buffer);
     if (size == sizeof buffer) {
@@ -108,7 +108,7 @@ std::string Utf8FromWide(const std::wstring &text) {
     if (iconv.IsFallback() && !AllUnicode(text)) {
         return {};
     }
-    char buffer[kUtf8Bytes]; // NOLINT(*-member-init): filled up to `size`
+    char buffer[kUtf8Capacity]; // NOLINT(*-member-init): filled up to `size`
     const std::size_t size = iconv.Convert(reinterpret_cast<const char *>(text.data()),
                                            text.size() * sizeof(wchar_t), buffer, sizeof buffer);
     if (size == sizeof buffer) {
@@ -140,7 +140,7 @@ std::string EnvironmentTextFromWide(const wchar_t *text) {
 std::wstring WideFromEnvironmentText(const char *text, std::size_t capacity) {
     const EnvironmentLocale locale;
     const EnvironmentLocale::InUse use(locale);
-    std::wstring result(capacity + 1, L'\0'); // the limit always equals what was allocated
+    std::wstring result(capacity + 1, L'\0'); // the limit equals the allocated size
     std::mbstate_t state{};
     const char *source = text;
     result.resize(CountOrThrow(std::mbsrtowcs(result.data(), &source, result.size(), &state)));
@@ -158,6 +158,6 @@ std::wstring WideFromEnvironmentCharset(const std::string &text) {
         if (failure.Error() != EINVAL) {
             throw;
         }
-        return {}; // a character set that iconv does not know
+        return {}; // iconv does not know the character set
     }
 }

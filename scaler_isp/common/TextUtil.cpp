@@ -10,10 +10,10 @@
 namespace {
 
 template <class Char> void Trim(std::basic_string<Char> &text) {
-    constexpr Char kBlank = ' ';
-    const auto last = text.find_last_not_of(kBlank);
+    constexpr Char kSpace = ' ';
+    const auto last = text.find_last_not_of(kSpace);
     text.erase(last == std::basic_string<Char>::npos ? 0 : last + 1);
-    text.erase(0, text.find_first_not_of(kBlank));
+    text.erase(0, text.find_first_not_of(kSpace));
 }
 
 std::vector<std::string> Split(std::string_view text, std::string_view delimiters, bool keepEmpty) {

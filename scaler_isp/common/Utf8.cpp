@@ -23,12 +23,12 @@ bool IsUnicode(std::uint32_t code) {
     return code <= 0xD7FF || (code >= 0xE000 && code <= 0x10FFFF);
 }
 
-/// UNITS: bytes of a character.
+/// Length of a character in UTF-8. UNITS: bytes.
 std::size_t SizeOf(std::uint32_t code) {
     return code < 0x80 ? 1 : code < 0x800 ? 2 : code < 0x10000 ? 3 : 4;
 }
 
-/// Decodes the first character. RETURNS its bytes; 0 if they are not UTF-8.
+/// Decodes the first character. RETURNS its length in bytes; 0 if it is not valid UTF-8.
 std::size_t Decode(std::string_view bytes, std::uint32_t &code) {
     code = Byte(bytes.front());
     if (code < 0x80) {
@@ -49,6 +49,7 @@ std::size_t Decode(std::string_view bytes, std::uint32_t &code) {
 
 void Append(std::uint32_t code, std::string &bytes) {
     const std::size_t size = SizeOf(code);
+    // The lead byte has as many high bits set as the character has bytes: 0xC0, 0xE0 or 0xF0.
     const std::uint32_t lead = size == 1 ? 0 : 0xF00U >> size & 0xFF;
     bytes += static_cast<char>(lead | code >> 6 * (size - 1));
     for (std::size_t left = size - 1; left > 0; --left) {
@@ -58,7 +59,7 @@ void Append(std::uint32_t code, std::string &bytes) {
 
 } // namespace
 
-// Whole blocks first: nearly every text is ASCII only, and the library looks at complete files.
+// Tests 64 bytes at a time, because complete files are scanned and nearly all are pure ASCII.
 std::size_t AsciiPrefix(std::string_view bytes) {
     std::array<std::uint64_t, 8> block{};
     std::size_t size = 0;
@@ -96,7 +97,7 @@ bool AppendAsBytes(wchar_t last, std::wstring_view text, std::string &bytes) {
     const std::size_t before = bytes.size();
     bytes.resize(before + text.size());
     char *to = bytes.data() + before;
-    std::uint32_t bits = 0; // a loop without a way out runs on several characters at a time
+    std::uint32_t bits = 0; // no early exit, so that the loop is vectorised
     for (const wchar_t character : text) {
         bits |= Code(character);
         *to++ = static_cast<char>(character);

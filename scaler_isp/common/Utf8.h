@@ -5,12 +5,12 @@
 #include <string>
 #include <string_view>
 
-/// UTF-8 without a locale and without iconv. Only Unicode characters in their shortest form are
-/// UTF-8; surrogates are not characters.
+/// UTF-8 without a locale and without iconv. Overlong forms and surrogates are invalid.
 
 bool IsUtf8(std::string_view bytes);
 
-/// Appends the characters. False if one is not a Unicode character; `bytes` is then unspecified.
+/// Appends the characters. False if one is not a Unicode character; the contents of `bytes` are
+/// then unspecified.
 bool AppendUtf8(std::wstring_view text, std::string &bytes);
 
 /// REQUIRES: IsUtf8(bytes).
@@ -25,8 +25,8 @@ std::size_t AsciiPrefix(std::string_view bytes);
 constexpr wchar_t kLastAscii = 0x7F;
 constexpr wchar_t kLastByte = 0xFF;
 
-/// Appends every character as the byte of its number. False, and the bytes are as they were, if one
-/// is above `last`, which is kLastAscii or kLastByte.
+/// Appends every character as one byte with its value. False, with `bytes` unchanged, if one is
+/// above `last`, which is kLastAscii or kLastByte.
 bool AppendAsBytes(wchar_t last, std::wstring_view text, std::string &bytes);
 
 #endif

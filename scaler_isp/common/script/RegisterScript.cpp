@@ -12,12 +12,12 @@ namespace {
 constexpr int kSuccess = 0;
 constexpr int kNotLoaded = 6;
 
-/// Bytes of an operand, by its letter.
+/// Size of an operand in bytes, by its letter.
 constexpr std::size_t OperandWidth(char letter) {
     return letter == 'd' ? 4 : letter == 'w' || letter == 'L' ? 2 : 1;
 }
 
-/// Bytes of a record behind its opcode, from the letters of its operands.
+/// Size of a record without its opcode, from the letters of its operands.
 constexpr std::size_t OperandBytes(const char *operands) {
     std::size_t bytes = 0;
     bool atLetter = true;
@@ -30,28 +30,28 @@ constexpr std::size_t OperandBytes(const char *operands) {
     return bytes;
 }
 
-/// Where the block length stands in a record.
+/// Byte offset of the block length within a record.
 constexpr std::size_t BlockLengthOffset(const char *operands) {
-    std::size_t place = 1;
+    std::size_t offset = 1;
     bool atLetter = true;
     for (; *operands != '\0'; ++operands) {
         if (atLetter) {
             if (*operands == 'L') {
-                return place;
+                return offset;
             }
-            place += OperandWidth(*operands);
+            offset += OperandWidth(*operands);
         }
         atLetter = *operands == ' ';
     }
     return 0;
 }
 
-std::uint16_t Word(const unsigned char *bytes) {
+std::uint16_t ReadWord(const unsigned char *bytes) {
     return static_cast<std::uint16_t>(bytes[0] << 8 | bytes[1]);
 }
 
-std::uint32_t DoubleWord(const unsigned char *bytes) {
-    return static_cast<std::uint32_t>(Word(bytes)) << 16U | Word(bytes + 2);
+std::uint32_t ReadDoubleWord(const unsigned char *bytes) {
+    return static_cast<std::uint32_t>(ReadWord(bytes)) << 16U | ReadWord(bytes + 2);
 }
 
 void WaitMilliseconds(std::uint16_t milliseconds) {
@@ -61,7 +61,7 @@ void WaitMilliseconds(std::uint16_t milliseconds) {
 int Poll(CNxComm &comm, const unsigned char *record) {
     const unsigned char mask = record[2];
     const unsigned char expected = record[3] & mask;
-    for (std::uint16_t tries = Word(record + 4); tries > 0; --tries) {
+    for (std::uint16_t tries = ReadWord(record + 4); tries > 0; --tries) {
         unsigned char value = 0;
         const unsigned int status = comm.ReadMcuReg(record[1], &value);
         if (status != 0) {
@@ -70,18 +70,18 @@ int Poll(CNxComm &comm, const unsigned char *record) {
         if ((value & mask) == expected) {
             return kSuccess;
         }
-        WaitMilliseconds(Word(record + 6));
+        WaitMilliseconds(ReadWord(record + 6));
     }
     return SCALER_ISP_SCRIPT_POLL_FAILED;
 }
 
-/// What a script delivers, and the block length that it carries from record to record.
+/// The output position of a script, and the block length that persists from record to record.
 struct ScriptState {
     unsigned char *pOut = nullptr;
     unsigned int *pCount = nullptr;
-    std::uint16_t usBlock = 0;
+    std::uint16_t usBlockLength = 0;
 
-    void Deliver(std::uint16_t bytes) {
+    void AdvanceOutput(std::uint16_t bytes) {
         if (pOut != nullptr) {
             pOut += bytes;
         }
@@ -91,13 +91,13 @@ struct ScriptState {
     }
 };
 
-/// Carries out one record and sets its length.
-int RunRecord(unsigned char *record, CNxComm *comm, ScriptState &state, std::size_t &length) {
-#define B(PLACE) record[PLACE]
-#define W(PLACE) Word(record + (PLACE))
-#define D(PLACE) DoubleWord(record + (PLACE))
-#define INC(PLACE) static_cast<STRUCT_ENUM_INC_TYPE>(record[PLACE])
-#define BLOCK state.usBlock
+// The column CALL of script_opcodes.def is C++ text in these names, which only macros can expand.
+// They exist for the switch in RunRecord alone, whose parameters they use.
+#define B(OFFSET) record[OFFSET]
+#define W(OFFSET) ReadWord(record + (OFFSET))
+#define D(OFFSET) ReadDoubleWord(record + (OFFSET))
+#define INC(OFFSET) static_cast<STRUCT_ENUM_INC_TYPE>(record[OFFSET])
+#define BLOCK state.usBlockLength
 #define DATA record + length
 #define OUT state.pOut
 #define SCALER_ISP_NEEDS_COMM                                                                      \
@@ -117,21 +117,21 @@ int RunRecord(unsigned char *record, CNxComm *comm, ScriptState &state, std::siz
     SCALER_ISP_NEEDS_COMM                                                                          \
     const auto status = static_cast<int>(comm->ACTION);                                            \
     if (status == kSuccess) {                                                                      \
-        state.Deliver(1);                                                                          \
+        state.AdvanceOutput(1);                                                                    \
     }                                                                                              \
     return status;
 #define SCALER_ISP_RUN_BLOCK_WRITE(OPERANDS, ACTION)                                               \
-    state.usBlock = W(BlockLengthOffset(OPERANDS));                                                \
+    state.usBlockLength = W(BlockLengthOffset(OPERANDS));                                          \
     SCALER_ISP_NEEDS_COMM                                                                          \
     const auto status = static_cast<int>(comm->ACTION);                                            \
-    length += state.usBlock;                                                                       \
+    length += state.usBlockLength;                                                                 \
     return status;
 #define SCALER_ISP_RUN_BLOCK_READ(OPERANDS, ACTION)                                                \
-    state.usBlock = W(BlockLengthOffset(OPERANDS));                                                \
+    state.usBlockLength = W(BlockLengthOffset(OPERANDS));                                          \
     SCALER_ISP_NEEDS_COMM                                                                          \
     const auto status = static_cast<int>(comm->ACTION);                                            \
     if (status == kSuccess) {                                                                      \
-        state.Deliver(state.usBlock);                                                              \
+        state.AdvanceOutput(state.usBlockLength);                                                  \
     }                                                                                              \
     return status;
 #define SCALER_ISP_RUN_POLL(OPERANDS, ACTION)                                                      \
@@ -139,7 +139,7 @@ int RunRecord(unsigned char *record, CNxComm *comm, ScriptState &state, std::siz
     return Poll(*comm, record);
 #define SCALER_ISP_RUN_CALL_AND_SKIP(OPERANDS, ACTION)                                             \
     SCALER_ISP_NEEDS_COMM                                                                          \
-    length += state.usBlock;                                                                       \
+    length += state.usBlockLength;                                                                 \
     return static_cast<int>(comm->ACTION);
 #define SCALER_ISP_RUN_UNSUPPORTED(OPERANDS, ACTION) return SCALER_ISP_SCRIPT_UNSUPPORTED;
 #define SCALER_ISP_OPCODE(CODE, NAME, KIND, OPERANDS, ACTION)                                      \
@@ -148,11 +148,16 @@ int RunRecord(unsigned char *record, CNxComm *comm, ScriptState &state, std::siz
         length = kLength;                                                                          \
         SCALER_ISP_RUN_##KIND(OPERANDS, ACTION)                                                    \
     }
+
+/// Runs one record and sets its length.
+int RunRecord(unsigned char *record, CNxComm *comm, ScriptState &state, std::size_t &length) {
     switch (record[0]) {
 #include "scaler_isp/common/script/script_opcodes.def"
     default:
         return SCALER_ISP_SCRIPT_UNKNOWN_OPCODE;
     }
+}
+
 #undef B
 #undef W
 #undef D
@@ -160,7 +165,6 @@ int RunRecord(unsigned char *record, CNxComm *comm, ScriptState &state, std::siz
 #undef BLOCK
 #undef DATA
 #undef OUT
-}
 
 } // namespace
 
@@ -171,13 +175,13 @@ int RunCommand(unsigned char *script, unsigned int length, CNxComm *comm, unsign
     }
     return CatchAll(kNotLoaded, [&] {
         ScriptState state{out, count};
-        for (std::size_t place = 0; place < length;) {
+        for (std::size_t offset = 0; offset < length;) {
             std::size_t recordLength = 0;
-            const int result = RunRecord(script + place, comm, state, recordLength);
+            const int result = RunRecord(script + offset, comm, state, recordLength);
             if (result != kSuccess) {
                 return result;
             }
-            place += recordLength;
+            offset += recordLength;
         }
         return kSuccess;
     });
