@@ -10,10 +10,12 @@
 namespace {
 
 constexpr char kQuote = '"';
+// Two quotes can serve as the placeholder: a line with an empty quoted part has been rejected by
+// then (except one that begins with a quote, see the quirk).
 constexpr const char *kPlaceholder = "\"\"";
 constexpr std::size_t kPlaceholderLength = 2;
 
-/// Collects the quoted parts of a line, quotes included. False for an empty pair.
+/// Collects the quoted parts of a line, quotes included. False if one is empty.
 bool CollectSegments(const std::string &line, std::size_t quotes,
                      std::vector<std::string> &segments) {
     std::string::size_type found = 0;
@@ -34,7 +36,8 @@ bool CollectSegments(const std::string &line, std::size_t quotes,
     return true;
 }
 
-/// A segment without its quotes; one of a single character has nothing between them.
+/// A segment without its quotes. After a line that begins with a quote, a segment may be a single
+/// character.
 std::string Inner(const std::string &segment) {
     return segment.size() < 2 ? std::string() : segment.substr(1, segment.size() - 2);
 }

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-/// As ParseCommandLineParameter, but a lack of memory throws.
+/// As ParseCommandLineParameter, but throws if there is no memory.
 bool SplitCommandLine(const std::string &commandLine, std::vector<std::string> &tokens);
 
 #endif

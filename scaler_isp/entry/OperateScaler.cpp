@@ -21,13 +21,14 @@ namespace {
 using Command = STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING;
 using SignArgs = STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS;
 
+// Out of memory is reported as 0, success: hosts have always received 0 if no parser exists.
 constexpr int kParserAllocationFailed = 0;
 
-/// The parser that a line with bad quotes, or without memory for its words, has left over. The
-/// global still points to it; the next call replaces it, and unloading the library frees it.
+/// The parser of a line with invalid quotes, or without memory for its arguments. The global still
+/// points to it, so it must live until the next call replaces it or the library is unloaded.
 std::unique_ptr<CCpIspArgsParse> g_parserOfRejectedLine;
 
-/// The parser of one call; the global points to it meanwhile.
+/// Owns the parser of one call; the global points to it for the duration of the call.
 class CurrentParser {
   public:
     explicit CurrentParser(std::unique_ptr<CCpIspArgsParse> parser) : m_parser(std::move(parser)) {
@@ -54,8 +55,10 @@ class CurrentParser {
     std::unique_ptr<CCpIspArgsParse> m_parser;
 };
 
-/// Copies both validated records to the heap and runs them.
-int Run(const CCpIspArgsParse &parser, const LibraryDirectory &directory, void *device) {
+/// Runs copies, because the plug-in gets a non-const pointer and must not reach the parser's
+/// record. The getters return by value straight into the new objects, so 546 KB never touch the
+/// stack.
+int RunOnCopies(const CCpIspArgsParse &parser, const LibraryDirectory &directory, void *device) {
     const std::unique_ptr<Command> setting(new (std::nothrow) Command(parser.GetISPCmdSetting()));
     const std::unique_ptr<SignArgs> signArgs(new (std::nothrow)
                                                  SignArgs(parser.GetDigitalSignArgs()));
@@ -73,7 +76,7 @@ int ParseAndRun(CurrentParser &parser, const std::string &line, const LibraryDir
         parser.KeepAfterRejection();
         return SCALER_ISP_REFUSED;
     }
-    // Value-initialised, so that a null ends the words.
+    // Value-initialised, so that a null ends the arguments.
     const std::unique_ptr<const char *[]> argv(new (std::nothrow)
                                                    const char *[tokens.size() + 1]());
     if (argv == nullptr) {
@@ -82,17 +85,18 @@ int ParseAndRun(CurrentParser &parser, const std::string &line, const LibraryDir
     }
     std::transform(tokens.begin(), tokens.end(), argv.get(),
                    [](const std::string &token) { return token.c_str(); });
+    // Only now: after a line that cannot be split, the globals keep the callbacks of the previous
+    // call.
     g_funcReturnProg = progress;
     g_funcShowMsg = message;
     if (!(*parser).Parse(static_cast<int>(tokens.size()), argv.get(), directory)) {
         return SCALER_ISP_REFUSED;
     }
-    // QUIRK Device_handle_is_discarded: whatever the host passes, the plug-in works without a
-    // handle.
-    return Run(*parser, directory, nullptr);
+    // QUIRK Device_handle_is_discarded: whatever the host passes, the plug-in receives no handle.
+    return RunOnCopies(*parser, directory, nullptr);
 }
 
-/// The one body of both entry points.
+/// The common implementation of both entry points.
 int RunCommandLine(const wchar_t *commandLine, ScalerIspProgressCallback progress,
                    ScalerIspMessageCallback message) {
     CCpNxString wide(commandLine);
@@ -103,13 +107,13 @@ int RunCommandLine(const wchar_t *commandLine, ScalerIspProgressCallback progres
     const LibraryDirectory directory = FindLibraryDirectory();
     g_cpStrCurDir = directory.strName;
     g_cpStrSettingFilePath = DefaultSettingFile(directory);
-    std::unique_ptr<CCpIspArgsParse> fresh = CatchAll(std::unique_ptr<CCpIspArgsParse>(), [] {
+    std::unique_ptr<CCpIspArgsParse> newParser = CatchAll(std::unique_ptr<CCpIspArgsParse>(), [] {
         return std::unique_ptr<CCpIspArgsParse>(new (std::nothrow) CCpIspArgsParse);
     });
-    if (fresh == nullptr) {
+    if (newParser == nullptr) {
         return kParserAllocationFailed;
     }
-    CurrentParser parser(std::move(fresh));
+    CurrentParser parser(std::move(newParser));
     return ParseAndRun(parser, line, directory, progress, message);
 }
 
@@ -117,8 +121,8 @@ int RunCommandLineNoThrow(const wchar_t *commandLine, ScalerIspProgressCallback 
                           ScalerIspMessageCallback message) {
     const int result = CatchAll(static_cast<int>(SCALER_ISP_REFUSED),
                                 [&] { return RunCommandLine(commandLine, progress, message); });
-    // What the host prints next, on whatever stream, follows what was printed here. A failed flush
-    // says nothing about the device.
+    // So that the host's next output, on whatever stream, follows ours. A failed flush is ignored,
+    // because it says nothing about the device.
     std::fflush(stdout);
     return result;
 }

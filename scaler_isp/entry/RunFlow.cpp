@@ -26,8 +26,7 @@ using Command = STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING;
 using SignArgs = STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS;
 
 constexpr unsigned int kBootEntry = 0;
-// The plug-in knows no size for the key; space after the promised bytes keeps a longer one
-// harmless.
+// The plug-in is not told the size of the buffer; the spare bytes make a longer key harmless.
 constexpr std::size_t kKeyBufferBytes = 4096;
 static_assert(kKeyBufferBytes > SCALER_ISP_FLASH_KEY_BYTES);
 
@@ -51,7 +50,7 @@ int CallSignVerify(int (CCpSignVerify::*wrapper)(const SignArgs *), CCpSignVerif
     return (plugin.*wrapper)(args);
 }
 
-/// Without a key from the flash.
+/// Passes no key from the flash.
 int CallSignVerify(int (CCpSignVerify::*wrapper)(const SignArgs *, char *), CCpSignVerify &plugin,
                    SignArgs *args) {
     return (plugin.*wrapper)(args, nullptr);
@@ -61,16 +60,16 @@ template <auto Wrapper> int CallSignVerify(CCpSignVerify &plugin, SignArgs *args
     return CallSignVerify(Wrapper, plugin, args);
 }
 
-/// What runs an action: one call of one of the plug-ins, or neither.
+/// The function that runs an action, of one plug-in or the other; both null for none.
 struct ActionCall {
     ENUM_CP_ISPTOOL_ACTION_TYPE enumAction = ENUM_ACTION_NONE;
     int (*pfnIsp)(CCpIsp &, Command *) = nullptr;
     int (*pfnSignVerify)(CCpSignVerify &, SignArgs *) = nullptr;
 };
 
-// The column CALL of actions.def. Six actions (srstatus to writesafeguard) have no plug-in function
-// and hosts expect success from them: NO_CALL is not an error. The functions of NEVER_RESOLVED are
-// called all the same; their wrappers return 6, because no load ever looks them up.
+// The column CALL of actions.def. NO_CALL is not an error: six actions (srstatus to writesafeguard)
+// have no plug-in function, and hosts expect success from them. NEVER_RESOLVED calls the wrapper,
+// which returns 6 because the function is never looked up.
 #define CALL(FUNCTION) CallIsp<&CCpIsp::FUNCTION>, nullptr
 #define NEVER_RESOLVED(FUNCTION) CallIsp<&CCpIsp::FUNCTION>, nullptr
 #define MERGE_INFO CallMergeFwInfo, nullptr
@@ -87,22 +86,23 @@ constexpr ActionCall kActionCalls[] = {
 #undef SIGN_VERIFY
 #undef NO_CALL
 
-/// The call of an action; neither plug-in for one without a row.
+/// The call of an action. Hosts may store any number in a record; one without a row calls neither
+/// plug-in.
 ActionCall CallOfAction(ENUM_CP_ISPTOOL_ACTION_TYPE action) {
     const auto *call = std::find_if(std::begin(kActionCalls), std::end(kActionCalls),
                                     [=](const ActionCall &c) { return c.enumAction == action; });
     return call != std::end(kActionCalls) ? *call : ActionCall();
 }
 
-/// What the plug-ins are called, below the library's directory.
+/// The plug-ins' paths relative to the library's directory.
 struct PluginNames {
     const wchar_t *pszIspPath;
     const wchar_t *pszSignVerifyName;
 };
 
-/// One run: the records it works on and the plug-ins it has loaded. Every step returns a result
-/// code; anything but success ends the run. A step of its own that the system fails has the code
-/// that the step has anyway, so that only what plug-ins and callbacks throw leaves a run.
+/// One run: its records and the plug-ins it has loaded. Every step returns a result code; anything
+/// but success ends the run. If the system fails in a step, the step catches the exception and
+/// returns its own code, so that only exceptions of plug-ins and callbacks leave a run.
 class Run {
   public:
     Run(Command &setting, SignArgs &signArgs, const LibraryDirectory &directory,
@@ -112,12 +112,12 @@ class Run {
 
     int Execute() {
         const ActionCall call = CallOfAction(m_setting.enumActionType);
-        return call.pfnSignVerify != nullptr ? SignOrVerify(call) : Operate(call);
+        return call.pfnSignVerify != nullptr ? SignOrVerify(call) : RunIspAction(call);
     }
 
   private:
-    /// The path of a plug-in; empty, which never loads, if the library's own directory is unknown:
-    /// the plug-ins of whatever directory is current are not ours.
+    /// The path of a plug-in. If the library's directory is unknown it is empty, which never loads:
+    /// a relative path would load a foreign plug-in from the working directory.
     std::string PluginPath(const wchar_t *name) const {
         return m_directory.IsKnown() ? m_directory.strBytes + EnvironmentTextFromWide(name)
                                      : std::string();
@@ -139,7 +139,7 @@ class Run {
                                             : call.pfnSignVerify(m_signVerify, &m_signArgs);
     }
 
-    int Operate(const ActionCall &call) {
+    int RunIspAction(const ActionCall &call) {
         if (!LoadIsp()) {
             return SCALER_ISP_PLUGIN_NOT_LOADED;
         }
@@ -150,7 +150,7 @@ class Run {
             result = ProgramBootFirmware();
         }
         if (result != SCALER_ISP_SUCCESS) {
-            return result; // the plug-in stays loaded
+            return result; // the plug-in stays loaded, see the quirk in the header
         }
         if (call.pfnIsp != nullptr) {
             result = call.pfnIsp(m_isp, &m_setting);
@@ -190,7 +190,8 @@ class Run {
                    : m_signVerify.VerifySignature(&m_signArgs, reinterpret_cast<char *>(key.get()));
     }
 
-    /// In factory mode with new boot code the boot firmware goes to bank 0 first.
+    /// In factory mode with new boot code, the boot firmware is programmed first, starting at bank
+    /// 0.
     int ProgramBootFirmware() {
         if (m_setting.enumBootCodeType != SCALER_ISP_NEW_BOOT_CODE ||
             m_setting.enumIspMode != SCALER_ISP_MODE_FACTORY || m_setting.szBootFwPath[0] == '\0') {
@@ -211,7 +212,7 @@ class Run {
     }
 
     // QUIRK Missing_boot_file_reaches_the_plugin_as_an_empty_map: a boot firmware that cannot be
-    // read is reported, and the plug-in is called with no banks.
+    // read is reported, and the plug-in is called with an empty bank map.
     int MapBootFirmware(Command &boot) const {
         FwBankMap files;
         FwBankMap bankMap;
@@ -223,8 +224,8 @@ class Run {
                                                                    : SCALER_ISP_BOOT_MAP_TOO_LARGE;
     }
 
-    /// A device behind a hub has another handle after the chip was touched. With OperateScaler
-    /// there is neither a handle nor a callback, so nothing happens.
+    /// A device behind a hub gets another handle when the chip has been accessed. Does nothing with
+    /// OperateScaler, which passes no handle.
     int RefreshHubDevice() {
         if (m_setting.enumCommID != COMM_ID_HUB || g_funcNxGetHubDev == nullptr ||
             m_device == nullptr) {
@@ -255,7 +256,8 @@ int Execute(Command *setting, SignArgs *signArgs, const LibraryDirectory &direct
     return Run(*setting, *signArgs, directory, plugins, device).Execute();
 }
 
-/// Unknown if it cannot be found, whatever the reason.
+/// Unknown if the search fails for any reason, so that the run ends with the code of a plug-in that
+/// cannot be loaded.
 LibraryDirectory DirectoryOrUnknown() {
     return CatchAll(LibraryDirectory(), [] { return FindLibraryDirectory(); });
 }
@@ -279,7 +281,8 @@ int RunAndReport(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting,
                  void *device) {
     const int result =
         Execute(setting, signArgs, directory, {STR_ISP_DLL_PATH, STR_SIGN_VERIFY_DLL}, device);
-    // QUIRK Colour_is_reset_behind_the_line_end: the reset follows the line feed.
+    // QUIRK Colour_is_reset_behind_the_line_end: the escape sequence that resets the colour follows
+    // the newline.
     if (result != SCALER_ISP_SUCCESS) {
         std::printf("\x1b[31mFail! Error Code: 0x%X\n\x1b[m", static_cast<unsigned>(result));
     } else if (setting->enumActionType != ENUM_ACTION_USERDEFINEDINFO) {
