@@ -23,7 +23,7 @@ void CCpIsp::Init() {
 
 int CCpIsp::LoadIspDllFile(wchar_t *path) {
     return CatchAll(0, [&] {
-        FreeIspDllFile(); // also if the path cannot be converted
+        FreeIspDllFile(); // here as well, because converting the path may throw
         return Load(EnvironmentTextFromWide(path != nullptr ? path : L"")) ? 1 : 0;
     });
 }

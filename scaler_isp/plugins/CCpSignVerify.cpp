@@ -21,7 +21,7 @@ void CCpSignVerify::Init() {
 
 int CCpSignVerify::LoadSignVerfiyDllFile(wchar_t *path) {
     return CatchAll(0, [&] {
-        FreeSignVerfiyDllFile(); // also if the path cannot be converted
+        FreeSignVerfiyDllFile(); // here as well, because converting the path may throw
         return Load(EnvironmentTextFromWide(path != nullptr ? path : L"")) ? 1 : 0;
     });
 }

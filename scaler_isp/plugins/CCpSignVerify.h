@@ -7,8 +7,8 @@
 #include "scaler_isp/abi/Export.h"
 #include "scaler_isp/common/CCpNxString.h"
 
-/// Owns the handle of the sign/verify plug-in and turns its answers into result codes:
-/// 0 success, 0x4002 not signed, 0x4003 signature not good, 0x4004 not loaded.
+/// Owns the handle of the sign/verify plug-in and maps its return values to result codes: 0
+/// success, 0x4002 not signed, 0x4003 signature invalid, 0x4004 not loaded.
 class SCALER_ISP_API CCpSignVerify {
   public:
     CCpSignVerify();
@@ -16,18 +16,18 @@ class SCALER_ISP_API CCpSignVerify {
     CCpSignVerify(const CCpSignVerify &) = delete;
     CCpSignVerify &operator=(const CCpSignVerify &) = delete;
 
-    /// Forgets the handle and both functions without closing anything.
+    /// Resets the handle and both function pointers to null without closing anything.
     void Init();
 
-    /// Frees a plug-in loaded before, then opens the one at `path`; both functions are required.
-    /// PRINTS "dlopen - %s\n" or "dlsym - %s\n" with the loader's text on failure.
-    /// RETURNS 1 when loaded, else 0 and nothing stays open.
+    /// Frees the current plug-in, then opens the one at `path`; both functions are required.
+    /// PRINTS "dlopen - %s\n" or "dlsym - %s\n" with the loader's message on failure.
+    /// RETURNS 1 if loaded; otherwise 0, and nothing stays open.
     int LoadSignVerfiyDllFile(wchar_t *path);
 
-    /// The same for a path as the system knows it; for the library itself.
+    /// The same with a path in the system's form, for the library itself.
     SCALER_ISP_INTERNAL bool Load(const std::string &path);
 
-    /// Closes the plug-in and forgets its functions; does nothing when none is loaded.
+    /// Closes the plug-in and resets its function pointers; does nothing if none is loaded.
     void FreeSignVerfiyDllFile();
 
     int SignFw(const STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *args);
@@ -41,8 +41,8 @@ class SCALER_ISP_API CCpSignVerify {
     int (*m_pfnVerifySignatureExport)(const STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *, char *);
 };
 
-/// Loads the plug-in at a full path. RETURNS 0, or 0x4004 where it cannot be loaded.
-/// \param directory  accepted and not used.
+/// Loads the plug-in at `path`, an absolute path. RETURNS 0, or 0x4004 if it cannot be loaded.
+/// \param directory  accepted but not used.
 SCALER_ISP_API int LoadSignVerfiyDll(CCpSignVerify &signVerify, CCpNxString directory,
                                      CCpNxString &path);
 

@@ -37,7 +37,7 @@ int CNxComm::LoadCommDllFile(wchar_t *path) {
             return 0;
         }
         m_hCommDll = handle;
-        // What must be there first: where it is missing, nothing is asked for what may be.
+        // Required symbols first: if one is missing, no optional one is looked up.
         const SymbolRequest rows[] = {
 #define SCALER_ISP_REQUIRED_ROW(METHOD, SYMBOL) {#SYMBOL, &m_pfn##METHOD, true},
 #define SCALER_ISP_REQUIRED_TWICE_ROW(METHOD, SYMBOL)                                              \

@@ -19,7 +19,7 @@ namespace {
 constexpr int kLoaded = 1;
 constexpr int kNotOpened = 5;
 
-/// A looked-up pointer, and what a load does when its required symbol is missing.
+/// A pointer to look up, and what a load prints and returns if its required symbol is missing.
 struct DeviceRow {
     SymbolRequest stSymbol;
     const char *pszPointer;

@@ -6,8 +6,8 @@
 
 namespace {
 
-// The loader forgets the text when it is fetched, so that is done only once.
-const char *LoaderText() {
+// dlerror() discards its message when it returns it, so it is called only once per failure.
+const char *LoaderError() {
     const char *text = ::dlerror();
     return text != nullptr ? text : "";
 }
@@ -19,9 +19,11 @@ void *OpenSharedLibrary(const std::string &path, const char *&error) {
         error = "the path is unknown, empty or cannot be expressed in the environment's encoding";
         return nullptr;
     }
+    // RTLD_NOW: an unresolved symbol must fail the load, before a device is accessed, and not crash
+    // in the middle of programming.
     void *handle = ::dlopen(path.c_str(), RTLD_NOW);
     if (handle == nullptr) {
-        error = LoaderText();
+        error = LoaderError();
     }
     return handle;
 }
@@ -38,11 +40,13 @@ void *OpenLibraryOrReport(const std::string &path) {
 const SymbolRequest *ResolveSymbols(void *handle, std::span<const SymbolRequest> rows,
                                     const char *&error) {
     for (const SymbolRequest &row : rows) {
-        ::dlerror(); // forgets an older failure
+        ::dlerror(); // discards the message of an earlier failure
         void *symbol = ::dlsym(handle, row.pszName);
+        // memcpy, because pSlot points to function pointers of many types, and a cast from void *
+        // is only conditionally supported.
         std::memcpy(row.pSlot, &symbol, sizeof symbol);
         if (symbol == nullptr && row.bRequired) {
-            error = LoaderText();
+            error = LoaderError();
             return &row;
         }
     }

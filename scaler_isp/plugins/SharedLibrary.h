@@ -4,9 +4,9 @@
 #include <span>
 #include <string>
 
-/// The one way to open a library and look functions up (dlopen, dlsym; POSIX). Each binding keeps
-/// its own messages, order and codes. Nothing here needs memory, so a load that fails can always
-/// close what it opened.
+/// The only code that opens libraries and looks up functions (dlopen, dlsym; POSIX). Each binding
+/// has its own messages, order and codes. Nothing here allocates memory, so a load that fails can
+/// always close what it has opened.
 
 /// One function to look up.
 struct SymbolRequest {
@@ -16,8 +16,9 @@ struct SymbolRequest {
 };
 
 /// Opens a library with immediate binding.
-/// \param path   narrow; an empty one is a failure (the loader would open the main program).
-/// \param error  receives the loader's own words; they live until its next call.
+/// \param path   in the system's form; an empty one is a failure, because dlopen would open the
+///               main program.
+/// \param error  receives the dlerror() message, valid until the next dl* call.
 /// RETURNS the handle, or null.
 void *OpenSharedLibrary(const std::string &path, const char *&error);
 
@@ -25,10 +26,10 @@ void *OpenSharedLibrary(const std::string &path, const char *&error);
 /// "Failed to open libaray %s error:%s\n" to standard error on failure.
 void *OpenLibraryOrReport(const std::string &path);
 
-/// Fills the rows in order, a missing optional symbol with null.
-/// \param error  receives the loader's own words about a required symbol that is missing; they live
-///               until its next call.
-/// RETURNS the row of that symbol, or null when all went well.
+/// Fills the rows in order; a missing optional symbol gives null.
+/// \param error  receives the dlerror() message for a missing required symbol, valid until the next
+///               dl* call.
+/// RETURNS the row of that symbol, or null on success.
 const SymbolRequest *ResolveSymbols(void *handle, std::span<const SymbolRequest> rows,
                                     const char *&error);
 
