@@ -16,7 +16,8 @@ namespace {
 
 constexpr std::size_t kFailed = static_cast<std::size_t>(-1);
 
-/// The first character in the current locale. RETURNS the bytes it takes; 0 if there is none.
+/// Decodes the first character in the current locale. RETURNS its number of bytes; 0 if there is
+/// none.
 std::size_t ReadCharacter(std::string_view bytes, std::mbstate_t &state, wchar_t &character) {
     const std::size_t used = std::mbrtowc(&character, bytes.data(), bytes.size(), &state);
     if (used == kFailed && errno != EILSEQ) {
@@ -25,10 +26,10 @@ std::size_t ReadCharacter(std::string_view bytes, std::mbstate_t &state, wchar_t
     if (used > bytes.size()) {
         return 0;
     }
-    return used == 0 ? 1 : used; // 0 is a NUL
+    return used == 0 ? 1 : used; // mbrtowc returns 0 for a NUL
 }
 
-/// Appends a character in the current locale's encoding. False if it cannot be expressed.
+/// Appends a character in the current locale's encoding. False if the encoding cannot express it.
 bool WriteCharacter(wchar_t character, std::mbstate_t &state, std::string &bytes) {
     std::array<char, MB_LEN_MAX> buffer{};
     const std::size_t size = std::wcrtomb(buffer.data(), character, &state);
@@ -42,7 +43,7 @@ bool WriteCharacter(wchar_t character, std::mbstate_t &state, std::string &bytes
     return true;
 }
 
-/// One byte as a character of its own in the current locale; false if it is none.
+/// Decodes a single byte in the current locale; false if it is not a complete character.
 bool ByteToCharacter(int value, wchar_t &character) {
     const char byte = static_cast<char>(value);
     std::mbstate_t state{};
@@ -55,7 +56,7 @@ bool WritesAs(wchar_t character, std::string_view expected) {
     return WriteCharacter(character, state, bytes) && bytes == expected;
 }
 
-bool IsAsciiCompatible() {
+bool LocaleIsAsciiCompatible() {
     for (int byte = 1; byte <= kLastAscii; ++byte) {
         wchar_t character = L'\0';
         if (!ByteToCharacter(byte, character) || character != byte) {
@@ -65,8 +66,10 @@ bool IsAsciiCompatible() {
     return true;
 }
 
-/// Whether the current locale has no more characters than bytes, and both have the same numbers.
-bool DecodesByteForByte() {
+/// Whether the current locale has only the characters U+0001 to U+00FF. Plain C locales differ:
+/// bytes 128 to 255 decode to themselves (macOS) or not at all (glibc). Both are read byte for
+/// byte; a locale that can encode U+0100 has a real character set.
+bool LocaleDecodesByteForByte() {
     std::mbstate_t state{};
     std::string unused;
     if (MB_CUR_MAX != 1 || WriteCharacter(kLastByte + 1, state, unused)) {
@@ -93,11 +96,11 @@ TextFileEncoding::TextFileEncoding(Charset charset) {
     }
 }
 
-// The locale is asked what it does with characters, never for its name: names differ by system.
+// Tests what the locale does with characters, because names of locales differ between systems.
 TextFileEncoding::Kind TextFileEncoding::DetectKind() {
     const EnvironmentLocale::InUse use(*m_locale);
-    m_ascii = IsAsciiCompatible();
-    if (!m_ascii) {
+    m_isAsciiCompatible = LocaleIsAsciiCompatible();
+    if (!m_isAsciiCompatible) {
         return Kind::Other;
     }
     const bool utf8 = WritesAs(0xE9, "\xC3\xA9") && WritesAs(0x20AC, "\xE2\x82\xAC") &&
@@ -105,7 +108,7 @@ TextFileEncoding::Kind TextFileEncoding::DetectKind() {
     if (utf8) {
         return Kind::Utf8;
     }
-    return DecodesByteForByte() ? Kind::Bytes : Kind::Other;
+    return LocaleDecodesByteForByte() ? Kind::Bytes : Kind::Other;
 }
 
 std::string TextFileEncoding::Decode(std::string bytes) {
@@ -115,13 +118,13 @@ std::string TextFileEncoding::Decode(std::string bytes) {
     case Kind::Bytes:
         return bytes;
     case Kind::Utf8:
-        m_fileIsBytes = !IsUtf8(bytes);
+        m_fileIsByteForByte = !IsUtf8(bytes);
         return bytes;
     case Kind::Other:
-        m_fileIsBytes = !ReadNative(bytes, wide) || !AppendUtf8(wide, text);
+        m_fileIsByteForByte = !DecodeNative(bytes, wide) || !AppendUtf8(wide, text);
         break;
     }
-    return m_fileIsBytes ? bytes : text;
+    return m_fileIsByteForByte ? bytes : text;
 }
 
 bool TextFileEncoding::Encode(std::string text, std::string &bytes) const {
@@ -130,16 +133,16 @@ bool TextFileEncoding::Encode(std::string text, std::string &bytes) const {
         return true;
     }
     bytes.clear();
-    return WriteNative(WideFromValidUtf8(text), bytes);
+    return EncodeNative(WideFromValidUtf8(text), bytes);
 }
 
 bool TextFileEncoding::ToText(std::wstring_view wide, std::string &text) const {
     text.clear();
-    return m_fileIsBytes ? AppendAsBytes(kLastByte, wide, text) : AppendUtf8(wide, text);
+    return m_fileIsByteForByte ? AppendAsBytes(kLastByte, wide, text) : AppendUtf8(wide, text);
 }
 
 std::wstring TextFileEncoding::FromText(std::string_view text) const {
-    if (!m_fileIsBytes) {
+    if (!m_fileIsByteForByte) {
         return WideFromValidUtf8(text);
     }
     std::wstring wide(text.size(), L'\0');
@@ -150,7 +153,7 @@ std::wstring TextFileEncoding::FromText(std::string_view text) const {
 }
 
 std::size_t TextFileEncoding::CountCharacters(std::string_view text) const {
-    return m_fileIsBytes ? text.size() : CountUtf8Characters(text);
+    return m_fileIsByteForByte ? text.size() : CountUtf8Characters(text);
 }
 
 bool TextFileEncoding::CanEncode(const std::string &text) const {
@@ -158,27 +161,28 @@ bool TextFileEncoding::CanEncode(const std::string &text) const {
     return !IsConverted() || Encode(text, bytes);
 }
 
-bool TextFileEncoding::IsKept(std::string_view text) const {
+bool TextFileEncoding::RoundTrips(std::string_view text) const {
     if (!IsConverted()) {
         return true;
     }
     const std::wstring wide = WideFromValidUtf8(text);
     std::string bytes;
     std::wstring again;
-    return WriteNative(wide, bytes) && ReadNative(bytes, again) && again == wide;
+    return EncodeNative(wide, bytes) && DecodeNative(bytes, again) && again == wide;
 }
 
-bool TextFileEncoding::IsReadable(std::string_view bytes) const {
+bool TextFileEncoding::CanDecode(std::string_view bytes) const {
     std::wstring wide;
     return m_kind == Kind::Bytes || (m_kind == Kind::Utf8 && IsUtf8(bytes)) ||
-           (m_kind == Kind::Other && ReadNative(bytes, wide));
+           (m_kind == Kind::Other && DecodeNative(bytes, wide));
 }
 
-bool TextFileEncoding::ReadNative(std::string_view bytes, std::wstring &wide) const {
+bool TextFileEncoding::DecodeNative(std::string_view bytes, std::wstring &wide) const {
     const EnvironmentLocale::InUse use(*m_locale);
     std::mbstate_t state{};
     while (!bytes.empty()) {
-        std::size_t used = m_ascii && std::mbsinit(&state) != 0 ? AsciiPrefix(bytes) : 0;
+        std::size_t used =
+            m_isAsciiCompatible && std::mbsinit(&state) != 0 ? AsciiPrefix(bytes) : 0;
         if (used != 0) {
             wide.append(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(used));
         } else {
@@ -194,11 +198,11 @@ bool TextFileEncoding::ReadNative(std::string_view bytes, std::wstring &wide) co
     return std::mbsinit(&state) != 0;
 }
 
-bool TextFileEncoding::WriteNative(std::wstring_view wide, std::string &bytes) const {
+bool TextFileEncoding::EncodeNative(std::wstring_view wide, std::string &bytes) const {
     const EnvironmentLocale::InUse use(*m_locale);
     std::mbstate_t state{};
     for (const wchar_t character : wide) {
-        if (m_ascii && character <= kLastAscii && std::mbsinit(&state) != 0) {
+        if (m_isAsciiCompatible && character <= kLastAscii && std::mbsinit(&state) != 0) {
             bytes += static_cast<char>(character);
         } else if (!WriteCharacter(character, state, bytes)) {
             return false;

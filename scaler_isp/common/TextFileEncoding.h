@@ -8,15 +8,16 @@
 
 #include "scaler_isp/common/EnvironmentLocale.h"
 
-/// Converts a text file to one form of text and back, so that its lines can be compared and edited
-/// as `char` whatever the encoding is. Equal bytes of a text are equal characters.
+/// Decodes a text file to one common form and encodes it again, so that its lines can be compared
+/// and edited as `char` whatever the file's encoding is. In that form equal bytes are equal
+/// characters.
 ///
-/// A text is UTF-8, or one byte per character (byte n is U+00n). It is one byte per character if
-/// the encoding is a plain ASCII one or none at all, and for every file that the encoding cannot
-/// read as a whole: so a rewrite never loses what it could not read. The other members refer to the
-/// file that was decoded last.
+/// The form is UTF-8, or one byte per character (byte n is U+00n). It is one byte per character if
+/// the encoding is plain ASCII or none at all, and for every file that the encoding cannot decode
+/// completely, so that rewriting a file never loses what cannot be decoded. Decode detects the form
+/// that the other members then use.
 ///
-/// All members throw CallFailure if a conversion fails for another reason than the text.
+/// All members throw CallFailure if a conversion fails for a reason other than its input.
 class TextFileEncoding {
   public:
     enum class Charset {
@@ -25,52 +26,56 @@ class TextFileEncoding {
     };
     explicit TextFileEncoding(Charset charset);
 
-    /// The text of a file. It always succeeds.
+    /// Decodes a file. Always succeeds.
     std::string Decode(std::string bytes);
 
-    /// The bytes of a text. False if the encoding cannot express it.
+    /// Encodes a text. False if the encoding cannot express it.
     bool Encode(std::string text, std::string &bytes) const;
     bool CanEncode(const std::string &text) const;
 
-    /// A wide string as text; false if no text of this file can hold it. Whether the encoding can
-    /// express it is seen when the text is encoded.
+    /// Converts a wide string to text; false if the form of this file cannot hold it. Whether the
+    /// encoding can express it is known only when the text is encoded.
     bool ToText(std::wstring_view wide, std::string &text) const;
     std::wstring FromText(std::string_view text) const;
 
     /// UNITS: characters.
     std::size_t CountCharacters(std::string_view text) const;
 
-    /// Whether the text, once written, is decoded to the same text again. That holds for most
-    /// encodings; a few write two characters as the same bytes.
-    bool IsKept(std::string_view text) const;
+    /// Whether the text survives encoding and decoding unchanged. A few encodings write two
+    /// characters as the same bytes.
+    bool RoundTrips(std::string_view text) const;
 
-    /// Whether the file is taken as bytes because the encoding cannot read it. It can again once
-    /// all its lines are readable.
-    bool IsUnreadable() const {
-        return m_kind != Kind::Bytes && m_fileIsBytes;
+    /// Whether the file is treated as bytes because the encoding cannot decode it. That ends as
+    /// soon as all its lines can be decoded.
+    bool IsUndecodable() const {
+        return m_kind != Kind::Bytes && m_fileIsByteForByte;
     }
-    bool IsReadable(std::string_view bytes) const;
+    bool CanDecode(std::string_view bytes) const;
 
     /// Whether ASCII characters are bytes of the same value in the file.
-    bool KeepsAscii() const {
-        return m_ascii;
+    bool IsAsciiCompatible() const {
+        return m_isAsciiCompatible;
     }
 
   private:
-    enum class Kind { Bytes, Utf8, Other };
+    enum class Kind {
+        Bytes, ///< every byte is a character
+        Utf8,
+        Other ///< the locale's conversion functions decode and encode it
+    };
 
     Kind DetectKind();
-    /// Whether a text of the file is not its bytes.
+    /// Whether the text of the file differs from its bytes.
     bool IsConverted() const {
-        return m_kind == Kind::Other && !m_fileIsBytes;
+        return m_kind == Kind::Other && !m_fileIsByteForByte;
     }
-    bool ReadNative(std::string_view bytes, std::wstring &wide) const;
-    bool WriteNative(std::wstring_view wide, std::string &bytes) const;
+    bool DecodeNative(std::string_view bytes, std::wstring &wide) const;
+    bool EncodeNative(std::wstring_view wide, std::string &bytes) const;
 
     std::optional<EnvironmentLocale> m_locale;
-    bool m_ascii = true;
+    bool m_isAsciiCompatible = true;
     Kind m_kind = Kind::Bytes;
-    bool m_fileIsBytes = true;
+    bool m_fileIsByteForByte = true;
 };
 
 #endif

@@ -34,10 +34,10 @@ void STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING::LoadSetting() {
 }
 
 // QUIRK SaveSetting_numbers_the_target_key_by_its_bank: fw<target bank>_TargetBank holds the index
-// of the entry, the reverse of what SaveFwPathFromFile writes.
+// of the entry, the reverse of the keys that SaveFwPathFromFile writes.
 void STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING::SaveSetting() {
     CatchAll([&] {
-        // A map that was refused counts more banks than it holds.
+        // After a rejected copy the count is larger than the arrays.
         const unsigned int count = std::min<unsigned int>(stMapFw.ulFwCount, SCALER_ISP_MAX_BANKS);
         FwMapWrites writes(stMapFw.ulFwCount, count);
         for (unsigned int i = 0; i < count; ++i) {
@@ -47,8 +47,8 @@ void STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING::SaveSetting() {
     });
 }
 
-// QUIRK ClearMapFW_clears_file_bank_and_path_of_the_first_entry_only: the count of 0 marks the other
-// entries as unused; their file banks and paths keep what they held.
+// QUIRK ClearMapFW_clears_file_bank_and_path_of_the_first_entry_only: the other entries keep their
+// file banks and paths; the count of 0 marks them as unused.
 void STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING::ClearMapFW() {
     stMapFw.ulFwCount = 0;
     std::fill(std::begin(stMapFw.ulTargetBank), std::end(stMapFw.ulTargetBank), 0U);

@@ -29,7 +29,7 @@ void FwMapWrites::Save(const std::wstring &iniFile) const {
     EditIniFile(Utf8FromWide(iniFile), TextFileEncoding::Charset::Environment, L"ISP_Fw", m_writes);
 }
 
-/// As a signed number, which is what the format "%d" makes of it.
+/// As a signed number, because these files have always been written with "%d".
 std::wstring_view FwMapWrites::Number(unsigned int value) {
     const std::size_t begin = m_characters.size();
     const std::string digits = std::to_string(static_cast<int>(value));

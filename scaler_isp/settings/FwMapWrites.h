@@ -8,11 +8,11 @@
 
 #include "scaler_isp/settings/IniEdit.h"
 
-/// The writes that a firmware map stands for, in their order: the count, then three keys per bank.
+/// The writes that store a firmware map, in their order: the count, then three keys per bank.
 class FwMapWrites {
   public:
     /// \param count  the value of "fwFileCount"
-    /// \param banks  how many are added at most
+    /// \param banks  the maximum number of banks to add
     FwMapWrites(unsigned int count, std::size_t banks);
     FwMapWrites(const FwMapWrites &) = delete;
     FwMapWrites &operator=(const FwMapWrites &) = delete;
@@ -30,7 +30,7 @@ class FwMapWrites {
     std::wstring_view Name(unsigned int number, std::wstring_view suffix);
 
     unsigned int m_banks = 0;
-    std::wstring m_characters; ///< of all names and numbers; never reallocated
+    std::wstring m_characters; ///< all names and numbers; never reallocated
     std::vector<IniWrite> m_writes;
 };
 

@@ -9,7 +9,8 @@
 
 namespace {
 
-/// Key and value as texts of the file that was decoded last. False if it cannot hold them.
+/// Converts key and value to the form of the file that was decoded last. False if the file cannot
+/// hold them.
 bool Convert(const TextFileEncoding &encoding, const IniWrite &write, std::string &key,
              std::string &value) {
     return encoding.ToText(write.key, key) && encoding.ToText(write.value, value) &&
@@ -18,6 +19,9 @@ bool Convert(const TextFileEncoding &encoding, const IniWrite &write, std::strin
 
 } // namespace
 
+// A map of 512 banks is 1,537 keys, and written one at a time each of them would read and replace
+// the file. Writes are therefore applied to the decoded lines as long as decoding the result again
+// would give the same lines; otherwise the text is encoded and decoded in between.
 std::size_t EditIniBytes(TextFileEncoding &encoding, const std::string &before,
                          std::wstring_view section, IniWrites writes, std::string &after) {
     std::size_t written = 0;
@@ -28,7 +32,8 @@ std::size_t EditIniBytes(TextFileEncoding &encoding, const std::string &before,
     while (!writes.empty()) {
         const std::string text = encoding.Decode(after);
         const bool hasName = encoding.ToText(section, name);
-        const bool isKept = writes.size() > 1 && encoding.KeepsAscii() && encoding.IsKept(text);
+        const bool roundTrips =
+            writes.size() > 1 && encoding.IsAsciiCompatible() && encoding.RoundTrips(text);
         IniText ini(encoding, text, name);
         std::size_t applied = 0;
         do {
@@ -37,7 +42,7 @@ std::size_t EditIniBytes(TextFileEncoding &encoding, const std::string &before,
                 ++applied;
             }
             writes = writes.subspan(1);
-        } while (!writes.empty() && isKept && ini.IsDecodedTheSame());
+        } while (!writes.empty() && roundTrips && ini.IsDecodedTheSame());
         std::string bytes;
         if (applied != 0 && encoding.Encode(ini.Text(), bytes)) {
             after.swap(bytes);
@@ -47,8 +52,8 @@ std::size_t EditIniBytes(TextFileEncoding &encoding, const std::string &before,
     return written;
 }
 
-std::size_t CountPossibleWrites(TextFileEncoding &encoding, const std::string &file,
-                                IniWrites writes) {
+std::size_t CountEncodableWrites(TextFileEncoding &encoding, const std::string &file,
+                                 IniWrites writes) {
     encoding.Decode(file);
     std::string key;
     std::string value;
@@ -67,7 +72,7 @@ int EditIniFile(const std::string &path, TextFileEncoding::Charset charset,
     }
     const SaveResult result = file.Replace(after);
     if (result == SaveResult::CannotOpen) {
-        for (auto left = CountPossibleWrites(encoding, file.Bytes(), writes); left > 0; --left) {
+        for (auto left = CountEncodableWrites(encoding, file.Bytes(), writes); left > 0; --left) {
             std::printf("Open file error \n");
         }
     }

@@ -13,21 +13,22 @@ struct IniWrite {
     std::wstring_view key;
     std::wstring_view value;
 };
-/// If there are several, section and keys are ASCII without "=", newline and space at either end.
+/// REQUIRES for several writes: section and keys are ASCII without "=", newline, or a space at
+/// either end.
 using IniWrites = std::span<const IniWrite>;
 
-/// The bytes of a settings file after all writes, one after the other, as if each had read the file
-/// again. RETURNS how many could be expressed in the encoding; the others change nothing.
+/// Applies all writes to the bytes of a settings file, with the same result as if each had read and
+/// replaced the file. RETURNS how many the encoding can express; the others change nothing.
 std::size_t EditIniBytes(TextFileEncoding &encoding, const std::string &before,
                          std::wstring_view section, IniWrites writes, std::string &after);
 
-/// How many of the writes the encoding can express, each tried on the file as it is.
-std::size_t CountPossibleWrites(TextFileEncoding &encoding, const std::string &file,
-                                IniWrites writes);
+/// Counts the writes that the encoding can express, each tested with the unchanged file.
+std::size_t CountEncodableWrites(TextFileEncoding &encoding, const std::string &file,
+                                 IniWrites writes);
 
-/// The same for a file, which is replaced once. Throws CallFailure or std::bad_alloc.
-/// PRINTS "Open file error \n" for every write that was possible if the file cannot be opened for
-/// writing. RETURNS 1 if the file was written, else 0, and it is as it was.
+/// The same for a file, which is replaced only once. Throws CallFailure or std::bad_alloc.
+/// PRINTS "Open file error \n" for every encodable write if the file cannot be opened for writing.
+/// RETURNS 1 if the file was written; otherwise 0, and the file is unchanged.
 int EditIniFile(const std::string &path, TextFileEncoding::Charset charset,
                 std::wstring_view section, IniWrites writes);
 

@@ -7,9 +7,9 @@
 
 #include "scaler_isp/common/TextFileEncoding.h"
 
-/// How an INI text is divided into lines: what the reader and the writer have in common.
+/// How an INI text is divided into lines, shared by the reader and the writer.
 
-/// UNITS: characters of a line, without its newline.
+/// Longest line that is read. UNITS: characters, without the newline.
 constexpr std::size_t kIniLineLimit = 1023;
 
 /// Without trailing spaces.
@@ -17,14 +17,14 @@ inline std::string_view TrimEnd(std::string_view text) {
     return text.substr(0, text.find_last_not_of(' ') + 1);
 }
 
-/// Without leading and trailing spaces (the space character, nothing else).
+/// Without leading and trailing spaces (U+0020 only).
 inline std::string_view Trim(std::string_view text) {
     text = TrimEnd(text);
     return text.substr(text.empty() ? 0 : text.find_first_not_of(' '));
 }
 
-/// The text up to and including the last "="; empty if there is none. Searches from the front,
-/// where the search is fast and the first one is mostly the last.
+/// The text up to and including the last "="; empty if there is none. Searches forward, which is
+/// faster, because most lines have only one.
 inline std::string_view UpToLastEquals(std::string_view line) {
     std::size_t size = 0;
     for (std::size_t at = line.find('='); at != std::string_view::npos; at = line.find('=', size)) {
@@ -38,15 +38,15 @@ inline std::string IniHeader(std::string_view section) {
     return std::string("[").append(section).append("]");
 }
 
-/// Walks over the lines of a decoded text, which must outlive the lines. The last line needs no
-/// newline, and there is no empty line after the last newline. A line ends at its first NUL, which
-/// counts for the limit like any character.
+/// Iterates over the lines of a decoded text, which must outlive the lines. The last line needs no
+/// newline, and no empty line follows the last newline. A line ends at its first NUL, but the
+/// characters after it count towards the limit.
 class IniLineReader {
   public:
     IniLineReader(const TextFileEncoding &encoding, std::string_view text)
         : m_encoding(encoding), m_rest(text), m_hasNul(text.find('\0') != std::string_view::npos) {}
 
-    /// Reads the next line, trimmed. False at the end, and a line over the limit is the end.
+    /// Reads the next line, trimmed. False at the end, and at a line over the limit.
     bool Next(std::string_view &line) {
         line = m_rest.substr(0, m_rest.find('\n'));
         const bool overlong =
@@ -59,7 +59,7 @@ class IniLineReader {
         return true;
     }
 
-    /// Whether all was read; otherwise the next line is over the limit.
+    /// Whether everything was read; otherwise the next line is over the limit.
     bool IsAtEnd() const {
         return m_rest.empty();
     }
@@ -67,7 +67,7 @@ class IniLineReader {
   private:
     const TextFileEncoding &m_encoding;
     std::string_view m_rest;
-    bool m_hasNul; ///< asked once for all lines, since hardly any text has one
+    bool m_hasNul; ///< tested once for all lines, because hardly any text has a NUL
 };
 
 #endif

@@ -42,7 +42,7 @@ IniReader::IniReader(const std::string &path, Charset charset) : m_encoding(char
         if (!IsErrorOfPath(failure.Error())) {
             throw;
         }
-        m_opened = failure.Error() == EISDIR; // a directory opens and fails when it is read
+        m_opened = failure.Error() == EISDIR; // a directory can be opened, but not read
     }
 }
 

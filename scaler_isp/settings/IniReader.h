@@ -10,11 +10,11 @@
 enum class IniResult {
     Found,
     EndOfSection, ///< at a line without "="
-    EndOfFile,    ///< without the section, or inside it; an overlong line is an end, too
-    NoFile        ///< that can be opened
+    EndOfFile,    ///< or at an overlong line, before or inside the section
+    NoFile        ///< the file cannot be opened
 };
 
-/// Searches a text as the encoding has decoded it. The rules are those of ProfileStore.h.
+/// Searches a decoded text by the rules of ProfileStore.h.
 /// \param value  set if the key is found
 IniResult FindIniValue(const TextFileEncoding &encoding, std::string_view text,
                        std::wstring_view section, std::wstring_view key, std::wstring &value);
@@ -24,15 +24,15 @@ class IniReader {
   public:
     using Charset = TextFileEncoding::Charset;
 
-    /// A file that cannot be opened is empty. Throws CallFailure or std::bad_alloc if the reason is
-    /// not the path (IsErrorOfPath), or if the file cannot be read to its end.
-    /// \param path  the narrow name, as open() accepts it
+    /// A file that cannot be opened counts as empty. Throws CallFailure or std::bad_alloc if the
+    /// cause is not the path (IsErrorOfPath), or if the file cannot be read to its end.
+    /// \param path  the path in the system's form, as for open()
     explicit IniReader(const std::string &path, Charset charset = Charset::Environment);
 
     /// \param value  set if the key is found
     IniResult Find(std::wstring_view section, std::wstring_view key, std::wstring &value) const;
 
-    /// The value; empty if the key is not found.
+    /// The value, or the empty string if the key is not found.
     std::wstring String(std::wstring_view section, std::wstring_view key) const;
 
     /// As CpNxGetPrivateProfileIntW.

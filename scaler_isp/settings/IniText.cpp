@@ -7,7 +7,7 @@
 
 namespace {
 
-/// An index costs as much as this many searches.
+/// Creating an index costs about as much as this many searches.
 constexpr std::size_t kSearchesWithoutIndex = 16;
 constexpr std::size_t kBlockBytes = std::size_t{16} * 1024;
 
@@ -16,10 +16,10 @@ constexpr std::size_t kBlockBytes = std::size_t{16} * 1024;
 IniText::IniText(const TextFileEncoding &encoding, std::string_view text, std::string_view section)
     : m_encoding(encoding), m_header(IniHeader(section)), m_textSize(text.size()) {
     Divide(text, m_lines);
-    LookAtLines();
+    FindSections();
 }
 
-/// Appends the lines of a text. False if one over the limit was the end.
+/// Appends the lines of a text. False if it stopped at a line over the limit.
 bool IniText::Divide(std::string_view text, std::vector<Line> &lines) const {
     IniLineReader reader(m_encoding, text);
     std::string_view line;
@@ -29,11 +29,11 @@ bool IniText::Divide(std::string_view text, std::vector<Line> &lines) const {
     return reader.IsAtEnd();
 }
 
-void IniText::LookAtLines() {
-    m_unreadable = 0;
+void IniText::FindSections() {
+    m_undecodable = 0;
     m_sections.clear();
     for (std::size_t i = 0; i < m_lines.size(); ++i) {
-        m_unreadable += IsUnreadable(m_lines[i]) ? 1U : 0U;
+        m_undecodable += IsUndecodable(m_lines[i]) ? 1U : 0U;
         if (m_lines[i].text == m_header) {
             std::size_t end = i + 1;
             while (end < m_lines.size() && m_lines[end].keySize != kNone) {
@@ -44,7 +44,7 @@ void IniText::LookAtLines() {
     }
 }
 
-/// From the end, so that the first line of a key is entered last.
+/// Backwards, so that the first line of a key is entered last.
 void IniText::IndexKeys() {
     for (std::size_t left = m_sections.size(); left > 0; --left) {
         const Section &section = m_sections[left - 1];
@@ -59,27 +59,27 @@ void IniText::IndexKeys() {
     }
 }
 
-/// Of several lines with the same key the first one counts.
+/// Of several lines with the same key the first wins.
 void IniText::IndexAdded(std::size_t number) {
     const Line &line = m_added[number];
     std::size_t &added = m_index[line.text.substr(0, line.keySize)].added;
     added = std::min(added, number);
 }
 
-// QUIRK Header_that_ends_a_section_is_passed_over: the line that ends a section in which the key was
-// not found is not looked at again, even if it is the same header.
+// QUIRK Header_that_ends_a_section_is_passed_over: if the key is not found in a section, the line
+// that ends the section is skipped, even if it is the same header again.
 void IniText::Write(std::string_view key, std::string_view value) {
-    if (!m_areLines) {
+    if (!m_valuesAreLines) {
         ReadWrittenLines();
     }
     ++m_writes;
-    value = Keep(value);
+    value = Store(value);
     KeyIndex::Entry entry = Find(key);
     if (m_sections.empty()) {
         m_lines.push_back({m_header, m_header.find('='), {}});
         m_sections.push_back({m_lines.size() - 1, m_lines.size()});
     }
-    std::size_t from = 0; // lines in front of it are not looked at again
+    std::size_t from = 0; // earlier lines have been searched
     for (const Section &section : m_sections) {
         if (section.header < from) {
             continue;
@@ -116,7 +116,7 @@ KeyIndex::Entry IniText::Find(std::string_view key) {
     return entry;
 }
 
-/// With an index, moves the entry on to the first of its lines in the section or after it.
+/// With an index, advances the entry to its first line in the section or after it.
 std::size_t IniText::FindInSection(const Section &section, KeyIndex::Entry &entry) const {
     if (m_hasIndex) {
         while (entry.line != kNone && entry.line < section.header) {
@@ -137,7 +137,7 @@ void IniText::WriteAdded(const KeyIndex::Entry &entry, std::string_view value) {
         SetValue(m_added[entry.added], value);
         return;
     }
-    const std::string_view text = Keep(entry.key, "=");
+    const std::string_view text = Store(entry.key, "=");
     Add({text, entry.key.size(), value, m_writes});
     CheckWritten(m_added.back());
 }
@@ -150,9 +150,10 @@ void IniText::Add(const Line &line) {
 }
 
 void IniText::SetValue(Line &line, std::string_view value) {
-    m_unreadable -= IsUnreadable(line) ? 1U : 0U;
+    m_undecodable -= IsUndecodable(line) ? 1U : 0U;
+    // The value begins after the last "=" of a line, which may be within the previous value.
     if (line.value.find('=') != std::string_view::npos) {
-        line.text = Keep(line.text, TrimEnd(line.value));
+        line.text = Store(line.text, TrimEnd(line.value));
     }
     line.text = UpToLastEquals(line.text);
     line.value = value;
@@ -161,37 +162,39 @@ void IniText::SetValue(Line &line, std::string_view value) {
 }
 
 void IniText::CheckWritten(const Line &line) {
-    m_unreadable += IsUnreadable(line) ? 1U : 0U;
-    m_isKept = m_isKept && m_encoding.IsKept(line.value);
-    m_areLines = m_areLines && line.value.find('\n') == std::string_view::npos &&
-                 line.text.size() + line.value.size() <= kIniLineLimit;
+    m_undecodable += IsUndecodable(line) ? 1U : 0U;
+    m_valuesRoundTrip = m_valuesRoundTrip && m_encoding.RoundTrips(line.value);
+    m_valuesAreLines = m_valuesAreLines && line.value.find('\n') == std::string_view::npos &&
+                       line.text.size() + line.value.size() <= kIniLineLimit;
 }
 
-/// Divides the values of the last write into lines, as the next one would read them.
+/// Divides the values of the last write into lines, as the next write would read them from the
+/// file.
 void IniText::ReadWrittenLines() {
-    m_areLines = true;
+    m_valuesAreLines = true;
     if (!DivideAdded()) {
         DivideAll();
     }
 }
 
-/// Without a walk over all lines, so that many such values have a linear cost. RETURNS false, and
-/// does nothing, unless only the line that was added last has to be divided.
+/// The case of a single added line, without iterating over all lines, so that many such values have
+/// a linear cost. RETURNS false, and does nothing, in any other case.
 bool IniText::DivideAdded() {
     if (m_sections.size() != 1 || m_added.empty() || m_added.back().write != m_writes) {
         return false;
     }
     std::vector<Line> lines;
-    const bool isWhole = Divide(Keep(Keep(m_added.back().text, m_added.back().value), "\n"), lines);
+    const bool isComplete =
+        Divide(Store(Store(m_added.back().text, m_added.back().value), "\n"), lines);
     const auto end = std::find_if(lines.begin(), lines.end(),
                                   [](const Line &line) { return line.keySize == kNone; });
-    if (!isWhole || end == lines.begin() ||
+    if (!isComplete || end == lines.begin() ||
         std::any_of(end, lines.end(), [this](const Line &line) { return line.text == m_header; })) {
         return false;
     }
-    m_unreadable -= IsUnreadable(m_added.back()) ? 1U : 0U;
+    m_undecodable -= IsUndecodable(m_added.back()) ? 1U : 0U;
     for (const Line &line : lines) {
-        m_unreadable += IsUnreadable(line) ? 1U : 0U;
+        m_undecodable += IsUndecodable(line) ? 1U : 0U;
     }
     m_added.back() = lines.front();
     std::for_each(lines.begin() + 1, end, [this](const Line &line) { Add(line); });
@@ -200,13 +203,14 @@ bool IniText::DivideAdded() {
     return true;
 }
 
+/// Needed if a divided value may end the section or begin another one.
 void IniText::DivideAll() {
     std::vector<Line> lines;
     lines.reserve(m_lines.size() + m_added.size() + m_divided.size() + 2);
     bool more = true;
     ForEachLine([&](const Line &line) {
         if (more && line.write == m_writes) {
-            more = Divide(Keep(Keep(line.text, line.value), "\n"), lines);
+            more = Divide(Store(Store(line.text, line.value), "\n"), lines);
         } else if (more) {
             lines.push_back(line);
         }
@@ -217,22 +221,22 @@ void IniText::DivideAll() {
     m_index.Clear();
     m_hasIndex = false;
     m_searches = 0;
-    LookAtLines();
+    FindSections();
 }
 
-bool IniText::IsUnreadable(const Line &line) const {
-    return m_encoding.IsUnreadable() &&
-           !(m_encoding.IsReadable(line.text) && m_encoding.IsReadable(line.value));
+bool IniText::IsUndecodable(const Line &line) const {
+    return m_encoding.IsUndecodable() &&
+           !(m_encoding.CanDecode(line.text) && m_encoding.CanDecode(line.value));
 }
 
 bool IniText::IsDecodedTheSame() const {
-    return m_isKept && !(m_encoding.IsUnreadable() && m_unreadable == 0);
+    return m_valuesRoundTrip && !(m_encoding.IsUndecodable() && m_undecodable == 0);
 }
 
-/// A write trims all lines that it reads: those of the writes before it, but not its own.
+/// A write trims the lines that it reads, hence the values of earlier writes but not its own.
 std::string IniText::Text() const {
     std::string text;
-    text.reserve(m_textSize + m_keptSize + m_lines.size() + m_added.size());
+    text.reserve(m_textSize + m_storageSize + m_lines.size() + m_added.size());
     ForEachLine([&](const Line &line) {
         text.append(line.text);
         text.append(line.write == m_writes ? line.value : TrimEnd(line.value)) += '\n';
@@ -250,14 +254,14 @@ template <class Visit> void IniText::ForEachLine(Visit visit) const {
     std::for_each(end, m_lines.end(), visit);
 }
 
-/// In blocks, which is cheaper than one string per value.
-std::string_view IniText::Keep(std::string_view text, std::string_view more) {
+/// Stores strings in large blocks, which is cheaper than one allocation per value.
+std::string_view IniText::Store(std::string_view text, std::string_view more) {
     const std::size_t size = text.size() + more.size();
-    if (m_kept.empty() || m_kept.back().capacity() - m_kept.back().size() < size) {
-        m_kept.emplace_back().reserve(std::max(size, kBlockBytes));
+    if (m_storage.empty() || m_storage.back().capacity() - m_storage.back().size() < size) {
+        m_storage.emplace_back().reserve(std::max(size, kBlockBytes));
     }
-    m_keptSize += size;
-    std::string &block = m_kept.back();
+    m_storageSize += size;
+    std::string &block = m_storage.back();
     block.append(text).append(more);
     return std::string_view(block).substr(block.size() - size);
 }

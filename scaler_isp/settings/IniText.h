@@ -10,19 +10,19 @@
 #include "scaler_isp/common/TextFileEncoding.h"
 #include "scaler_isp/settings/KeyIndex.h"
 
-/// The lines of an INI text, and the writer's rules applied to one section of them. Many writes
-/// have a linear cost: after some of them, keys are found by an index.
+/// The lines of an INI text, to which writes of one section are applied. Many writes have a linear
+/// cost, because after some of them keys are found by an index.
 class IniText {
   public:
-    /// \param text  as decoded; must outlive the object, as must the encoding.
-    /// \param section  REQUIRES for more than one write: this and the keys are ASCII without "=",
-    /// newline and space at either end.
+    /// \param text  the decoded text; must outlive the object, as must the encoding.
+    /// \param section  REQUIRES for several writes: section and keys are ASCII without "=",
+    ///                 newline, or a space at either end.
     IniText(const TextFileEncoding &encoding, std::string_view text, std::string_view section);
 
-    /// One write by the letter of the rules in ProfileStore.h.
+    /// Performs one write exactly by the rules in ProfileStore.h.
     void Write(std::string_view key, std::string_view value);
 
-    /// Whether the next write would find these lines if the file were encoded and decoded again.
+    /// Whether encoding the text and decoding it again would give the same lines.
     bool IsDecodedTheSame() const;
 
     /// The complete text.
@@ -32,9 +32,9 @@ class IniText {
     static constexpr std::size_t kNone = KeyIndex::kNone;
 
     struct Line {
-        std::string_view text;    ///< without the value that was written
+        std::string_view text;    ///< without a value that was written
         std::size_t keySize;      ///< kNone if the line has no "="
-        std::string_view value;   ///< that was written
+        std::string_view value;   ///< the written value
         std::size_t write = 0;    ///< the write that set the value, counted from 1
         std::size_t next = kNone; ///< the next line with the same key; only with an index
     };
@@ -44,7 +44,7 @@ class IniText {
     };
 
     bool Divide(std::string_view text, std::vector<Line> &lines) const;
-    void LookAtLines();
+    void FindSections();
     void IndexKeys();
     void IndexAdded(std::size_t number);
     KeyIndex::Entry Find(std::string_view key);
@@ -55,10 +55,10 @@ class IniText {
     void ReadWrittenLines();
     bool DivideAdded();
     void DivideAll();
-    bool IsUnreadable(const Line &line) const;
+    bool IsUndecodable(const Line &line) const;
     void Add(const Line &line);
     template <class Visit> void ForEachLine(Visit visit) const;
-    std::string_view Keep(std::string_view text, std::string_view more = {});
+    std::string_view Store(std::string_view text, std::string_view more = {});
 
     const TextFileEncoding &m_encoding;
     const std::string m_header;
@@ -68,14 +68,14 @@ class IniText {
     std::vector<Line> m_divided; ///< after the added ones, in reverse order: they end the section
     KeyIndex m_index;
     bool m_hasIndex = false;
-    std::size_t m_searches = 0;     ///< without an index
-    std::deque<std::string> m_kept; ///< what the lines refer to, besides the text
-    std::size_t m_keptSize = 0;
+    std::size_t m_searches = 0;        ///< without an index
+    std::deque<std::string> m_storage; ///< strings that the lines refer to, in addition to the text
+    std::size_t m_storageSize = 0;
     std::size_t m_textSize;
     std::size_t m_writes = 0;
-    std::size_t m_unreadable = 0; ///< lines that the encoding cannot read
-    bool m_areLines = true;       ///< no written value has to be divided into lines
-    bool m_isKept = true;         ///< the encoding keeps all written values
+    std::size_t m_undecodable = 0; ///< number of lines that the encoding cannot decode
+    bool m_valuesAreLines = true;  ///< no written value must be divided into lines
+    bool m_valuesRoundTrip = true; ///< all written values survive encoding and decoding
 };
 
 #endif

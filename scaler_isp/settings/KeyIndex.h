@@ -6,18 +6,18 @@
 #include <string_view>
 #include <vector>
 
-/// Where keys are, in a hash table without an allocation per key. Keys must outlive it.
+/// Finds the lines of a key, by a hash table without an allocation per key. Keys must outlive it.
 class KeyIndex {
   public:
     static constexpr std::size_t kNone = std::string_view::npos;
 
     struct Entry {
         std::string_view key;
-        std::size_t line = kNone;  ///< the first of the lines of the text
-        std::size_t added = kNone; ///< of the added lines
+        std::size_t line = kNone;  ///< the first in the text
+        std::size_t added = kNone; ///< the first of the added lines
     };
 
-    /// The entry of a key, which is made if it is missing.
+    /// The entry of a key, created if it is missing.
     Entry &operator[](std::string_view key) {
         if (m_slots.size() < 2 * (m_entries.size() + 1)) {
             Grow();
@@ -30,7 +30,7 @@ class KeyIndex {
         return m_entries[slot];
     }
 
-    /// Null if the key has none.
+    /// The entry of a key, or null.
     const Entry *Find(std::string_view key) {
         const std::size_t slot = m_slots.empty() ? kNone : Slot(key);
         return slot != kNone ? &m_entries[slot] : nullptr;
@@ -42,7 +42,7 @@ class KeyIndex {
     }
 
   private:
-    /// The slot that has the key, or the empty one that it can have.
+    /// The slot of the key, or the empty slot where it belongs.
     std::size_t &Slot(std::string_view key) {
         std::size_t at = std::hash<std::string_view>()(key);
         while (true) {
@@ -54,8 +54,9 @@ class KeyIndex {
     }
 
     void Grow() {
-        constexpr std::size_t kFewest = 4096; // a power of two, as every size
-        m_slots.assign(m_slots.empty() ? kFewest : 2 * m_slots.size(), kNone);
+        // Every size is a power of two, because Slot masks the hash.
+        constexpr std::size_t kInitialSlots = 4096;
+        m_slots.assign(m_slots.empty() ? kInitialSlots : 2 * m_slots.size(), kNone);
         for (std::size_t i = 0; i < m_entries.size(); ++i) {
             Slot(m_entries[i].key) = i;
         }

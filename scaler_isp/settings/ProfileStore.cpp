@@ -16,13 +16,13 @@
 
 namespace {
 
-/// Whether a string belongs to the narrow family, whose files hold one byte per character.
+/// Whether the functions are of the narrow family, whose files have one byte per character.
 template <class Char> constexpr bool kIsNarrow = sizeof(Char) == 1;
 template <class Char>
 constexpr auto kCharset =
     kIsNarrow<Char> ? TextFileEncoding::Charset::Bytes : TextFileEncoding::Charset::Environment;
 
-/// Inside, a byte of the narrow family is the character U+00n. Null counts as empty.
+/// Internally, a byte of the narrow family is the character U+00n. Null counts as empty.
 std::wstring ToWide(const wchar_t *text) {
     return text != nullptr ? text : L"";
 }
@@ -44,13 +44,13 @@ unsigned int CopyOut(std::basic_string_view<Char> text, Char *buffer, unsigned i
         return 0;
     }
     const std::size_t count = std::min<std::size_t>(text.size(), size - 1);
-    std::char_traits<Char>::move(buffer, text.data(),
-                                 count); // a caller's default may be the buffer
+    // move, because a caller's default may be the buffer itself.
+    std::char_traits<Char>::move(buffer, text.data(), count);
     buffer[count] = Char('\0');
     return static_cast<unsigned int>(count);
 }
 
-/// Looks a key up. A file that cannot be read counts as one that cannot be opened.
+/// Looks up a key. A file that cannot be read is treated as one that cannot be opened.
 template <class Char>
 IniResult Search(const Char *section, const Char *key, const Char *fileName, std::wstring &value) {
     try {

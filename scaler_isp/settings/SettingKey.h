@@ -19,14 +19,14 @@ struct SettingKey {
     std::size_t nOffset; ///< UNITS: bytes from the start of the record
 };
 
-/// A row whose key has the field's own name.
+/// A row whose key has the name of the field.
 #define SCALER_ISP_SETTING_KEY(RECORD, SECTION, FIELD, DEFAULT)                                    \
     SettingKey {                                                                                   \
         SECTION, L"" #FIELD, DEFAULT, offsetof(RECORD, FIELD)                                      \
     }
 
-/// Reads the file once, and then stores all keys as they are; no range is checked. If it throws,
-/// the record is as it was.
+/// Reads all keys before it stores the first, so that the record is unchanged if reading throws. No
+/// range is checked.
 template <class Record>
 void LoadKeys(std::span<const SettingKey> keys, const std::wstring &iniFile, Record &record) {
     const IniReader reader(Utf8FromWide(iniFile));

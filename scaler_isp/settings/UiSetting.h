@@ -18,8 +18,8 @@ struct STRUCT_CP_ISP_UI_SETTING {
     std::uint32_t bShowDumpFlash = 0;
     wchar_t wszSettingFile[SCALER_ISP_PATH_CHARS] = {}; ///< the file to load; no terminator at 260
 
-    /// Loads the eight switches; a missing file, section or key gives 0. If the file cannot be
-    /// read for want of memory or for an I/O error, all switches stay as they were.
+    /// Loads the eight switches; a missing file, section or key gives 0. If a lack of memory or an
+    /// I/O error prevents reading, all switches stay unchanged.
     SCALER_ISP_API void LoadUISetting();
 };
 

@@ -70,7 +70,7 @@ Edited ByTheLibrary(const std::string &before, const Map &map) {
     TextFileEncoding encoding(TextFileEncoding::Charset::Environment);
     Edited result;
     result.written = EditIniBytes(encoding, before, L"ISP_Fw", ViewsOf(writes), result.file);
-    result.possible = CountPossibleWrites(encoding, before, ViewsOf(writes));
+    result.possible = CountEncodableWrites(encoding, before, ViewsOf(writes));
     return result;
 }
 
