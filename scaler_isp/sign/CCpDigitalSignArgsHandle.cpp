@@ -5,8 +5,8 @@
 
 namespace {
 
-/// 1 or 0 as the check says; 0 if the system failed.
-template <class Check> int Answer(Check &&check) {
+/// 1 if the check passes, else 0; also 0 if the system failed.
+template <class Check> int OneIfPassed(Check &&check) {
     return CatchAll(0, [&] { return check() ? 1 : 0; });
 }
 
@@ -23,44 +23,46 @@ std::string CCpDigitalSignArgsHandle::GetCurrentDir() const {
 int CCpDigitalSignArgsHandle::CheckDigitalSignatureType(
     ENUM_CP_DIGITAL_SIGNATURE_ACTION_TYPE action, ENUM_CP_DIGITAL_SIGNATURE_TYPE type,
     ENUM_CP_DIGITAL_SIGNATURE_SW_MODE swMode) const {
-    return Answer([&] { return CheckSignatureType(action, type, swMode); });
+    return OneIfPassed([&] { return CheckSignatureType(action, type, swMode); });
 }
 
 int CCpDigitalSignArgsHandle::GetSignatureFile(ENUM_CP_DIGITAL_SIGNATURE_ACTION_TYPE action,
                                                std::string firmware, char *signature) const {
-    return Answer([&] { return CheckSignatureFile(m_strCurrentDir, action, firmware, signature); });
+    return OneIfPassed(
+        [&] { return CheckSignatureFile(m_strCurrentDir, action, firmware, signature); });
 }
 
 int CCpDigitalSignArgsHandle::CheckLenovoKeyFile(char *verifyKey, char *subCert) const {
-    return Answer([&] { return CheckLenovoKeys(m_strCurrentDir, verifyKey, subCert); });
+    return OneIfPassed([&] { return CheckLenovoKeys(m_strCurrentDir, verifyKey, subCert); });
 }
 
 int CCpDigitalSignArgsHandle::CheckVxmInternalKey(std::string text, int &keyPair) const {
-    return Answer([&] { return CheckInternalKeyPair(text, keyPair); });
+    return OneIfPassed([&] { return CheckInternalKeyPair(text, keyPair); });
 }
 
 int CCpDigitalSignArgsHandle::CheckVxmExternalKeyFile(ENUM_CP_DIGITAL_SIGNATURE_ACTION_TYPE action,
                                                       char *verifyKey, char *signKey) const {
-    return Answer([&] { return CheckExternalKeys(m_strCurrentDir, action, verifyKey, signKey); });
+    return OneIfPassed(
+        [&] { return CheckExternalKeys(m_strCurrentDir, action, verifyKey, signKey); });
 }
 
 int CCpDigitalSignArgsHandle::CheckVxmExternalNextKeyFile(
     ENUM_CP_DIGITAL_SIGNATURE_ACTION_TYPE action, char *signKey, char *nextVerifyKey) const {
-    return Answer(
+    return OneIfPassed(
         [&] { return CheckExternalNextKeys(m_strCurrentDir, action, signKey, nextVerifyKey); });
 }
 
 int CCpDigitalSignArgsHandle::CheckVxmHwKeyFile(char *signKey, char *nextVerifyKey) const {
-    return Answer([&] { return CheckHardwareKeys(m_strCurrentDir, signKey, nextVerifyKey); });
+    return OneIfPassed([&] { return CheckHardwareKeys(m_strCurrentDir, signKey, nextVerifyKey); });
 }
 
 int CCpDigitalSignArgsHandle::JudgeArgument(STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *args) const {
-    return Answer(
+    return OneIfPassed(
         [&] { return args != nullptr && CheckSignatureArguments(m_strCurrentDir, *args); });
 }
 
 int CCpDigitalSignArgsHandle::JudgeArgumentFwFileAndSigFile(
     STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *args) const {
-    return Answer(
+    return OneIfPassed(
         [&] { return args != nullptr && CheckFirmwareAndSignature(m_strCurrentDir, *args); });
 }

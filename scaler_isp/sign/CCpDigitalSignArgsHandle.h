@@ -6,34 +6,34 @@
 #include "scaler_isp/abi/DigitalSignArgs.h"
 #include "scaler_isp/abi/Export.h"
 
-/// Checks that a signature record asks for something possible and that its files exist, and
-/// rewrites the paths it has checked as full paths.
+/// Checks that the settings of a signature record are supported and that its files exist, and
+/// replaces the checked paths with absolute ones.
 ///
-/// Every check returns 1 when passed. Otherwise it PRINTS one message to standard output, beginning
-/// "Digital signature: ", and returns 0 at once; fields rewritten before stay rewritten.
-/// A `char *` parameter is a path field of the record: 260 bytes, not necessarily terminated,
-/// rewritten in place with zero padding. Null counts as an empty field that cannot be written.
+/// Every check returns 1 if it passes. Otherwise it PRINTS one message to standard output,
+/// beginning "Digital signature: ", and returns 0; fields that were already replaced stay so. A
+/// `char *` parameter is a path field of the record: 260 bytes, not necessarily terminated,
+/// replaced in place with zero padding. Null counts as an empty field that cannot be written.
 class SCALER_ISP_API CCpDigitalSignArgsHandle {
   public:
-    /// The folder, ending in "/", against which relative paths are made full.
+    /// The directory, ending in "/", against which relative paths are resolved.
     void SetCurrentDir(const std::string &directory);
     std::string GetCurrentDir() const;
 
-    /// Refuses signing with software mode 1 and verifying with a hardware signature; all else
-    /// passes.
+    /// Rejects signing with software mode 1 and verifying with a hardware signature; accepts
+    /// everything else.
     int CheckDigitalSignatureType(ENUM_CP_DIGITAL_SIGNATURE_ACTION_TYPE action,
                                   ENUM_CP_DIGITAL_SIGNATURE_TYPE type,
                                   ENUM_CP_DIGITAL_SIGNATURE_SW_MODE swMode) const;
 
-    /// Settles the signature file: to sign, the given one or the firmware path with ".sig" behind
-    /// it; to verify, the given one, which must exist.
+    /// Determines the signature file: for signing, the given one, or the firmware path followed by
+    /// ".sig"; for verifying, the given one, which must exist.
     int GetSignatureFile(ENUM_CP_DIGITAL_SIGNATURE_ACTION_TYPE action, std::string firmware,
                          char *signature) const;
 
     /// \param subCert  null: no sub-certificate is checked.
     int CheckLenovoKeyFile(char *verifyKey, char *subCert) const;
 
-    /// \param keyPair  receives 0..4; 0 for an empty text and where the text is refused.
+    /// \param keyPair  receives 0..4; 0 for an empty string and if the string is rejected.
     int CheckVxmInternalKey(std::string text, int &keyPair) const;
 
     int CheckVxmExternalKeyFile(ENUM_CP_DIGITAL_SIGNATURE_ACTION_TYPE action, char *verifyKey,
@@ -45,7 +45,7 @@ class SCALER_ISP_API CCpDigitalSignArgsHandle {
     /// All checks of one run: type, firmware file, signature file, key files.
     int JudgeArgument(STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *args) const;
 
-    /// Without the keys: type, firmware file, signature file.
+    /// The same without the keys: type, firmware file, signature file.
     int JudgeArgumentFwFileAndSigFile(STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS *args) const;
 
   private:

@@ -30,8 +30,8 @@ class PathField {
     char *m_bytes;
 };
 
-/// The two messages about one file: the field is empty (null: that is fine); the file is missing,
-/// with its full path and a line end to follow.
+/// The two messages about one file: the field is empty (null if that is accepted); the file is
+/// missing, which is printed with its absolute path and a newline.
 struct FileMessages {
     const char *pszEmpty;
     const char *pszMissing;
@@ -65,7 +65,8 @@ void PrintMissing(const char *message, const std::string &path) {
     std::printf("%s%s\n", message, path.c_str());
 }
 
-/// The check all file fields share: given, existing, rewritten as an absolute path.
+/// The common check of a file field: it must be given and exist, and is replaced with its absolute
+/// path.
 bool CheckFile(const std::string &directory, PathField field, const FileMessages &messages) {
     const std::string given = field.Read();
     if (given.empty()) {
@@ -131,7 +132,8 @@ bool CheckSignatureFile(const std::string &directory, SignatureAction action,
 bool CheckLenovoKeys(const std::string &directory, char *verifyKey, char *subCert) {
     const PathField certificate(subCert);
     const bool withCertificate = subCert != nullptr;
-    // Both must be given before either is looked for.
+    // Both are checked for being given before either is searched for, so that an empty field is
+    // reported first.
     if (withCertificate && !PathField(verifyKey).Read().empty() && certificate.Read().empty()) {
         std::fputs(kLenovoSubCert.pszEmpty, stdout);
         return false;
@@ -183,8 +185,8 @@ bool CheckHardwareKeys(const std::string &directory, char *signKey, char *nextVe
            CheckFile(directory, PathField(nextVerifyKey), kHwNextVerifyKey);
 }
 
-// QUIRK Lenovo_check_of_a_run_ignores_the_sub_certificate: the sub-certificate reaches the plug-in
-// unchanged; nobody checks that it exists.
+// QUIRK Lenovo_check_of_a_run_ignores_the_sub_certificate: the sub-certificate is passed to the
+// plug-in unchanged; the library does not check that it exists.
 bool CheckSignatureArguments(const std::string &directory,
                              STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS &args) {
     if (!CheckSignatureType(args.enumSignActionType, args.enumDigitalSignatureType,

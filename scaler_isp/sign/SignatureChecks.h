@@ -6,19 +6,19 @@
 #include "scaler_isp/abi/DigitalSignArgs.h"
 
 /// The checks of the signature options and their files. Each prints one message for the first
-/// problem and returns false; a relative path is resolved against `directory`, and a path that was
-/// checked is stored back resolved. Path parameters are fields of SCALER_ISP_PATH_CHARS bytes; null
-/// counts as empty. A failure of the system throws.
+/// problem and returns false. A relative path is resolved against `directory`, and the field of a
+/// checked path receives the resolved one. Path parameters are fields of SCALER_ISP_PATH_CHARS
+/// bytes; null counts as empty. A failure of the system throws.
 
 using SignatureAction = ENUM_CP_DIGITAL_SIGNATURE_ACTION_TYPE;
 using SignatureType = ENUM_CP_DIGITAL_SIGNATURE_TYPE;
 using SoftwareMode = ENUM_CP_DIGITAL_SIGNATURE_SW_MODE;
 
-/// Everything that the record's action, type and mode need.
+/// Checks everything that the record's action, type and mode need.
 bool CheckSignatureArguments(const std::string &directory,
                              STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS &args);
 
-/// The firmware and its signature alone, without keys.
+/// Checks only the firmware and its signature, not the keys.
 bool CheckFirmwareAndSignature(const std::string &directory,
                                STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS &args);
 
