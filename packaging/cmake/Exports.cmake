@@ -1,5 +1,5 @@
-# scaler_isp_write_export_lists(LIST ELF MACHO): from the plain names in LIST the linker's files, with
-# names mangled after the Itanium C++ ABI (both systems use it).
+# scaler_isp_write_export_lists(LIST ELF MACHO): writes the linker's files from the plain names in LIST,
+# mangled by the Itanium C++ ABI, which both systems use.
 
 function(scaler_isp_mangled_patterns KIND NAME RESULT)
     string(LENGTH "${NAME}" length)
@@ -9,8 +9,8 @@ function(scaler_isp_mangled_patterns KIND NAME RESULT)
     elseif(KIND STREQUAL "function")
         set(patterns "_Z${word}*")
     elseif(KIND STREQUAL "class")
-        # _ZT?: virtual table and type information. With a wildcard, because the Mach-O linker refuses a
-        # list that names what is not there, and most classes have neither.
+        # _ZT?: virtual table and type information. A wildcard, because the Mach-O linker rejects a list
+        # with a missing symbol, and most classes have neither.
         set(patterns "_ZN${word}*" "_ZNK${word}*" "_ZT?${word}")
     elseif(KIND STREQUAL "operator")
         set(codes "==" eq "!=" ne "<" lt "<=" le ">" gt ">=" ge "+" pl "<<" ls ">>" rs)

@@ -1,7 +1,7 @@
-# What is built and what is left out, and why; printed at the end of the configuration.
+# Records which parts are built or left out, and why; printed at the end of the configuration.
 
-# scaler_isp_find(PART RESULT PACKAGE ARGS...): looks for a package that a part needs. RESULT becomes
-# TRUE or FALSE; with the part ON a missing package stops the configuration.
+# scaler_isp_find(PART RESULT PACKAGE ARGS...): looks for a package that a part needs. Sets RESULT to
+# TRUE or FALSE; if the part is ON, a missing package stops the configuration.
 function(scaler_isp_find PART RESULT PACKAGE)
     if(SCALER_ISP_${PART} STREQUAL "ON")
         find_package(${PACKAGE} ${ARGN} REQUIRED)
@@ -15,7 +15,7 @@ function(scaler_isp_find PART RESULT PACKAGE)
     endif()
 endfunction()
 
-# scaler_isp_note(TEXT): one line of the report.
+# scaler_isp_note(TEXT): adds one line to the report.
 function(scaler_isp_note TEXT)
     set_property(GLOBAL APPEND PROPERTY SCALER_ISP_NOTES "${TEXT}")
 endfunction()

@@ -1,5 +1,5 @@
-"""Checks the code signature inside a Mach-O image: every hash of every code directory is computed again.
-What only macOS can judge, certificates and notarisation, is not looked at."""
+"""Checks the code signature inside a Mach-O image: recomputes every hash of every code directory.
+Certificates and notarisation, which only macOS can verify, are not checked."""
 
 import hashlib
 import struct
@@ -12,10 +12,10 @@ HASHES = {1: "sha1", 2: "sha256"}
 
 
 def problems(image):
-    """What is wrong with the signature of a macho_reader.Image, as texts; empty when it is good."""
-    if not image.signature_place:
+    """The problems of the signature of a macho_reader.Image, as strings; empty if it is valid."""
+    if not image.signature_range:
         return ["no signature"]
-    start, size = image.signature_place
+    start, size = image.signature_range
     blob = image.data[start:start + size]
     magic, _, count = struct.unpack_from(">3I", blob)
     if magic != SUPER_BLOB:
@@ -29,9 +29,9 @@ def problems(image):
     return found if directories else ["the signature has no code directory"]
 
 
-def _directory_problems(image, blob, place, signature_start):
-    _, _, hashes, _, _, slots, limit = struct.unpack_from(">7I", blob, place + 8)
-    hash_size, hash_type, _, page_bits = struct.unpack_from(">4B", blob, place + 36)
+def _directory_problems(image, blob, offset_in_blob, signature_start):
+    _, _, hashes, _, _, slots, limit = struct.unpack_from(">7I", blob, offset_in_blob + 8)
+    hash_size, hash_type, _, page_bits = struct.unpack_from(">4B", blob, offset_in_blob + 36)
     if hash_type not in HASHES:
         return ["unknown hash type %d" % hash_type]
     page = 1 << page_bits
@@ -41,7 +41,7 @@ def _directory_problems(image, blob, place, signature_start):
     if slots != -(-limit // page):
         found.append("%d hashes for %d bytes" % (slots, limit))
     for i in range(slots):
-        at = place + hashes + hash_size * i
+        at = offset_in_blob + hashes + hash_size * i
         content = image.data[i * page:min((i + 1) * page, limit)]
         computed = hashlib.new(HASHES[hash_type], content).digest()[:hash_size]
         if computed != blob[at:at + hash_size]:
@@ -50,8 +50,8 @@ def _directory_problems(image, blob, place, signature_start):
 
 
 def is_ad_hoc(image):
-    """Whether the image bears an ad-hoc signature, and no certificate."""
-    start, size = image.signature_place
+    """Whether the image has an ad-hoc signature without a certificate."""
+    start, size = image.signature_range
     blob = image.data[start:start + size]
     count, = struct.unpack_from(">I", blob, 8)
     for i in range(count):

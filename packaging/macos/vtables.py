@@ -1,17 +1,17 @@
-"""The order of virtual tables, read from a Mach-O image that still has its symbols: plug-ins call these
-classes by position."""
+"""Checks the order of virtual tables in a Mach-O image that still has its symbols: plug-ins call these
+classes by slot number."""
 
 import re
 import struct
 
-COMM_OWN = ["LoadCommDllFile", "FreeCommDllFile"]  # in front of the table's methods
+COMM_OWN = ["LoadCommDllFile", "FreeCommDllFile"]  # before the methods of the table
 COMM_METHODS = 156
 CLASSES = ["CCpNxString", "CCpIsp", "CCpSignVerify", "CpNxCmdLindParse", "CCpTransform"]
 DEFINED_IN_SECTION = 0x0E
 
 
 def slots(image, table):
-    """Names of what a virtual table points to, behind the offset and the type information."""
+    """Names of the functions in a virtual table, after the offset and the type information."""
     symbols = [s for s in image.symbols()
                if s.type & 0x0E == DEFINED_IN_SECTION and not s.type & 0xE0]
     names = {s.address: s.name for s in symbols}
@@ -20,7 +20,7 @@ def slots(image, table):
         return None
     ends = [s.address for s in symbols] + [s.address + s.size for s in image.sections]
     end = min(a for a in ends if a > start)
-    binds, rebases = image.fixed_places()
+    binds, rebases = image.loader_fixups()
     bound = {bind.address: bind.symbol for bind in binds}
     rebased = set(rebases)
     found = []
@@ -46,7 +46,7 @@ def comm_methods(root):
 
 
 def problems(image, root):
-    """What differs from the promised order, as texts."""
+    """The differences from the promised order, as strings."""
     found = []
     for name in CLASSES:
         wanted, actual = destructors(name), slots(image, f"__ZTV{len(name)}{name}")
@@ -58,10 +58,10 @@ def problems(image, root):
     actual = slots(image, "__ZTV7CNxComm") or []
     if actual[:2] != destructors("CNxComm"):
         found.append(f"virtual table of CNxComm begins with {actual[:2]}")
-    for place, name in enumerate(COMM_OWN + methods, 2):
-        found_there = actual[place] if place < len(actual) else "nothing"
+    for slot, name in enumerate(COMM_OWN + methods, 2):
+        found_there = actual[slot] if slot < len(actual) else "nothing"
         if not str(found_there).startswith(f"__ZN7CNxComm{len(name)}{name}E"):
-            found.append(f"slot {place} of CNxComm is {found_there}, not {name}")
+            found.append(f"slot {slot} of CNxComm is {found_there}, not {name}")
     if len(actual) != 2 + len(COMM_OWN) + len(methods):
         found.append(f"virtual table of CNxComm has {len(actual)} slots")
     return found

@@ -80,7 +80,7 @@ def header_problems(image):
 
 
 def import_problems(image, stubs):
-    binds, _ = image.fixed_places()
+    binds, _ = image.loader_fixups()
     for bind in binds:
         if bind.kind != "weak" and stubs and bind.symbol not in stubs.get(bind.library, ()):
             yield f"{bind.library} of macOS 11 has no {bind.symbol}"
@@ -123,7 +123,7 @@ def main():
         found = [*header_problems(image), *export_problems(image, root),
                  *import_problems(image, stubs), *code_signature.problems(image),
                  *build_path_problems(image, folders), *vtables.problems(whole[arch], root)]
-        if image.signature_place and not code_signature.is_ad_hoc(image):
+        if image.signature_range and not code_signature.is_ad_hoc(image):
             found.append("signed with a certificate")
         problems += [f"{arch}: {text}" for text in found]
     for problem in problems:

@@ -34,7 +34,7 @@ COLUMNS = ["bytes", "goal", "met", "exports", "imports", "binds", "rebases", "in
 
 
 def numbers(image):
-    binds, rebases = image.fixed_places()
+    binds, rebases = image.loader_fixups()
     imports = {(b.symbol, b.library) for b in binds if b.kind != "weak"}
     return {"bytes": len(image.data), "exports": len(image.exports()), "imports": len(imports),
             "binds": len(binds), "rebases": len(rebases), "initialisers": image.initialisers()}

@@ -70,7 +70,7 @@ def check_macos(package, folder, version, sysroot):
         assert sorted(images) == ["arm64", "x86_64"], images
         for image in images.values():
             assert "@rpath/libScalerIsp.dylib" in image.libraries, image.libraries
-            symbols = {bind.symbol for bind in image.fixed_places()[0]
+            symbols = {bind.symbol for bind in image.loader_fixups()[0]
                        if bind.library == "@rpath/libScalerIsp.dylib"}
             missing = symbols - set(macho_reader.load(package / "lib/libScalerIsp.dylib")
                                     [image.arch].exports())
