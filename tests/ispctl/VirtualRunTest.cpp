@@ -91,9 +91,10 @@ TEST_F(VirtualRun, Failing_bank_ends_with_the_code_of_the_plugin) {
     const ConsoleResult result = Run({"--isp", "--fw", m_firmware});
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(result.out, EndsWith("\033[31mFail! Error Code: 0x7003\n\033[m"));
-    EXPECT_THAT(result.err, testing::ContainsRegex("ispctl: failed with 0x7003 at [0-9]+ %: error "
-                                                   "code of the plug-in (see its documentation); "
-                                                   "the state of the device is unknown\n"));
+    EXPECT_THAT(result.err,
+                testing::ContainsRegex("ispctl: failed with 0x7003 at [0-9]+ %: error "
+                                       "code of the plug-in \\(see its documentation\\); "
+                                       "the state of the device is unknown\n"));
 }
 
 TEST_F(VirtualRun, First_interrupt_lets_the_programming_end_well) {
