@@ -1,12 +1,13 @@
 #!/bin/sh
 # tools/demo.sh ISPCTL: shows the main job on the virtual scaler, in a temporary folder and in a few
 # seconds. Prints each command before it runs it; ends with 1 where something goes otherwise than shown.
+# shellcheck disable=SC2016 # expect expands what it is given
 set -eu
 
-[ $# -eq 1 ] && [ -x "$1" ] || {
+if [ $# -ne 1 ] || [ ! -x "$1" ]; then
     echo "usage: tools/demo.sh ISPCTL   (the built or installed console)" >&2
     exit 2
-}
+fi
 ispctl_file=$(cd "$(dirname "$1")" && pwd)/$(basename "$1")
 D=$(cd "$(mktemp -d)" && pwd -P)
 trap 'rm -rf "$D"' EXIT

@@ -1,3 +1,4 @@
+# shellcheck shell=sh
 # ./dev macos: the universal library, built, inspected and run. Sourced by ./dev.
 #
 # On Linux it is cross-built and both halves run in a loader (tests/macos); on a Mac Xcode's tools build it
@@ -170,6 +171,7 @@ macos_arm64() {
 all_macos="library again inspection x86_64 arm64"
 
 dev_macos() {
+    # shellcheck disable=SC2086
     [ $# -gt 0 ] || set -- $all_macos
     for step in "$@"; do
         case " $all_macos numbers " in

@@ -1,3 +1,4 @@
+# shellcheck shell=sh
 # ./dev package: archives for those who build on the library. Sourced by ./dev.
 
 package_version() {
@@ -13,6 +14,7 @@ package_readme() {
 # package_archive FOLDER: checksums, then the archive; the same input gives the same bytes.
 package_archive() {
     cp LICENSE "$1/"
+    # shellcheck disable=SC2094 # SHA256SUMS itself is not read
     (cd "$1" && find . -type f ! -name SHA256SUMS | LC_ALL=C sort | xargs sha256sum >SHA256SUMS)
     name=$(basename "$1")
     run tar --sort=name --owner=0 --group=0 --numeric-owner --mtime=@0 --mode=go=rX,u=rwX \

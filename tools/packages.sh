@@ -1,3 +1,4 @@
+# shellcheck shell=sh
 # What each ./dev command needs; the one place where packages are named. Sourced by ./dev.
 #
 # One row for each need:
@@ -8,7 +9,7 @@
 #   brew       formula of Homebrew, or - where macOS brings it
 needs() {
     cat <<'ROWS'
-test,check,demo,bench,macos,package cmd:c++                 g++                 -
+test,lint,check,demo,bench,macos,package cmd:c++            g++                 -
 test,check,demo,bench,macos,package cmd:cmake               cmake               cmake
 test,check,demo,bench,macos,package cmd:ninja               ninja-build         ninja
 test,check,demo,bench inc:CLI/CLI.hpp               libcli11-dev        cli11
@@ -19,13 +20,16 @@ demo,check,macos      cmd:openssl                   openssl             openssl@
 test,check,bench,macos inc:gtest/gtest.h             libgtest-dev        googletest
 test,check,bench,macos inc:gmock/gmock.h             libgmock-dev        googletest
 test,check,bench      inc:benchmark/benchmark.h     libbenchmark-dev    google-benchmark
-test,check,bench,macos,package cmd:python3                   python3             python@3
+test,lint,check,bench,macos,package cmd:python3              python3             python@3
 test,check,package    cmd:pkg-config                pkg-config          pkg-config
 test,check,bench,macos file:/usr/share/i18n/charmaps locales             -
-check                 cmd:git                       git                 git
+test,lint,check,format cmd:git                      git                 git
+lint,check            cmd:shellcheck                shellcheck          shellcheck
+lint,check            cmd:flake8                    flake8              flake8
+lint,check            cmd:codespell                 codespell           codespell
 check                 cmd:clang++-14                clang-14            llvm@14
 check                 cmd:clang-tidy-14             clang-tidy-14       llvm@14
-check,format          cmd:clang-format-14           clang-format-14     llvm@14
+lint,check,format     cmd:clang-format-14           clang-format-14     llvm@14
 macos,package         linux:clang-19                clang-19            -
 macos,package         linux:ld64.lld-19             lld-19              -
 macos,package         linux:llvm-lipo-19            llvm-19             -

@@ -4,6 +4,7 @@
 set -eu
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
+# shellcheck disable=SC2016 # backquotes of the page
 sed -n '/^```sh$/,/^```$/{/^```/!p;}' "$1" >"$folder/lines"
 [ -s "$folder/lines" ] || {
     echo "$1 shows no lines to run" >&2

@@ -52,7 +52,8 @@ class Console:
             resource.setrlimit(resource.RLIMIT_NOFILE, (limit, limit))
         try:
             done = subprocess.run([self.options.ispctl] + arguments, cwd=self.root, env=env, stdout=stdout,
-                                  stderr=subprocess.PIPE, stdin=subprocess.DEVNULL, timeout=self.options.timeout,
+                                  stderr=subprocess.PIPE, stdin=subprocess.DEVNULL,
+                                  timeout=self.options.timeout,
                                   preexec_fn=lower if limit else None, check=False)
         except subprocess.TimeoutExpired as error:
             return Result(None, error.stdout or b"", error.stderr or b"")

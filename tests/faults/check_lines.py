@@ -10,8 +10,8 @@ import outcome
 from lines import LINES
 
 FIELDS = ("operation", "first", "forever", "error", "status", "stage", "injected", "new_descriptors",
-          "new_blocks", "new_of_others", "in_c_library", "result", "next_result", "out", "out_total", "err", "err_total", "events",
-          "events_total")
+          "new_blocks", "new_of_others", "in_c_library", "result", "next_result", "out", "out_total",
+          "err", "err_total", "events", "events_total")
 SIGALRM = 14
 NO_FAULT = (-1, 1, 0, 0)
 

@@ -33,7 +33,7 @@ TURNS = 200
 OPEN_ERROR = b"Open file error \n"
 
 ORDINARY = ("[Communication]\nenumCommID=3\n\n[ISP_Fw]\nstrFwPrefix=old\nulProgStartBank=2\n\n"
-         "[Other]\nname=größe\n")
+            "[Other]\nname=größe\n")
 
 
 def old_contents(scenario):
@@ -93,7 +93,8 @@ class Folder:
 
     def environment(self):
         env = {k: v for k, v in os.environ.items() if not re.fullmatch(r"LC_.*|LANG|LOCPATH|FAULTS_.*", k)}
-        env.update(LC_ALL="C.UTF-8", LD_PRELOAD=self.options.preload, LD_BIND_NOW="1", **self.options.variables)
+        env.update(LC_ALL="C.UTF-8", LD_PRELOAD=self.options.preload, LD_BIND_NOW="1",
+                   **self.options.variables)
         if self.scenario == "other_encoding":
             env.update(LC_ALL="de_DE.ISO-8859-1", LOCPATH=self.options.locales)
         return env

@@ -145,7 +145,8 @@ def main():
                           "each of the first 64 calls of an operation, then a sample (--long: every call)"))
     tally = Tally(options)
     try:
-        parts = {"self-test": run_self_test, "lines": run_lines, "settings": run_settings, "ispctl": run_ispctl}
+        parts = {"self-test": run_self_test, "lines": run_lines, "settings": run_settings,
+                 "ispctl": run_ispctl}
         for part in PARTS:
             if options.part in (None, part) and part in parts:
                 parts[part](options, tally)
@@ -154,7 +155,7 @@ def main():
     for assertion, count in sorted(tally.by_assertion.items()):
         print("faults: %s failed in %d runs" % (assertion, count))
     print("faults: %d passed, %d failed in %d s" % (tally.passed, tally.failed,
-                                                   time.monotonic() - start))
+                                                    time.monotonic() - start))
     return 1 if tally.failed or tally.passed == 0 else 0
 
 

@@ -21,6 +21,7 @@ libcxxabi="$cxx -D_LIBCXXABI_BUILDING_LIBRARY -I $sources/libcxxabi/include -I $
 unwind="$common -D_LIBUNWIND_IS_NATIVE_ONLY -I $sources/libunwind/include -I $sources/libunwind/src"
 
 # One line for each file: the object, then the command without its output.
+# shellcheck disable=SC2086 # the variables hold several words each
 commands() {
     for file in "$sources"/libcxx/src/*.cpp "$sources"/libcxx/src/ryu/*.cpp \
         "$sources"/libcxx/src/filesystem/*.cpp; do
@@ -49,6 +50,7 @@ link() {
         -nostdlib++ "$@" -o "$file" -Wl,-install_name,"$name"
 }
 
+# shellcheck disable=SC2016 # for the inner shell
 commands | xargs -P "$jobs" -L 1 sh -c 'object=$1/$2.o; shift 2; "$@" -o "$object"' sh "$objects"
 rm -rf "$folder.new"
 mkdir -p "$folder.new"

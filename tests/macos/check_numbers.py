@@ -5,7 +5,8 @@ in bench/RESULTS.md.
 usage: check_numbers.py LIBRARY [--write | --native | --results FILE]
 
 The table may be off by a twentieth and a size by a page more, so that not every change of the library must
-write it again; where it must, --write does that. --native: built by Xcode's tools, whose numbers are others; they are only shown.
+write it again; where it must, --write does that. --native: built by Xcode's tools, whose numbers are
+others; they are only shown.
 """
 
 import argparse
@@ -22,7 +23,7 @@ SIZE_LIMIT = 300_000  # bytes of one architecture
 TOLERANCE = 0.05
 PAGE = 16_384  # code and data are padded to whole pages, so one more instruction may cost that much
 PART = "The library for macOS"
-INTRODUCTION = f"""\
+INTRODUCTION = """\
 Written by `./dev macos numbers`: the file that ships, stripped and with its signatures, built by clang 19 and
 lld 19 of Debian 12. `./dev macos inspection` ends with an error where one half is larger than its goal, and
 where a number here is more than a twentieth away from the file it has built, a size a page more.

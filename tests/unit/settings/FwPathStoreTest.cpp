@@ -64,10 +64,10 @@ TEST_F(FwPathStore, Settings_that_cannot_be_written_are_reported_for_every_key) 
 }
 
 TEST_F(FwPathStore, Saving_equals_one_write_for_each_key) {
-    const std::string befores[] = {
+    const std::string contents[] = {
         "[ISP_Fw]\nfw0_Path=/old\n\nfw1_Path=/hidden\n", "[A]\nk=v\n[ISP_Fw]\nfw1_FileBank=9",
         "[ISP_Fw]\nfwFileCount = 1\nfw2_TargetBank=0\n[B]\n", "x\n\n[ISP_Fw] y\n"};
-    for (const std::string &before : befores) {
+    for (const std::string &before : contents) {
         for (const std::size_t size : {0U, 1U, 65536U, 262144U}) {
             const std::string saved = Saved(size, 250, before);
             const std::wstring expected = Wide(m_folder.Write("expected.ini", before));
