@@ -27,26 +27,6 @@ macos_sysroot() {
         "$macos_llvm" "$PWD/build/macos/sysroot"
 }
 
-# macos_configure SOURCE FOLDER OPTIONS...
-macos_configure() {
-    source=$1 folder=$2
-    shift 2
-    # shellcheck disable=SC2086
-    run cmake -S "$source" -B "$folder" -G Ninja -DCMAKE_BUILD_TYPE=Release \
-        -DSCALER_ISP_WERROR=ON -DSCALER_ISP_HOST=OFF -DSCALER_ISP_BENCH=OFF \
-        -DCMAKE_TOOLCHAIN_FILE="$PWD/packaging/macos/toolchain.cmake" \
-        -DMACOS_SYSROOT="$PWD/build/macos/sysroot" $launcher "$@"
-}
-
-macos_native_configure() {
-    # shellcheck disable=SC2086
-    run cmake -S . -B build/macos/universal -G Ninja -DCMAKE_BUILD_TYPE=Release \
-        -DSCALER_ISP_WERROR=ON -DSCALER_ISP_HOST=OFF -DSCALER_ISP_BENCH=OFF -DSCALER_ISP_TESTS=ON \
-        -DCMAKE_OSX_ARCHITECTURES="x86_64;arm64" -DCMAKE_OSX_DEPLOYMENT_TARGET=11.0 \
-        -DCMAKE_C_FLAGS="-g -ffile-prefix-map=$PWD=." \
-        -DCMAKE_CXX_FLAGS="-g -ffile-prefix-map=$PWD=." $launcher
-}
-
 # macos_build FOLDER OPTIONS...: for every object of two architectures clang leaves an empty folder among
 # the temporary files.
 macos_build() {
@@ -61,12 +41,12 @@ macos_build() {
 macos_library() {
     macos_environment
     if on_a_mac; then
-        macos_native_configure
+        configure macos-native
         macos_build build/macos/universal
         bin=
     else
         macos_sysroot
-        macos_configure . build/macos/universal -DSCALER_ISP_TESTS=ON
+        configure macos
         macos_build build/macos/universal
         bin=$macos_llvm/
         PATH=$PWD/build/macos/sysroot/bin:$PATH
@@ -90,9 +70,9 @@ macos_again() {
     on_a_mac && return 0
     rm -rf build/macos/again
     mkdir -p build/macos/again/elsewhere
-    cp -R CMakeLists.txt scaler_isp packaging build/macos/again/elsewhere/
-    macos_configure build/macos/again/elsewhere build/macos/again/build -DBUILD_TESTING=OFF \
-        -DSCALER_ISP_SIMULATOR=OFF
+    cp -R CMakeLists.txt CMakePresets.json scaler_isp packaging build/macos/again/elsewhere/
+    configure macos -S build/macos/again/elsewhere -B build/macos/again/build \
+        -DMACOS_SYSROOT="$PWD/build/macos/sysroot" -DBUILD_TESTING=OFF -DSCALER_ISP_SIMULATOR=OFF
     macos_build build/macos/again/build --target ScalerIsp
     run "$macos_llvm/llvm-strip" -x -S build/macos/again/build/lib/libScalerIsp.dylib
     run cmp build/macos/again/build/lib/libScalerIsp.dylib "$macos_library"
@@ -148,17 +128,20 @@ macos_run() {
     suite "build/macos/$arch"
 }
 
-# The sign/verify plug-in with real signatures, as Linux uses it: the loader opens ELF files, too.
+# The sign/verify plug-in with real signatures, as Linux uses it: the loader opens ELF files, too. The tree
+# of the tests has it.
 macos_elf_plugin() {
-    # shellcheck disable=SC2086
-    run cmake -S . -B build/macos/elf -G Ninja -DCMAKE_BUILD_TYPE=Release -DSCALER_ISP_WERROR=ON \
-        -DSCALER_ISP_HOST=OFF -DSCALER_ISP_SIMULATOR=ON -DBUILD_TESTING=OFF $launcher
-    run cmake --build build/macos/elf -j "$jobs" --target virtual_sign_verify
+    elf_folder=build/test
+    if [ ! -e "$elf_folder/build.ninja" ]; then
+        elf_folder=build/release
+        configure release -DSCALER_ISP_HOST=OFF
+    fi
+    build "$elf_folder" --target virtual_sign_verify
 }
 
 macos_x86_64() {
     on_a_mac || macos_elf_plugin
-    macos_run x86_64 -DELF_SIGN_VERIFY="$PWD/build/macos/elf/virtual/libSignVerify.dylib"
+    macos_run x86_64 -DELF_SIGN_VERIFY="$PWD/$elf_folder/virtual/libSignVerify.dylib"
 }
 
 macos_arm64() {

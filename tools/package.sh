@@ -26,9 +26,7 @@ package_archive() {
 package_linux() {
     package=build/package/ScalerIsp-$(package_version)-linux-$(uname -m)
     rm -rf "$package"
-    # shellcheck disable=SC2086
-    run cmake -S . -B build/package/build -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF \
-        -DSCALER_ISP_HOST=OFF -DSCALER_ISP_SIMULATOR=OFF $launcher
+    configure release -B build/package/build -DSCALER_ISP_HOST=OFF -DSCALER_ISP_SIMULATOR=OFF
     build build/package/build
     run cmake --install build/package/build --prefix "$PWD/$package" --strip
     package_readme "$package" linux
