@@ -29,7 +29,8 @@ endfunction()
 
 function(scaler_isp_write_export_lists LIST ELF MACHO)
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${LIST}")
-    file(STRINGS "${LIST}" lines REGEX "^[a-z]")
+    # Without the encoding every other character would end a line.
+    file(STRINGS "${LIST}" lines ENCODING UTF-8 REGEX "^[a-z]")
     set(elf "{\n  global:\n")
     set(macho "")
     foreach(line IN LISTS lines)

@@ -43,15 +43,15 @@ foreach(language IN ITEMS C CXX)
 endforeach()
 
 # For several architectures clang calls a program named lipo, which is in bin/ of the sysroot.
-set(lipo_path "-B${MACOS_SYSROOT}/bin")
+set(lipo_path "-B\"${MACOS_SYSROOT}/bin\"")
 # No path of the build machine appears in a file. dsymutil extracts the debug information, strip removes it.
 string(CONCAT compile_flags "${lipo_path} -g -ffile-compilation-dir=build"
-    " -ffile-prefix-map=${CMAKE_SOURCE_DIR}=.")
+    " -ffile-prefix-map=\"${CMAKE_SOURCE_DIR}\"=.")
 set(CMAKE_C_FLAGS_INIT "${compile_flags}")
 set(CMAKE_CXX_FLAGS_INIT "${compile_flags} -stdlib=libc++")
 foreach(kind IN ITEMS EXE SHARED MODULE)
     set(CMAKE_${kind}_LINKER_FLAGS_INIT
-        "-fuse-ld=lld ${lipo_path} -Wl,-oso_prefix,${CMAKE_BINARY_DIR}/")
+        "-fuse-ld=lld ${lipo_path} -Wl,-oso_prefix,\"${CMAKE_BINARY_DIR}/\"")
 endforeach()
 set(CMAKE_USER_MAKE_RULES_OVERRIDE ${CMAKE_CURRENT_LIST_DIR}/after_platform.cmake)
 unset(ENV{LIBRARY_PATH})
