@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -97,13 +98,25 @@ ExitStatus ConsoleStreams::Finish(ExitStatus status, bool quiet) {
     if (m_errors[0] != 0) {
         Write(Stream::Error, fmt::format("ispctl: {}\n", Problem()));
     }
-    return IsComplete() || status != kExitSuccess ? status : kExitFailedRun;
+    return IsComplete() || status != kExitSuccess ? status : kExitFileError;
 }
 
 bool ConsoleStreams::IsTerminal(Stream stream) {
     const char *kind = std::getenv("TERM");
     const bool canErase = kind == nullptr || std::string_view(kind) != "dumb";
     return canErase && ::isatty(DescriptorOf(stream)) == 1;
+}
+
+bool ConsoleStreams::HasColours(Stream stream) {
+    const char *unwanted = std::getenv("NO_COLOR");
+    return IsTerminal(stream) && (unwanted == nullptr || *unwanted == '\0');
+}
+
+int ConsoleStreams::Width(Stream stream) {
+    constexpr int kDefault = 80;
+    winsize size{};
+    const bool known = ::ioctl(DescriptorOf(stream), TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    return known ? size.ws_col : kDefault;
 }
 
 bool ConsoleStreams::ShareOneTarget() {

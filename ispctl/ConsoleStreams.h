@@ -40,11 +40,16 @@ class ConsoleStreams {
     std::string Problem() const;
     /// Ends the output and reports a failed stream on the one that still works.
     /// \param quiet  true: standard output is JSON, so no message may be written to it
-    /// RETURNS the status, or kExitFailedRun instead of success if output is missing.
+    /// RETURNS the status, or kExitFileError instead of success if output is missing.
     ExitStatus Finish(ExitStatus status, bool quiet);
 
     /// RETURNS whether the stream is a terminal that can erase a line, which a progress bar needs.
     static bool IsTerminal(Stream stream);
+    /// RETURNS whether colours can be shown there and the user has not switched them off
+    /// (https://no-color.org).
+    static bool HasColours(Stream stream);
+    /// RETURNS the width of the terminal there, 80 if it is not known. UNITS: columns.
+    static int Width(Stream stream);
     /// RETURNS whether both streams go to the same file, pipe or terminal.
     static bool ShareOneTarget();
 

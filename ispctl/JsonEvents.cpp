@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "ResultInfo.h"
+#include "line/FindingJson.h"
 
 namespace ispctl {
 namespace {
@@ -37,12 +38,12 @@ void WriteLine(ConsoleStreams &streams, const Json &event) {
     streams.Write(Stream::Output, EscapedLine(event.dump(-1, ' ', ascii)) + "\n");
 }
 
-// Adds how the process ended, unless the library simply returned.
+/// How the process ended, if it did not return by itself.
 void AddEnd(Json &event, const RunOutcome &outcome) {
     switch (outcome.end) {
     case RunEnd::Exit:
         event["ended"] = "exit";
-        event["status"] = outcome.number;
+        event["exit_status"] = outcome.number;
         break;
     case RunEnd::Signal:
         event["ended"] = "signal";
@@ -55,9 +56,30 @@ void AddEnd(Json &event, const RunOutcome &outcome) {
         event["ended"] = "unheard";
         break;
     default:
-        return;
+        break;
     }
-    event["percent"] = outcome.percent ? Json(*outcome.percent) : Json(nullptr);
+}
+
+Json JsonOfFindings(const std::vector<Finding> &findings) {
+    Json list = Json::array();
+    for (const Finding &finding : findings) {
+        list.push_back(JsonOfFinding(finding));
+    }
+    return list;
+}
+
+/// The keys that every result event has, in their order.
+Json ResultEvent(ExitStatus status, std::string_view source, std::string_view stage) {
+    return {{"event", "result"}, {"status", static_cast<int>(status)},
+            {"code", nullptr},   {"hex", nullptr},
+            {"name", nullptr},   {"meaning", nullptr},
+            {"source", source},  {"stage", stage},
+            {"percent", nullptr}};
+}
+
+/// Strings from elsewhere may hold any bytes; JSON may not.
+std::string Text(std::string_view bytes) {
+    return EscapeBytes(bytes).text;
 }
 
 } // namespace
@@ -92,21 +114,38 @@ void JsonEvents::OnPause() {
     m_console.FlushCompleteCharacters();
 }
 
-void JsonEvents::OnEnd(const RunOutcome &outcome) {
+void JsonEvents::OnEnd(const RunOutcome &outcome, ExitStatus status) {
     m_console.EmitAll();
-    Json event{{"event", "result"}, {"code", nullptr}, {"hex", nullptr}, {"name", nullptr}};
+    Json event = ResultEvent(status, SourceOf(outcome), StageOf(outcome));
     if (outcome.code) {
-        const ResultInfo info = DescribeResult(*outcome.code);
+        const std::string_view name = NameOfCode(outcome);
         event["code"] = *outcome.code;
         event["hex"] = FormatResultCode(*outcome.code);
-        event["name"] = info.name.empty() ? Json(nullptr) : Json(info.name);
+        event["name"] = name.empty() ? Json(nullptr) : Json(name);
     }
-    event["meaning"] = MeaningOf(outcome);
+    event["meaning"] = Text(MeaningOf(outcome));
+    if (outcome.percent) {
+        event["percent"] = *outcome.percent;
+    }
     AddEnd(event, outcome);
     if (!outcome.IsSuccess()) {
         event["device"] = outcome.pluginCalled ? "unknown" : "untouched";
+        event["advice"] = Json::array();
+        for (const std::string &line : AdviceAfter(outcome)) {
+            event["advice"].push_back(Text(line));
+        }
     }
+    event["findings"] = JsonOfFindings(outcome.findings);
     WriteLine(m_streams, event);
+}
+
+void JsonEvents::WriteNotCalled(ConsoleStreams &streams, ExitStatus status, std::string_view stage,
+                                std::string_view reason, const std::vector<Finding> &findings) {
+    Json event = ResultEvent(status, "ispctl", stage);
+    event["meaning"] = Text(reason);
+    event["device"] = "untouched";
+    event["findings"] = JsonOfFindings(findings);
+    WriteLine(streams, event);
 }
 
 } // namespace ispctl

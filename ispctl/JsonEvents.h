@@ -12,10 +12,10 @@ namespace ispctl {
 ///   {"event":"progress","percent":N}
 ///   {"event":"message","text":T}
 ///   {"event":"console","text":T}    T with its newline, if it has one
-///   {"event":"result","code":N,"hex":"0xN","name":NAME or null,"meaning":T}
-/// A failure adds "device" ("untouched" or "unknown"). A process that did not end by itself adds
-/// "ended" and more, see docs/ispctl.md; without a result, code, hex and name are null. A string
-/// that is not valid Unicode is escaped (see EscapedText) and its event has "escaped":true.
+///   {"event":"result", ...}         always the last one; docs/ispctl-events.schema.json has its
+///   keys
+/// A string that is not valid Unicode is escaped (see EscapedText) and its event has
+/// "escaped":true.
 class JsonEvents : public RunObserver {
   public:
     explicit JsonEvents(ConsoleStreams &streams);
@@ -24,7 +24,12 @@ class JsonEvents : public RunObserver {
     void OnMessage(std::wstring_view text) override;
     void OnConsole(Stream stream, std::string_view bytes) override;
     void OnPause() override;
-    void OnEnd(const RunOutcome &outcome) override;
+    void OnEnd(const RunOutcome &outcome, ExitStatus status) override;
+
+    /// The result event of a run that did not call the library.
+    /// \param stage  "usage", "open" or "check"
+    static void WriteNotCalled(ConsoleStreams &streams, ExitStatus status, std::string_view stage,
+                               std::string_view reason, const std::vector<Finding> &findings);
 
   private:
     void WriteText(const char *event, const EscapedText &text);

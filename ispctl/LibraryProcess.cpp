@@ -6,17 +6,22 @@
 #include <cstdio>
 #include <cwchar>
 #include <fcntl.h>
+#include <filesystem>
 #include <optional>
 #include <stdexcept>
 #include <unistd.h>
 
 #include "CommandLine.h"
 #include "ConsoleStreams.h"
+#include "FailureDetail.h"
 #include "ImageWatch.h"
+#include "LibraryParser.h"
 #include "LibraryPaths.h"
 #include "Pipe.h"
 #include "ScalerLibrary.h"
 #include "Utf8.h"
+#include "line/CheckLine.h"
+#include "line/LineReport.h"
 
 namespace ispctl {
 namespace {
@@ -37,22 +42,59 @@ std::optional<ScalerLibrary> OpenLibrary(const RunOptions &options, std::string 
         options.virtualScaler ? VirtualLibraryPath() : InstalledLibraryPath(), error);
 }
 
-/// An opened library and the command line to run.
+/// What the library's process knows before the call.
 struct Call {
     ScalerLibrary library;
     std::wstring line;
+    std::shared_ptr<const Records> records; ///< null if the library lacks its parser
 };
 
-std::optional<Call> Prepare(const RunOptions &options, std::string &error) {
+/// RETURNS nothing if the library cannot be called, after reporting why.
+std::optional<Call> Prepare(const RunOptions &options, ParentLink &link) {
+    std::string error;
     auto library = OpenLibrary(options, error);
     if (!library) {
+        link.Send(FrameKind::Unopened, error.substr(0, kMaxFrame));
         return std::nullopt;
     }
     CommandLine line = BuildCommandLine(options.arguments,
                                         [&](const std::string &l) { return library->Split(l); });
-    error = line.error;
-    return line.IsValid() ? std::optional(Call{std::move(*library), std::move(line.line)})
-                          : std::nullopt;
+    if (!line.IsValid()) {
+        link.Send(FrameKind::Unpassable, line.error.substr(0, kMaxFrame));
+        return std::nullopt;
+    }
+    return Call{std::move(*library), std::move(line.line), nullptr};
+}
+
+/// Checks the line with the library's own parser. RETURNS whether ispctl wants to continue.
+bool CheckAndReport(const RunOptions &options, Call &call, ParentLink &link) {
+    LineReport report;
+    std::error_code ignored;
+    LineContext context{call.library.Directory(), std::filesystem::current_path(ignored), {}};
+    std::string missing;
+    const auto parser = LibraryParser::Find(call.library, missing);
+    if (parser) {
+        call.records = parser->Parse(options.arguments).records;
+        context.parse = [&](const auto &arguments) { return parser->Parse(arguments); };
+    } else {
+        report.notice = "the library does not offer its parser (" + missing +
+                        "), so the command line is checked in part only";
+    }
+    if (options.verbatim) {
+        return true;
+    }
+    report.findings = CheckLine(options.arguments, context);
+    return link.Send(FrameKind::Findings, EncodeLineReport(report, kMaxFrame));
+}
+
+std::vector<unsigned> ProgrammedBanks(const Records *records) {
+    std::vector<unsigned> banks;
+    if (records != nullptr) {
+        const auto &map = records->command.stMapFw;
+        const std::size_t count = std::min<std::size_t>(map.ulFwCount, SCALER_ISP_MAX_BANKS);
+        banks.assign(map.ulTargetBank, map.ulTargetBank + count);
+    }
+    return banks;
 }
 
 // No exception of this program may pass through the stack frames of a plug-in.
@@ -111,26 +153,30 @@ void BecomeLibraryProcess() {
 
 void RunLibrary(const RunOptions &options, ParentLink &link) {
     std::optional<Call> call;
-    std::string text;
     try {
-        call = Prepare(options, text);
+        call = Prepare(options, link);
+        if (!call || !CheckAndReport(options, *call, link)) {
+            return; // nothing was done
+        }
     } catch (const std::exception &error) {
-        text = error.what();
-    }
-    if (!call) {
-        link.Send(FrameKind::Refused, text.substr(0, kMaxFrame));
+        link.Send(FrameKind::Unopened, error.what());
         return;
     }
-    text = call->library.Path().string() + '\0' + EscapeWide(call->line).text;
     g_link = &link;
-    if (!link.Send(FrameKind::Ready, text)) {
+    if (!link.Send(FrameKind::Ready,
+                   EncodeReadyCall({call->library.Path().string(), EscapeWide(call->line).text,
+                                    ProgrammedBanks(call->records.get())}))) {
         return; // ispctl has ended, before anything was done
     }
     const ImageWatch watch;
     RunResult result;
     result.code = call->library.Run(call->line, OnProgress, OnMessage);
     result.pluginLoaded = watch.MayHaveLoadedPlugin() ? 1 : 0;
-    link.Send(FrameKind::Result, BytesOf(result));
+    const ResultOrigin origin = OriginOf(result.code, call->library.Directory(),
+                                         call->records.get(), result.pluginLoaded != 0);
+    result.fromLibrary = origin.fromLibrary ? 1 : 0;
+    link.Send(FrameKind::Result,
+              std::string(BytesOf(result)) + origin.detail.substr(0, kMaxMessage));
 }
 
 } // namespace ispctl

@@ -1,5 +1,6 @@
 #include "LibraryRun.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstring>
 #include <fmt/format.h>
@@ -85,7 +86,8 @@ void LibraryRun::HandleFrame(const Frame &frame) {
         Notify([&](RunObserver &observer) { observer.OnMessage(MessageOf(frame)); });
         break;
     case FrameKind::Result:
-        m_result = ValueOf<RunResult>(frame.payload);
+        m_result = ValueOf<RunResult>(std::string_view(frame.payload).substr(0, sizeof(RunResult)));
+        m_detail = frame.payload.substr(std::min(frame.payload.size(), sizeof(RunResult)));
         break;
     default:
         break;
@@ -108,7 +110,7 @@ void LibraryRun::HandleFrames() {
     }
 }
 
-std::optional<Frame> LibraryRun::WaitForFirstFrame() {
+std::optional<Frame> LibraryRun::WaitForFrame() {
     std::optional<Frame> frame;
     while (!frame && !m_child.Status()) {
         m_child.Wait(-1);
@@ -143,9 +145,11 @@ RunOutcome LibraryRun::Run(std::vector<RunObserver *> observers) {
     Notify([&](RunObserver &observer) { observer.OnConsole(Stream::Output, m_earlyText); });
     m_child.Answer();
     Follow();
-    const RunOutcome outcome = Outcome();
-    Notify([&](RunObserver &observer) { observer.OnEnd(outcome); });
-    return outcome;
+    return Outcome();
+}
+
+void LibraryRun::NotifyEnd(RunObserver &observer, const RunOutcome &outcome, ExitStatus status) {
+    Attempt([&] { observer.OnEnd(outcome, status); });
 }
 
 RunOutcome LibraryRun::Outcome() const {
@@ -154,6 +158,8 @@ RunOutcome LibraryRun::Outcome() const {
     outcome.percent = m_percent;
     if (m_result) {
         outcome.code = m_result->code;
+        outcome.fromLibrary = m_result->fromLibrary != 0;
+        outcome.detail = m_detail;
     }
     if (RunSignals::HasStopped()) {
         outcome.end = RunEnd::Interrupted;
@@ -166,9 +172,8 @@ RunOutcome LibraryRun::Outcome() const {
         outcome.end = RunEnd::Exit;
         outcome.number = WEXITSTATUS(status);
     }
-    // A code that the library never returns itself comes from a plug-in, so a plug-in was called.
-    const bool codeOfLibrary = m_result && !DescribeResult(m_result->code).name.empty();
-    outcome.pluginCalled = !codeOfLibrary || m_result->pluginLoaded != 0 || m_calledBack ||
+    // A code that the library has not formed itself comes from a plug-in, so one was called.
+    outcome.pluginCalled = !outcome.fromLibrary || m_result->pluginLoaded != 0 || m_calledBack ||
                            outcome.end != RunEnd::Returned;
     return outcome;
 }

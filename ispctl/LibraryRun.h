@@ -17,15 +17,17 @@ class LibraryRun {
   public:
     LibraryRun(ChildProcess &child, ConsoleStreams &streams) : m_child(child), m_streams(streams) {}
 
-    /// Waits for the frame that reports whether the library can be called.
+    /// Waits for a frame before the call: each but the last one is answered by the caller.
     /// RETURNS nothing if the process ended without one.
-    std::optional<Frame> WaitForFirstFrame();
-    /// The text written before that frame, at most 64 KiB.
+    std::optional<Frame> WaitForFrame();
+    /// The text written before the call, at most 64 KiB.
     const std::string &EarlyText() const {
         return m_earlyText;
     }
     /// Starts the call and follows it to the end of the process.
     RunOutcome Run(std::vector<RunObserver *> observers);
+    /// Tells one of them the end; an observer that throws has missed it.
+    void NotifyEnd(RunObserver &observer, const RunOutcome &outcome, ExitStatus status);
     /// RETURNS why an event could not be reported; empty if all were.
     const std::string &Problem() const {
         return m_problem;
@@ -46,6 +48,7 @@ class LibraryRun {
     std::vector<RunObserver *> m_observers;
     std::string m_earlyText;
     std::optional<RunResult> m_result;
+    std::string m_detail;
     std::optional<int> m_percent;
     bool m_calledBack = false;
     std::string m_problem;

@@ -9,7 +9,6 @@
 namespace ispctl {
 namespace {
 
-constexpr int kBarWidth = 40;
 constexpr std::string_view kEraseLine = "\r\033[K";
 
 // The library resets the colour of a line after its newline, so the newline is not the last
@@ -26,10 +25,23 @@ std::string_view WithoutTrailingColours(std::string_view text) {
     return text;
 }
 
+Colours ColoursOf(Stream stream, bool verbatim) {
+    return verbatim || ConsoleStreams::HasColours(stream) ? Colours::Keep : Colours::Drop;
+}
+
+/// Of the bar between its brackets, so that the complete line fits into the terminal. The last
+/// column stays free: some terminals wrap as soon as it is written.
+int BarWidth() {
+    constexpr int kLongest = 40;
+    constexpr int kRest = 9; // "[", "] 100 %" and the free column
+    return std::clamp(ConsoleStreams::Width(Stream::Error) - kRest, 1, kLongest);
+}
+
 } // namespace
 
-ProgressView::ProgressView(ConsoleStreams &streams)
-    : m_streams(streams), m_output(streams.TheCharset()), m_error(streams.TheCharset()),
+ProgressView::ProgressView(ConsoleStreams &streams, bool verbatim)
+    : m_streams(streams), m_output(streams.TheCharset(), ColoursOf(Stream::Output, verbatim)),
+      m_error(streams.TheCharset(), ColoursOf(Stream::Error, verbatim)),
       m_bar(ConsoleStreams::IsTerminal(Stream::Error)),
       m_sharedTarget(ConsoleStreams::ShareOneTarget()) {}
 
@@ -42,9 +54,10 @@ void ProgressView::EraseBar() {
 
 void ProgressView::DrawBar() {
     const int percent = std::clamp(m_percent, 0, 100);
-    const int filled = percent * kBarWidth / 100;
+    const int width = BarWidth();
+    const int filled = percent * width / 100;
     const std::string bar = fmt::format("{}{}[{:#<{}}{:-<{}}] {:3} %", m_midLine ? "\n" : "",
-                                        kEraseLine, "", filled, "", kBarWidth - filled, m_percent);
+                                        kEraseLine, "", filled, "", width - filled, m_percent);
     // A full bar stays; a later step, for example after a boot firmware, gets a new one.
     m_streams.Write(Stream::Error, percent == 100 ? bar + "\n" : bar);
     m_errorMidLine = false;
@@ -120,11 +133,14 @@ void ProgressView::FinishConsole() {
     }
 }
 
-void ProgressView::OnEnd(const RunOutcome &outcome) {
+void ProgressView::OnEnd(const RunOutcome &outcome, ExitStatus) {
     FinishConsole();
     EraseBar();
     m_streams.Write(Stream::Error, m_midLine || m_errorMidLine ? "\n" : "");
     m_streams.PrintMessage(SentenceOf(outcome));
+    for (const std::string &line : AdviceAfter(outcome)) {
+        m_streams.PrintMessage(line);
+    }
 }
 
 } // namespace ispctl

@@ -14,12 +14,13 @@ namespace ispctl {
 /// terminal, otherwise a line per 10 %.
 class ProgressView : public RunObserver {
   public:
-    explicit ProgressView(ConsoleStreams &streams);
+    /// \param verbatim  keep the library's colours even if the terminal has none
+    explicit ProgressView(ConsoleStreams &streams, bool verbatim = false);
 
     void OnProgress(int percent) override;
     void OnMessage(std::wstring_view text) override;
     void OnConsole(Stream stream, std::string_view bytes) override;
-    void OnEnd(const RunOutcome &outcome) override;
+    void OnEnd(const RunOutcome &outcome, ExitStatus status) override;
 
   private:
     static constexpr int kNone = -1;

@@ -1,5 +1,6 @@
 #include "ResultInfo.h"
 
+#include <algorithm>
 #include <csignal>
 #include <fmt/format.h>
 #include <sys/wait.h>
@@ -44,21 +45,80 @@ std::string DescribeEnd(const RunOutcome &outcome) {
     }
 }
 
+/// One row of abi/ResultCodes.h.
+struct CodeRow {
+    int code;
+    std::string_view name;
+    std::string_view meaning;
+    std::string_view remedy;
+};
+
+constexpr CodeRow kCodes[] = {
+#define ISPCTL_RESULT_CODE(NAME, VALUE, MEANING, CAUSE, REMEDY) {VALUE, #NAME, MEANING, REMEDY},
+    SCALER_ISP_RESULT_CODES(ISPCTL_RESULT_CODE)
+#undef ISPCTL_RESULT_CODE
+};
+
+/// The row of a code that the library formed itself; null for one of a plug-in.
+const CodeRow *RowOf(const RunOutcome &outcome) {
+    for (const CodeRow &row : kCodes) {
+        if (outcome.fromLibrary && outcome.code == row.code) {
+            return &row;
+        }
+    }
+    return nullptr;
+}
+
+std::string MeaningOfCode(const RunOutcome &outcome) {
+    if (outcome.code == SCALER_ISP_REFUSED && !outcome.pluginWords) {
+        return std::string(outcome.pluginCalled ? kGaveUp : kRefused);
+    }
+    if (const CodeRow *row = RowOf(outcome)) {
+        return std::string(row->meaning);
+    }
+    return outcome.pluginWords ? outcome.pluginWords->meaning
+                               : "error code of the plug-in (see its documentation)";
+}
+
+/// Where programming stopped, as far as progress tells.
+std::string AdviceAfterStop(const RunOutcome &outcome) {
+    constexpr const char *kRepeat =
+        "run the same command again before the device is switched off or disconnected";
+    const int percent = std::clamp(outcome.percent.value_or(0), 0, 100);
+    if (outcome.banks.empty() || percent == 100) {
+        return kRepeat;
+    }
+    const std::size_t index = outcome.banks.size() * static_cast<std::size_t>(percent) / 100;
+    return fmt::format("after {} % of {} banks, bank {} may be half written; {}", percent,
+                       outcome.banks.size(), outcome.banks[index], kRepeat);
+}
+
 } // namespace
 
-ResultInfo DescribeResult(int code, bool pluginCalled) {
-    if (code == SCALER_ISP_REFUSED) {
-        return {"SCALER_ISP_REFUSED", pluginCalled ? kGaveUp : kRefused};
+std::string_view NameOfCode(const RunOutcome &outcome) {
+    const CodeRow *row = RowOf(outcome);
+    if (row == nullptr && outcome.code == SCALER_ISP_REFUSED) {
+        return "SCALER_ISP_REFUSED";
     }
-    switch (code) {
-#define ISPCTL_RESULT_CASE(NAME, VALUE, MEANING, CAUSE, REMEDY)                                    \
-    case VALUE:                                                                                    \
-        return {#NAME, MEANING};
-        SCALER_ISP_RESULT_CODES(ISPCTL_RESULT_CASE)
-#undef ISPCTL_RESULT_CASE
-    default:
-        return {"", "error code of the plug-in (see its documentation)"};
+    return row != nullptr ? row->name : std::string_view();
+}
+
+std::vector<std::string> AdviceAfter(const RunOutcome &outcome) {
+    std::vector<std::string> advice;
+    if (outcome.IsSuccess()) {
+        return advice;
     }
+    if (!outcome.detail.empty()) {
+        advice.push_back(outcome.detail);
+    }
+    if (outcome.end != RunEnd::Returned) {
+        advice.push_back(AdviceAfterStop(outcome));
+    } else if (outcome.pluginWords && !outcome.pluginWords->remedy.empty()) {
+        advice.push_back(outcome.pluginWords->remedy);
+    } else if (const CodeRow *row = RowOf(outcome); row != nullptr && outcome.detail.empty()) {
+        advice.emplace_back(row->remedy);
+    }
+    return advice;
 }
 
 std::string FormatResultCode(int code) {
@@ -84,7 +144,7 @@ std::string MeaningOf(const RunOutcome &outcome) {
     if (!outcome.code) {
         return end;
     }
-    const auto meaning = std::string(DescribeResult(*outcome.code, outcome.pluginCalled).meaning);
+    const std::string meaning = MeaningOfCode(outcome);
     if (end.empty()) {
         return meaning;
     }

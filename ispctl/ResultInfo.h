@@ -3,19 +3,11 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "RunOutcome.h"
 
 namespace ispctl {
-
-/// Name and meaning of a result code.
-struct ResultInfo {
-    std::string_view name; ///< its name in abi/ResultCodes.h; empty if it is a plug-in's code
-    std::string_view meaning;
-};
-
-/// \param pluginCalled  false only if certainly no function of a plug-in was called
-ResultInfo DescribeResult(int code, bool pluginCalled = false);
 
 /// RETURNS "0x" and upper-case hexadecimal digits, as the library prints a code.
 std::string FormatResultCode(int code);
@@ -25,6 +17,14 @@ std::string NameOfSignal(int signal);
 
 /// RETURNS " (exit status 3)" or " (SIGSEGV)" for a status from waitpid.
 std::string DescribeStatus(int status);
+
+/// RETURNS the name in abi/ResultCodes.h of a code that the library formed, and of -1; else empty.
+/// REQUIRES: there is a code.
+std::string_view NameOfCode(const RunOutcome &outcome);
+
+/// RETURNS what to do after a run, one sentence per line, from the file or function that is missing
+/// to the remedy; nothing after a success.
+std::vector<std::string> AdviceAfter(const RunOutcome &outcome);
 
 /// RETURNS the meaning of the result, or what ended the process.
 std::string MeaningOf(const RunOutcome &outcome);

@@ -1,135 +1,183 @@
 #include "RunCommand.h"
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <fmt/format.h>
 #include <optional>
-#include <stdexcept>
+#include <system_error>
 
 #include "ChildProcess.h"
 #include "Environment.h"
-#include "FileHints.h"
 #include "JsonEvents.h"
 #include "LibraryRun.h"
 #include "ProgressView.h"
 #include "ResultInfo.h"
 #include "RunLog.h"
+#include "line/FindingText.h"
+#include "line/LineReport.h"
 
 namespace ispctl {
 namespace {
 
 namespace fs = std::filesystem;
 
-/// The call that the library's process is about to make.
-struct ReadyCall {
-    std::string library; ///< absolute path
-    std::string line;
+/// One `ispctl run`, from the checks to the exit status.
+class RunSession {
+  public:
+    RunSession(const RunOptions &options, ConsoleStreams &streams, ChildProcess &child)
+        : m_options(options), m_streams(streams), m_child(child), m_run(child, streams) {}
+
+    ExitStatus Execute() {
+        std::optional<Frame> frame = m_run.WaitForFrame();
+        if (frame && frame->kind == FrameKind::Findings) {
+            if (!IsAccepted(DecodeLineReport(frame->payload))) {
+                return NotCalled(kExitRefused, "check", "the library was not called");
+            }
+            m_child.Answer();
+            frame = m_run.WaitForFrame();
+        }
+        if (!frame) {
+            m_streams.Print(Stream::Error, m_run.EarlyText());
+            return NotCalled(kExitUsage, "open",
+                             "the library was not called: opening it ended its process" +
+                                 DescribeStatus(m_child.Status().value_or(0)));
+        }
+        switch (frame->kind) {
+        case FrameKind::Ready:
+            return Call(DecodeReadyCall(frame->payload));
+        case FrameKind::Unpassable:
+            return NotCalled(kExitRefused, "check", frame->payload);
+        default:
+            m_streams.Print(Stream::Error, m_run.EarlyText());
+            return NotCalled(kExitUsage, "open", frame->payload);
+        }
+    }
+
+  private:
+    ExitStatus NotCalled(ExitStatus status, std::string_view stage, const std::string &reason) {
+        return ReportNotCalled(m_options.json, status, stage, reason, m_findings, m_streams);
+    }
+
+    /// Shows the findings. RETURNS whether none of them stops the run.
+    bool IsAccepted(LineReport report) {
+        if (!report.notice.empty()) {
+            m_streams.PrintMessage(report.notice);
+        }
+        m_findings = std::move(report.findings);
+        bool accepted = true;
+        for (const Finding &finding : m_findings) {
+            const bool allowed = std::find(m_options.allowed.begin(), m_options.allowed.end(),
+                                           finding.name) != m_options.allowed.end();
+            if (allowed) {
+                continue;
+            }
+            ShowFinding(finding, m_options.arguments, m_streams);
+            accepted = accepted && finding.severity == FindingClass::Warning;
+        }
+        return accepted;
+    }
+
+    ExitStatus Call(const ReadyCall &call) {
+        const fs::path directory = fs::path(call.library).parent_path();
+        std::optional<RunLog> log;
+        if (!m_options.log.empty()) {
+            try {
+                log.emplace(m_options.log);
+            } catch (const std::system_error &error) {
+                return NotCalled(kExitFileError, "log", error.what());
+            }
+            log->Write("library", call.library);
+            log->Write("command", call.line);
+        }
+        PrintNotices(directory);
+        JsonEvents json(m_streams);
+        ProgressView progress(m_streams, m_options.verbatim);
+        RunObserver &view = m_options.json ? static_cast<RunObserver &>(json) : progress;
+        std::vector<RunObserver *> observers{&view};
+        if (log) {
+            observers.push_back(&*log);
+        }
+        RunOutcome outcome = m_run.Run(std::move(observers));
+        outcome.banks = call.banks;
+        outcome.findings = m_findings;
+        if (outcome.code && !outcome.fromLibrary) {
+            outcome.pluginWords = FindPluginCode(directory, *outcome.code);
+        }
+        return Report(outcome, view, log ? &*log : nullptr);
+    }
+
+    void PrintNotices(const fs::path &directory) {
+        if (m_options.virtualScaler) {
+            m_streams.PrintMessage("virtual scaler: no hardware is touched");
+        }
+        if (!IsTextOfEnvironment(directory)) {
+            m_streams.PrintMessage(
+                fmt::format("the library's directory {} cannot be expressed in the encoding of "
+                            "the environment, {}: plug-ins get an empty directory; set a UTF-8 "
+                            "locale, such as LC_ALL=C.UTF-8",
+                            directory.string(), EnvironmentEncoding()));
+        }
+    }
+
+    /// The log first, so that what is missing there is part of the status that the view shows.
+    ExitStatus Report(const RunOutcome &outcome, RunObserver &view, RunLog *log) {
+        ExitStatus status = StatusOfOutcome(outcome);
+        const auto fail = [&](const std::string &problem) {
+            m_streams.PrintMessage(problem);
+            status = status == kExitSuccess ? kExitFileError : status;
+        };
+        if (log != nullptr) {
+            m_run.NotifyEnd(*log, outcome, status);
+            if (!m_streams.IsComplete()) {
+                log->OnNotice(m_streams.Problem());
+            }
+            if (log->Error() != 0) {
+                fail(fmt::format("writing the log {} failed; it is incomplete: {}", m_options.log,
+                                 std::strerror(log->Error())));
+            }
+        }
+        if (!m_run.Problem().empty()) {
+            fail("the output is incomplete: " + m_run.Problem());
+        }
+        const std::string problem = m_run.Problem();
+        m_run.NotifyEnd(view, outcome, status);
+        if (problem.empty() && !m_run.Problem().empty()) {
+            fail("the output is incomplete: " + m_run.Problem());
+        }
+        return status;
+    }
+
+    const RunOptions &m_options;
+    ConsoleStreams &m_streams;
+    ChildProcess &m_child;
+    LibraryRun m_run;
+    std::vector<Finding> m_findings;
 };
 
-ReadyCall ReadyFrom(const std::string &payload) {
-    const auto end = payload.find('\0');
-    return {payload.substr(0, end), payload.substr(end + 1)};
-}
-
-/// Reads the first frame: only the library's process knows whether the library can be called.
-/// RETURNS nothing if it cannot, after printing why.
-std::optional<ReadyCall> WaitUntilReady(const LibraryRun &run, const std::optional<Frame> &first,
-                                        ConsoleStreams &streams, ChildProcess &child) {
-    if (first && first->kind == FrameKind::Ready) {
-        return ReadyFrom(first->payload);
-    }
-    streams.Print(Stream::Error, run.EarlyText());
-    if (first) {
-        streams.PrintMessage(first->payload);
-    } else {
-        streams.PrintMessage(
-            fmt::format("the library was not called: opening it ended its process{}",
-                        DescribeStatus(child.Status().value_or(0))));
-    }
-    return std::nullopt;
-}
-
-void PrintNotices(const RunOptions &options, const fs::path &directory, ConsoleStreams &streams) {
-    if (options.virtualScaler) {
-        streams.PrintMessage("virtual scaler: no hardware is touched");
-    }
-    if (!IsTextOfEnvironment(directory)) {
-        streams.PrintMessage(
-            fmt::format("the library's directory {} cannot be expressed in the encoding of "
-                        "the environment, {}: plug-ins get an empty directory; set a UTF-8 "
-                        "locale, such as LC_ALL=C.UTF-8",
-                        directory.string(), EnvironmentEncoding()));
-    }
-    std::error_code ignored;
-    const auto here = fs::current_path(ignored);
-    for (const std::string &hint : FileHints(options.arguments, directory, here)) {
-        streams.PrintMessage(hint);
-    }
-}
-
-std::optional<RunLog> OpenLog(const RunOptions &options, const ReadyCall &call) {
-    std::optional<RunLog> log;
-    if (!options.log.empty()) {
-        log.emplace(options.log);
-        log->Write("library", call.library);
-        log->Write("command", call.line);
-    }
-    return log;
-}
-
-/// Reports incomplete output on each stream and in the log if they still work, so that it is not
-/// mistaken for a success.
-ExitStatus StatusOf(const RunOutcome &outcome, const std::string &problem, RunLog *log,
-                    const RunOptions &options, ConsoleStreams &streams) {
-    bool complete = problem.empty();
-    if (!complete) {
-        streams.PrintMessage("the output is incomplete: " + problem);
-    }
-    if (log != nullptr && !streams.IsComplete()) {
-        log->OnNotice(streams.Problem());
-    }
-    if (log != nullptr && log->Error() != 0) {
-        complete = false;
-        streams.PrintMessage(fmt::format("writing the log {} failed; it is incomplete: {}",
-                                         options.log, std::strerror(log->Error())));
-    }
-    if (outcome.end == RunEnd::Interrupted) {
-        return kExitInterrupted;
-    }
-    return outcome.IsSuccess() && complete ? kExitSuccess : kExitFailedRun;
-}
-
-ExitStatus Run(const RunOptions &options, const ReadyCall &call, LibraryRun &run,
-               ConsoleStreams &streams) {
-    auto log = OpenLog(options, call);
-    PrintNotices(options, fs::path(call.library).parent_path(), streams);
-    JsonEvents json(streams);
-    ProgressView view(streams);
-    std::vector<RunObserver *> observers;
-    observers.push_back(options.json ? static_cast<RunObserver *>(&json) : &view);
-    if (log) {
-        observers.push_back(&*log);
-    }
-    const RunOutcome outcome = run.Run(std::move(observers));
-    return StatusOf(outcome, run.Problem(), log ? &*log : nullptr, options, streams);
-}
-
 } // namespace
+
+ExitStatus ReportNotCalled(bool json, ExitStatus status, std::string_view stage,
+                           const std::string &reason, const std::vector<Finding> &findings,
+                           ConsoleStreams &streams) {
+    streams.PrintMessage(reason);
+    if (json) {
+        JsonEvents::WriteNotCalled(streams, status, stage, reason, findings);
+    }
+    return status;
+}
 
 ExitStatus RunCommand(const RunOptions &options, const std::vector<std::string> &arguments,
                       ConsoleStreams &streams) {
     if (options.arguments.empty()) {
-        streams.PrintMessage("no arguments for the library; see ispctl run --help");
-        return kExitNotRun;
+        return ReportNotCalled(options.json, kExitUsage, "usage",
+                               "no arguments for the library; see ispctl run --help", {}, streams);
     }
     const bool onePipe = options.json || ConsoleStreams::ShareOneTarget();
     ChildProcess child(arguments,
                        onePipe ? ChildProcess::Ordering::OnePipe : ChildProcess::Ordering::TwoPipes,
                        RunSignals::Stop::AtSecondInterrupt);
-    LibraryRun run(child, streams);
-    const auto first = run.WaitForFirstFrame();
-    const auto call = WaitUntilReady(run, first, streams, child);
-    return call ? Run(options, *call, run, streams) : kExitNotRun;
+    return RunSession(options, streams, child).Execute();
 }
 
 } // namespace ispctl

@@ -2,10 +2,12 @@
 #define ISPCTL_RUN_COMMAND_H
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "ConsoleStreams.h"
 #include "ExitStatus.h"
+#include "line/Finding.h"
 
 namespace ispctl {
 
@@ -15,6 +17,9 @@ struct RunOptions {
     bool virtualScaler = false;         ///< use the virtual scaler's library
     bool json = false;                  ///< standard output is JSON only
     std::string log;                    ///< file to append to; empty: none
+    std::vector<std::string> allowed;   ///< names of findings that do not stop the run
+    bool verbatim = false;              ///< pass the line unchecked, and show text unchanged
+    bool dryRun = false;                ///< explain the line instead of running it
     std::vector<std::string> arguments; ///< for the library, unchanged
 };
 
@@ -23,6 +28,12 @@ struct RunOptions {
 /// \param arguments  all arguments of this program, from which that process parses the same options
 ExitStatus RunCommand(const RunOptions &options, const std::vector<std::string> &arguments,
                       ConsoleStreams &streams);
+
+/// Says why the library is not called, with `json` also as the result event. RETURNS the status.
+/// \param stage  "usage", "open", "check" or "log"
+ExitStatus ReportNotCalled(bool json, ExitStatus status, std::string_view stage,
+                           const std::string &reason, const std::vector<Finding> &findings,
+                           ConsoleStreams &streams);
 
 } // namespace ispctl
 

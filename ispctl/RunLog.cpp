@@ -88,7 +88,7 @@ void RunLog::OnNotice(std::string_view text) {
     Write("ispctl", text);
 }
 
-void RunLog::OnEnd(const RunOutcome &outcome) {
+void RunLog::OnEnd(const RunOutcome &outcome, ExitStatus) {
     FinishConsole();
     std::string text = outcome.code ? FormatResultCode(*outcome.code) + " " : "";
     text += MeaningOf(outcome);
@@ -96,6 +96,9 @@ void RunLog::OnEnd(const RunOutcome &outcome) {
         text += fmt::format("; {}", DeviceAfter(outcome));
     }
     Write("result", text);
+    for (const std::string &line : AdviceAfter(outcome)) {
+        Write("ispctl", line);
+    }
 }
 
 } // namespace ispctl

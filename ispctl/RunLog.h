@@ -29,7 +29,7 @@ class RunLog : public RunObserver {
     void OnConsole(Stream stream, std::string_view bytes) override;
     void OnPause() override;
     void OnNotice(std::string_view text) override;
-    void OnEnd(const RunOutcome &outcome) override;
+    void OnEnd(const RunOutcome &outcome, ExitStatus status) override;
 
   private:
     void FinishConsole();

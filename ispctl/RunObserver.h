@@ -27,7 +27,7 @@ class RunObserver {
     /// A message of ispctl itself during the run.
     virtual void OnNotice(std::string_view) {}
     /// The run is over; nothing follows.
-    virtual void OnEnd(const RunOutcome &outcome) = 0;
+    virtual void OnEnd(const RunOutcome &outcome, ExitStatus status) = 0;
 };
 
 } // namespace ispctl

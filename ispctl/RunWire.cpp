@@ -1,5 +1,6 @@
 #include "RunWire.h"
 
+#include <sstream>
 #include <stdexcept>
 
 namespace ispctl {
@@ -13,6 +14,25 @@ std::string EncodeFrame(FrameKind kind, std::string_view payload) {
     const auto length = static_cast<std::uint32_t>(payload.size());
     std::string frame(1, static_cast<char>(kind));
     return frame.append(BytesOf(length)).append(payload);
+}
+
+std::string EncodeReadyCall(const ReadyCall &call) {
+    std::string payload = call.library + '\0' + call.line + '\0';
+    for (const unsigned bank : call.banks) {
+        payload += std::to_string(bank) + ' ';
+    }
+    return payload;
+}
+
+ReadyCall DecodeReadyCall(const std::string &payload) {
+    ReadyCall call;
+    std::istringstream fields(payload);
+    std::getline(fields, call.library, '\0');
+    std::getline(fields, call.line, '\0');
+    for (unsigned bank = 0; fields >> bank;) {
+        call.banks.push_back(bank);
+    }
+    return call;
 }
 
 std::optional<Frame> FrameReader::Next() {

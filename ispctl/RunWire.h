@@ -8,24 +8,38 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 namespace ispctl {
 
 /// Reports of the library's process to ispctl. The process waits for an answer of one byte after
 /// each frame, so ispctl knows which output came before the frame and which after it.
 enum class FrameKind : char {
-    Refused = 'R',  ///< a message: why the library is not called
-    Ready = 'L',    ///< path of the library, NUL, command line: the answer starts the call
-    Progress = 'P', ///< an int
-    Message = 'M',  ///< 32-bit characters
-    Result = 'E',   ///< a RunResult: the call has returned
+    Unopened = 'U',   ///< a message: why the library cannot be opened
+    Unpassable = 'A', ///< a message: why the arguments cannot be passed to it
+    Findings = 'F',   ///< what EncodeFindings makes: the answer continues, whatever was found
+    Ready = 'L',      ///< a ReadyCall: the answer starts the call
+    Progress = 'P',   ///< an int
+    Message = 'M',    ///< 32-bit characters
+    Result = 'E',     ///< a RunResult and a detail: the call has returned
 };
 
 /// The result of the call, as the library's process reports it.
 struct RunResult {
     std::int32_t code = 0;
     std::int32_t pluginLoaded = 1; ///< 0: no plug-in was loaded, so none was called
+    std::int32_t fromLibrary = 0;  ///< 0: a plug-in returned the code
 };
+
+/// The call that the library's process is about to make.
+struct ReadyCall {
+    std::string library; ///< absolute path
+    std::string line;
+    std::vector<unsigned> banks; ///< that it programs, in their order; empty if not known
+};
+
+std::string EncodeReadyCall(const ReadyCall &call);
+ReadyCall DecodeReadyCall(const std::string &payload);
 
 /// A longer message is truncated to this length. UNITS: characters.
 inline constexpr std::size_t kMaxMessage = 64 * 1024;

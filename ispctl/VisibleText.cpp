@@ -84,7 +84,7 @@ std::string VisibleStream::Convert(bool complete) {
     while (!rest.empty()) {
         const std::size_t colour = ColourLength(rest);
         if (colour > 0) {
-            shown += rest.substr(0, colour);
+            shown += rest.substr(0, m_colours == Colours::Keep ? colour : 0);
             rest.remove_prefix(colour);
         } else if (!complete && (CanBecomeColour(rest) || UnfinishedTail(rest) == rest.size())) {
             break;

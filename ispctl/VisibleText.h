@@ -24,11 +24,15 @@ enum class Charset { Utf8, Ascii };
 /// character outside it. Backslashes are kept, so the result is for reading only.
 std::string Visible(std::string_view bytes, Layout layout, Charset charset);
 
-/// Makes control characters visible in a stream that arrives in pieces of any length. Newlines,
-/// tabs and the library's own colours (ESC[31m, ESC[32m, ESC[m) are kept.
+/// What becomes of the library's own colours, ESC[31m, ESC[32m and ESC[m.
+enum class Colours { Keep, Drop };
+
+/// Makes control characters visible in a stream that arrives in pieces of any length. Newlines and
+/// tabs are kept.
 class VisibleStream {
   public:
-    explicit VisibleStream(Charset charset) : m_charset(charset) {}
+    explicit VisibleStream(Charset charset, Colours colours = Colours::Keep)
+        : m_charset(charset), m_colours(colours) {}
 
     /// RETURNS what can be shown now; keeps an incomplete character or colour sequence.
     std::string Add(std::string_view bytes);
@@ -39,6 +43,7 @@ class VisibleStream {
     std::string Convert(bool complete);
 
     Charset m_charset;
+    Colours m_colours;
     std::string m_pending; ///< an incomplete character or colour
 };
 

@@ -14,6 +14,7 @@
 
 #include "ChildProcess.h"
 #include "ConsoleStreams.h"
+#include "JsonEvents.h"
 #include "LibraryArguments.h"
 #include "LibraryProcess.h"
 #include "RunCommand.h"
@@ -23,7 +24,7 @@
 
 namespace {
 
-constexpr const char *kRunFooter = R"(
+const std::string kRunFooter = R"(
 Options of run must precede ARGS. Everything from the first unrecognised
 argument on is passed to the library unchanged; a -- at that point is removed.
 Relative paths in ARGS are resolved against the library's directory.
@@ -34,13 +35,12 @@ Examples:
   ispctl run --json --log line.log -- --isp --comm 1 --fw /srv/fw/monitor.bin
       programs a device, for a program that reads events from standard output
 
-Exit status: 0 success, 1 failed run, 2 not run (bad usage, or a file or library
-could not be opened), 130 stopped by a second Ctrl-C.)";
+)";
 
 CLI::App *AddRun(CLI::App &app, ispctl::RunOptions &options) {
     CLI::App *run = app.add_subcommand(
         "run", "Passes ARGS to the library as one command line and shows the run.");
-    run->footer(kRunFooter);
+    run->footer(kRunFooter + ispctl::ExitStatusHelp());
     CLI::Option *file = run->add_option("--lib", options.library, "the library to open, by path")
                             ->type_name("FILE");
     run->add_flag("--virtual", options.virtualScaler,
@@ -51,6 +51,13 @@ CLI::App *AddRun(CLI::App &app, ispctl::RunOptions &options) {
         ->disable_flag_override();
     run->add_option("--log", options.log, "append the run to FILE, with timestamps")
         ->type_name("FILE");
+    run->add_option("--allow", options.allowed,
+                    "run in spite of these findings, by name, separated by commas")
+        ->delimiter(',')
+        ->expected(1)
+        ->type_name("NAME,...");
+    run->add_flag("--verbatim", options.verbatim, "pass ARGS unchecked and show text unchanged")
+        ->disable_flag_override();
     // For the help only: ARGS are split off before the parser sees them.
     run->add_option("ARGS", options.arguments, "the library's own options, passed unchanged")
         ->type_name("");
@@ -59,14 +66,19 @@ CLI::App *AddRun(CLI::App &app, ispctl::RunOptions &options) {
 
 /// Prints the parser's help, version or error through the streams, so that a failed write is
 /// noticed.
-ispctl::ExitStatus ShowParserEnd(const CLI::App &app, const CLI::ParseError &end,
+ispctl::ExitStatus ShowParserEnd(const CLI::App &app, const CLI::ParseError &end, bool json,
                                  ispctl::ConsoleStreams &streams) {
     std::ostringstream output;
     std::ostringstream error;
-    const int status = app.exit(end, output, error);
-    streams.Print(ispctl::Stream::Output, output.str());
+    if (app.exit(end, output, error) == 0) {
+        streams.Print(ispctl::Stream::Output, output.str());
+        return ispctl::kExitSuccess;
+    }
     streams.Print(ispctl::Stream::Error, error.str());
-    return status == 0 ? ispctl::kExitSuccess : ispctl::kExitNotRun;
+    if (json) {
+        ispctl::JsonEvents::WriteNotCalled(streams, ispctl::kExitUsage, "usage", end.what(), {});
+    }
+    return ispctl::kExitUsage;
 }
 
 ispctl::ExitStatus Main(ispctl::Session &session, ispctl::RunOptions &runOptions) {
@@ -82,9 +94,13 @@ ispctl::ExitStatus Main(ispctl::Session &session, ispctl::RunOptions &runOptions
     ispctl::EdidOptions edidOptions;
     ispctl::AddEdid(app, edidOptions, session, status);
     std::vector<std::string> arguments = session.arguments;
+    bool json = false;
     if (!arguments.empty() && arguments.front() == run->get_name()) {
         std::vector<std::string> ispctlArguments(arguments.begin() + 1, arguments.end());
         runOptions.arguments = ispctl::SplitOffLibraryArguments(*run, ispctlArguments);
+        // Also if the parser fails on another option.
+        json = std::find(ispctlArguments.begin(), ispctlArguments.end(), "--json") !=
+               ispctlArguments.end();
         ispctlArguments.insert(ispctlArguments.begin(), arguments.front());
         arguments = std::move(ispctlArguments);
     }
@@ -92,7 +108,7 @@ ispctl::ExitStatus Main(ispctl::Session &session, ispctl::RunOptions &runOptions
         std::reverse(arguments.begin(), arguments.end()); // the parser expects the last one first
         app.parse(std::move(arguments));
     } catch (const CLI::ParseError &end) {
-        return ShowParserEnd(app, end, session.streams);
+        return ShowParserEnd(app, end, json, session.streams);
     }
     if (!run->parsed()) {
         return status;
@@ -107,11 +123,12 @@ ispctl::ExitStatus Main(ispctl::Session &session, ispctl::RunOptions &runOptions
 /// The process that the user starts: every exception ends with a message and a status.
 int MainOfIspctl(ispctl::Session &session) {
     ispctl::RunOptions options;
-    ispctl::ExitStatus status = ispctl::kExitNotRun;
+    ispctl::ExitStatus status = ispctl::kExitUsage;
     try {
         status = Main(session, options);
     } catch (const std::exception &error) {
-        session.streams.PrintMessage(error.what());
+        status = ispctl::ReportNotCalled(options.json, status, "open", error.what(), {},
+                                         session.streams);
     }
     return session.streams.Finish(status, options.json);
 }
@@ -121,7 +138,7 @@ int MainOfIspctl(ispctl::Session &session) {
 int MainOfLibraryProcess(ispctl::Session &session) {
     auto link = ispctl::ParentLink::FromArguments(session.arguments);
     if (!link) {
-        return session.Fail(ispctl::kExitNotRun, "this command is for internal use only");
+        return session.Fail(ispctl::kExitUsage, "this command is for internal use only");
     }
     ispctl::BecomeLibraryProcess();
     session.link = &*link;
@@ -140,7 +157,7 @@ int main(int argc, char **argv) {
         constexpr std::string_view kMessage =
             "ispctl: a standard descriptor is closed and /dev/null cannot be opened for it\n";
         ispctl::WriteAll(STDERR_FILENO, kMessage);
-        return ispctl::kExitNotRun;
+        return ispctl::kExitUsage;
     }
     try {
         ispctl::Session session;
@@ -150,6 +167,6 @@ int main(int argc, char **argv) {
         return library ? MainOfLibraryProcess(session) : MainOfIspctl(session);
     } catch (const std::bad_alloc &) {
         ispctl::WriteAll(STDERR_FILENO, "ispctl: out of memory\n");
-        return ispctl::kExitNotRun;
+        return ispctl::kExitUsage;
     }
 }

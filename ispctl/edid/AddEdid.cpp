@@ -17,7 +17,7 @@ void AddEdid(CLI::App &app, EdidOptions &options, Session &session, ExitStatus &
         ->type_name("FORM");
     edid->add_option("--lib", options.library, "the ScalerIsp library to open, by path")
         ->type_name("FILE");
-    edid->footer("\nExit status: 0 success, 1 invalid EDID, 2 not run.");
+    edid->footer(ExitStatusHelp());
     edid->callback([&] { status = EdidCommand(options, session); });
 }
 

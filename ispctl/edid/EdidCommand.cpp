@@ -36,13 +36,13 @@ ExitStatus FailInvalid(const EdidOptions &options, const LibraryApi &api, const 
                        Session &session) {
     const auto bytes = api.CmdToBin(list);
     if (bytes.empty()) {
-        return session.Fail(kExitFailedRun,
+        return session.Fail(kExitFailed,
                             fmt::format("{}: no bytes, or a value greater than 255", options.file));
     }
     for (const std::string &problem : EdidProblems(bytes)) {
         session.streams.Print(Stream::Error, fmt::format("{}: {}\n", options.file, problem));
     }
-    return session.Fail(kExitFailedRun, "invalid EDID");
+    return session.Fail(kExitFailed, "invalid EDID");
 }
 
 } // namespace
@@ -51,15 +51,15 @@ ExitStatus EdidCommand(const EdidOptions &options, Session &session) {
     std::string error;
     const auto content = ReadInputFile(options.file, kMaxBytes, error);
     if (!content) {
-        return session.Fail(kExitNotRun, error);
+        return session.Fail(kExitFileError, error);
     }
     const auto api = OpenLibraryApi(options, error);
     if (!api) {
-        return session.Fail(kExitNotRun, error);
+        return session.Fail(kExitUsage, error);
     }
     const auto list = ByteListOfEdid(*content, Form(options, *content));
     if (!list) {
-        return session.Fail(kExitFailedRun,
+        return session.Fail(kExitFailed,
                             fmt::format("{}: an odd number of hexadecimal digits", options.file));
     }
     const auto edid = api->EdidToBin(*list);
@@ -71,7 +71,7 @@ ExitStatus EdidCommand(const EdidOptions &options, Session &session) {
         session.streams.Print(Stream::Error, fmt::format("{}: {}\n", options.file, problem));
     }
     if (!problems.empty()) {
-        return session.Fail(kExitFailedRun, "invalid EDID");
+        return session.Fail(kExitFailed, "invalid EDID");
     }
     session.streams.Print(Stream::Output, options.text ? WriteEdidText(edid)
                                                        : EdidFacts(edid) + "\n" + HexDump(edid));

@@ -15,7 +15,7 @@ struct EdidOptions {
     bool text = false;   ///< print the byte list only
 };
 
-/// Checks an EDID and shows it. RETURNS kExitFailedRun if it is invalid.
+/// Checks an EDID and shows it. RETURNS kExitFailed if it is invalid.
 ExitStatus EdidCommand(const EdidOptions &options, Session &session);
 
 } // namespace ispctl

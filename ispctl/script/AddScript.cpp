@@ -5,13 +5,12 @@
 namespace ispctl {
 namespace {
 
-constexpr const char *kFooter = R"(
+const std::string kFooter = R"(
 Examples:
   ispctl script assemble panel.script -o panel.bin
   ispctl script check panel.bin
   ispctl script run --virtual --text panel.script
-
-Exit status: 0 success, 1 the script is rejected or fails, 2 not run.)";
+)";
 
 using Command = ExitStatus (*)(const ScriptOptions &, Session &);
 
@@ -33,7 +32,7 @@ void AddText(CLI::App *command, ScriptOptions &options) {
 void AddScript(CLI::App &app, ScriptOptions &options, Session &session, ExitStatus &status) {
     CLI::App *script = app.add_subcommand("script", "Writes, reads and runs register scripts.");
     script->require_subcommand(1);
-    script->footer(kFooter);
+    script->footer(kFooter + ExitStatusHelp());
     const auto add = [&](const char *name, const char *help, Command command) {
         return AddOne(*script, name, help, command, options, session, status);
     };

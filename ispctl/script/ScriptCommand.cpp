@@ -31,7 +31,7 @@ std::optional<Bytes> ReadScript(const std::string &file, bool isText, ExitStatus
     std::string error;
     const auto content = ReadInputFile(file, kMaxScript, error);
     if (!content) {
-        status = session.Fail(kExitNotRun, error);
+        status = session.Fail(kExitFileError, error);
         return std::nullopt;
     }
     if (!isText) {
@@ -42,7 +42,7 @@ std::optional<Bytes> ReadScript(const std::string &file, bool isText, ExitStatus
     } catch (const ScriptError &reason) {
         session.streams.Print(Stream::Error, fmt::format("{}:{}:{}: {}\n", file, reason.Line(),
                                                          reason.Column(), reason.what()));
-        status = kExitFailedRun;
+        status = kExitFailed;
         return std::nullopt;
     }
 }
@@ -67,11 +67,11 @@ ExitStatus RunWithLibrary(const ScriptOptions &options, const Bytes &script,
     const auto library = ScalerLibrary::Open(
         options.library.empty() ? InstalledLibraryPath().string() : options.library, error);
     if (!library) {
-        return session.Fail(kExitNotRun, error);
+        return session.Fail(kExitUsage, error);
     }
     const auto api = LibraryApi::Find(*library, error);
     if (!api) {
-        return session.Fail(kExitNotRun, error);
+        return session.Fail(kExitUsage, error);
     }
     if (options.virtualScaler) {
         session.streams.PrintMessage("virtual scaler: no hardware is touched");
@@ -82,30 +82,29 @@ ExitStatus RunWithLibrary(const ScriptOptions &options, const Bytes &script,
             .string();
     auto wide = WideFromUtf8(path);
     if (!wide) {
-        return session.Fail(kExitNotRun, fmt::format("{} is not valid UTF-8", path));
+        return session.Fail(kExitUsage, fmt::format("{} is not valid UTF-8", path));
     }
     const LibraryApi::Comm comm = api->CreateComm();
     if (comm->LoadCommDllFile(wide->data()) != 1) {
-        return session.Fail(kExitNotRun,
+        return session.Fail(kExitNoPlugin,
                             fmt::format("cannot load {} as a communication library", path));
     }
     if (const unsigned int status = comm->Initiallize(); status != 0) {
         return session.Fail(
-            kExitFailedRun,
+            kExitFailed,
             fmt::format("cannot initialise the communication library (status 0x{:X})", status));
     }
     if (options.channel) {
         const auto channel = static_cast<STRUCT_ENUM_COMM_ID>(*options.channel);
         if (const unsigned int status = comm->SetCommByID(channel); status != 0) {
-            return session.Fail(
-                kExitFailedRun,
-                fmt::format("cannot select channel {} (status 0x{:X})", *options.channel, status));
+            return session.Fail(kExitFailed, fmt::format("cannot select channel {} (status 0x{:X})",
+                                                         *options.channel, status));
         }
     }
     const ScriptResult result = api->RunScript(script, report.outputBytes, *comm);
     session.streams.Print(Stream::Output, HexDump(result.output));
     session.streams.PrintMessage(DescribeScriptResult(result.code));
-    return result.code == 0 ? kExitSuccess : kExitFailedRun;
+    return result.code == 0 ? kExitSuccess : kExitFailed;
 }
 
 ExitStatus CheckAndRun(const ScriptOptions &options, Session &session) {
@@ -117,10 +116,10 @@ ExitStatus CheckAndRun(const ScriptOptions &options, Session &session) {
     const ScriptReport report = CheckScript(*script);
     PrintReport(options.file, report, session);
     if (!report.problems.empty()) {
-        return session.Fail(kExitFailedRun, "the script was not run");
+        return session.Fail(kExitFailed, "the script was not run");
     }
     if (report.outputBytes > kMaxOutput) {
-        return session.Fail(kExitFailedRun,
+        return session.Fail(kExitFailed,
                             fmt::format("the script was not run: it reads {} bytes, more than the "
                                         "maximum of {}",
                                         report.outputBytes, kMaxOutput));
@@ -164,7 +163,7 @@ ExitStatus AssembleCommand(const ScriptOptions &options, Session &session) {
     std::string error;
     const bool written =
         WriteOutputFile(options.output, std::string(script->begin(), script->end()), error);
-    return written ? status : session.Fail(kExitNotRun, error);
+    return written ? status : session.Fail(kExitFileError, error);
 }
 
 ExitStatus ListCommand(const ScriptOptions &options, Session &session) {
@@ -187,20 +186,20 @@ ExitStatus CheckCommand(const ScriptOptions &options, Session &session) {
                           fmt::format("{} bytes, {} records, {} bytes read, {} problems\n",
                                       script->size(), report.records, report.outputBytes,
                                       report.problemCount));
-    return report.problems.empty() ? kExitSuccess : kExitFailedRun;
+    return report.problems.empty() ? kExitSuccess : kExitFailed;
 }
 
 ExitStatus RunScriptCommand(const ScriptOptions &options, Session &session) {
     if (options.comm.empty() && !options.virtualScaler) {
-        return session.Fail(kExitNotRun, "no communication library: use --comm LIB or --virtual");
+        return session.Fail(kExitUsage, "no communication library: use --comm LIB or --virtual");
     }
     if (session.link == nullptr) {
         return RelayScript(session);
     }
     if (!session.link->Send(FrameKind::Ready, "")) {
-        return kExitNotRun;
+        return kExitUsage;
     }
-    ExitStatus status = kExitNotRun;
+    ExitStatus status = kExitUsage;
     try {
         status = CheckAndRun(options, session);
     } catch (const std::exception &error) {

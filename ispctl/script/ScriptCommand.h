@@ -19,7 +19,7 @@ struct ScriptOptions {
     std::optional<unsigned short> channel; ///< run: communication channel to select first
 };
 
-/// Each RETURNS kExitSuccess, kExitFailedRun if the script is rejected or fails, or kExitNotRun.
+/// Each RETURNS kExitSuccess, kExitFailed if the script is rejected or fails, or another status.
 ExitStatus AssembleCommand(const ScriptOptions &options, Session &session);
 ExitStatus ListCommand(const ScriptOptions &options, Session &session);
 ExitStatus CheckCommand(const ScriptOptions &options, Session &session);

@@ -20,7 +20,7 @@ class TextView : public RunObserver {
     void OnConsole(Stream stream, std::string_view bytes) override {
         m_streams.Write(stream, (stream == Stream::Output ? m_output : m_error).Add(bytes));
     }
-    void OnEnd(const RunOutcome &) override {
+    void OnEnd(const RunOutcome &, ExitStatus) override {
         m_streams.Write(Stream::Output, m_output.Finish());
         m_streams.Write(Stream::Error, m_error.Finish());
     }
@@ -49,22 +49,23 @@ ExitStatus RelayScript(Session &session) {
                                                            : ChildProcess::Ordering::TwoPipes;
     ChildProcess child(session.arguments, ordering, RunSignals::Stop::AtFirst);
     LibraryRun run(child, session.streams);
-    run.WaitForFirstFrame();
+    run.WaitForFrame();
     TextView view(session.streams);
     const RunOutcome outcome = run.Run({&view});
+    run.NotifyEnd(view, outcome, kExitSuccess);
     if (outcome.end == RunEnd::Interrupted) {
         return kExitInterrupted;
     }
     if (outcome.end != RunEnd::Returned) {
-        return session.Fail(kExitFailedRun,
+        return session.Fail(StatusOfOutcome(outcome),
                             fmt::format("failed: {} while the communication library was in use; "
                                         "the state of the device is unknown",
                                         DescribeEnd(outcome)));
     }
     if (!run.Problem().empty()) {
-        return session.Fail(kExitFailedRun, "the output is incomplete: " + run.Problem());
+        return session.Fail(kExitFileError, "the output is incomplete: " + run.Problem());
     }
-    return static_cast<ExitStatus>(outcome.code.value_or(kExitFailedRun));
+    return static_cast<ExitStatus>(outcome.code.value_or(kExitFailed));
 }
 
 } // namespace ispctl

@@ -6,7 +6,7 @@
 namespace ispctl {
 
 /// Runs the same command in a separate process, because it opens third-party libraries that may
-/// crash, and shows that process's output. RETURNS its status, or kExitFailedRun if it did not end
+/// crash, and shows that process's output. RETURNS its status, or kExitFailed if it did not end
 /// by itself.
 ExitStatus RelayScript(Session &session);
 

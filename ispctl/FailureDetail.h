@@ -1,0 +1,26 @@
+#ifndef ISPCTL_FAILURE_DETAIL_H
+#define ISPCTL_FAILURE_DETAIL_H
+
+#include <filesystem>
+#include <string>
+
+#include "line/ParsedLine.h"
+
+namespace ispctl {
+
+/// Who formed a result code, and why.
+struct ResultOrigin {
+    bool fromLibrary = false; ///< a plug-in may return any number, also one of the library's
+    std::string detail;       ///< the missing file, the loader's reason, or the missing functions
+};
+
+/// Looks into a result code of the library's table. Opens plug-ins once more, so call it in the
+/// library's process only.
+/// \param records  of the command line; null if they are not known
+/// \param pluginLoaded  false only if certainly no plug-in was loaded
+ResultOrigin OriginOf(int code, const std::filesystem::path &libraryDirectory,
+                      const Records *records, bool pluginLoaded);
+
+} // namespace ispctl
+
+#endif
