@@ -164,7 +164,7 @@ std::vector<std::string> ScriptedArguments(const std::vector<std::string> &own,
                                            const std::vector<std::string> &steps) {
     std::vector<std::string> arguments{"run"};
     arguments.insert(arguments.end(), own.begin(), own.end());
-    arguments.insert(arguments.end(), {"--lib", SCRIPTED_LIBRARY});
+    arguments.insert(arguments.end(), {"--verbatim", "--lib", SCRIPTED_LIBRARY});
     arguments.insert(arguments.end(), steps.begin(), steps.end());
     return arguments;
 }

@@ -64,7 +64,7 @@ ConsoleResult RunConsole(const std::vector<std::string> &arguments,
                          ConsoleProcess::Output output = ConsoleProcess::Output::Pipes,
                          const std::string &folder = "");
 
-/// Runs `ispctl run [own] --lib <scripted library> steps`.
+/// Runs `ispctl run [own] --verbatim --lib <scripted library> steps`.
 ConsoleResult RunScripted(const std::vector<std::string> &own,
                           const std::vector<std::string> &steps,
                           ConsoleProcess::Output output = ConsoleProcess::Output::Pipes);

@@ -23,12 +23,17 @@ Json Console(const char *text) {
     return {{"event", "console"}, {"text", text}};
 }
 
-Json Success() {
-    return {{"event", "result"},
-            {"code", 0},
-            {"hex", "0x0"},
-            {"name", "SCALER_ISP_SUCCESS"},
-            {"meaning", "success"}};
+Json Result(int status, const Json &code, const char *hex, const Json &name, const char *meaning,
+            const char *source, const char *stage) {
+    return {{"event", "result"},  {"status", status},         {"code", code},     {"hex", hex},
+            {"name", name},       {"meaning", meaning},       {"source", source}, {"stage", stage},
+            {"percent", nullptr}, {"findings", Json::array()}};
+}
+
+Json Success(const Json &percent = nullptr) {
+    Json event = Result(0, 0, "0x0", "SCALER_ISP_SUCCESS", "success", "library", "done");
+    event["percent"] = percent;
+    return event;
 }
 
 TEST(JsonRun, One_event_a_line_in_the_order_of_the_run) {
@@ -41,35 +46,35 @@ TEST(JsonRun, One_event_a_line_in_the_order_of_the_run) {
                 ElementsAre(Console("a\n"), Console("b\n"),
                             Json({{"event", "progress"}, {"percent", 3}}), Console("c\n"),
                             Console("d\n"), Json({{"event", "message"}, {"text", "m"}}),
-                            Console("e\n"), Console("f\n"), Success()));
+                            Console("e\n"), Console("f\n"), Success(3)));
 }
 
 TEST(JsonRun, Lines_are_spelt_as_documented) {
-    EXPECT_EQ(RunScripted({"--json"}, {"progress:3", "out:a", "message:m", "result:0x4003"}).out,
-              "{\"event\":\"progress\",\"percent\":3}\n"
-              "{\"event\":\"console\",\"text\":\"a\"}\n"
-              "{\"event\":\"message\",\"text\":\"m\"}\n"
-              "{\"event\":\"result\",\"code\":16387,\"hex\":\"0x4003\","
-              "\"name\":\"SCALER_ISP_BAD_SIGNATURE\","
-              "\"meaning\":\"the firmware signature is invalid\",\"device\":\"unknown\"}\n");
+    EXPECT_EQ(
+        RunScripted({"--json"}, {"progress:3", "out:a", "message:m", "result:0x4003"}).out,
+        "{\"event\":\"progress\",\"percent\":3}\n"
+        "{\"event\":\"console\",\"text\":\"a\"}\n"
+        "{\"event\":\"message\",\"text\":\"m\"}\n"
+        "{\"event\":\"result\",\"status\":6,\"code\":16387,\"hex\":\"0x4003\","
+        "\"name\":\"SCALER_ISP_BAD_SIGNATURE\","
+        "\"meaning\":\"the signature of the firmware is not good\",\"source\":\"library\","
+        "\"stage\":\"verify\",\"percent\":3,\"device\":\"unknown\",\"advice\":[\"use the signature "
+        "and the key that were delivered with this firmware\"],\"findings\":[]}\n");
 }
 
 TEST(JsonRun, Code_of_a_plugin_has_no_name) {
-    const auto events = Events(RunScripted({"--json"}, {"result:0x7001"}));
-    EXPECT_THAT(events,
-                ElementsAre(Json({{"event", "result"},
-                                  {"code", 0x7001},
-                                  {"hex", "0x7001"},
-                                  {"name", nullptr},
-                                  {"meaning", "error code of the plug-in (see its documentation)"},
-                                  {"device", "unknown"}})));
+    Json expected = Result(1, 0x7001, "0x7001", nullptr,
+                           "error code of the plug-in (see its documentation)", "plug-in", "call");
+    expected["device"] = "unknown";
+    expected["advice"] = Json::array();
+    EXPECT_THAT(Events(RunScripted({"--json"}, {"result:0x7001"})), ElementsAre(expected));
 }
 
 TEST(JsonRun, Text_without_line_end_is_an_event) {
     EXPECT_THAT(
         Events(RunScripted({"--json"}, {"out:wrong!", "progress:1", "out:\\e[32mOK\\n\\e[m"})),
         ElementsAre(Console("wrong!"), Json({{"event", "progress"}, {"percent", 1}}),
-                    Console("\033[32mOK\n"), Console("\033[m"), Success()));
+                    Console("\033[32mOK\n"), Console("\033[m"), Success(1)));
 }
 
 TEST(JsonRun, Text_without_line_end_comes_while_the_library_works) {
@@ -108,7 +113,7 @@ TEST(JsonRun, Order_survives_many_short_runs_of_text) {
         expected.push_back({{"event", "progress"}, {"percent", i % 100}});
     }
     expected.push_back(Console("y"));
-    expected.push_back(Success());
+    expected.push_back(Success(99));
     EXPECT_EQ(Events(RunScripted({"--json"}, steps)), expected);
 }
 

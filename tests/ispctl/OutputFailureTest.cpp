@@ -26,52 +26,54 @@ TEST_F(OutputFailure, Full_disk_is_no_success_of_any_command) {
     for (const std::string &command :
          {std::string("--version"), std::string("--help"), std::string("run --help"),
           "script assemble " + script, "script list " + bytes, "script check " + bytes,
-          std::string("run --lib $SCRIPTED 'out:x\\n'"),
-          std::string("run --json --lib $SCRIPTED progress:1")}) {
+          std::string("run --verbatim --lib $SCRIPTED 'out:x\\n'"),
+          std::string("run --json --verbatim --lib $SCRIPTED progress:1")}) {
         SCOPED_TRACE(command);
         const ConsoleResult result = RunShell("$ISPCTL " + command + " >/dev/full");
-        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.status, 8);
         EXPECT_THAT(result.err, EndsWith(kFull));
     }
 }
 
 TEST_F(OutputFailure, Run_goes_on_to_its_end) {
     const std::string log = m_folder.Path("log");
-    const ConsoleResult result =
-        RunShell("$ISPCTL run --log " + log +
-                 " --lib $SCRIPTED 'out:x\\n' progress:50 message:m progress:100 >/dev/full");
-    EXPECT_EQ(result.status, 1);
+    const ConsoleResult result = RunShell(
+        "$ISPCTL run --log " + log +
+        " --verbatim --lib $SCRIPTED 'out:x\\n' progress:50 message:m progress:100 >/dev/full");
+    EXPECT_EQ(result.status, 8);
     EXPECT_EQ(result.err, std::string("progress 50 %\nprogress 100 %\nispctl: success\n") + kFull);
     EXPECT_THAT(m_folder.Read("log"), HasSubstr("message  m\n"));
     EXPECT_THAT(m_folder.Read("log"), HasSubstr("ispctl   standard output could not be written"));
 }
 
 TEST_F(OutputFailure, Standard_error_that_is_full_is_told_on_standard_output) {
-    const ConsoleResult result =
-        RunShell("$ISPCTL run --lib $SCRIPTED 'out:x\\n' progress:5 message:m 2>/dev/full");
-    EXPECT_EQ(result.status, 1);
+    const ConsoleResult result = RunShell(
+        "$ISPCTL run --verbatim --lib $SCRIPTED 'out:x\\n' progress:5 message:m 2>/dev/full");
+    EXPECT_EQ(result.status, 8);
     EXPECT_EQ(result.out, "x\nm\nispctl: standard error could not be written completely: No space "
                           "left on device\n");
     EXPECT_EQ(RunShell("$ISPCTL walk 2>/dev/full").status, 2);
-    const ConsoleResult json = RunShell("$ISPCTL run --json --lib $SCRIPTED 'raise:9' 2>/dev/full");
+    const ConsoleResult json =
+        RunShell("$ISPCTL run --json --verbatim --lib $SCRIPTED 'raise:9' 2>/dev/full");
     EXPECT_THAT(json.out, StartsWith("{\"event\":\"result\""));
 }
 
 TEST_F(OutputFailure, Log_that_is_full_is_told_and_is_no_success) {
     const ConsoleResult result =
-        RunShell("$ISPCTL run --log /dev/full --lib $SCRIPTED message:done");
-    EXPECT_EQ(result.status, 1);
+        RunShell("$ISPCTL run --log /dev/full --verbatim --lib $SCRIPTED message:done");
+    EXPECT_EQ(result.status, 8);
     EXPECT_EQ(result.out, "done\n");
     EXPECT_EQ(
         result.err,
-        "ispctl: success\nispctl: writing the log /dev/full failed; it is incomplete: No space "
-        "left on device\n");
+        "ispctl: writing the log /dev/full failed; it is incomplete: No space left on device\n"
+        "ispctl: success\n");
 }
 
 TEST_F(OutputFailure, Limit_of_file_size_does_not_end_the_console) {
     const std::string log = m_folder.Path("log");
-    const ConsoleResult result = RunShell("ulimit -f 1; $ISPCTL run --log " + log +
-                                          " --lib $SCRIPTED many:100 message:done | tail -1");
+    const ConsoleResult result =
+        RunShell("ulimit -f 1; $ISPCTL run --log " + log +
+                 " --verbatim --lib $SCRIPTED many:100 message:done | tail -1");
     EXPECT_EQ(result.out, "done\n");
     EXPECT_THAT(result.err, EndsWith("it is incomplete: File too large\n"));
 }
@@ -79,16 +81,16 @@ TEST_F(OutputFailure, Limit_of_file_size_does_not_end_the_console) {
 TEST_F(OutputFailure, Log_without_a_reader_is_not_waited_for) {
     const std::string log = m_folder.Path("pipe");
     const ConsoleResult result = RunShell("mkfifo " + log + "; $ISPCTL run --log " + log +
-                                          " --lib $SCRIPTED 'out:called\\n'");
-    EXPECT_EQ(result.status, 2);
+                                          " --verbatim --lib $SCRIPTED 'out:called\\n'");
+    EXPECT_EQ(result.status, 8);
     EXPECT_EQ(result.out, "");
     EXPECT_THAT(result.err, StartsWith("ispctl: cannot write the log " + log + ": "));
 }
 
 TEST_F(OutputFailure, Reader_that_has_gone_is_told) {
-    const ConsoleResult result = RunShell(
-        "( $ISPCTL run --json --lib $SCRIPTED sleep:300 many:5000; echo $? >&2 ) | head -c 0");
-    EXPECT_THAT(result.err, EndsWith("could not be written completely: Broken pipe\n1\n"));
+    const ConsoleResult result = RunShell("( $ISPCTL run --json --verbatim --lib $SCRIPTED "
+                                          "sleep:300 many:5000; echo $? >&2 ) | head -c 0");
+    EXPECT_THAT(result.err, EndsWith("could not be written completely: Broken pipe\n8\n"));
 }
 
 TEST_F(OutputFailure, Closed_descriptors_are_no_failure) {
@@ -96,7 +98,7 @@ TEST_F(OutputFailure, Closed_descriptors_are_no_failure) {
         SCOPED_TRACE(closed);
         const std::string file = m_folder.Path("called");
         EXPECT_EQ(RunShell(std::string("$ISPCTL run --log ") + file +
-                           " --lib $SCRIPTED 'out:x\\n' message:m " + closed)
+                           " --verbatim --lib $SCRIPTED 'out:x\\n' message:m " + closed)
                       .status,
                   0);
         EXPECT_THAT(m_folder.Read("called"), HasSubstr("message  m\n"));
@@ -106,7 +108,7 @@ TEST_F(OutputFailure, Closed_descriptors_are_no_failure) {
 TEST_F(OutputFailure, Library_that_ends_its_process_while_it_is_opened_was_not_called) {
     const ConsoleResult result = RunShell("$ISPCTL run --json --lib $ENDING --isp");
     EXPECT_EQ(result.status, 2);
-    EXPECT_EQ(result.out, "");
+    EXPECT_THAT(result.out, StartsWith("{\"event\":\"result\",\"status\":2,"));
     EXPECT_EQ(result.err, "ispctl: the library was not called: opening it ended its process "
                           "(exit status 0)\n");
 }
@@ -116,7 +118,7 @@ TEST_F(OutputFailure, Endless_input_is_refused_with_its_bound) {
          {std::string("script list"), std::string("script assemble"), std::string("script check"),
           std::string("script run --virtual")}) {
         const ConsoleResult result = RunShell("$ISPCTL " + command + " /dev/zero");
-        EXPECT_EQ(result.status, 2);
+        EXPECT_EQ(result.status, 8);
         EXPECT_EQ(result.err, "ispctl: /dev/zero is too large: at most 16777216 bytes (16384 KiB) "
                               "are read\n");
     }
@@ -126,7 +128,7 @@ TEST_F(OutputFailure, Endless_input_is_refused_with_its_bound) {
 
 TEST_F(OutputFailure, Own_process_cannot_be_asked_for) {
     EXPECT_EQ(RunShell("$ISPCTL library-process").status, 2);
-    EXPECT_EQ(RunShell("$ISPCTL library-process 98 99 run --lib $SCRIPTED x").err,
+    EXPECT_EQ(RunShell("$ISPCTL library-process 98 99 run --verbatim --lib $SCRIPTED x").err,
               "ispctl: this command is for internal use only\n");
 }
 
@@ -134,9 +136,10 @@ TEST_F(OutputFailure, Own_process_cannot_be_asked_for) {
 // start the console with, which are too long for the second process.
 TEST_F(OutputFailure, Process_that_cannot_be_started_is_an_error_before_the_library_is_called) {
     const auto run = [](int length) {
-        return RunShell("ulimit -s 256; A=$(head -c 60000 /dev/zero | tr '\\0' x); B=$(head -c " +
-                        std::to_string(length) +
-                        " /dev/zero | tr '\\0' x); exec $ISPCTL run --lib $SCRIPTED $A $B");
+        return RunShell(
+            "ulimit -s 256; A=$(head -c 60000 /dev/zero | tr '\\0' x); B=$(head -c " +
+            std::to_string(length) +
+            " /dev/zero | tr '\\0' x); exec $ISPCTL run --verbatim --lib $SCRIPTED $A $B");
     };
     int good = 1000;
     int tooLong = 100000;
@@ -157,9 +160,9 @@ TEST_F(OutputFailure, Too_few_descriptors_are_an_error_before_the_library_is_cal
     int refused = 0;
     for (int limit = 4; limit <= 24; ++limit) {
         SCOPED_TRACE(limit);
-        const ConsoleResult result = RunShell("exec 9>&-; ulimit -n " + std::to_string(limit) +
-                                              "; $ISPCTL run --json --log " + m_folder.Path("log") +
-                                              " --lib $SCRIPTED 'out:called\\n' progress:1");
+        const ConsoleResult result = RunShell(
+            "exec 9>&-; ulimit -n " + std::to_string(limit) + "; $ISPCTL run --json --log " +
+            m_folder.Path("log") + " --verbatim --lib $SCRIPTED 'out:called\\n' progress:1");
         if (result.status == 0) {
             EXPECT_THAT(result.out, HasSubstr("\"event\":\"result\",\"code\":0"));
         } else {

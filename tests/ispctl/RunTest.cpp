@@ -10,11 +10,22 @@ using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::StartsWith;
 
-TEST(Run, Success_is_0_and_a_failed_run_is_1) {
-    EXPECT_EQ(RunScripted({}, {"result:0"}).status, 0);
-    EXPECT_EQ(RunScripted({}, {"result:1"}).status, 1);
-    EXPECT_EQ(RunScripted({}, {"result:-1"}).status, 1);
-    EXPECT_EQ(RunScripted({}, {"result:0x100"}).status, 1);
+struct Status {
+    const char *result;
+    int status;
+};
+
+TEST(Run, Exit_status_tells_the_kinds_of_failure_apart) {
+    for (const Status &row : {Status{"0", 0},
+                              {"1", 1},
+                              {"0x100", 1},
+                              {"-1", 4},
+                              {"0x4003", 6},
+                              {"0xD69", 1},
+                              {"0x4002", 1}}) {
+        EXPECT_EQ(RunScripted({}, {std::string("result:") + row.result}).status, row.status)
+            << row.result;
+    }
 }
 
 TEST(Run, Wrong_use_is_2_and_says_why) {
@@ -40,7 +51,7 @@ TEST(Run, File_without_the_entry_point_is_no_library) {
 
 TEST(Run, Refused_arguments_never_reach_the_library) {
     const ConsoleResult result = RunScripted({}, {"out:called", ""});
-    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.status, 4);
     EXPECT_EQ(result.out, "");
     EXPECT_THAT(result.err, StartsWith("ispctl: argument 2 is empty"));
 }
@@ -63,10 +74,14 @@ TEST(Run, Order_is_kept_where_both_streams_are_one) {
 }
 
 TEST(Run, Result_is_told_in_words) {
-    EXPECT_EQ(RunScripted({}, {"result:0x4003"}).err,
-              "ispctl: failed with 0x4003: the firmware signature is invalid; nothing was done\n");
-    EXPECT_EQ(RunScripted({}, {"result:-1"}).err,
-              "ispctl: failed with -1: the command line was refused; nothing was done\n");
+    EXPECT_EQ(
+        RunScripted({}, {"result:0x4003"}).err,
+        "ispctl: failed with 0x4003: the signature of the firmware is not good; nothing was "
+        "done\nispctl: use the signature and the key that were delivered with this firmware\n");
+    EXPECT_EQ(
+        RunScripted({}, {"result:-1"}).err,
+        "ispctl: failed with -1: the command line was refused; nothing was done\nispctl: read the "
+        "message printed before the result; docs/options.md says what each option needs\n");
     EXPECT_EQ(RunScripted({}, {"progress:100", "result:6"}).err,
               "progress 100 %\n"
               "ispctl: failed with 0x6: the plug-in does not offer the function of this action; "
@@ -123,7 +138,7 @@ TEST(Run, Log_is_appended_to) {
 
 TEST(Run, Log_that_cannot_be_written_stops_before_the_library) {
     const ConsoleResult result = RunScripted({"--log", "/no/such/folder/log"}, {"out:called"});
-    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.status, 8);
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err, "ispctl: cannot write the log /no/such/folder/log: "
                           "No such file or directory\n");
@@ -150,13 +165,13 @@ TEST(Run, Last_words_of_a_crashing_plugin_are_shown) {
     constexpr const char *kEnd = "ispctl: failed: SIGABRT ended the process of the library and "
                                  "its plug-ins; the state of the device is unknown";
     const ConsoleResult plain = RunScripted({}, {"err:last words", "abort"});
-    EXPECT_EQ(plain.status, 1);
+    EXPECT_EQ(plain.status, 7);
     EXPECT_EQ(plain.err, std::string("last words\n") + kEnd + "\n");
     for (const char *pause : {"sleep:0", "sleep:50", "sleep:400"}) {
         const ConsoleResult json = RunScripted({"--json"}, {"err:last words", pause, "abort"});
-        EXPECT_EQ(json.status, 1);
+        EXPECT_EQ(json.status, 7);
         EXPECT_THAT(json.out, StartsWith("{\"event\":\"console\",\"text\":\"last words\"}\n"
-                                         "{\"event\":\"result\",\"code\":null,"));
+                                         "{\"event\":\"result\",\"status\":7,\"code\":null,"));
         EXPECT_EQ(json.err, "");
     }
     if (!ConsoleProcess::CanHaveTerminal()) {
@@ -170,7 +185,7 @@ TEST(Run, Last_words_of_a_crashing_plugin_are_shown) {
 
 TEST(Run, End_after_the_result_is_no_success) {
     const ConsoleResult result = RunScripted({}, {"atexit:3", "result:0"});
-    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.status, 7);
     EXPECT_EQ(result.err,
               "ispctl: failed: the library returned success; after that the plug-in ended the "
               "process (exit status 3); the state of the device is unknown\n");
@@ -187,7 +202,7 @@ TEST(Run, Version_and_help_are_success) {
 
 TEST(Run, Real_library_refuses_and_says_so) {
     const ConsoleResult result = RunConsole({"run", "--verify", "--erase"});
-    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.status, 4);
     EXPECT_EQ(result.out, "Action type undefined or more than one type!\n");
     EXPECT_THAT(result.err, EndsWith("ispctl: failed with -1: the command line was refused; "
                                      "nothing was done\n"));

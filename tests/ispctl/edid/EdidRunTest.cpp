@@ -94,7 +94,7 @@ TEST_F(EdidRun, Form_can_be_given) {
     EXPECT_EQ(Run(Hex(m_edid, ""), {"--form", "binary"}).status, 1);
     EXPECT_EQ(Run(m_edid, {"--form", "octal"}).status, 2);
     EXPECT_EQ(RunConsole({"edid"}).status, 2);
-    EXPECT_EQ(RunConsole({"edid", "/no/file"}).status, 2);
+    EXPECT_EQ(RunConsole({"edid", "/no/file"}).status, 8);
     EXPECT_EQ(RunConsole({"edid", "--lib", "/no/lib", m_folder.Write("e", "x")}).status, 2);
 }
 

@@ -96,13 +96,13 @@ TEST_F(ScriptRun, Wrong_use_is_2) {
     EXPECT_EQ(RunConsole({"script"}).status, 2);
     EXPECT_EQ(RunConsole({"script", "walk"}).status, 2);
     EXPECT_EQ(RunConsole({"script", "list"}).status, 2);
-    EXPECT_EQ(RunConsole({"script", "list", "/no/file"}).status, 2);
+    EXPECT_EQ(RunConsole({"script", "list", "/no/file"}).status, 8);
     EXPECT_EQ(RunConsole({"script", "run", script}).err,
               "ispctl: no communication library: use --comm LIB or --virtual\n");
     EXPECT_EQ(RunConsole({"script", "run", "--virtual", "--comm", "x", script}).status, 2);
     const ConsoleResult missing =
         RunConsole({"script", "run", "--lib", REAL_LIBRARY, "--comm", "/no/comm", script});
-    EXPECT_EQ(missing.status, 2);
+    EXPECT_EQ(missing.status, 5);
     EXPECT_THAT(missing.err, HasSubstr("ispctl: cannot load /no/comm"));
 }
 
