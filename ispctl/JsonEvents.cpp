@@ -60,14 +60,6 @@ void AddEnd(Json &event, const RunOutcome &outcome) {
     }
 }
 
-Json JsonOfFindings(const std::vector<Finding> &findings) {
-    Json list = Json::array();
-    for (const Finding &finding : findings) {
-        list.push_back(JsonOfFinding(finding));
-    }
-    return list;
-}
-
 /// The keys that every result event has, in their order.
 Json ResultEvent(ExitStatus status, std::string_view source, std::string_view stage) {
     return {{"event", "result"}, {"status", static_cast<int>(status)},
@@ -135,7 +127,7 @@ void JsonEvents::OnEnd(const RunOutcome &outcome, ExitStatus status) {
             event["advice"].push_back(Text(line));
         }
     }
-    event["findings"] = JsonOfFindings(outcome.findings);
+    event["findings"] = FindingsJson(outcome.findings);
     WriteLine(m_streams, event);
 }
 
@@ -144,7 +136,7 @@ void JsonEvents::WriteNotCalled(ConsoleStreams &streams, ExitStatus status, std:
     Json event = ResultEvent(status, "ispctl", stage);
     event["meaning"] = Text(reason);
     event["device"] = "untouched";
-    event["findings"] = JsonOfFindings(findings);
+    event["findings"] = FindingsJson(findings);
     WriteLine(streams, event);
 }
 

@@ -16,6 +16,7 @@
 #include "RunLog.h"
 #include "line/FindingText.h"
 #include "line/LineReport.h"
+#include "line/ShellQuote.h"
 
 namespace ispctl {
 namespace {
@@ -25,8 +26,10 @@ namespace fs = std::filesystem;
 /// One `ispctl run`, from the checks to the exit status.
 class RunSession {
   public:
-    RunSession(const RunOptions &options, ConsoleStreams &streams, ChildProcess &child)
-        : m_options(options), m_streams(streams), m_child(child), m_run(child, streams) {}
+    RunSession(const RunOptions &options, const std::vector<std::string> &arguments,
+               ConsoleStreams &streams, ChildProcess &child)
+        : m_options(options), m_arguments(arguments), m_streams(streams), m_child(child),
+          m_run(child, streams) {}
 
     ExitStatus Execute() {
         std::optional<Frame> frame = m_run.WaitForFrame();
@@ -65,17 +68,27 @@ class RunSession {
             m_streams.PrintMessage(report.notice);
         }
         m_findings = std::move(report.findings);
-        bool accepted = true;
-        for (const Finding &finding : m_findings) {
-            const bool allowed = std::find(m_options.allowed.begin(), m_options.allowed.end(),
-                                           finding.name) != m_options.allowed.end();
-            if (allowed) {
-                continue;
-            }
-            ShowFinding(finding, m_options.arguments, m_streams);
-            accepted = accepted && finding.severity == FindingClass::Warning;
+        std::vector<Finding> shown = m_findings;
+        std::erase_if(shown, [this](const Finding &finding) {
+            return std::find(m_options.allowed.begin(), m_options.allowed.end(), finding.name) !=
+                   m_options.allowed.end();
+        });
+        const FindingLook look{OwnPart(),
+                               static_cast<std::size_t>(ConsoleStreams::Width(Stream::Error)),
+                               m_streams.TheCharset()};
+        m_streams.Write(Stream::Error, FindingsText(shown, m_options.arguments, look));
+        return std::all_of(shown.begin(), shown.end(), [](const Finding &finding) {
+            return finding.severity == FindingClass::Warning;
+        });
+    }
+
+    /// What stands before ARGS in a corrected line: "ispctl run --virtual".
+    std::string OwnPart() const {
+        std::string text = "ispctl";
+        for (std::size_t i = 0; i + m_options.arguments.size() < m_arguments.size(); ++i) {
+            text += " " + ShellQuote(m_arguments[i]);
         }
-        return accepted;
+        return text;
     }
 
     ExitStatus Call(const ReadyCall &call) {
@@ -149,6 +162,7 @@ class RunSession {
     }
 
     const RunOptions &m_options;
+    const std::vector<std::string> &m_arguments; ///< of this program
     ConsoleStreams &m_streams;
     ChildProcess &m_child;
     LibraryRun m_run;
@@ -177,7 +191,7 @@ ExitStatus RunCommand(const RunOptions &options, const std::vector<std::string> 
     ChildProcess child(arguments,
                        onePipe ? ChildProcess::Ordering::OnePipe : ChildProcess::Ordering::TwoPipes,
                        RunSignals::Stop::AtSecondInterrupt);
-    return RunSession(options, streams, child).Execute();
+    return RunSession(options, arguments, streams, child).Execute();
 }
 
 } // namespace ispctl
