@@ -86,7 +86,7 @@ class RunSession {
     std::string OwnPart() const {
         std::string text = "ispctl";
         for (std::size_t i = 0; i + m_options.arguments.size() < m_arguments.size(); ++i) {
-            text += " " + ShellQuote(m_arguments[i]);
+            text += " " + QuoteForShell(m_arguments[i]);
         }
         return text;
     }
