@@ -1,0 +1,69 @@
+#include "line/Checks.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "line/ShellQuote.h"
+
+namespace ispctl {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kEnding = ".bin";
+constexpr std::string_view kDefaultName = "dumpFile.bin";
+
+/// The library takes only a longer name with this ending.
+bool KeepsName(const std::string &name) {
+    return name.size() > kEnding.size() && name.ends_with(kEnding);
+}
+
+std::string FreeName(const fs::path &path) {
+    for (int number = 2;; ++number) {
+        fs::path other = path;
+        other.replace_extension();
+        other += "-" + std::to_string(number) + std::string(kEnding);
+        std::error_code ignored;
+        if (!fs::exists(other, ignored)) {
+            return other.string();
+        }
+    }
+}
+
+} // namespace
+
+void CheckDump(LineUnderCheck &line) {
+    const GivenArgument *given = line.Find("dumpname");
+    if (!line.Holds("dumpflash, dumplen")) {
+        return;
+    }
+    std::string name(kDefaultName);
+    if (given != nullptr && KeepsName(*given->value)) {
+        name = *given->value;
+    } else if (given != nullptr && !given->value->empty()) {
+        fs::path better(*given->value);
+        better.replace_extension(kEnding);
+        const bool isMended = KeepsName(better.string());
+        Finding &finding =
+            line.Report("dump-renamed", *given, Underline::Value,
+                        {.example = isMended ? "--dumpname " + QuoteForShell(better.string())
+                                             : "--dumpname dump.bin"});
+        if (isMended) {
+            finding.corrected = WithValue(line.Arguments(), *given, better.string());
+        }
+    }
+    const fs::path path = line.Context().callerDirectory / name;
+    std::error_code ignored;
+    if (!fs::exists(path, ignored)) {
+        return;
+    }
+    const FindingWords words{.other = path.string(),
+                             .example = "--dumpname " + QuoteForShell(FreeName(path))};
+    if (given != nullptr) {
+        line.Report("dump-overwritten", *given, Underline::Value, words);
+    } else {
+        line.Report("dump-overwritten", *line.Find("dumpflash"), Underline::Name, words);
+    }
+}
+
+} // namespace ispctl

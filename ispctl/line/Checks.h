@@ -1,0 +1,30 @@
+#ifndef ISPCTL_LINE_CHECKS_H
+#define ISPCTL_LINE_CHECKS_H
+
+#include "line/LineUnderCheck.h"
+
+namespace ispctl {
+
+/// Each adds what it finds. The order in which they are called decides nothing but the order of
+/// findings about one argument.
+
+void CheckNames(LineUnderCheck &line);      ///< every argument is an option or a value
+void CheckActions(LineUnderCheck &line);    ///< exactly one action, which does something
+void CheckValues(LineUnderCheck &line);     ///< numbers, bytes and keywords
+void CheckNeeds(LineUnderCheck &line);      ///< every option has what it needs
+void CheckSignatures(LineUnderCheck &line); ///< what is programmed is verified, every key is used
+void CheckFiles(LineUnderCheck &line);      ///< every file is where the library looks for it
+void CheckBanks(LineUnderCheck &line);      ///< the firmware files fit into the flash
+void CheckDump(LineUnderCheck &line);       ///< where the dump goes
+void CheckRanges(LineUnderCheck &line);     ///< values that belong together
+void CheckSearch(LineUnderCheck &line);     ///< the firmware search finds a file
+
+/// Whether opening a file of this line could block for ever.
+bool NamesBlockingFile(const ArgumentList &arguments, const LineContext &context);
+
+/// Finds the reason of a refusal that no other check has found.
+void ExplainRefusal(LineUnderCheck &line);
+
+} // namespace ispctl
+
+#endif

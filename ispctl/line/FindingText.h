@@ -1,0 +1,32 @@
+#ifndef ISPCTL_LINE_FINDING_TEXT_H
+#define ISPCTL_LINE_FINDING_TEXT_H
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "VisibleText.h"
+#include "line/Finding.h"
+
+namespace ispctl {
+
+/// How findings are shown.
+struct FindingLook {
+    std::string command = "ispctl run"; ///< stands before the arguments of a line to copy
+    std::size_t width = 80;             ///< UNITS: columns of the terminal
+    Charset charset = Charset::Utf8;
+};
+
+/// A finding for people: class, message and name; the line as a shell needs it, cut around the word
+/// that it is about to the width, and that word underlined; the suggestion, and the mended line in
+/// full.
+std::string FindingText(const Finding &finding, const std::vector<std::string> &arguments,
+                        const FindingLook &look);
+
+/// All of them, with an empty line between.
+std::string FindingsText(const std::vector<Finding> &findings,
+                         const std::vector<std::string> &arguments, const FindingLook &look);
+
+} // namespace ispctl
+
+#endif

@@ -1,0 +1,122 @@
+#include "line/CheckLine.h"
+
+#include <set>
+
+#include "line/FindingTable.h"
+#include "line/LineFixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class CheckLine : public LineFixture {};
+
+// Lines of the pages, and of what a factory runs.
+const char *const kGoodLines[] = {
+    "--isp --fw @f.bin",
+    "--isp --fw=@f.bin --bank=2 --comm=3",
+    "--isp --fw @f.bin --bank 0xff --slave 0x6e",
+    "--isp --bank 253 --fw @f.bin --comm 0x13 --slave 0 --sendextracmd both",
+    "--isp --sw --dsmode 2 --keypair 1 --fw @f.bin --signfile @s.sig",
+    "--isp --sw --dsmode 0x2 --keypair 1 --fw @f.bin --signfile @s.sig",
+    "--isp --sw --dsmode 3 --vkfile @k.pem --fw @f.bin --signfile @s.sig",
+    "--isp --sw --dsmode 1 --vkfile @k.pem --subcert @k.pem --fw @f.bin --signfile @s.sig",
+    "--isp --sw --dsmode 4 --nextvkfile @k.pem --fw @f.bin --signfile @s.sig",
+    "--sign --sw --dsmode 2 --keypair 1 --fw @f.bin",
+    "--sign --sw --dsmode 3 --skfile @k.pem --fw @f.bin --signfile @new.sig",
+    "--sign --sw --dsmode 4 --skfile @k.pem --nextvkfile @k.pem --fw @f.bin",
+    "--sign --hw --skfile @k.pem --nextvkfile @k.pem --fw @f.bin",
+    "--sign --hw --dsmode 1 --nextvkfile @k.pem",
+    "--verify --sw --dsmode 3 --vkfile @k.pem --fw @f.bin --signfile @s.sig",
+    "--verify --sw --dsmode 2 --fw @f.bin --signfile @s.sig",
+    "--ispuser --flagaddr 0x1000 --flagdata 1,2,0xff --fw @f.bin",
+    "--ispdiff --fw @f.bin --fw1 @g.bin --bank1 16",
+    "--ispcopy --fw1 @g.bin --bank1 16",
+    "--dumpflash --dumpaddr 0x100000 --dumplen 1000 --dumpname @dump.bin",
+    "--dumpflash --dumplen 1000",
+    "--recordver --flash --veraddr 0x100 --totalverlen 4 --majorverlen 2 --subverlen 2 "
+    "--recordvermode 1",
+    "--recordver --reg",
+    "--recordver --fwbin --fw @f.bin",
+    "--recordver --userdefined 3 --comparever",
+    "--userdefinedinfo --infotype hpscaler",
+    "--edpisp --edpmode readver",
+    "--resetmcu",
+    "--enterispmode --ispchannel",
+    "--getscalertype --settingfile @s.sig",
+};
+
+TEST_F(CheckLine, Good_line_has_no_finding) {
+    for (const char *line : kGoodLines) {
+        const Words arguments = Line(line);
+        ASSERT_TRUE(m_context.parse(arguments).accepted) << line;
+        const Findings findings = Check(arguments);
+        EXPECT_THAT(Names(findings), IsEmpty()) << line << "\n" << Shown(arguments, findings);
+    }
+}
+
+TEST_F(CheckLine, Good_line_has_no_finding_without_parser) {
+    m_context.parse = nullptr;
+    for (const char *line : kGoodLines) {
+        EXPECT_THAT(Names(Check(line)), IsEmpty()) << line;
+    }
+}
+
+TEST_F(CheckLine, Search_that_finds_a_file_is_good) {
+    Library().Write("only.bin", "x");
+    const Words names = Names(Check("--isp --searchfw auto --bank 3"));
+    std::filesystem::remove(Library().Path("only.bin"));
+    EXPECT_THAT(names, IsEmpty());
+}
+
+TEST_F(CheckLine, Fatal_findings_come_first_then_errors_then_warnings) {
+    EXPECT_THAT(Names(Check("--isp --comm 010 --fw @f.bin --slave 999 --bnak 3 --factory")),
+                ElementsAre("fatal number-out-of-range", "error unknown-option",
+                            "warning octal-number", "warning unsigned-programming"));
+}
+
+TEST_F(CheckLine, Finding_about_something_else_is_not_the_reason) {
+    // The signature mode would be wrong, too, but without --sw nobody reads it.
+    EXPECT_THAT(Names(Check("--isp --fw @f.bin --comm 99 --dsmode 9")),
+                ElementsAre("fatal number-out-of-range", "error unverified-signature",
+                            "error number-out-of-range"));
+}
+
+TEST_F(CheckLine, Without_parser_what_the_library_would_refuse_is_still_fatal) {
+    m_context.parse = nullptr;
+    EXPECT_THAT(Names(Check("--isp --fw @f.bin --comm 99")),
+                ElementsAre("fatal number-out-of-range"));
+    EXPECT_THAT(Names(Check("--isp --fw f.bin")), ElementsAre("fatal relative-path-elsewhere"));
+    EXPECT_THAT(Names(Check("--isp --fw @f.bin --sw --hw --signfile @s.sig")),
+                testing::Contains("fatal excluded-option"));
+}
+
+TEST_F(CheckLine, Unknown_refusal_gives_what_the_library_prints) {
+    // A library with a rule that this program does not know.
+    m_context.parse = [](const Words &arguments) {
+        ispctl::ParsedLine parsed;
+        parsed.accepted = std::count(arguments.begin(), arguments.end(), "--newboot") == 0;
+        parsed.printed = parsed.accepted ? "" : "no new boot code today\n";
+        return parsed;
+    };
+    const Findings findings = Check("--isp --fw @f.bin --newboot");
+    ASSERT_THAT(Names(findings), ElementsAre("fatal refused"));
+    EXPECT_EQ(findings[0].argument, 3U);
+    EXPECT_THAT(findings[0].message, testing::HasSubstr("no new boot code today"));
+    m_context.parse = [](const Words &) { return ispctl::ParsedLine{false, "never\n", nullptr}; };
+    const Findings all = Check("--isp --fw @f.bin");
+    ASSERT_THAT(Names(all), ElementsAre("fatal refused"));
+    EXPECT_EQ(all[0].argument, std::nullopt);
+}
+
+TEST(FindingTable, Names_are_unique_and_readable) {
+    std::set<std::string_view> names;
+    for (const ispctl::FindingRow &row : ispctl::kFindingRows) {
+        EXPECT_TRUE(names.insert(row.name).second) << row.name;
+        EXPECT_THAT(std::string(row.name), testing::MatchesRegex("[a-z]+(-[a-z]+)*"));
+        EXPECT_FALSE(row.message.ends_with(".")) << row.name;
+    }
+}
+
+} // namespace

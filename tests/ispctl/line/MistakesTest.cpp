@@ -1,0 +1,244 @@
+#include <filesystem>
+#include <fstream>
+
+#include "line/LineFixture.h"
+
+// The mistakes that people make, and what they are told.
+
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+
+struct Mistake {
+    const char *line;
+    const char *finding;   ///< class and name
+    const char *argument;  ///< what is underlined, as typed; empty: nothing
+    const char *message;   ///< a part of message or suggestion
+    const char *corrected; ///< the mended line; empty: there is none
+};
+
+const Mistake kMistakes[] = {
+    // names
+    {"--isp --fw @f.bin --bnak 3", "error unknown-option", "--bnak", "did you mean --bank",
+     "--isp --fw @f.bin --bank 3"},
+    {"--ips --fw @f.bin", "error unknown-option", "--ips", "--isp", "--isp --fw @f.bin"},
+    {"-isp --fw @f.bin", "error unknown-option", "-isp", "--isp", "--isp --fw @f.bin"},
+    {"--isp --fw @f.bin --FW1 @g.bin --bank1 9", "error unknown-option", "--FW1", "--fw1",
+     "--isp --fw @f.bin --fw1 @g.bin --bank1 9"},
+    {"--isp --fw @f.bin --zzzzzz", "error unknown-option", "--zzzzzz", "leave it out", ""},
+    {"--isp --fw @f.bin --dump x", "error ambiguous-option", "--dump", "--dumpflash", ""},
+    {"--isp --fw @f.bin --sla 5", "warning abbreviated-option", "--sla", "--slave",
+     "--isp --fw @f.bin --slave 5"},
+    {"--isp --fw @f.bin --comm 3 --comm 4", "warning repeated-option", "--comm", "last value", ""},
+    {"--isp --fw @f.bin --fw @g.bin", "fatal repeated-file", "--fw", "--fw1", ""},
+    {"--isp --fw @f.bin more", "error leftover-argument", "more", "belongs to no option", ""},
+    {"isp --fw @f.bin", "error leftover-argument", "isp", "--isp", "--isp --fw @f.bin"},
+    {"--isp --fw @f.bin -- --comm 3", "error leftover-argument", "--comm", "belongs to no", ""},
+    {"--isp --fw @f.bin --comm", "error missing-value", "--comm", "a number from 1 to 19", ""},
+    {"--isp=1 --fw @f.bin", "error unwanted-value", "--isp", "--isp alone", "--isp --fw @f.bin"},
+    {"--isp --fw @f.bin --virtual", "error ispctl-option", "--virtual",
+     "ispctl run --virtual --isp --fw", ""},
+    {"--isp --fw @f.bin --virtul", "error ispctl-option", "--virtul",
+     "ispctl run --virtual --isp --fw", ""},
+    {"--isp --fw @f.bin --help", "error ispctl-option", "--help", "--help", ""},
+    {"--isp --fw @f.bin --json", "error ispctl-option", "--json", "--json", ""},
+    {"--isp --fw @f.bin --dry-run", "error ispctl-option", "--dry-run", "--dry-run", ""},
+    {"--isp --fw @f.bin --verbatim", "error ispctl-option", "--verbatim", "--verbatim", ""},
+    {"--isp --fw @f.bin --log run.log", "error ispctl-option", "--log",
+     "ispctl run --log run.log --isp --fw", ""},
+    {"--isp --fw @f.bin --lib=x.so", "error ispctl-option", "--lib", "run --lib x.so --isp", ""},
+    {"--isp --fw @f.bin --allow x", "error ispctl-option", "--allow", "run --allow x --isp", ""},
+    // values
+    {"--isp --fw @f.bin --comm=", "error empty-value", "--comm=", "a number from 1 to 19", ""},
+    {"--isp --fw @f.bin --bank 16k", "fatal number-with-rest", "16k", "\"k\" follows the digits",
+     "--isp --fw @f.bin --bank 16"},
+    {"--dumpflash --dumplen 16k", "fatal number-with-rest", "16k", "--dumplen 16384",
+     "--dumpflash --dumplen 16384"},
+    {"--isp --fw @f.bin --slave 6E", "fatal number-with-rest", "6E", "--slave 0x6E",
+     "--isp --fw @f.bin --slave 0x6E"},
+    {"--isp --fw @f.bin --bank three", "fatal not-a-number", "three", "a number from 0 to 255", ""},
+    {"--isp --fw @f.bin --bank 300", "fatal number-out-of-range", "300", "from 0 to 255", ""},
+    {"--isp --fw @f.bin --bank -1", "fatal number-out-of-range", "-1", "from 0 to 255", ""},
+    {"--isp --fw @f.bin --bank 4294967299", "error number-truncated", "4294967299", "reads 3", ""},
+    {"--dumpflash --dumplen 0x100000010", "error number-truncated", "0x100000010", "reads 16", ""},
+    {"--isp --fw @f.bin --bank 010", "warning octal-number", "010", "it means 8",
+     "--isp --fw @f.bin --bank 10"},
+    {"--isp --fw @f.bin --bank 09", "fatal octal-digit", "09", "not an octal digit",
+     "--isp --fw @f.bin --bank 9"},
+    {"--edpisp --edpmode red", "fatal wrong-keyword", "red", "isp or readver", ""},
+    {"--edpisp --edpmode readve", "fatal wrong-keyword", "readve", "--edpmode readver",
+     "--edpisp --edpmode readver"},
+    {"--isp --searchfw Auto", "fatal wrong-keyword", "Auto", "auto, prefix or userdefined",
+     "--isp --searchfw auto"},
+    {"--isp --fw --isp", "fatal value-like-option", "--isp", "as the value of --fw", ""},
+    {"--dumpflash --dumplen 0", "fatal number-out-of-range", "0", "from 1 to", ""},
+    {"--ispuser --fw @f.bin --flagaddr 1 --flagdata 1.2", "fatal wrong-separator", "1.2",
+     "--flagdata 1,2", "--ispuser --fw @f.bin --flagaddr 1 --flagdata 1,2"},
+    {"--ispuser --fw @f.bin --flagaddr 1 --flagdata 1,256", "fatal number-out-of-range", "256",
+     "from 0 to 255", ""},
+    {"--i2cwrite --writedata 110", "fatal wrong-byte-count", "110", "3 to 258", ""},
+    {"--i2cwrite --ddccicmd --writedata 0x6e,0x51,0x85,1", "fatal wrong-length-byte",
+     "0x6e,0x51,0x85,1", "0x81", "--i2cwrite --ddccicmd --writedata 0x6e,0x51,0x81,0x01"},
+    {"--recordver --flash --veraddr 0xffffff --totalverlen 4 --majorverlen 2",
+     "fatal wrong-version-range", "0xffffff", "below 0x1000000", ""},
+    {"--recordver --flash --veraddr 1 --totalverlen 4 --majorverlen 2 --subverlen 3",
+     "fatal wrong-version-range", "4", "--totalverlen 5", ""},
+    {"--recordver --flash --veraddr 1", "fatal missing-need", "--veraddr", "--totalverlen", ""},
+    {"--recordver --flash --veraddr 1 --totalverlen 4", "fatal missing-need", "--veraddr",
+     "--majorverlen", ""},
+    // actions
+    {"--fw @f.bin", "fatal no-action", "", "--isp", ""},
+    {"--isp --ispdiff --fw @f.bin", "fatal several-actions", "--ispdiff", "--isp", ""},
+    {"--factoryisp --fw @f.bin", "fatal refused-action", "--factoryisp", "always", ""},
+    {"--srstatus", "error action-without-effect", "--srstatus", "none of its functions", ""},
+    {"--erase", "error action-always-fails", "--erase", "0x6", ""},
+    {"--mergefwinfo", "error action-always-fails", "--mergefwinfo", "0x6", ""},
+    // needs
+    {"--isp", "fatal missing-need", "--isp", "--fw /srv/fw/monitor.bin", ""},
+    {"--isp --bank 3 --fw1 @f.bin", "fatal missing-need", "--bank", "--fw", ""},
+    {"--isp --fw @f.bin --dumplen 3", "error no-effect", "--dumplen", "--dumpflash", ""},
+    {"--isp --boot @boot.bin --fw @f.bin", "error no-effect", "--boot", "--sw or --hw", ""},
+    {"--resetmcu --fw @f.bin", "error no-effect", "--fw", "it needs", ""},
+    {"--isp --fw @f.bin --searchfw auto", "fatal excluded-option", "--searchfw", "--fw", ""},
+    {"--recordver --reg --ddcci", "fatal excluded-option", "--ddcci", "--reg", ""},
+    {"--dumpflash", "fatal missing-need", "--dumpflash", "--dumplen", ""},
+    {"--ispuser --fw @f.bin --flagdata 1,2", "error no-effect", "--flagdata", "--flagaddr", ""},
+    {"--mergefwinfo --comm 3", "error action-always-fails", "--mergefwinfo", "0x6", ""},
+    {"--write 1.2 --mergefwinfo", "error wrong-order", "--write", "--mergefwinfo before it",
+     "--mergefwinfo --write 1.2"},
+    {"--resetmcu --write 1.2", "error value-lost", "--write", "--mergefwinfo", ""},
+    // signatures
+    {"--isp --fw @f.bin --signfile @s.sig --vkfile @k.pem --dsmode 3", "error unverified-signature",
+     "--signfile", "programmed unchecked",
+     "--isp --fw @f.bin --sw --signfile @s.sig --vkfile @k.pem --dsmode 3"},
+    {"--isp --fw @f.bin --sw --hw --signfile @s.sig", "fatal excluded-option", "--hw", "--sw", ""},
+    {"--isp --fw @f.bin --sw --signfile @s.sig --dsmode 3", "fatal missing-need", "--dsmode",
+     "--vkfile", ""},
+    {"--isp --fw @f.bin --sw --signfile @s.sig --vkfile @k.pem", "error key-not-used", "--vkfile",
+     "--dsmode 1 or --dsmode 3", ""},
+    {"--isp --fw @f.bin --sw", "fatal missing-need", "--sw", "--signfile", ""},
+    {"--isp --fw @f.bin --hw", "warning unsigned-programming", "--hw", "not verified", ""},
+    {"--isp --fw @f.bin --factory", "warning unsigned-programming", "--factory", "factory mode",
+     ""},
+    {"--isp --fw @f.bin --sw --signfile @s.sig --fw1 @g.bin --bank1 9", "warning unsigned-file",
+     "--fw1", "does not cover", ""},
+    {"--isp --fw @f.bin --sw --dsmode 5 --signfile @s.sig", "fatal number-out-of-range", "5",
+     "from 1 to 4", ""},
+    // files
+    {"--isp --fw @missing.bin", "fatal missing-file", "@missing.bin", "no file", ""},
+    {"--isp --fw @ff.bin --comm 3", "fatal missing-file", "@ff.bin", "did you mean",
+     "--isp --fw @f.bin --comm 3"},
+    {"--isp --fw f.bin", "fatal relative-path-elsewhere", "f.bin", "absolute path",
+     "--isp --fw @f.bin"},
+    {"--isp --fw=f.bin", "fatal relative-path-elsewhere", "f.bin", "absolute path",
+     "--isp --fw=@f.bin"},
+    {"--isp --fw @sub", "fatal firmware-not-a-file", "@sub", "a directory", ""},
+    {"--isp --fw /dev/null", "error firmware-not-a-file", "/dev/null", "a device", ""},
+    {"--isp --fw @empty.bin", "error firmware-empty", "@empty.bin", "is empty", ""},
+    {"--isp --fw @big.bin", "fatal firmware-too-large", "@big.bin", "16 MiB", ""},
+    {"--isp --fw @huge.bin", "error firmware-too-large", "@huge.bin", "beyond 4 GiB", ""},
+    {"--isp --settingfile @none.ini --fw @f.bin", "error missing-file", "@none.ini", "no file", ""},
+    {"--isp --searchfw prefix --settingfile @s.sig", "error wrong-order", "--settingfile",
+     "--searchfw=prefix after it", "--isp --settingfile @s.sig --searchfw prefix"},
+    {"--isp --searchfw prefix", "fatal search-failed", "prefix", "finds no firmware", ""},
+    {"--isp --settingfile @s.sig --searchfw prefix", "fatal search-failed", "prefix",
+     "finds no firmware", ""},
+    {"--isp --searchfw userdefined", "fatal search-failed", "userdefined", "finds no firmware", ""},
+    // banks
+    {"--isp --fw @f.bin --fw1 @g.bin --bank1 2", "fatal bank-overlap", "2", "--bank1 3",
+     "--isp --fw @f.bin --fw1 @g.bin --bank1 3"},
+    {"--isp --fw @f.bin --fw1 @g.bin", "fatal bank-overlap", "@g.bin", "bank 0",
+     "--isp --fw @f.bin --fw1 @g.bin --bank1 3"},
+    {"--isp --fw @f.bin --bank 254", "error bank-beyond-flash", "254", "--bank 253", ""},
+    // dump
+    {"--dumpflash --dumplen 16 --dumpname out.img", "warning dump-renamed", "out.img",
+     "dumpFile.bin", "--dumpflash --dumplen 16 --dumpname out.bin"},
+    {"--dumpflash --dumplen 16 --dumpname @f.bin", "warning dump-overwritten", "@f.bin", "f-2.bin",
+     ""},
+};
+
+class Mistakes : public LineFixture {
+  protected:
+    Mistakes() {
+        MakeSparse("big.bin", 0x2100000);
+        MakeSparse("huge.bin", 0x100000001);
+    }
+
+    void MakeSparse(const std::string &name, std::uintmax_t size) {
+        m_here.Write(name, "");
+        std::filesystem::resize_file(m_here.Path(name), size);
+    }
+};
+
+TEST_F(Mistakes, Each_has_finding_with_cause_and_remedy) {
+    for (const Mistake &mistake : kMistakes) {
+        const Words arguments = Line(mistake.line);
+        const Findings findings = Check(arguments);
+        SCOPED_TRACE(std::string(mistake.line) + "\n" + Shown(arguments, findings));
+        const ispctl::Finding *found = nullptr;
+        for (const ispctl::Finding &finding : findings) {
+            const std::string name =
+                std::string(NameOf(finding.severity)) + " " + std::string(finding.name);
+            found = found == nullptr && name == mistake.finding ? &finding : found;
+        }
+        ASSERT_NE(found, nullptr) << mistake.finding;
+        const std::string argument =
+            found->argument ? arguments.at(*found->argument).substr(found->offset, found->length)
+                            : "";
+        EXPECT_EQ(argument, Line(mistake.argument).empty() ? "" : Line(mistake.argument).front());
+        EXPECT_THAT(found->message + " / " + found->suggestion, HasSubstr(mistake.message));
+        EXPECT_EQ(found->corrected, Line(mistake.corrected));
+        EXPECT_FALSE(found->suggestion.empty());
+    }
+}
+
+TEST_F(Mistakes, Path_with_unquoted_space_is_joined) {
+    m_here.Write("my file.bin", "x");
+    const Findings findings = Check("--isp --fw @my file.bin");
+    ASSERT_THAT(Names(findings), Contains("error leftover-argument"));
+    for (const ispctl::Finding &finding : findings) {
+        if (finding.name == "leftover-argument") {
+            EXPECT_EQ(finding.corrected, Expand({"--isp", "--fw", "@my file.bin"}));
+        }
+    }
+}
+
+TEST_F(Mistakes, Path_of_260_bytes_is_too_long_and_259_is_not) {
+    std::string folder = Here();
+    folder += std::string(250 - folder.size(), 'd') + "/";
+    std::filesystem::create_directories(folder);
+    const std::string fits = folder + "12345678";
+    const std::string isCut = folder + "123456789";
+    std::ofstream(fits) << "x";
+    std::ofstream(isCut) << "x";
+    EXPECT_THAT(Names(Check({"--isp", "--fw", fits})), testing::IsEmpty());
+    EXPECT_THAT(Names(Check({"--isp", "--fw", isCut})),
+                testing::ElementsAre("error path-too-long"));
+}
+
+TEST_F(Mistakes, Umlaut_is_not_expressible_in_locale_c) {
+    m_here.Write("\xC3\xA4.bin", "x");
+    const char *before = std::getenv("LC_ALL");
+    const std::string saved = before != nullptr ? before : "";
+    ::setenv("LC_ALL", "C", 1);
+    const Findings findings = Check("--isp --fw @\xC3\xA4.bin");
+    before != nullptr ? ::setenv("LC_ALL", saved.c_str(), 1) : ::unsetenv("LC_ALL");
+    ASSERT_EQ(findings.size(), 1U);
+    EXPECT_EQ(findings[0].name, "path-not-expressible");
+    EXPECT_NE(findings[0].severity, ispctl::FindingClass::Warning);
+}
+
+TEST_F(Mistakes, Pipe_as_firmware_is_found_without_waiting_for_it) {
+    ASSERT_EQ(std::system(("mkfifo " + Here() + "pipe").c_str()), 0);
+    EXPECT_THAT(Names(Check("--isp --fw @pipe")), Contains("fatal firmware-not-a-file"));
+}
+
+TEST_F(Mistakes, File_in_both_directories_is_said) {
+    Library().Write("f.bin", "other");
+    const Words names = Names(Check("--isp --fw f.bin"));
+    std::filesystem::remove(Library().Path("f.bin"));
+    EXPECT_THAT(names, testing::ElementsAre("warning relative-path-twice"));
+}
+
+} // namespace
