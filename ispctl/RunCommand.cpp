@@ -35,7 +35,9 @@ class RunSession {
         std::optional<Frame> frame = m_run.WaitForFrame();
         if (frame && frame->kind == FrameKind::Findings) {
             if (!IsAccepted(DecodeLineReport(frame->payload))) {
-                return NotCalled(kExitRefused, "check", "the library was not called");
+                return NotCalled(kExitRefused, "check",
+                                 "refused, the library was not called; --allow NAME accepts single "
+                                 "findings, --verbatim passes the line unchecked");
             }
             m_child.Answer();
             frame = m_run.WaitForFrame();

@@ -57,7 +57,7 @@ TEST(JsonRun, Lines_are_spelt_as_documented) {
         "{\"event\":\"message\",\"text\":\"m\"}\n"
         "{\"event\":\"result\",\"status\":6,\"code\":16387,\"hex\":\"0x4003\","
         "\"name\":\"SCALER_ISP_BAD_SIGNATURE\","
-        "\"meaning\":\"the signature of the firmware is not good\",\"source\":\"library\","
+        "\"meaning\":\"the firmware signature is invalid\",\"source\":\"library\","
         "\"stage\":\"verify\",\"percent\":3,\"device\":\"unknown\",\"advice\":[\"use the signature "
         "and the key that were delivered with this firmware\"],\"findings\":[]}\n");
 }

@@ -59,7 +59,7 @@ INSTANTIATE_TEST_SUITE_P(
             "SCALER_ISP_FUNCTION_MISSING",
             "the plug-in does not offer the function of this action"},
         Row{"bad_signature", Returned(0x4003, true, true), 6, "library", "verify",
-            "SCALER_ISP_BAD_SIGNATURE", "the signature of the firmware is not good"},
+            "SCALER_ISP_BAD_SIGNATURE", "the firmware signature is invalid"},
         Row{"bad_signature_of_plugin", Returned(0x4003, false, true), 1, "plug-in", "call", "",
             kPlugin},
         Row{"other_code", Returned(0x7777, false, true), 1, "plug-in", "call", "", kPlugin}),

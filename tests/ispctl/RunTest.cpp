@@ -76,7 +76,7 @@ TEST(Run, Order_is_kept_where_both_streams_are_one) {
 TEST(Run, Result_is_told_in_words) {
     EXPECT_EQ(
         RunScripted({}, {"result:0x4003"}).err,
-        "ispctl: failed with 0x4003: the signature of the firmware is not good; nothing was "
+        "ispctl: failed with 0x4003: the firmware signature is invalid; nothing was "
         "done\nispctl: use the signature and the key that were delivered with this firmware\n");
     EXPECT_EQ(
         RunScripted({}, {"result:-1"}).err,
