@@ -17,7 +17,7 @@ bool IsReason(const LineUnderCheck &line, const GivenArgument &given) {
     if (!line.IsRefused()) {
         return false;
     }
-    const ParsedLine without = line.Parse(Without(line.Arguments(), given));
+    const ParsedLine &without = line.Parse(Without(line.Arguments(), given));
     return without.accepted || without.printed != line.Printed();
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <fmt/format.h>
 
+#include "line/Companions.h"
 #include "line/ValueForm.h"
 
 namespace ispctl {
@@ -44,29 +45,47 @@ bool HasFatalFinding(LineUnderCheck &line) {
     });
 }
 
-/// Options that need something for which the library refuses the line, together with others.
-bool PromoteUnmetNeeds(LineUnderCheck &line) {
-    bool found = false;
-    for (std::size_t i = 0; i < line.Options().size(); ++i) {
-        const GivenArgument &given = *line.Options()[i];
-        const auto &option = *given.option;
-        if (option.effect.group == ScalerIspFacts::Group::Action || line.IsUsable(i)) {
-            continue;
+/// ARGS without these options, except one of them.
+ArgumentList WithoutAllBut(const LineUnderCheck &line,
+                           const std::vector<const GivenArgument *> &options,
+                           const GivenArgument *kept) {
+    ArgumentList arguments = line.Arguments();
+    // From the right, so that positions further left stay as they are.
+    std::for_each(options.rbegin(), options.rend(), [&](const GivenArgument *given) {
+        if (given != kept) {
+            arguments = Without(arguments, *given);
         }
-        ArgumentList alone = Without(line.Arguments(), given);
-        const ParsedLine parsed = line.Parse(alone);
-        if (!parsed.accepted && parsed.printed == line.Printed() &&
-            option.section != "version location") {
+    });
+    return arguments;
+}
+
+/// Several options can lack something at once, so that none of them is the reason alone.
+bool ExplainByNeeds(LineUnderCheck &line) {
+    std::vector<const GivenArgument *> lacking;
+    std::vector<std::string> needs;
+    for (std::size_t i = 0; i < line.Options().size(); ++i) {
+        const auto &option = *line.Options()[i]->option;
+        if (option.effect.group != ScalerIspFacts::Group::Action &&
+            !HasNeeds(option, line.LineFor(i))) {
+            lacking.push_back(line.Options()[i]);
+            needs.push_back(MissingCompanion(line, i, option.needs));
+        }
+    }
+    if (!line.Parse(WithoutAllBut(line, lacking, nullptr)).accepted) {
+        return false;
+    }
+    for (std::size_t i = 0; i < lacking.size(); ++i) {
+        const GivenArgument &given = *lacking[i];
+        if (line.Parse(WithoutAllBut(line, lacking, &given)).accepted) {
             continue;
         }
         std::erase_if(line.Findings(), [&](const Finding &finding) {
             return finding.name == "no-effect" && finding.argument == given.position;
         });
         line.Report("missing-need", given, Underline::Name,
-                    {.allowed = Describe(option, option.needs)});
-        found = true;
+                    {.allowed = Describe(*given.option, given.option->needs), .example = needs[i]});
     }
-    return found;
+    return HasFatalFinding(line);
 }
 
 } // namespace
@@ -84,7 +103,7 @@ void CheckSearch(LineUnderCheck &line) {
         }
     }
     probe.insert(probe.end(), {"--searchfw", *search->value, HarmlessAction()});
-    const ParsedLine parsed = line.Parse(probe);
+    const ParsedLine &parsed = line.Parse(probe);
     if (!parsed.accepted) {
         const std::string text = AsOneLine(parsed.printed);
         line.Report("search-failed", *search, Underline::Value,
@@ -95,7 +114,7 @@ void CheckSearch(LineUnderCheck &line) {
 }
 
 void ExplainRefusal(LineUnderCheck &line) {
-    if (!line.IsRefused() || HasFatalFinding(line)) {
+    if (!line.IsRefused() || HasFatalFinding(line) || ExplainByNeeds(line)) {
         return;
     }
     const std::string detail = WhatWasPrinted(line.Printed());
@@ -108,9 +127,7 @@ void ExplainRefusal(LineUnderCheck &line) {
             return;
         }
     }
-    if (!PromoteUnmetNeeds(line)) {
-        line.Report("refused", FindingWords{.detail = detail});
-    }
+    line.Report("refused", FindingWords{.detail = detail});
 }
 
 } // namespace ispctl

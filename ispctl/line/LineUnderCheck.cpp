@@ -63,6 +63,15 @@ bool LineUnderCheck::IsUsable(std::size_t index) const {
     return HasNeeds(option, LineFor(index)) && !IsExcluded(option, LineFor(index));
 }
 
+const ParsedLine &LineUnderCheck::Parse(const ArgumentList &arguments) const {
+    auto found = m_similar.find(arguments);
+    if (found == m_similar.end()) {
+        found = m_similar.emplace(arguments, m_context.parse(arguments)).first;
+        found->second.records.reset(); // they are large, and nobody reads them
+    }
+    return found->second;
+}
+
 Finding &LineUnderCheck::Report(FindingName name, const GivenArgument &given, Underline underline,
                                 FindingWords words) {
     if (words.option.empty() && given.kind != GivenArgument::Kind::NonOption) {

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <deque>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -69,9 +70,8 @@ class LineUnderCheck {
     const std::string &Printed() const {
         return m_parsed->printed;
     }
-    ParsedLine Parse(const ArgumentList &arguments) const {
-        return m_context.parse(arguments);
-    }
+    /// What the parser makes of a similar line, without the records.
+    const ParsedLine &Parse(const ArgumentList &arguments) const;
 
     /// Adds a finding about this argument; option and value are taken from it if words has none.
     Finding &Report(FindingName name, const GivenArgument &given, Underline underline,
@@ -94,6 +94,7 @@ class LineUnderCheck {
     std::deque<std::string> m_numbers; ///< values as decimal numbers, which m_facts refers to
     std::vector<ScalerIspFacts::GivenOption> m_facts;
     std::optional<ParsedLine> m_parsed;
+    mutable std::map<ArgumentList, ParsedLine> m_similar; ///< several checks try the same lines
     std::vector<Finding> m_findings;
 };
 

@@ -16,7 +16,7 @@ class CheckLine : public LineFixture {};
 const char *const kGoodLines[] = {
     "--isp --fw @f.bin",
     "--isp --fw=@f.bin --bank=2 --comm=3",
-    "--isp --fw @f.bin --bank 0xff --slave 0x6e",
+    "--isp --fw @g.bin --bank 0xff --slave 0x6e",
     "--isp --bank 253 --fw @f.bin --comm 0x13 --slave 0 --sendextracmd both",
     "--isp --sw --dsmode 2 --keypair 1 --fw @f.bin --signfile @s.sig",
     "--isp --sw --dsmode 0x2 --keypair 1 --fw @f.bin --signfile @s.sig",

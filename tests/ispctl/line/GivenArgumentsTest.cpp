@@ -43,11 +43,12 @@ class Engine {
                 continue;
             }
             const char *value = engine.GetCmdArg();
-            events.push_back(std::string(ScalerIspFacts::kOptions[index].name) + " " +
-                             (value != nullptr ? value : "(none)") + end);
+            events.push_back(
+                std::string(ScalerIspFacts::kOptions[static_cast<std::size_t>(index)].name) + " " +
+                (value != nullptr ? value : "(none)") + end);
         }
         for (int i = engine.GetCmdIndex(); i < argc; ++i) {
-            events.push_back("left over " + std::string(argv[i]));
+            events.push_back("left over " + std::string(argv[static_cast<std::size_t>(i)]));
         }
         return events;
     }
@@ -167,9 +168,9 @@ TEST(GivenArguments, Random_lines_are_read_as_by_the_engine) {
         }
         ASSERT_EQ(EventsOf(line), expected) << testing::PrintToString(line);
         for (const std::string &event : expected) {
-            mistakes += event.starts_with("mistake") ? 1 : 0;
-            leftOver += event.starts_with("left over") ? 1 : 0;
-            options += event.starts_with("mistake") || event.starts_with("left over") ? 0 : 1;
+            mistakes += event.starts_with("mistake") ? 1U : 0U;
+            leftOver += event.starts_with("left over") ? 1U : 0U;
+            options += event.starts_with("mistake") || event.starts_with("left over") ? 0U : 1U;
         }
     }
     EXPECT_GT(options, 10000U);
