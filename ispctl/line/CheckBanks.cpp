@@ -51,7 +51,7 @@ std::vector<Placed> PlacedFiles(const LineUnderCheck &line) {
             isKnown = isKnown && number.isComplete && number.stored >= 0 && number.stored < 256;
             placed.first = isKnown ? static_cast<std::uintmax_t>(number.stored) : 0;
         }
-        if (isKnown) {
+        if (isKnown && line.Find(given->option->name) == given) {
             files.push_back(placed);
         }
     }

@@ -64,6 +64,9 @@ void CheckUnmet(LineUnderCheck &line, std::size_t index) {
     const GivenArgument &given = *line.Options()[index];
     const OptionFacts &option = *given.option;
     const bool isAction = ScalerIspFacts::FindAction(option.name) != nullptr;
+    if (!isAction && line.HasFatal(given)) {
+        return; // its value is wrong, so what it needs is not known
+    }
     FindingWords words{.allowed = Describe(option, option.needs),
                        .example = MissingCompanion(line, index, option.needs)};
     if ((isAction && option.needs != "NEVER") || (!isAction && IsReason(line, given))) {
@@ -126,6 +129,10 @@ void CheckNeeds(LineUnderCheck &line) {
         const OptionFacts &option = *line.Options()[i]->option;
         const bool isAction = ScalerIspFacts::FindAction(option.name) != nullptr;
         if ((isAction && !hasOneAction) || IsUntypedSignature(line, option)) {
+            continue;
+        }
+        // Without the one action nobody knows what the others need.
+        if (!HasNeeds(option, line.LineFor(i)) && !hasOneAction) {
             continue;
         }
         if (!HasNeeds(option, line.LineFor(i))) {

@@ -185,10 +185,11 @@ void CheckBytes(LineUnderCheck &line, const GivenArgument &given, const ValueFor
         }
     }
     if (pieces.size() < form.fewest || pieces.size() > form.most) {
-        line.Report("wrong-byte-count", given, Underline::Value,
-                    {.allowed = fmt::format("{} to {}", form.fewest, form.most),
-                     .example = ExampleOf(*given.option),
-                     .detail = std::to_string(pieces.size())});
+        line.Report(
+            "wrong-byte-count", given, Underline::Value,
+            {.allowed = fmt::format("{} to {}", form.fewest, form.most),
+             .example = ExampleOf(*given.option),
+             .detail = fmt::format("{} byte{}", pieces.size(), pieces.size() == 1 ? "" : "s")});
     }
 }
 

@@ -1,5 +1,7 @@
 #include "line/Companions.h"
 
+#include <algorithm>
+
 #include "line/ValueForm.h"
 
 namespace ispctl {
@@ -39,6 +41,20 @@ bool HoldsWith(const LineUnderCheck &line, std::size_t index, std::string_view e
     return ScalerIspFacts::Holds(expression, {options, index});
 }
 
+/// Nobody is advised to do without the verification of a signature.
+bool AvoidsVerification(const OptionFacts &option) {
+    return option.meaning.starts_with("factory mode");
+}
+
+/// Whether the line has another option of the same kind, of which there may be one only.
+bool HasRival(const LineUnderCheck &line, const OptionFacts &option) {
+    return option.effect.group != ScalerIspFacts::Group::None &&
+           std::any_of(line.Options().begin(), line.Options().end(),
+                       [&](const GivenArgument *given) {
+                           return given->option->effect.group == option.effect.group;
+                       });
+}
+
 bool IsAction(const OptionFacts &option) {
     return ScalerIspFacts::FindAction(option.name) != nullptr;
 }
@@ -51,7 +67,8 @@ std::string MissingCompanion(const LineUnderCheck &line, std::size_t index,
     constexpr std::size_t kShown = 4;
     const bool hasAction = line.Action() != nullptr;
     for (const OptionFacts &option : ScalerIspFacts::kOptions) {
-        if (line.Find(option.name) != nullptr || (hasAction && IsAction(option))) {
+        if (line.Find(option.name) != nullptr || AvoidsVerification(option) ||
+            (IsAction(option) ? hasAction : HasRival(line, option))) {
             continue;
         }
         const std::vector<std::string> values = ValuesOf(option);

@@ -140,6 +140,8 @@ std::string AllowedValue(const OptionFacts &option) {
     case ValueForm::Kind::Number:
         return form.last == kLargestNumber && form.first == 0
                    ? "a number of at most 32 bits, decimal or hexadecimal after 0x"
+               : form.last == kLargestNumber
+                   ? fmt::format("a number from {} to {:#x}", form.first, form.last)
                    : fmt::format("a number from {} to {}", form.first, form.last);
     case ValueForm::Kind::Bytes:
         return fmt::format("bytes from 0 to 255 with \"{}\" between them", form.separator);

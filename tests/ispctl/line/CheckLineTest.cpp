@@ -110,6 +110,20 @@ TEST_F(CheckLine, Unknown_refusal_gives_what_the_library_prints) {
     EXPECT_EQ(all[0].argument, std::nullopt);
 }
 
+TEST_F(CheckLine, Nobody_is_advised_to_skip_the_verification) {
+    for (const char *line : {"--isp --fw @f.bin --sw", "--isp --fw @f.bin --sw --dsmode 3",
+                             "--isp --fw @f.bin --sw --signfile @s.sig --dsmode 1"}) {
+        for (const ispctl::Finding &finding : Check(line)) {
+            EXPECT_EQ(finding.suggestion.find("--factory"), std::string::npos) << line;
+            EXPECT_EQ(finding.suggestion.find("--hw"), std::string::npos) << line;
+        }
+    }
+}
+
+TEST_F(CheckLine, Line_without_action_gives_nothing_but_that) {
+    EXPECT_THAT(Names(Check("--fw @f.bin --bank 3 --dumplen 4")), ElementsAre("fatal no-action"));
+}
+
 TEST(FindingTable, Names_are_unique_and_readable) {
     std::set<std::string_view> names;
     for (const ispctl::FindingRow &row : ispctl::kFindingRows) {

@@ -125,6 +125,8 @@ const Mistake kMistakes[] = {
      "--fw1", "does not cover", ""},
     {"--isp --fw @f.bin --sw --dsmode 5 --signfile @s.sig", "fatal number-out-of-range", "5",
      "from 1 to 4", ""},
+    {"--sign --fw @f.bin --sw --dsmode 3", "fatal missing-need", "--dsmode",
+     "--skfile /srv/fw/key.pem", ""},
     // files
     {"--isp --fw @missing.bin", "fatal missing-file", "@missing.bin", "no file", ""},
     {"--isp --fw @ff.bin --comm 3", "fatal missing-file", "@ff.bin", "did you mean",
