@@ -99,7 +99,14 @@ const GivenArgument *ExcludingOption(const LineUnderCheck &line, std::size_t ind
             return line.Options()[i];
         }
     }
-    return nullptr;
+    // With three of a kind, none of them is the reason alone.
+    const auto group = option.effect.group;
+    const auto rival =
+        std::find_if(line.Options().begin(), line.Options().end(), [&](const GivenArgument *given) {
+            return group != ScalerIspFacts::Group::None && given->option->effect.group == group &&
+                   given->option != &option;
+        });
+    return rival != line.Options().end() ? *rival : nullptr;
 }
 
 } // namespace ispctl

@@ -14,7 +14,7 @@ namespace ispctl {
 std::string MissingCompanion(const LineUnderCheck &line, std::size_t index,
                              std::string_view expression);
 
-/// The option of the line without which this one would not be excluded, or null.
+/// The option of the line that excludes this one, or null if only several do together.
 const GivenArgument *ExcludingOption(const LineUnderCheck &line, std::size_t index);
 
 } // namespace ispctl

@@ -1,5 +1,7 @@
 #include "line/CheckLine.h"
 
+#include <algorithm>
+#include <filesystem>
 #include <set>
 
 #include "line/FindingTable.h"

@@ -1,5 +1,6 @@
 #include "line/FindingText.h"
 
+#include <algorithm>
 #include <sstream>
 
 #include <gmock/gmock.h>

@@ -1,3 +1,5 @@
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
@@ -102,6 +104,7 @@ const Mistake kMistakes[] = {
     {"--resetmcu --fw @f.bin", "error no-effect", "--fw", "it needs", ""},
     {"--isp --fw @f.bin --searchfw auto", "fatal excluded-option", "--searchfw", "--fw", ""},
     {"--recordver --reg --ddcci", "fatal excluded-option", "--ddcci", "--reg", ""},
+    {"--recordver --reg --ddcci --cmd", "fatal excluded-option", "--ddcci", "--reg", ""},
     {"--dumpflash", "fatal missing-need", "--dumpflash", "--dumplen", ""},
     {"--ispuser --fw @f.bin --flagdata 1,2", "error no-effect", "--flagdata", "--flagaddr", ""},
     {"--mergefwinfo --comm 3", "error action-always-fails", "--mergefwinfo", "0x6", ""},
