@@ -1,4 +1,3 @@
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -198,9 +197,6 @@ TEST_F(Mistakes, Each_has_finding_with_cause_and_remedy) {
         EXPECT_THAT(found->message + " / " + found->suggestion, HasSubstr(mistake.message));
         EXPECT_EQ(found->corrected, Line(mistake.corrected));
         EXPECT_FALSE(found->suggestion.empty());
-        if (std::getenv("SHOW_MISTAKES") != nullptr) {
-            std::puts(Shown(arguments, findings).c_str());
-        }
     }
 }
 

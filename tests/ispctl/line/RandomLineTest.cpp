@@ -1,6 +1,4 @@
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <random>
 
 #include "line/LineFixture.h"
@@ -96,7 +94,6 @@ bool HasFatal(const std::vector<Finding> &findings) {
 TEST_F(RandomLine, Fatal_findings_exist_exactly_if_the_library_refuses) {
     int refused = 0;
     int accepted = 0;
-    int unexplained = 0;
     for (int i = 0; i < 1500; ++i) {
         const Words line = Make();
         const Findings findings = Check(line);
@@ -106,10 +103,7 @@ TEST_F(RandomLine, Fatal_findings_exist_exactly_if_the_library_refuses) {
         refused += isRefused ? 1 : 0;
         accepted += isRefused ? 0 : 1;
         for (const Finding &finding : findings) {
-            unexplained += finding.name == "refused" ? 1 : 0;
-            if (finding.name == "refused" && std::getenv("SHOW_REFUSED") != nullptr) {
-                std::puts((testing::PrintToString(line) + "\n" + Shown(line, findings)).c_str());
-            }
+            EXPECT_NE(finding.name, "refused") << testing::PrintToString(line);
             if (finding.argument) {
                 ASSERT_LE(finding.offset + finding.length, line.at(*finding.argument).size());
                 ASSERT_GT(finding.length, 0U);
@@ -118,11 +112,10 @@ TEST_F(RandomLine, Fatal_findings_exist_exactly_if_the_library_refuses) {
     }
     EXPECT_GT(refused, 300);
     EXPECT_GT(accepted, 300);
-    EXPECT_EQ(unexplained, 0);
 }
 
-/// Whether the library prints or stores anything for this option: without it the line must give
-/// other records, or a refusal.
+// Without the option the line must give other records, or a refusal. Options with a value are left
+// out: a value may be the default, and harmless.
 TEST_F(RandomLine, Option_without_finding_has_an_effect) {
     int looked = 0;
     for (int i = 0; i < 800; ++i) {
