@@ -1,6 +1,7 @@
 #include "ChildProcess.h"
 
 #include <cerrno>
+#include <csignal>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -218,6 +219,12 @@ void ChildProcess::StopListening() {
 
 void ChildProcess::Answer() {
     WriteAll(m_answers.Number(), "+");
+}
+
+void ChildProcess::Kill() const {
+    if (!m_status) {
+        ::kill(m_process, SIGKILL);
+    }
 }
 
 std::optional<int> ChildProcess::Status() {

@@ -57,6 +57,8 @@ class ChildProcess {
     std::vector<int> DrainSignals() {
         return m_signals.Drain();
     }
+    /// Ends the process at once. It still has to be waited for.
+    void Kill() const;
     /// RETURNS the status from waitpid once the process has ended; nothing before.
     std::optional<int> Status();
 

@@ -39,16 +39,20 @@ bool IsUtf8Environment() {
 }
 
 bool IsTextOfEnvironment(const std::filesystem::path &path) {
+    return CountCharactersOfEnvironment(path.native()).has_value();
+}
+
+std::optional<std::size_t> CountCharactersOfEnvironment(const std::string &text) {
     const Locale locale = EnvironmentLocale();
     if (!locale) {
-        return false;
+        return std::nullopt;
     }
     const locale_t previous = ::uselocale(locale.get());
     std::mbstate_t state{};
-    const char *bytes = path.c_str();
-    const bool isText = std::mbsrtowcs(nullptr, &bytes, 0, &state) != static_cast<std::size_t>(-1);
+    const char *bytes = text.c_str();
+    const std::size_t count = std::mbsrtowcs(nullptr, &bytes, 0, &state);
     ::uselocale(previous);
-    return isText;
+    return count != static_cast<std::size_t>(-1) ? std::optional(count) : std::nullopt;
 }
 
 } // namespace ispctl
