@@ -19,6 +19,7 @@
 #include "LibraryProcess.h"
 #include "RunCommand.h"
 #include "Session.h"
+#include "doctor/AddDoctor.h"
 #include "edid/AddEdid.h"
 #include "script/AddScript.h"
 
@@ -93,6 +94,8 @@ ispctl::ExitStatus Main(ispctl::Session &session, ispctl::RunOptions &runOptions
     ispctl::AddScript(app, scriptOptions, session, status);
     ispctl::EdidOptions edidOptions;
     ispctl::AddEdid(app, edidOptions, session, status);
+    ispctl::doctor::AllOptions doctorOptions;
+    ispctl::doctor::AddDoctor(app, doctorOptions, session, status);
     std::vector<std::string> arguments = session.arguments;
     bool json = false;
     if (!arguments.empty() && arguments.front() == run->get_name()) {

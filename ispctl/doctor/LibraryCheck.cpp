@@ -1,0 +1,85 @@
+#include "doctor/LibraryCheck.h"
+
+#include <cerrno>
+#include <cstring>
+#include <unistd.h>
+
+#include "Environment.h"
+#include "doctor/FileState.h"
+#include "doctor/Probe.h"
+
+namespace ispctl::doctor {
+namespace {
+
+// The library's own limits.
+constexpr std::size_t kMostPathBytes = 260;
+constexpr std::size_t kMostSettingPath = 259;
+
+// RETURNS whether the directory is there.
+bool CheckDirectory(const Places &places, Report &report) {
+    const std::string directory = places.directory.string();
+    const FileState state = StateOf(places.directory);
+    if (state.kind != FileState::Kind::Directory) {
+        report.Add(FindingId::DirectoryMissing, directory, state.description);
+        return false;
+    }
+    if (::access(directory.c_str(), R_OK) != 0) {
+        report.Add(FindingId::DirectoryUnlistable, directory, std::strerror(errno));
+    } else {
+        report.Add(FindingId::DirectoryReadable, directory);
+    }
+    if (directory.size() + 1 > kMostPathBytes) {
+        report.Add(FindingId::DirectoryTooLong, directory, std::to_string(directory.size()));
+    }
+    const std::string setting = places.settingFile.string();
+    const std::size_t characters = CountCharactersOfEnvironment(setting).value_or(setting.size());
+    if (characters > kMostSettingPath) {
+        report.Add(FindingId::SettingPathTooLong, setting, std::to_string(characters));
+    }
+    return true;
+}
+
+// RETURNS whether the file may be opened without blocking.
+bool CheckFile(const std::string &file, Report &report) {
+    const FileState state = StateOf(file);
+    switch (state.kind) {
+    case FileState::Kind::Missing:
+        report.Add(FindingId::LibraryMissing, file);
+        return false;
+    case FileState::Kind::Unreachable:
+        report.Add(FindingId::LibraryNotLoaded, file, state.description);
+        return false;
+    case FileState::Kind::Directory:
+    case FileState::Kind::Special:
+        report.Add(FindingId::LibraryNotFile, file, state.description);
+        return false;
+    case FileState::Kind::Regular:
+        break;
+    }
+    return true;
+}
+
+} // namespace
+
+bool CheckLibrary(const Places &places, Report &report, WriteAccess &access) {
+    const std::string file = places.library.string();
+    if (!CheckDirectory(places, report) || !CheckFile(file, report)) {
+        return true;
+    }
+    access.Check(places.library);
+    const ProbeOutcome outcome = RunProbe({kProbeCommand, "search", file, ""});
+    if (outcome.interrupted) {
+        return false;
+    }
+    if (const Notice *refused = outcome.Find("library-refused"); refused != nullptr) {
+        report.Add(FindingId::LibraryNotLoaded, file, refused->back());
+    } else if (outcome.Find("library-loaded") != nullptr) {
+        report.Add(FindingId::LibraryLoads, file);
+    }
+    if (!outcome.end.empty()) {
+        report.Add(FindingId::LibraryEnds, file, outcome.end);
+    }
+    return true;
+}
+
+} // namespace ispctl::doctor

@@ -1,0 +1,23 @@
+#ifndef ISPCTL_DOCTOR_PLUGIN_CHECK_H
+#define ISPCTL_DOCTOR_PLUGIN_CHECK_H
+
+#include "doctor/Finding.h"
+#include "doctor/Places.h"
+#include "doctor/PluginProbe.h"
+#include "doctor/WriteAccess.h"
+
+namespace ispctl::doctor {
+
+/// The argument of the probing process that names a role.
+const char *NameOf(PluginRole role);
+
+/// Checks one plug-in: existence, type, architecture, whether it can be loaded, its functions, who
+/// may replace it.
+/// \param libraryWorks  whether the library can be opened first, as in a run
+/// RETURNS false if the user stopped that.
+bool CheckPlugin(const Places &places, PluginRole role, bool libraryWorks, Report &report,
+                 WriteAccess &access);
+
+} // namespace ispctl::doctor
+
+#endif

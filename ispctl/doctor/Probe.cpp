@@ -1,0 +1,94 @@
+#include "doctor/Probe.h"
+
+#include <algorithm>
+#include <chrono>
+#include <fmt/format.h>
+#include <sys/wait.h>
+
+#include "ChildProcess.h"
+#include "ResultInfo.h"
+
+namespace ispctl::doctor {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::seconds kTimeLimit{5};
+// Enough for every function and candidate; a plug-in may have found the pipe and flood it.
+constexpr std::size_t kMostNotices = 10000;
+
+Notice NoticeOf(const std::string &payload) {
+    Notice notice;
+    for (std::size_t begin = 0; begin <= payload.size();) {
+        const std::size_t end = std::min(payload.find('\0', begin), payload.size());
+        notice.push_back(payload.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return notice;
+}
+
+void TakeNotices(ChildProcess &child, ProbeOutcome &outcome) {
+    try {
+        while (const auto frame = child.TakeFrame()) {
+            if (outcome.notices.size() < kMostNotices) {
+                outcome.notices.push_back(NoticeOf(frame->payload));
+            }
+            child.Answer();
+        }
+        child.DrainAvailable([](Stream, std::string_view) {});
+    } catch (const std::exception &) {
+        child.StopListening();
+    }
+}
+
+std::string WordsOfEnd(int status, bool timedOut) {
+    if (timedOut) {
+        return fmt::format("blocks the process for more than {} seconds", kTimeLimit.count());
+    }
+    return WIFSIGNALED(status)
+               ? fmt::format("ends the process ({})", NameOfSignal(WTERMSIG(status)))
+               : fmt::format("ends the process (exit status {})", WEXITSTATUS(status));
+}
+
+} // namespace
+
+void Send(ConsoleLink &link, const Notice &notice) {
+    std::string payload;
+    for (std::size_t i = 0; i < notice.size(); ++i) {
+        // A string from elsewhere may hold a NUL, which separates the strings here.
+        payload += (i == 0 ? "" : std::string(1, '\0')) + notice[i].substr(0, notice[i].find('\0'));
+    }
+    link.Send(FrameKind::Message, payload.substr(0, kMaxFrame));
+}
+
+const Notice *ProbeOutcome::Find(const std::string &word) const {
+    const auto found = std::find_if(notices.begin(), notices.end(),
+                                    [&](const Notice &n) { return n.front() == word; });
+    return found != notices.end() ? &*found : nullptr;
+}
+
+ProbeOutcome RunProbe(const std::vector<std::string> &arguments) {
+    ProbeOutcome outcome;
+    ChildProcess child(arguments, ChildProcess::Ordering::OnePipe, RunSignals::Stop::AtFirst);
+    const auto deadline = Clock::now() + kTimeLimit;
+    bool timedOut = false;
+    while (!child.Status()) {
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
+        if (left <= 0) {
+            timedOut = true;
+            child.Kill();
+        }
+        child.Wait(static_cast<int>(std::max<long long>(left, 10)));
+        child.TakeSignals();
+        TakeNotices(child, outcome);
+    }
+    TakeNotices(child, outcome);
+    outcome.interrupted = RunSignals::HasStopped();
+    if (outcome.Find(kProbeEnd) == nullptr) {
+        outcome.end = WordsOfEnd(child.Status().value_or(0), timedOut);
+    }
+    return outcome;
+}
+
+} // namespace ispctl::doctor

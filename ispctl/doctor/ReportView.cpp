@@ -1,0 +1,76 @@
+#include "doctor/ReportView.h"
+
+#include <fmt/format.h>
+
+#include "VisibleText.h"
+#include "doctor/JsonText.h"
+
+namespace ispctl::doctor {
+namespace {
+
+constexpr FindingClass kClasses[] = {FindingClass::Ok, FindingClass::Remark, FindingClass::Warning,
+                                     FindingClass::Error};
+
+Json JsonOf(const Finding &finding) {
+    const FindingRow &row = RowOf(finding.id);
+    Json object{{"section", finding.section}, {"name", row.name}, {"class", NameOf(row.severity)}};
+    SetText(object, "file", finding.file);
+    SetText(object, "message", MessageOf(finding));
+    SetText(object, "remedy", RemedyOf(finding));
+    Json &details = object["details"] = Json::array();
+    for (const std::string &detail : {finding.first, finding.second}) {
+        if (!detail.empty()) {
+            Json escaped;
+            SetText(escaped, "text", detail);
+            details.push_back(escaped["text"]);
+            if (escaped.contains("escaped")) {
+                object["escaped"].push_back(fmt::format("details/{}", details.size() - 1));
+            }
+        }
+    }
+    return object;
+}
+
+} // namespace
+
+void ShowText(const Report &report, ConsoleStreams &streams) {
+    std::string_view section;
+    for (const Finding &finding : report.Findings()) {
+        if (finding.section != section) {
+            section = finding.section;
+            streams.Write(Stream::Output, fmt::format("{}\n", section));
+        }
+        const FindingRow &row = RowOf(finding.id);
+        const auto visible = [&](const std::string &text) {
+            return Visible(text, Layout::OneLine, streams.TheCharset());
+        };
+        streams.Write(Stream::Output, fmt::format("  {:<8} {}\n", NameOf(row.severity),
+                                                  visible(MessageOf(finding))));
+        if (!row.remedy.empty()) {
+            streams.Write(Stream::Output,
+                          fmt::format("           remedy: {}\n", visible(RemedyOf(finding))));
+        }
+    }
+    streams.Write(Stream::Output, fmt::format("{} errors, {} warnings, {} remarks\n",
+                                              report.Count(FindingClass::Error),
+                                              report.Count(FindingClass::Warning),
+                                              report.Count(FindingClass::Remark)));
+}
+
+void ShowJson(const Places &places, const Report &report, ExitStatus status,
+              ConsoleStreams &streams) {
+    Json document;
+    SetText(document, "library", places.library.string());
+    SetText(document, "directory", places.directory.string());
+    document["status"] = static_cast<int>(status);
+    for (const FindingClass severity : kClasses) {
+        document["counts"][NameOf(severity)] = report.Count(severity);
+    }
+    Json &findings = document["findings"] = Json::array();
+    for (const Finding &finding : report.Findings()) {
+        findings.push_back(JsonOf(finding));
+    }
+    WriteDocument(document, streams);
+}
+
+} // namespace ispctl::doctor
