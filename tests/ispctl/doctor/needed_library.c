@@ -1,0 +1,6 @@
+/* What needing_plugin.c needs. */
+
+int needed_function(void);
+int needed_function(void) {
+    return 0;
+}
