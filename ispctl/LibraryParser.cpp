@@ -70,7 +70,7 @@ class CapturedStreams {
 // not as typeid spells it.
 constexpr const char *kSetDirectory[] = {
     "_ZN15CCpIspArgsParse13SetCurrentDirERKNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEE",
-    "_ZN15CCpIspArgsParse13SetCurrentDirERKNSt3__112basic_stringIcNS1_11char_traitsIcEENS1_"
+    "_ZN15CCpIspArgsParse13SetCurrentDirERKNSt3__112basic_stringIcNS0_11char_traitsIcEENS0_"
     "9allocatorIcEEEE"};
 
 } // namespace
