@@ -21,6 +21,7 @@
 #include "Session.h"
 #include "doctor/AddDoctor.h"
 #include "edid/AddEdid.h"
+#include "explain/AddExplain.h"
 #include "script/AddScript.h"
 
 namespace {
@@ -65,6 +66,22 @@ CLI::App *AddRun(CLI::App &app, ispctl::RunOptions &options) {
     return run;
 }
 
+/// If the command is this one, moves the library's part of the arguments to another list.
+/// RETURNS whether the command's own part asks for JSON, which counts also if the parser fails on
+/// another option.
+bool CutOffLibraryArguments(const CLI::App &command, std::vector<std::string> &arguments,
+                            std::vector<std::string> &ofLibrary) {
+    if (arguments.empty() || arguments.front() != command.get_name()) {
+        return false;
+    }
+    std::vector<std::string> own(arguments.begin() + 1, arguments.end());
+    ofLibrary = ispctl::SplitOffLibraryArguments(command, own);
+    const bool json = std::find(own.begin(), own.end(), "--json") != own.end();
+    own.insert(own.begin(), arguments.front());
+    arguments = std::move(own);
+    return json;
+}
+
 /// Prints the parser's help, version or error through the streams, so that a failed write is
 /// noticed.
 ispctl::ExitStatus ShowParserEnd(const CLI::App &app, const CLI::ParseError &end, bool json,
@@ -96,17 +113,11 @@ ispctl::ExitStatus Main(ispctl::Session &session, ispctl::RunOptions &runOptions
     ispctl::AddEdid(app, edidOptions, session, status);
     ispctl::doctor::AllOptions doctorOptions;
     ispctl::doctor::AddDoctor(app, doctorOptions, session, status);
+    ispctl::ExplainOptions explainOptions;
+    CLI::App *explain = ispctl::AddExplain(app, explainOptions, session, status);
     std::vector<std::string> arguments = session.arguments;
-    bool json = false;
-    if (!arguments.empty() && arguments.front() == run->get_name()) {
-        std::vector<std::string> ispctlArguments(arguments.begin() + 1, arguments.end());
-        runOptions.arguments = ispctl::SplitOffLibraryArguments(*run, ispctlArguments);
-        // Also if the parser fails on another option.
-        json = std::find(ispctlArguments.begin(), ispctlArguments.end(), "--json") !=
-               ispctlArguments.end();
-        ispctlArguments.insert(ispctlArguments.begin(), arguments.front());
-        arguments = std::move(ispctlArguments);
-    }
+    const bool json = CutOffLibraryArguments(*run, arguments, runOptions.arguments);
+    CutOffLibraryArguments(*explain, arguments, explainOptions.arguments);
     try {
         std::reverse(arguments.begin(), arguments.end()); // the parser expects the last one first
         app.parse(std::move(arguments));

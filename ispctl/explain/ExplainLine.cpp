@@ -1,0 +1,90 @@
+#include "explain/ExplainLine.h"
+
+#include <cstring>
+#include <filesystem>
+#include <fmt/format.h>
+#include <system_error>
+
+#include "CommandLine.h"
+#include "LibraryParser.h"
+#include "LibraryPaths.h"
+#include "Utf8.h"
+#include "explain/GivenBanks.h"
+#include "line/CheckLine.h"
+
+namespace ispctl {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::optional<ScalerLibrary> OpenLibrary(const ExplainOptions &options, std::string &error) {
+    if (!options.library.empty()) {
+        return ScalerLibrary::Open(options.library, error);
+    }
+    return ScalerLibrary::Open(options.virtualScaler ? VirtualLibrary() : InstalledLibraryPath(),
+                               error);
+}
+
+template <class Record> std::string BytesOfRecord(const Record &record) {
+    return {reinterpret_cast<const char *>(&record), sizeof record};
+}
+
+void AddFlash(Explanation &explanation, const ParsedLine &line, const ParseArguments &parse) {
+    if (!line.accepted) {
+        explanation.banks = GivenBanks(explanation.arguments, parse);
+    } else {
+        for (const PlanStep &step : explanation.plan) {
+            if (step.name == kBootStep) {
+                const char *path = line.records->command.szBootFwPath;
+                explanation.banks =
+                    BootBanks({path, ::strnlen(path, SCALER_ISP_PATH_CHARS)}, parse);
+            }
+        }
+        const auto uses = BankUsesOf(explanation.command);
+        explanation.banks.insert(explanation.banks.end(), uses.begin(), uses.end());
+    }
+    explanation.flash = DrawFlash(explanation.banks);
+}
+
+} // namespace
+
+std::optional<Explanation> ExplainLine(const ExplainOptions &options, std::string &error) {
+    const auto library = OpenLibrary(options, error);
+    if (!library) {
+        return std::nullopt;
+    }
+    const auto parser = LibraryParser::Find(*library, error);
+    if (!parser) {
+        error =
+            fmt::format("{} cannot explain a line: it has no {}", library->Path().string(), error);
+        return std::nullopt;
+    }
+    Explanation explanation;
+    explanation.library = library->Path().string();
+    explanation.arguments = options.arguments;
+    const CommandLine line = BuildCommandLine(
+        options.arguments, [&](const std::string &text) { return library->Split(text); });
+    if (!line.IsValid()) {
+        explanation.notPassed = line.refusal;
+        return explanation;
+    }
+    explanation.commandLine = EscapeWide(line.line).text;
+    const ParseArguments parse = [&](const std::vector<std::string> &arguments) {
+        return parser->Parse(arguments);
+    };
+    const ParsedLine parsed = parse(options.arguments);
+    explanation.accepted = parsed.accepted;
+    explanation.printed = parsed.printed;
+    explanation.plan = PlanOf(parsed, library->Folder().string() + "/");
+    if (parsed.accepted) {
+        explanation.command = BytesOfRecord(parsed.records->command);
+        explanation.sign = BytesOfRecord(parsed.records->sign);
+    }
+    std::error_code ignored;
+    explanation.findings =
+        CheckLine(options.arguments, {library->Folder(), fs::current_path(ignored), parse});
+    AddFlash(explanation, parsed, parse);
+    return explanation;
+}
+
+} // namespace ispctl
