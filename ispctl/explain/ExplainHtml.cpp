@@ -25,6 +25,7 @@ pre, code, td { font-family: monospace; overflow-wrap: anywhere; white-space: pr
 pre { background: #f2f2f2; padding: .6em; }
 table { border-collapse: collapse; width: 100%; font-size: .9em; }
 td, th { text-align: left; vertical-align: top; border-bottom: 1px solid #ddd; padding: .15em .6em .15em 0; }
+td:nth-child(2) { white-space: nowrap; overflow-wrap: normal; }
 svg { display: block; width: 100%; max-width: 40em; height: auto; }
 li { margin-bottom: .5em; overflow-wrap: anywhere; } li ul { margin-top: .2em; font-size: .9em; }
 .fatal, .error { color: #a00; } .warning { color: #850; }
@@ -148,8 +149,14 @@ std::string RecordsHtml(const Explanation &explanation) {
                                           explanation.choice == FieldChoice::All
                                               ? "all fields"
                                               : "fields that differ from the defaults")) +
-                "\n" + TableStart({"field", "offset", "value", "bytes"});
-        for (const RecordRow &row : RowsOf(record, bytes, explanation.choice)) {
+                "\n";
+        const auto rows = RowsOf(record, bytes, explanation.choice);
+        if (rows.empty()) {
+            html += Element("p", "none") + "\n";
+            continue;
+        }
+        html += TableStart({"field", "offset", "value", "bytes"});
+        for (const RecordRow &row : rows) {
             html += Row({row.name, row.offset, row.value, row.bytes});
         }
         html += kTableEnd;
