@@ -5,6 +5,7 @@
 #include "explain/ExplainText.h"
 #include "explain/FlashSvg.h"
 #include "explain/XmlText.h"
+#include "line/FindingText.h"
 
 namespace ispctl {
 namespace {
@@ -28,7 +29,7 @@ td, th { text-align: left; vertical-align: top; border-bottom: 1px solid #ddd; p
 td:nth-child(2) { white-space: nowrap; overflow-wrap: normal; }
 svg { display: block; width: 100%; max-width: 40em; height: auto; }
 li { margin-bottom: .5em; overflow-wrap: anywhere; } li ul { margin-top: .2em; font-size: .9em; }
-.fatal, .error { color: #a00; } .warning { color: #850; }
+.fatal, .error { border-left: .3em solid #a00; } .warning { border-left: .3em solid #c80; } strong.error { border: 0; color: #a00; }
 .key { display: inline-block; width: 1.5em; text-align: center; border: 1px solid #999; print-color-adjust: exact; -webkit-print-color-adjust: exact; }
 svg { print-color-adjust: exact; -webkit-print-color-adjust: exact; }
 @media (max-width: 40em) {
@@ -42,8 +43,22 @@ svg { print-color-adjust: exact; -webkit-print-color-adjust: exact; }
 <body>
 )";
 
+// On a narrow screen, too, the marks must stay below the word that they mark.
+constexpr std::size_t kFindingColumns = 42;
+
 std::string Element(std::string_view name, std::string_view text) {
     return fmt::format("<{0}>{1}</{0}>", name, XmlText(text));
+}
+
+/// Text whose lines are its layout.
+std::string XmlLines(std::string_view text) {
+    std::string lines;
+    while (!text.empty()) {
+        const auto end = text.find('\n');
+        lines += (lines.empty() ? "" : "\n") + XmlText(text.substr(0, end));
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    }
+    return lines;
 }
 
 std::string Row(std::initializer_list<std::string> cells) {
@@ -92,14 +107,14 @@ std::string FindingsHtml(const Explanation &explanation) {
     if (explanation.findings.empty()) {
         return html + Element("p", "none") + "\n";
     }
-    html += "<ul>\n";
+    FindingLook look;
+    look.command = "ispctl explain";
+    look.width = kFindingColumns;
     for (const Finding &finding : explanation.findings) {
-        html +=
-            fmt::format("<li><strong class=\"{0}\">{0} {1}</strong>: {2}{3}</li>\n",
-                        NameOf(finding.severity), XmlText(finding.name), XmlText(finding.message),
-                        finding.suggestion.empty() ? "" : "<br/>" + XmlText(finding.suggestion));
+        html += fmt::format("<pre class=\"{}\">{}</pre>\n", NameOf(finding.severity),
+                            XmlLines(FindingText(finding, explanation.arguments, look)));
     }
-    return html + "</ul>\n";
+    return html;
 }
 
 std::string PlanHtml(const Explanation &explanation) {

@@ -5,6 +5,7 @@
 
 #include "ResultInfo.h"
 #include "explain/FlashText.h"
+#include "line/FindingText.h"
 
 namespace ispctl {
 namespace {
@@ -23,7 +24,7 @@ class TextWriter {
             } else {
                 Line("  " + explanation.commandLine);
             }
-            Findings(explanation.findings);
+            Findings(explanation);
         }
         Plan(explanation.plan);
         if (!explanation.flash.files.empty()) {
@@ -46,18 +47,15 @@ class TextWriter {
         m_text += Visible(text, Layout::OneLine, m_charset) + "\n";
     }
 
-    void Findings(const std::vector<Finding> &findings) {
+    void Findings(const Explanation &explanation) {
         Heading("Findings");
-        if (findings.empty()) {
+        if (explanation.findings.empty()) {
             Line("  none");
         }
-        for (const Finding &finding : findings) {
-            Line(fmt::format("  {} {}: {}", NameOf(finding.severity), finding.name,
-                             finding.message));
-            if (!finding.suggestion.empty()) {
-                Line("    " + finding.suggestion);
-            }
-        }
+        FindingLook look;
+        look.command = "ispctl explain";
+        look.charset = m_charset;
+        m_text += FindingsText(explanation.findings, explanation.arguments, look);
     }
 
     void Plan(const std::vector<PlanStep> &plan) {

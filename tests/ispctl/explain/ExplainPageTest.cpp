@@ -43,6 +43,8 @@ Explanation ExplanationOf(const std::string &name) {
     finding.name = "some-name";
     finding.message = finding.suggestion = finding.option = finding.value = name;
     finding.corrected = {name};
+    finding.argument = 2;
+    finding.length = name.size();
     explanation.findings = {finding};
     explanation.sign.assign(SizeOf(RecordKind::Sign), '\0');
     explanation.sign.replace(20, std::min<std::size_t>(name.size(), 260), name, 0, 260);

@@ -54,6 +54,20 @@ TEST_F(ExplainRun, Shows_plan_picture_and_record) {
     EXPECT_EQ(result.err, "");
 }
 
+TEST_F(ExplainRun, Findings_decide_about_the_status) {
+    const ConsoleResult clean = ExplainLine({}, m_line);
+    EXPECT_EQ(clean.status, 0);
+    EXPECT_THAT(clean.out, HasSubstr("Findings\n  none\n"));
+    Words unknown = m_line;
+    unknown.push_back("--nosuchoption");
+    const ConsoleResult result = ExplainLine({}, unknown);
+    EXPECT_EQ(result.status, 3);
+    EXPECT_THAT(result.out, HasSubstr("[unknown-option]"));
+    EXPECT_EQ(JsonOf(unknown)["findings"][0]["name"], "unknown-option");
+    EXPECT_EQ(JsonOf(unknown)["findings"][0]["class"], "error");
+    EXPECT_EQ(JsonOf(unknown)["findings"][0]["argument"], m_line.size());
+}
+
 TEST_F(ExplainRun, All_shows_fields_with_defaults_too) {
     EXPECT_THAT(ExplainLine({}, m_line).out, Not(HasSubstr("ulProgStartBank")));
     EXPECT_THAT(ExplainLine({"--all"}, m_line).out, HasSubstr("ulProgStartBank"));
