@@ -8,8 +8,8 @@ namespace {
 constexpr const char *kFooter = R"(
 Examples:
   ispctl explain --isp --fw /srv/fw/monitor.bin
-      what the line does, the records that the plug-ins get, the banks of the flash
-  ispctl explain --html sheet.html --isp --factory --newboot --fw /srv/fw/monitor.bin
+      what the line does, the records that plug-ins get, the banks of the flash
+  ispctl explain --html sheet.html --isp --factory --fw /srv/fw/monitor.bin
       a page to review before a factory run
   ispctl explain --record good.rec --isp --fw /srv/fw/monitor.bin
   ispctl explain --diff good.rec --isp --comm 1 --fw /srv/fw/monitor.bin
@@ -43,8 +43,7 @@ CLI::App *AddExplain(CLI::App &app, ExplainOptions &options, Session &session, E
         ->disable_flag_override();
     AddFile(explain, "--svg", options.svg, "write the picture of the flash to FILE");
     AddFile(explain, "--html", options.html, "write everything to FILE, as one page");
-    AddFile(explain, "--record", options.record,
-            "write the command record to FILE, the sign record to FILE.sign");
+    AddFile(explain, "--record", options.record, "write the records to FILE and FILE.sign");
     AddFile(explain, "--decode", options.decode, "show the record in FILE instead of a line");
     AddFile(explain, "--diff", options.diff, "compare with the record in FILE");
     // For the help only: ARGS are cut off before the parser sees them.

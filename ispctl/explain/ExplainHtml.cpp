@@ -23,7 +23,7 @@ constexpr std::string_view kStart = R"(<!DOCTYPE html>
 body { font: 15px/1.45 sans-serif; color: #111; background: #fff; max-width: 60em; margin: 0 auto; padding: 1em; }
 h1 { font-size: 1.4em; } h2 { font-size: 1.15em; border-bottom: 1px solid #999; margin-top: 1.6em; }
 pre, code, td { font-family: monospace; overflow-wrap: anywhere; white-space: pre-wrap; }
-pre { background: #f2f2f2; padding: .6em; }
+pre { background: #f2f2f2; padding: .6em; font-size: .8em; }
 table { border-collapse: collapse; width: 100%; font-size: .9em; }
 td, th { text-align: left; vertical-align: top; border-bottom: 1px solid #ddd; padding: .15em .6em .15em 0; }
 td:nth-child(2) { white-space: nowrap; overflow-wrap: normal; }
