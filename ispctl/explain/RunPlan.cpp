@@ -14,6 +14,8 @@ namespace {
 
 using ScalerIspFacts::ActionFacts;
 
+constexpr std::string_view kNoCallStep = "call-nothing";
+
 constexpr std::string_view kOptionalFunctions[] = {
 #define SCALER_ISP_OPTIONAL_SYMBOL(NAME) #NAME,
 #include "scaler_isp/plugins/isp_functions.def"
@@ -75,7 +77,7 @@ class PlanWriter {
             CallSignPlugIn(action);
         } else {
             LoadIspPlugIn();
-            CheckSignature();
+            CheckSignature(action);
             ProgramBootFirmware();
             CallAction(action);
             m_steps.push_back({"unload-isp-plugin", "The ISP plug-in is unloaded.", m_isp, "", {}});
@@ -121,11 +123,13 @@ class PlanWriter {
              {OfLibrary(signs ? SCALER_ISP_SIGNING_FAILED : SCALER_ISP_BAD_SIGNATURE)}});
     }
 
-    void CheckSignature() {
+    void CheckSignature(const ActionFacts &action) {
         const auto &setting = m_records.command;
         if (setting.enumIspMode != SCALER_ISP_MODE_NORMAL ||
             setting.enumDigitalSignatureType != ENUM_SIGN_TYPE_SW) {
-            m_steps.push_back({"no-signature-check", WhyUnverified(), "", "", {}});
+            if (action.files == "PROGRAM") {
+                m_steps.push_back({"no-signature-check", WhyUnverified(), "", "", {}});
+            }
             return;
         }
         LoadSignPlugIn("If that fails, nothing is programmed.");
@@ -195,12 +199,13 @@ class PlanWriter {
         std::string text = fmt::format("--{} calls no function of the plug-in", action.name);
         std::vector<PlanResult> results;
         if (action.call == "NO_CALL") {
-            text += " and is a success: the device is not accessed.";
+            text += " and is a success.";
         } else {
-            text += ": the library never looks its function up, whatever the plug-in exports.";
+            text += ": the library never looks its function up, whatever the plug-in exports. The "
+                    "result is always 6.";
             results.push_back(OfLibrary(SCALER_ISP_FUNCTION_MISSING));
         }
-        m_steps.push_back({"call-nothing", std::move(text), "", "", std::move(results)});
+        m_steps.push_back({kNoCallStep, std::move(text), "", "", std::move(results)});
     }
 
     std::string Purpose(const ActionFacts &action) const {
@@ -216,17 +221,29 @@ class PlanWriter {
     }
 
     void Report(const ActionFacts &action) {
+        const bool fails = HasOnlyResult(SCALER_ISP_FUNCTION_MISSING);
         const bool silent = action.action == ENUM_ACTION_USERDEFINEDINFO;
-        m_steps.push_back(
-            {"report",
-             fmt::format(
-                 "The library {}, or \"Fail! Error Code: 0x...\" with the first result that "
-                 "was not 0, and returns that result. Its result is -1 if a plug-in throws "
-                 "or the system is out of memory.",
-                 silent ? "prints nothing after a success" : "prints \"Success\""),
-             "",
-             "",
-             {{SCALER_ISP_SUCCESS, "library", "success"}}});
+        std::string text = "The library prints \"Success\"";
+        if (fails || silent) {
+            text = silent ? "The library prints nothing after a success" : "";
+        }
+        text += text.empty() ? "The library prints" : ", or";
+        text +=
+            " \"Fail! Error Code: 0x...\" with the first result that is not 0, and returns that "
+            "result. It returns -1 if a plug-in throws or the system is out of memory.";
+        std::vector<PlanResult> results;
+        if (!fails) {
+            results.push_back({SCALER_ISP_SUCCESS, "library", "success"});
+        }
+        m_steps.push_back({"report", std::move(text), "", "", std::move(results)});
+    }
+
+    /// Whether the action can end with this code only.
+    bool HasOnlyResult(ScalerIspResultCode code) const {
+        return std::any_of(m_steps.begin(), m_steps.end(), [=](const PlanStep &step) {
+            return step.name == kNoCallStep && !step.results.empty() &&
+                   step.results.front().code == code;
+        });
     }
 
     const Records &m_records;

@@ -68,6 +68,34 @@ TEST_F(ExplainRun, Findings_decide_about_the_status) {
     EXPECT_EQ(JsonOf(unknown)["findings"][0]["argument"], m_line.size());
 }
 
+TEST_F(ExplainRun, Plan_has_the_steps_of_the_action) {
+    const std::string load = "validate-line load-isp-plugin set-callbacks ";
+    const std::string end = "unload-isp-plugin report ";
+    const std::pair<Words, std::string> cases[] = {
+        {m_line, load + "no-signature-check call-action " + end},
+        {{"--dumpflash", "--dumplen", "1"}, load + "call-action " + end},
+        {{"--erase"}, load + "call-nothing " + end},
+        {{"--srstatus"}, load + "call-nothing " + end},
+        {{"--sign", "--sw", "--dsmode", "2", "--keypair", "0", "--fw", m_firmware, "--signfile",
+          m_folder.Path("s")},
+         "validate-line load-sign-plugin sign report "},
+        {{"--factoryisp"}, "validate-line "},
+    };
+    for (const auto &[line, expected] : cases) {
+        std::string steps;
+        const json document = JsonOf(line);
+        for (const json &step : document["plan"]) {
+            steps += step["step"].get<std::string>() + " ";
+        }
+        EXPECT_EQ(steps, expected);
+    }
+}
+
+TEST_F(ExplainRun, Action_that_can_only_fail_has_no_success) {
+    EXPECT_EQ(JsonOf({"--erase"})["plan"].back()["results"], json::array());
+    EXPECT_EQ(JsonOf({"--srstatus"})["plan"].back()["results"][0]["code"], 0);
+}
+
 TEST_F(ExplainRun, All_shows_fields_with_defaults_too) {
     EXPECT_THAT(ExplainLine({}, m_line).out, Not(HasSubstr("ulProgStartBank")));
     EXPECT_THAT(ExplainLine({"--all"}, m_line).out, HasSubstr("ulProgStartBank"));
