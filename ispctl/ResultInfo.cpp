@@ -59,14 +59,15 @@ constexpr CodeRow kCodes[] = {
 #undef ISPCTL_RESULT_CODE
 };
 
+const CodeRow *RowOf(int code) {
+    const auto *row = std::find_if(std::begin(kCodes), std::end(kCodes),
+                                   [code](const CodeRow &r) { return r.code == code; });
+    return row != std::end(kCodes) ? row : nullptr;
+}
+
 /// The row of a code that the library formed itself; null for one of a plug-in.
 const CodeRow *RowOf(const RunOutcome &outcome) {
-    for (const CodeRow &row : kCodes) {
-        if (outcome.fromLibrary && outcome.code == row.code) {
-            return &row;
-        }
-    }
-    return nullptr;
+    return outcome.fromLibrary && outcome.code ? RowOf(*outcome.code) : nullptr;
 }
 
 std::string MeaningOfCode(const RunOutcome &outcome) {
@@ -100,6 +101,11 @@ std::string_view NameOfCode(const RunOutcome &outcome) {
     if (row == nullptr && outcome.code == SCALER_ISP_REFUSED) {
         return "SCALER_ISP_REFUSED";
     }
+    return row != nullptr ? row->name : std::string_view();
+}
+
+std::string_view NameInTable(int code) {
+    const CodeRow *row = RowOf(code);
     return row != nullptr ? row->name : std::string_view();
 }
 

@@ -22,6 +22,9 @@ std::string DescribeStatus(int status);
 /// REQUIRES: there is a code.
 std::string_view NameOfCode(const RunOutcome &outcome);
 
+/// RETURNS the name of a code in abi/ResultCodes.h; empty if it is not there.
+std::string_view NameInTable(int code);
+
 /// RETURNS what to do after a run, one sentence per line, from the file or function that is missing
 /// to the remedy; nothing after a success.
 std::vector<std::string> AdviceAfter(const RunOutcome &outcome);

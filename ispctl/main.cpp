@@ -22,6 +22,7 @@
 #include "doctor/AddDoctor.h"
 #include "edid/AddEdid.h"
 #include "explain/AddExplain.h"
+#include "explain/ExplainCommand.h"
 #include "script/AddScript.h"
 
 namespace {
@@ -59,6 +60,8 @@ CLI::App *AddRun(CLI::App &app, ispctl::RunOptions &options) {
         ->expected(1)
         ->type_name("NAME,...");
     run->add_flag("--verbatim", options.verbatim, "pass ARGS unchecked and show text unchanged")
+        ->disable_flag_override();
+    run->add_flag("--dry-run", options.dryRun, "explain ARGS instead of running them")
         ->disable_flag_override();
     // For the help only: ARGS are split off before the parser sees them.
     run->add_option("ARGS", options.arguments, "the library's own options, passed unchanged")
@@ -126,6 +129,13 @@ ispctl::ExitStatus Main(ispctl::Session &session, ispctl::RunOptions &runOptions
     }
     if (!run->parsed()) {
         return status;
+    }
+    if (runOptions.dryRun) {
+        explainOptions.library = runOptions.library;
+        explainOptions.virtualScaler = runOptions.virtualScaler;
+        explainOptions.json = runOptions.json;
+        explainOptions.arguments = runOptions.arguments;
+        return ispctl::ExplainCommand(explainOptions, session);
     }
     if (session.link == nullptr) {
         return ispctl::RunCommand(runOptions, session.arguments, session.streams);

@@ -44,7 +44,7 @@ void AddOne(CLI::App &app, const char *name, const char *help, const char *foote
 ExitStatus ProbeCommand(const std::vector<std::string> &arguments, Session &session) {
     constexpr std::size_t kArguments = 3;
     if (session.link == nullptr || arguments.size() != kArguments) {
-        return session.Fail(kExitNotRun, "this command is for ispctl's own use");
+        return session.Fail(kExitUsage, "this command is for ispctl's own use");
     }
     // What a plug-in throws or ends goes through: the process that started this one reports it.
     const std::string &kind = arguments[0];

@@ -13,15 +13,12 @@ namespace {
 
 constexpr std::string_view kIspPlugin = "isp-plugin";
 
-constexpr auto kExitWarnings = static_cast<ExitStatus>(3);
-constexpr auto kExitNoPlugin = static_cast<ExitStatus>(5);
-
 ExitStatus StatusOf(const Report &report) {
     if (report.HasError(kIspPlugin)) {
         return kExitNoPlugin;
     }
-    return report.Count(FindingClass::Error) > 0     ? kExitFailedRun
-           : report.Count(FindingClass::Warning) > 0 ? kExitWarnings
+    return report.Count(FindingClass::Error) > 0     ? kExitFailed
+           : report.Count(FindingClass::Warning) > 0 ? kExitFindings
                                                      : kExitSuccess;
 }
 

@@ -21,8 +21,9 @@ struct Row {
 
 fs::path VirtualDevice() {
     const char *folder = std::getenv("SCALER_ISP_VIRTUAL_DEVICE"); // NOLINT(concurrency-mt-unsafe)
-    return folder != nullptr && *folder != '\0' ? fs::absolute(folder)
-                                                : VirtualLibrary().parent_path() / "VirtualScaler";
+    return folder != nullptr && *folder != '\0'
+               ? fs::absolute(folder)
+               : VirtualLibraryPath().parent_path() / "VirtualScaler";
 }
 
 std::vector<Row> RowsOf(const Options &options) {
@@ -32,7 +33,7 @@ std::vector<Row> RowsOf(const Options &options) {
     return {
         {"ispctl", ExecutableFile(), "this program"},
         {"installed-library", InstalledLibraryPath(), "the library without --lib and --virtual"},
-        {"virtual-library", VirtualLibrary(), "the library with --virtual"},
+        {"virtual-library", VirtualLibraryPath(), "the library with --virtual"},
         {"library", places.library, "the library that these options select"},
         {"library-directory", places.directory, "everything below is looked for from here"},
         {"isp-plugin", places.ispPlugin, "the ISP plug-in"},
@@ -44,7 +45,7 @@ std::vector<Row> RowsOf(const Options &options) {
         {"settings-temporary-file", places.directory / ".ScalerIsp.tmp",
          "there only while settings are saved; next to the file that is saved"},
         {"virtual-scaler", VirtualDevice(), "the device of --virtual"},
-        {"virtual-comm-library", VirtualCommLibrary(), "ispctl script run --virtual"},
+        {"virtual-comm-library", VirtualCommLibraryPath(), "ispctl script run --virtual"},
         {"working-directory", working, "relative names of --lib and --log; no log without --log"},
         {"temporary-directory", P_tmpdir, "what the library prints, in a file without a name"},
     };

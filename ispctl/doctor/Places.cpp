@@ -7,7 +7,7 @@ namespace ispctl::doctor {
 Places PlacesOf(const Options &options) {
     Places places;
     const std::filesystem::path preset =
-        options.virtualScaler ? VirtualLibrary() : InstalledLibraryPath();
+        options.virtualScaler ? VirtualLibraryPath() : InstalledLibraryPath();
     const std::filesystem::path given = options.library;
     places.library = std::filesystem::absolute(given.empty() ? preset : given);
     places.directory = places.library.parent_path();

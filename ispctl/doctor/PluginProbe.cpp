@@ -61,7 +61,7 @@ std::span<const PluginFunction> FunctionsOf(PluginRole role) {
 }
 
 void ProbePlugin(const std::string &library, const std::string &plugin, PluginRole role,
-                 ConsoleLink &link) {
+                 ParentLink &link) {
     // A plug-in may depend on the library; in a run it is there.
     std::string ignored;
     if (!library.empty()) {

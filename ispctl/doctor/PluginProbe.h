@@ -25,7 +25,7 @@ std::span<const PluginFunction> FunctionsOf(PluginRole role);
 ///   "loaded", "not-loaded" TEXT, "function" NAME for each that is there, and kProbeEnd.
 /// \param library  empty: none is opened
 void ProbePlugin(const std::string &library, const std::string &plugin, PluginRole role,
-                 ConsoleLink &link);
+                 ParentLink &link);
 
 } // namespace ispctl::doctor
 

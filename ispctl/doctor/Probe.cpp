@@ -29,7 +29,7 @@ Notice NoticeOf(const std::string &payload) {
 
 void TakeNotices(ChildProcess &child, ProbeOutcome &outcome) {
     try {
-        while (const auto frame = child.TakeFrame()) {
+        while (const auto frame = child.NextFrame()) {
             if (outcome.notices.size() < kMostNotices) {
                 outcome.notices.push_back(NoticeOf(frame->payload));
             }
@@ -52,7 +52,7 @@ std::string WordsOfEnd(int status, bool timedOut) {
 
 } // namespace
 
-void Send(ConsoleLink &link, const Notice &notice) {
+void Send(ParentLink &link, const Notice &notice) {
     std::string payload;
     for (std::size_t i = 0; i < notice.size(); ++i) {
         // A string from elsewhere may hold a NUL, which separates the strings here.
@@ -80,7 +80,7 @@ ProbeOutcome RunProbe(const std::vector<std::string> &arguments) {
             child.Kill();
         }
         child.Wait(static_cast<int>(std::max<long long>(left, 10)));
-        child.TakeSignals();
+        child.DrainSignals();
         TakeNotices(child, outcome);
     }
     TakeNotices(child, outcome);

@@ -13,7 +13,7 @@ namespace ispctl::doctor {
 using Notice = std::vector<std::string>;
 
 /// In that process: reports to the one that started it.
-void Send(ConsoleLink &link, const Notice &notice);
+void Send(ParentLink &link, const Notice &notice);
 
 /// How such a process went.
 struct ProbeOutcome {

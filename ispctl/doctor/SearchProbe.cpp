@@ -149,7 +149,7 @@ std::string ReasonOfUserDefined(const std::string &name, const std::optional<Inf
     return "";
 }
 
-void SendCandidates(const SearchFunctions &functions, ConsoleLink &link) {
+void SendCandidates(const SearchFunctions &functions, ParentLink &link) {
     Names names = functions.List();
     std::sort(names.begin(), names.end());
     const std::string prefix = functions.Prefix();
@@ -167,7 +167,7 @@ void SendCandidates(const SearchFunctions &functions, ConsoleLink &link) {
     Send(link, {"candidates", std::to_string(names.size())});
 }
 
-void Search(const ScalerLibrary &library, const std::string &action, ConsoleLink &link) {
+void Search(const ScalerLibrary &library, const std::string &action, ParentLink &link) {
     std::string missing;
     const auto parser = LibraryParser::Find(library, missing);
     const auto functions = SearchFunctions::Find(library, missing);
@@ -179,14 +179,14 @@ void Search(const ScalerLibrary &library, const std::string &action, ConsoleLink
         const ParsedLine parsed = parser->Parse({"--" + action, "--searchfw", search});
         Send(link, {"search", search, parsed.accepted ? "found" : "refused", parsed.printed});
     }
-    if (::chdir(library.Folder().c_str()) == 0) {
+    if (::chdir(library.Directory().c_str()) == 0) {
         SendCandidates(*functions, link);
     }
 }
 
 } // namespace
 
-void ProbeSearch(const std::string &library, const std::string &action, ConsoleLink &link) {
+void ProbeSearch(const std::string &library, const std::string &action, ParentLink &link) {
     std::string error;
     const auto opened = ScalerLibrary::Open(library, error);
     Send(link, opened ? Notice{"library-loaded"} : Notice{"library-refused", error});

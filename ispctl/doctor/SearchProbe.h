@@ -21,7 +21,7 @@ inline constexpr std::size_t kMostCandidates = 50;
 ///   "candidates" COUNT, and kProbeEnd
 /// \param action  without its dashes; the action of the command line that is parsed, or empty to open
 ///                the library only
-void ProbeSearch(const std::string &library, const std::string &action, ConsoleLink &link);
+void ProbeSearch(const std::string &library, const std::string &action, ParentLink &link);
 
 } // namespace ispctl::doctor
 

@@ -5,7 +5,7 @@
 namespace ispctl {
 namespace {
 
-constexpr const char *kFooter = R"(
+const std::string kFooter = R"(
 Examples:
   ispctl explain --isp --fw /srv/fw/monitor.bin
       what the line does, the records that plug-ins get, the banks of the flash
@@ -18,9 +18,7 @@ Examples:
       shows a record that a plug-in has written to a file
 
 Options of explain come before ARGS, as with run. No plug-in is opened.
-
-Exit status: 0 nothing found, 2 usage error or no usable library, 3 warnings or
-errors found, 4 the line is refused, 8 a file cannot be read or written.)";
+)";
 
 void AddFile(CLI::App *command, const char *name, std::string &file, const char *help) {
     command->add_option(name, file, help)->type_name("FILE");
@@ -31,7 +29,7 @@ void AddFile(CLI::App *command, const char *name, std::string &file, const char 
 CLI::App *AddExplain(CLI::App &app, ExplainOptions &options, Session &session, ExitStatus &status) {
     CLI::App *explain =
         app.add_subcommand("explain", "Shows what a command line does, without opening a plug-in.");
-    explain->footer(kFooter);
+    explain->footer(kFooter + ExitStatusHelp());
     CLI::Option *library =
         explain->add_option("--lib", options.library, "the library to open, by path")
             ->type_name("FILE");

@@ -110,7 +110,7 @@ ExitStatus Present(const ExplainOptions &options, Explanation explanation, Sessi
     std::string error;
     explanation.choice = options.all ? FieldChoice::All : FieldChoice::NotDefault;
     if (!Compare(options, explanation, error) || !WriteFiles(options, explanation, error)) {
-        return session.Fail(kExplainFileFailed, error);
+        return session.Fail(kExitFileError, error);
     }
     const Charset charset = session.streams.TheCharset();
     Show(options.json ? ExplainJson(explanation, charset) : ExplainText(explanation, charset),
@@ -125,18 +125,18 @@ ExitStatus Present(const ExplainOptions &options, Explanation explanation, Sessi
 
 ExitStatus ExplainInLibraryProcess(const ExplainOptions &options, Session &session) {
     if (!session.link->Send(FrameKind::Ready, "")) {
-        return kExitNotRun;
+        return kExitUsage;
     }
-    ExitStatus status = kExitNotRun;
+    ExitStatus status = kExitUsage;
     try {
         std::string error;
         auto explanation = ExplainLine(options, error);
         status = explanation ? Present(options, std::move(*explanation), session)
-                             : session.Fail(kExitNotRun, error);
+                             : session.Fail(kExitUsage, error);
     } catch (const std::exception &reason) {
         session.Fail(status, reason.what());
     }
-    session.link->Send(FrameKind::Result, BytesOf(RunResult{status, 0}));
+    session.link->Send(FrameKind::Result, BytesOf(RunResult{status, 0, 1}));
     return status;
 }
 
@@ -144,7 +144,7 @@ ExitStatus ExplainInLibraryProcess(const ExplainOptions &options, Session &sessi
 
 ExitStatus ExplainCommand(const ExplainOptions &options, Session &session) {
     if (options.decode.empty() == options.arguments.empty()) {
-        return session.Fail(kExitNotRun,
+        return session.Fail(kExitUsage,
                             options.decode.empty()
                                 ? "no arguments for the library; see ispctl explain --help"
                                 : "--decode shows a file; it cannot be combined with arguments "
@@ -154,7 +154,7 @@ ExitStatus ExplainCommand(const ExplainOptions &options, Session &session) {
         std::string error;
         auto explanation = Decode(options, error);
         return explanation ? Present(options, std::move(*explanation), session)
-                           : session.Fail(kExplainFileFailed, error);
+                           : session.Fail(kExitFileError, error);
     }
     return session.link == nullptr ? RelayExplanation(options, session)
                                    : ExplainInLibraryProcess(options, session);

@@ -79,7 +79,7 @@ std::string TableStart(std::initializer_list<std::string_view> headings) {
 constexpr std::string_view kTableEnd = "</tbody>\n</table>\n";
 
 std::string_view Verdict(const Explanation &explanation) {
-    if (StatusOf(explanation) == kExplainRefused) {
+    if (StatusOf(explanation) == kExitRefused) {
         return "The command line is refused.";
     }
     return explanation.findings.empty()

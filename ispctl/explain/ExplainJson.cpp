@@ -34,7 +34,7 @@ Json Results(const PlanStep &step) {
         if (result.code) {
             entry["code"] = *result.code;
             entry["hex"] = FormatResultCode(*result.code);
-            entry["name"] = DescribeResult(*result.code).name;
+            entry["name"] = NameInTable(*result.code);
         }
         list.push_back(std::move(entry));
     }

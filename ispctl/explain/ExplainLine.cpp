@@ -21,8 +21,8 @@ std::optional<ScalerLibrary> OpenLibrary(const ExplainOptions &options, std::str
     if (!options.library.empty()) {
         return ScalerLibrary::Open(options.library, error);
     }
-    return ScalerLibrary::Open(options.virtualScaler ? VirtualLibrary() : InstalledLibraryPath(),
-                               error);
+    return ScalerLibrary::Open(
+        options.virtualScaler ? VirtualLibraryPath() : InstalledLibraryPath(), error);
 }
 
 template <class Record> std::string BytesOfRecord(const Record &record) {
@@ -65,7 +65,7 @@ std::optional<Explanation> ExplainLine(const ExplainOptions &options, std::strin
     const CommandLine line = BuildCommandLine(
         options.arguments, [&](const std::string &text) { return library->Split(text); });
     if (!line.IsValid()) {
-        explanation.notPassed = line.refusal;
+        explanation.notPassed = line.error;
         return explanation;
     }
     explanation.commandLine = EscapeWide(line.line).text;
@@ -75,14 +75,14 @@ std::optional<Explanation> ExplainLine(const ExplainOptions &options, std::strin
     const ParsedLine parsed = parse(options.arguments);
     explanation.accepted = parsed.accepted;
     explanation.printed = parsed.printed;
-    explanation.plan = PlanOf(parsed, library->Folder().string() + "/");
+    explanation.plan = PlanOf(parsed, library->Directory().string() + "/");
     if (parsed.accepted) {
         explanation.command = BytesOfRecord(parsed.records->command);
         explanation.sign = BytesOfRecord(parsed.records->sign);
     }
     std::error_code ignored;
     explanation.findings =
-        CheckLine(options.arguments, {library->Folder(), fs::current_path(ignored), parse});
+        CheckLine(options.arguments, {library->Directory(), fs::current_path(ignored), parse});
     AddFlash(explanation, parsed, parse);
     return explanation;
 }

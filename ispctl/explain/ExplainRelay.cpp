@@ -29,7 +29,7 @@ class ExplanationView : public RunObserver {
         m_streams.Write(output ? Stream::Output : Stream::Error,
                         (output ? m_output : m_error).Add(bytes));
     }
-    void OnEnd(const RunOutcome &) override {
+    void OnEnd(const RunOutcome &, ExitStatus) override {
         m_streams.Write(Stream::Output, m_output.Finish());
         m_streams.Write(Stream::Error, m_error.Finish());
     }
@@ -40,11 +40,6 @@ class ExplanationView : public RunObserver {
     VisibleStream m_error;
     bool m_json;
 };
-
-bool HasColours() {
-    const char *off = std::getenv("NO_COLOR"); // NOLINT(concurrency-mt-unsafe)
-    return (off == nullptr || *off == '\0') && ConsoleStreams::IsTerminal(Stream::Output);
-}
 
 std::string DescribeEnd(const RunOutcome &outcome) {
     if (outcome.end == RunEnd::Unheard) {
@@ -60,24 +55,26 @@ std::string DescribeEnd(const RunOutcome &outcome) {
 ExitStatus RelayExplanation(const ExplainOptions &options, Session &session) {
     ChildProcess child(session.arguments, ChildProcess::Ordering::TwoPipes,
                        RunSignals::Stop::AtFirst);
-    LibraryRun events(child, session.streams);
-    events.WaitForFirst();
+    LibraryRun run(child, session.streams);
+    run.WaitForFrame();
     ExplanationView view(options, session.streams);
-    const RunOutcome outcome = events.Run({&view});
+    const RunOutcome outcome = run.Run({&view});
+    run.NotifyEnd(view, outcome, kExitSuccess);
     if (outcome.end == RunEnd::Interrupted) {
         return kExitInterrupted;
     }
     if (outcome.end != RunEnd::Returned) {
-        return session.Fail(kExitNotRun, "the library cannot be examined: " + DescribeEnd(outcome));
+        return session.Fail(kExitUsage, "the library cannot be examined: " + DescribeEnd(outcome));
     }
-    if (!events.Problem().empty()) {
-        return session.Fail(kExitFailedRun, "not everything could be shown: " + events.Problem());
+    if (!run.Problem().empty()) {
+        return session.Fail(kExitFileError, "the output is incomplete: " + run.Problem());
     }
-    return static_cast<ExitStatus>(outcome.code.value_or(kExitNotRun));
+    return static_cast<ExitStatus>(outcome.code.value_or(kExitUsage));
 }
 
 void ShowExplanation(std::string_view text, ConsoleStreams &streams) {
-    streams.Write(Stream::Output, HasColours() ? std::string(text) : StripColours(text));
+    streams.Write(Stream::Output, ConsoleStreams::HasColours(Stream::Output) ? std::string(text)
+                                                                             : StripColours(text));
 }
 
 } // namespace ispctl

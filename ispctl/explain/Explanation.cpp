@@ -11,9 +11,9 @@ ExitStatus StatusOf(const Explanation &explanation) {
     });
     const bool ofLine = !explanation.library.empty();
     if (fatal || (ofLine && !explanation.accepted)) {
-        return kExplainRefused;
+        return kExitRefused;
     }
-    return findings.empty() ? kExitSuccess : kExplainFindings;
+    return findings.empty() ? kExitSuccess : kExitFindings;
 }
 
 std::vector<std::pair<RecordKind, std::string_view>> RecordsOf(const Explanation &explanation) {

@@ -32,12 +32,7 @@ struct Explanation {
     std::vector<FieldDifference> differences;
 };
 
-// What explain has beyond the exit statuses of all commands.
-inline constexpr auto kExplainFindings = static_cast<ExitStatus>(3);
-inline constexpr auto kExplainRefused = static_cast<ExitStatus>(4);
-inline constexpr auto kExplainFileFailed = static_cast<ExitStatus>(8);
-
-/// RETURNS kExplainRefused if the line would be refused or cannot be passed, kExplainFindings for
+/// RETURNS kExitRefused if the line would be refused or cannot be passed, kExitFindings for
 /// any other finding, else kExitSuccess.
 ExitStatus StatusOf(const Explanation &explanation);
 

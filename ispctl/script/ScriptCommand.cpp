@@ -205,7 +205,7 @@ ExitStatus RunScriptCommand(const ScriptOptions &options, Session &session) {
     } catch (const std::exception &error) {
         session.Fail(status, error.what());
     }
-    session.link->Send(FrameKind::Result, BytesOf(RunResult{status, 1}));
+    session.link->Send(FrameKind::Result, BytesOf(RunResult{status, 1, 1}));
     return status;
 }
 

@@ -147,7 +147,7 @@ int CpNxCmdLindParse::ParseCmdLineHandler(int argc, char **argv, int *longIndex,
     if (m_nCmdIndex == 0 || m_bInitialized == 0) {
         m_pszShortCmds = ParseCmdLineInital();
     } else if (*m_pszShortCmds == '-' || *m_pszShortCmds == '+') {
-        // QUIRK Leading_sign_of_the_short_options_is_dropped_once_a_call: the first call keeps a
+        // QUIRK Leading_sign_of_short_options_is_dropped_once_per_call: the first call keeps a
         // leading "-" or "+"; every later call drops one.
         ++m_pszShortCmds;
     }

@@ -69,7 +69,7 @@ bool SetStartBank(FwBankMap &files, unsigned int entry, const std::string &value
         std::printf("Parameter illegal! --bank%d %s \n", number, value.c_str());
         return false;
     }
-    // QUIRK Bank_minus_one_has_a_message_of_its_own: -1 marks a missing value, and 0xffffffff has
+    // QUIRK Bank_minus_one_has_its_own_message: -1 marks a missing value, and 0xffffffff has
     // the same 32 bits.
     if (bank == kNoStartBank) {
         std::printf("Parameter illegal, start bank value is loss! --bank%d %s \n", number,

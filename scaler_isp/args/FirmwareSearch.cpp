@@ -92,7 +92,7 @@ constexpr IdentificationRow kIdentificationRows[] = {
      "cann't find fw use userdefined panel name info!\n"},
 };
 
-// QUIRK Only_a_wrong_version_mode_stops_the_reading: an invalid mode of a name is reported and
+// QUIRK Only_wrong_version_mode_ends_reading: an invalid mode of a name is reported and
 // treated as 0.
 bool ReadModes(const UserDefinedFile &file, Info &info) {
     for (const IdentificationRow &row : kIdentificationRows) {

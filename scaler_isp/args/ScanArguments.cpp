@@ -92,7 +92,7 @@ class ArgumentScanner {
         return argument != nullptr ? argument : "";
     }
 
-    // QUIRK Flag_words_repeat_on_every_later_flag_option: a flag word keeps its last value, so a
+    // QUIRK Flag_values_repeat_on_every_later_flag_option: a flag word keeps its last value, so a
     // later flag option with an argument overwrites the mode of --userdefined and the data of
     // --write.
     void StoreFlags() {
@@ -201,7 +201,7 @@ class ArgumentScanner {
 
 } // namespace
 
-// QUIRK First_word_is_the_program_name: argv[0] is never scanned as an option.
+// QUIRK First_argument_is_program_name: argv[0] is never scanned as an option.
 // QUIRK Unknown_options_are_not_fatal: unknown options, missing arguments and non-option arguments
 // are reported and ignored.
 bool ScanArguments(int argc, char **argv, const ArgsDirectories &directories, RawArgs &args,

@@ -127,7 +127,7 @@ StepResult CheckSignatureFilesOfProgramming(Validation &v) {
         return StepResult::Continue;
     }
     if (v.sign.enumSWDigitalSignatureMode == ENUM_SIGN_SW_MODE_VXM_EXTERNAL_NEXT) {
-        // QUIRK Mode_4_goes_on_after_a_failed_file_check: the message is printed, and the run
+        // QUIRK Mode_4_continues_after_failed_file_check: the message is printed, and the run
         // continues.
         static_cast<void>(CheckFirmwareAndSignature(v.directories.strCurrent, v.sign));
         return StepResult::Continue;
@@ -256,7 +256,7 @@ constexpr Step kSteps[] = {
 
 } // namespace
 
-// QUIRK Shorter_setting_file_keeps_the_tail_of_the_longer: only the characters of a given path are
+// QUIRK Shorter_settings_path_keeps_tail_of_longer_one: only the characters of a given path are
 // stored, without a terminator, so the tail of a longer path in the same field remains.
 void SetSettingFileField(const ArgsDirectories &directories, std::string &givenFile,
                          PathField &field) {

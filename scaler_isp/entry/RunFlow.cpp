@@ -211,7 +211,7 @@ class Run {
         return result != SCALER_ISP_SUCCESS ? result : RefreshHubDevice();
     }
 
-    // QUIRK Missing_boot_file_reaches_the_plugin_as_an_empty_map: a boot firmware that cannot be
+    // QUIRK Missing_boot_file_gives_plugin_empty_map: a boot firmware that cannot be
     // read is reported, and the plug-in is called with an empty bank map.
     int MapBootFirmware(Command &boot) const {
         FwBankMap files;
@@ -281,7 +281,7 @@ int RunAndReport(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING *setting,
                  void *device) {
     const int result =
         Execute(setting, signArgs, directory, {STR_ISP_DLL_PATH, STR_SIGN_VERIFY_DLL}, device);
-    // QUIRK Colour_is_reset_behind_the_line_end: the escape sequence that resets the colour follows
+    // QUIRK Colour_is_reset_after_newline: the escape sequence that resets the colour follows
     // the newline.
     if (result != SCALER_ISP_SUCCESS) {
         std::printf("\x1b[31mFail! Error Code: 0x%X\n\x1b[m", static_cast<unsigned>(result));

@@ -13,7 +13,7 @@ class CNxComm;
 ///
 /// A wrapper passes its arguments unchanged and returns the plug-in's result. Without a function it
 /// calls nothing: wrappers with a result code return 6, SetIDev returns 0, the others do nothing.
-// QUIRK Functions_never_looked_up_answer_6: GetFWInfo, SendUserDefinedInfo, ChipEraseFlash,
+// QUIRK Functions_never_looked_up_return_6: GetFWInfo, SendUserDefinedInfo, ChipEraseFlash,
 // GetMergeFwInfo, SetMergeFwInfo, I2CWriteExport and BankEraseFlash always return 6, and SetIDev 0,
 // even if the plug-in exports them.
 class SCALER_ISP_API CCpIsp {

@@ -66,7 +66,7 @@ void IniText::IndexAdded(std::size_t number) {
     added = std::min(added, number);
 }
 
-// QUIRK Header_that_ends_a_section_is_passed_over: if the key is not found in a section, the line
+// QUIRK Header_that_ends_section_is_skipped: if the key is not found in a section, the line
 // that ends the section is skipped, even if it is the same header again.
 void IniText::Write(std::string_view key, std::string_view value) {
     if (!m_valuesAreLines) {

@@ -59,7 +59,7 @@ SCALER_ISP_API int CpNxGetPrivateProfileIntW(const wchar_t *section, const wchar
 /// standard output and returns 0. If a string cannot be expressed in the file's encoding, the old
 /// contents cannot be read, the disk is full or the lock is not obtained, returns 0 without a
 /// message, and the file is unchanged.
-// QUIRK Writer_compares_the_raw_name: writing K does not replace "K = 1", but adds a second line
+// QUIRK Writer_compares_untrimmed_name: writing K does not replace "K = 1", but adds a second line
 // that the reader never finds.
 // QUIRK Overlong_line_is_lost_in_a_rewrite: a write removes a line of more than 1,023 characters
 // and everything after it.

@@ -185,7 +185,7 @@ bool CheckHardwareKeys(const std::string &directory, char *signKey, char *nextVe
            CheckFile(directory, PathField(nextVerifyKey), kHwNextVerifyKey);
 }
 
-// QUIRK Lenovo_check_of_a_run_ignores_the_sub_certificate: the sub-certificate is passed to the
+// QUIRK Lenovo_check_of_run_ignores_sub_certificate: the sub-certificate is passed to the
 // plug-in unchanged; the library does not check that it exists.
 bool CheckSignatureArguments(const std::string &directory,
                              STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS &args) {

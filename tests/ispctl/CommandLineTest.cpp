@@ -27,40 +27,40 @@ class BuiltCommandLine : public testing::Test {
     }
 };
 
-TEST_F(BuiltCommandLine, Plain_arguments_follow_the_program_word) {
+TEST_F(BuiltCommandLine, Plain_arguments_follow_program_name) {
     EXPECT_EQ(Build({"--isp", "--fw", "/a/b.bin"}).line, L"ispctl --isp --fw /a/b.bin");
 }
 
-TEST_F(BuiltCommandLine, Argument_with_a_blank_is_quoted_as_a_whole) {
+TEST_F(BuiltCommandLine, Argument_with_space_is_quoted_from_end_to_end) {
     EXPECT_EQ(Build({"--fw=/my files/b.bin", "--isp"}).line,
               L"ispctl \"--fw=/my files/b.bin\" --isp");
     EXPECT_EQ(Build({"a b", "c d", "a b"}).line, L"ispctl \"a b\" \"c d\" \"a b\"");
 }
 
-TEST_F(BuiltCommandLine, Characters_outside_ascii_are_one_wide_character_each) {
+TEST_F(BuiltCommandLine, Character_outside_ASCII_becomes_one_wide_character) {
     EXPECT_EQ(Build({"gr\xC3\xBC\xC3\x9F", "\xE2\x82\xAC", "\xF0\x9F\x94\xA7"}).line,
               L"ispctl gr\u00FC\u00DF \u20AC \U0001F527");
 }
 
-TEST_F(BuiltCommandLine, Tabs_and_line_ends_stay_inside_an_argument) {
+TEST_F(BuiltCommandLine, Tab_and_newline_do_not_split_argument) {
     EXPECT_EQ(Build({"a\tb\nc"}).line, L"ispctl a\tb\nc");
 }
 
-TEST_F(BuiltCommandLine, Empty_argument_is_refused) {
+TEST_F(BuiltCommandLine, BuildCommandLine_rejects_empty_argument) {
     EXPECT_THAT(Build({"--fw", ""}).error, HasSubstr("argument 2 is empty"));
 }
 
-TEST_F(BuiltCommandLine, Double_quote_is_refused) {
+TEST_F(BuiltCommandLine, BuildCommandLine_rejects_double_quote) {
     EXPECT_THAT(Build({"a\"b"}).error, HasSubstr("argument 1 (a\"b) contains a double quote"));
     EXPECT_FALSE(Build({"\"\""}).IsValid());
 }
 
-TEST_F(BuiltCommandLine, Bytes_that_are_not_utf8_are_refused) {
+TEST_F(BuiltCommandLine, BuildCommandLine_rejects_bytes_that_are_not_UTF8) {
     EXPECT_THAT(Build({"--fw", "x\xFF.bin"}).error,
                 HasSubstr("argument 2 (x\\xFF.bin) is not valid UTF-8"));
 }
 
-TEST_F(BuiltCommandLine, Blanks_at_both_ends_are_refused_where_they_would_be_misread) {
+TEST_F(BuiltCommandLine, BuildCommandLine_rejects_outer_spaces_that_are_misread) {
     EXPECT_TRUE(Build({" x "}).IsValid());
     EXPECT_TRUE(Build({"a b", " x "}).IsValid());
     EXPECT_THAT(Build({"a b", " "}).error,
@@ -69,14 +69,14 @@ TEST_F(BuiltCommandLine, Blanks_at_both_ends_are_refused_where_they_would_be_mis
                 HasSubstr("argument 3 ( x ) starts and ends with a space"));
 }
 
-TEST_F(BuiltCommandLine, Line_of_10239_bytes_is_the_longest) {
+TEST_F(BuiltCommandLine, BuildCommandLine_accepts_at_most_10239_bytes) {
     const std::string longest(10239 - 7, 'x'); // behind "ispctl "
     EXPECT_EQ(Build({longest}).line.size(), 10239U);
     EXPECT_EQ(Build({longest + "x"}).error,
               "the command line is 10240 bytes long; the library reads at most 10239");
 }
 
-TEST_F(BuiltCommandLine, Bytes_are_counted_and_not_characters) {
+TEST_F(BuiltCommandLine, Length_limit_counts_bytes_and_not_characters) {
     std::string text;
     for (int i = 0; i < 5116; ++i) {
         text += "\xC3\xBC";
@@ -85,12 +85,12 @@ TEST_F(BuiltCommandLine, Bytes_are_counted_and_not_characters) {
     EXPECT_FALSE(Build({text + "\xC3\xBC"}).IsValid());
 }
 
-TEST_F(BuiltCommandLine, Line_that_the_library_cannot_split_is_refused) {
+TEST_F(BuiltCommandLine, BuildCommandLine_fails_if_library_cannot_split_line) {
     const auto line = BuildCommandLine({"a"}, [](const std::string &) { return std::nullopt; });
     EXPECT_EQ(line.error, "the library rejects the quoting of this command line");
 }
 
-TEST_F(BuiltCommandLine, Words_that_appear_from_nowhere_are_refused) {
+TEST_F(BuiltCommandLine, BuildCommandLine_fails_if_library_returns_extra_argument) {
     const auto line = BuildCommandLine({"a"}, [](const std::string &) {
         return Words{"ispctl", "a", "b"};
     });
@@ -114,7 +114,7 @@ Words PlainReading(const std::wstring &line) {
     return words;
 }
 
-TEST_F(BuiltCommandLine, Any_list_comes_back_exactly_or_is_refused) {
+TEST_F(BuiltCommandLine, Random_arguments_are_split_unchanged_or_rejected) {
     std::mt19937 random(20240229); // NOLINT: the same lists every time
     const std::string letters = "  \"ab=-\t/";
     int good = 0;

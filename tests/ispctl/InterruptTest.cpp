@@ -15,7 +15,7 @@ constexpr const char *kWarning =
     "ispctl: stopping now can leave the device without firmware; press "
     "Ctrl-C again to stop immediately\n";
 
-TEST(Interrupt, First_one_only_warns) {
+TEST(Interrupt, First_interrupt_prints_warning_only) {
     ConsoleProcess process(ScriptedArguments({}, {"progress:1", "sleep:500", "message:done"}));
     ASSERT_TRUE(process.WaitForText("progress"));
     process.Signal(SIGINT);
@@ -24,7 +24,7 @@ TEST(Interrupt, First_one_only_warns) {
     EXPECT_EQ(process.Out(), "done\n");
 }
 
-TEST(Interrupt, Second_one_ends_at_once_with_130) {
+TEST(Interrupt, Second_interrupt_exits_at_once_with_130) {
     ConsoleProcess process(ScriptedArguments({}, {"progress:1", "sleep:60000"}));
     ASSERT_TRUE(process.WaitForText("progress"));
     process.Signal(SIGINT);
@@ -33,7 +33,7 @@ TEST(Interrupt, Second_one_ends_at_once_with_130) {
     EXPECT_EQ(process.Finish(), 130);
 }
 
-TEST(Interrupt, Warning_stays_out_of_the_json) {
+TEST(Interrupt, Json_output_does_not_contain_interrupt_warning) {
     ConsoleProcess process(ScriptedArguments({"--json"}, {"progress:1", "sleep:60000"}));
     ASSERT_TRUE(process.WaitForText("progress"));
     process.Signal(SIGINT);
@@ -43,7 +43,7 @@ TEST(Interrupt, Warning_stays_out_of_the_json) {
     EXPECT_EQ(process.Finish(), 130);
 }
 
-TEST(Interrupt, Delay_of_a_plugin_is_not_cut_short) {
+TEST(Interrupt, Interrupt_does_not_shorten_sleep_of_plugin) {
     ConsoleProcess process(
         ScriptedArguments({}, {"progress:1", "sleep:400", "sleep:400", "message:done"}));
     ASSERT_TRUE(process.WaitForText("progress"));
@@ -53,7 +53,7 @@ TEST(Interrupt, Delay_of_a_plugin_is_not_cut_short) {
     EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(600));
 }
 
-TEST(Interrupt, Signals_of_a_supervisor_are_told_and_end_nothing) {
+TEST(Interrupt, Termination_signal_is_reported_and_run_continues) {
     for (const auto &[signal, name] : {std::pair(SIGTERM, "SIGTERM"), std::pair(SIGHUP, "SIGHUP"),
                                        std::pair(SIGQUIT, "SIGQUIT")}) {
         SCOPED_TRACE(name);
@@ -70,7 +70,7 @@ TEST(Interrupt, Signals_of_a_supervisor_are_told_and_end_nothing) {
     }
 }
 
-TEST(Interrupt, Signal_is_in_the_log) {
+TEST(Interrupt, Log_contains_received_signal) {
     const TempFolder folder;
     ConsoleProcess process(
         ScriptedArguments({"--log", folder.Path("log")}, {"progress:1", "sleep:300"}));
@@ -80,7 +80,7 @@ TEST(Interrupt, Signal_is_in_the_log) {
     EXPECT_THAT(folder.Read("log"), HasSubstr(" ispctl   SIGTERM: the run continues"));
 }
 
-TEST(Interrupt, Only_interrupts_are_counted) {
+TEST(Interrupt, SIGTERM_does_not_count_as_first_interrupt) {
     ConsoleProcess process(ScriptedArguments({}, {"progress:1", "sleep:1000", "message:done"}));
     ASSERT_TRUE(process.WaitForText("progress"));
     process.Signal(SIGTERM);
@@ -91,7 +91,7 @@ TEST(Interrupt, Only_interrupts_are_counted) {
 }
 
 // As on a terminal, where both processes get the signal.
-TEST(Interrupt, Process_of_the_library_leaves_signals_to_the_console) {
+TEST(Interrupt, Library_process_leaves_signals_to_ispctl) {
     const ConsoleResult result =
         RunShell("setsid sh -c '$ISPCTL run --lib $SCRIPTED sleep:1500 message:done & "
                  "sleep 0.5; trap : INT TERM HUP QUIT; "
@@ -101,7 +101,7 @@ TEST(Interrupt, Process_of_the_library_leaves_signals_to_the_console) {
     EXPECT_THAT(result.err, HasSubstr("press Ctrl-C again"));
 }
 
-TEST(Interrupt, Reader_that_does_not_read_does_not_stop_the_second_one) {
+TEST(Interrupt, Second_interrupt_works_if_output_pipe_is_full) {
     ConsoleProcess process(ScriptedArguments({"--json"}, {"progress:1", "many:100000"}));
     ::usleep(500000);
     process.Signal(SIGINT);

@@ -36,7 +36,7 @@ Json Success(const Json &percent = nullptr) {
     return event;
 }
 
-TEST(JsonRun, One_event_a_line_in_the_order_of_the_run) {
+TEST(JsonRun, Each_line_is_one_event_in_order_of_run) {
     const ConsoleResult result =
         RunScripted({"--json"}, {"out:a\\n", "err:b\\n", "progress:3", "out:c\\nd\\n", "message:m",
                                  "err:e\\n", "out:f\\n"});
@@ -49,7 +49,7 @@ TEST(JsonRun, One_event_a_line_in_the_order_of_the_run) {
                             Console("e\n"), Console("f\n"), Success(3)));
 }
 
-TEST(JsonRun, Lines_are_spelt_as_documented) {
+TEST(JsonRun, Event_lines_have_documented_spelling) {
     EXPECT_EQ(
         RunScripted({"--json"}, {"progress:3", "out:a", "message:m", "result:0x4003"}).out,
         "{\"event\":\"progress\",\"percent\":3}\n"
@@ -62,7 +62,7 @@ TEST(JsonRun, Lines_are_spelt_as_documented) {
         "and the key that were delivered with this firmware\"],\"findings\":[]}\n");
 }
 
-TEST(JsonRun, Code_of_a_plugin_has_no_name) {
+TEST(JsonRun, Result_code_of_plugin_has_no_name) {
     Json expected = Result(1, 0x7001, "0x7001", nullptr,
                            "error code of the plug-in (see its documentation)", "plug-in", "call");
     expected["device"] = "unknown";
@@ -70,19 +70,19 @@ TEST(JsonRun, Code_of_a_plugin_has_no_name) {
     EXPECT_THAT(Events(RunScripted({"--json"}, {"result:0x7001"})), ElementsAre(expected));
 }
 
-TEST(JsonRun, Text_without_line_end_is_an_event) {
+TEST(JsonRun, Text_without_newline_becomes_event) {
     EXPECT_THAT(
         Events(RunScripted({"--json"}, {"out:wrong!", "progress:1", "out:\\e[32mOK\\n\\e[m"})),
         ElementsAre(Console("wrong!"), Json({{"event", "progress"}, {"percent", 1}}),
                     Console("\033[32mOK\n"), Console("\033[m"), Success(1)));
 }
 
-TEST(JsonRun, Text_without_line_end_comes_while_the_library_works) {
+TEST(JsonRun, Text_without_newline_is_sent_before_library_returns) {
     ConsoleProcess process(ScriptedArguments({"--json"}, {"out:wait...", "sleep:60000"}));
     EXPECT_TRUE(process.WaitForText("{\"event\":\"console\",\"text\":\"wait...\"}\n"));
 }
 
-TEST(JsonRun, Bytes_that_are_not_utf8_are_escaped) {
+TEST(JsonRun, Bytes_that_are_not_UTF8_are_escaped) {
     EXPECT_THAT(
         Events(RunScripted({"--json"}, {"out:\\x5C\\xFF\\n"})),
         ElementsAre(Json({{"event", "console"}, {"text", "\\\\\\xFF\n"}, {"escaped", true}}),
@@ -93,7 +93,7 @@ TEST(JsonRun, Bytes_that_are_not_utf8_are_escaped) {
                     Success()));
 }
 
-TEST(JsonRun, More_text_than_a_pipe_holds_comes_through) {
+TEST(JsonRun, Text_longer_than_pipe_buffer_arrives_completely) {
     const auto events = Events(RunScripted({"--json"}, {"many:20000", "progress:1", "many:1"}));
     ASSERT_EQ(events.size(), 20003U);
     for (int i = 0; i < 20000; ++i) {
@@ -104,7 +104,7 @@ TEST(JsonRun, More_text_than_a_pipe_holds_comes_through) {
     EXPECT_EQ(events[20000]["event"], "progress");
 }
 
-TEST(JsonRun, Order_survives_many_short_runs_of_text) {
+TEST(JsonRun, Order_of_events_is_kept_over_many_short_texts) {
     std::vector<std::string> steps;
     std::vector<Json> expected;
     for (int i = 0; i < 300; ++i) {
@@ -117,7 +117,7 @@ TEST(JsonRun, Order_survives_many_short_runs_of_text) {
     EXPECT_EQ(Events(RunScripted({"--json"}, steps)), expected);
 }
 
-TEST(JsonRun, Reader_that_goes_away_does_not_end_the_run) {
+TEST(JsonRun, Run_continues_if_reader_closes_pipe) {
     ConsoleProcess process(ScriptedArguments(
         {"--json"}, {"progress:1", "sleep:300", "many:5000", "progress:2", "result:0"}));
     ASSERT_TRUE(process.WaitForText("progress"));

@@ -31,7 +31,7 @@ const Row kRows[] = {{{}, {}, {}},
                      {{"--help", "x"}, {"--help"}, {"x"}},
                      {{"--libs", "x"}, {}, {"--libs", "x"}}};
 
-TEST(LibraryArguments, Own_options_end_at_the_first_foreign_argument) {
+TEST(LibraryArguments, Options_of_ispctl_end_at_first_argument_of_library) {
     CLI::App command;
     std::string file;
     bool flag = false;

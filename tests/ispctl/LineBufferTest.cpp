@@ -7,18 +7,18 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class TextPiecesOfConsole : public testing::Test {
+class LineBuffer : public testing::Test {
   protected:
     std::vector<std::string> m_seen;
     ispctl::LineBuffer m_pieces{[this](std::string_view text) { m_seen.emplace_back(text); }};
 };
 
-TEST_F(TextPiecesOfConsole, Lines_come_one_by_one_with_their_ends) {
+TEST_F(LineBuffer, Lines_are_emitted_one_by_one_with_newlines) {
     m_pieces.Add("a\nb\n\nc");
     EXPECT_THAT(m_seen, ElementsAre("a\n", "b\n", "\n"));
 }
 
-TEST_F(TextPiecesOfConsole, Line_may_arrive_in_parts) {
+TEST_F(LineBuffer, Line_arriving_in_parts_is_emitted_once) {
     m_pieces.Add("a");
     m_pieces.Add("b");
     EXPECT_THAT(m_seen, IsEmpty());
@@ -26,14 +26,14 @@ TEST_F(TextPiecesOfConsole, Line_may_arrive_in_parts) {
     EXPECT_THAT(m_seen, ElementsAre("ab\n"));
 }
 
-TEST_F(TextPiecesOfConsole, Text_without_line_end_is_a_piece) {
+TEST_F(LineBuffer, EmitAll_emits_text_without_newline) {
     m_pieces.Add("wrong");
     m_pieces.EmitAll();
     m_pieces.EmitAll();
     EXPECT_THAT(m_seen, ElementsAre("wrong"));
 }
 
-TEST_F(TextPiecesOfConsole, Pause_does_not_cut_a_character) {
+TEST_F(LineBuffer, FlushCompleteCharacters_keeps_incomplete_character) {
     m_pieces.Add("\xE2\x82");
     m_pieces.FlushCompleteCharacters();
     EXPECT_THAT(m_seen, IsEmpty());
@@ -48,7 +48,7 @@ TEST_F(TextPiecesOfConsole, Pause_does_not_cut_a_character) {
                                     "\xC3"));
 }
 
-TEST_F(TextPiecesOfConsole, Endless_line_does_not_grow_without_bound) {
+TEST_F(LineBuffer, Line_without_end_is_emitted_at_size_limit) {
     for (int i = 0; i < 100; ++i) {
         m_pieces.Add(std::string(1000, 'x'));
     }

@@ -20,7 +20,7 @@ class OutputFailure : public testing::Test {
     TempFolder m_folder;
 };
 
-TEST_F(OutputFailure, Full_disk_is_no_success_of_any_command) {
+TEST_F(OutputFailure, Every_command_fails_if_disk_is_full) {
     const std::string script = m_folder.Write("a.script", "ScalerRun\n");
     const std::string bytes = m_folder.Write("a.bin", "\x01");
     for (const std::string &command :
@@ -35,7 +35,7 @@ TEST_F(OutputFailure, Full_disk_is_no_success_of_any_command) {
     }
 }
 
-TEST_F(OutputFailure, Run_goes_on_to_its_end) {
+TEST_F(OutputFailure, Run_continues_to_end_if_output_fails) {
     const std::string log = m_folder.Path("log");
     const ConsoleResult result = RunShell(
         "$ISPCTL run --log " + log +
@@ -46,7 +46,7 @@ TEST_F(OutputFailure, Run_goes_on_to_its_end) {
     EXPECT_THAT(m_folder.Read("log"), HasSubstr("ispctl   standard output could not be written"));
 }
 
-TEST_F(OutputFailure, Standard_error_that_is_full_is_told_on_standard_output) {
+TEST_F(OutputFailure, Full_standard_error_is_reported_on_standard_output) {
     const ConsoleResult result = RunShell(
         "$ISPCTL run --verbatim --lib $SCRIPTED 'out:x\\n' progress:5 message:m 2>/dev/full");
     EXPECT_EQ(result.status, 8);
@@ -58,7 +58,7 @@ TEST_F(OutputFailure, Standard_error_that_is_full_is_told_on_standard_output) {
     EXPECT_THAT(json.out, StartsWith("{\"event\":\"result\""));
 }
 
-TEST_F(OutputFailure, Log_that_is_full_is_told_and_is_no_success) {
+TEST_F(OutputFailure, Full_log_is_reported_and_fails_run) {
     const ConsoleResult result =
         RunShell("$ISPCTL run --log /dev/full --verbatim --lib $SCRIPTED message:done");
     EXPECT_EQ(result.status, 8);
@@ -69,7 +69,7 @@ TEST_F(OutputFailure, Log_that_is_full_is_told_and_is_no_success) {
         "ispctl: success\n");
 }
 
-TEST_F(OutputFailure, Limit_of_file_size_does_not_end_the_console) {
+TEST_F(OutputFailure, File_size_limit_does_not_terminate_ispctl) {
     const std::string log = m_folder.Path("log");
     const ConsoleResult result =
         RunShell("ulimit -f 1; $ISPCTL run --log " + log +
@@ -78,7 +78,7 @@ TEST_F(OutputFailure, Limit_of_file_size_does_not_end_the_console) {
     EXPECT_THAT(result.err, EndsWith("it is incomplete: File too large\n"));
 }
 
-TEST_F(OutputFailure, Log_without_a_reader_is_not_waited_for) {
+TEST_F(OutputFailure, Log_pipe_without_reader_is_rejected_without_waiting) {
     const std::string log = m_folder.Path("pipe");
     const ConsoleResult result = RunShell("mkfifo " + log + "; $ISPCTL run --log " + log +
                                           " --verbatim --lib $SCRIPTED 'out:called\\n'");
@@ -87,13 +87,13 @@ TEST_F(OutputFailure, Log_without_a_reader_is_not_waited_for) {
     EXPECT_THAT(result.err, StartsWith("ispctl: cannot write the log " + log + ": "));
 }
 
-TEST_F(OutputFailure, Reader_that_has_gone_is_told) {
+TEST_F(OutputFailure, Closed_output_pipe_is_reported) {
     const ConsoleResult result = RunShell("( $ISPCTL run --json --verbatim --lib $SCRIPTED "
                                           "sleep:300 many:5000; echo $? >&2 ) | head -c 0");
     EXPECT_THAT(result.err, EndsWith("could not be written completely: Broken pipe\n8\n"));
 }
 
-TEST_F(OutputFailure, Closed_descriptors_are_no_failure) {
+TEST_F(OutputFailure, Closed_standard_descriptors_do_not_fail_run) {
     for (const char *closed : {"<&-", ">&-", "2>&-", "<&- >&- 2>&-"}) {
         SCOPED_TRACE(closed);
         const std::string file = m_folder.Path("called");
@@ -105,7 +105,7 @@ TEST_F(OutputFailure, Closed_descriptors_are_no_failure) {
     }
 }
 
-TEST_F(OutputFailure, Library_that_ends_its_process_while_it_is_opened_was_not_called) {
+TEST_F(OutputFailure, Library_that_exits_while_loading_counts_as_not_called) {
     const ConsoleResult result = RunShell("$ISPCTL run --json --lib $ENDING --isp");
     EXPECT_EQ(result.status, 2);
     EXPECT_THAT(result.out, StartsWith("{\"event\":\"result\",\"status\":2,"));
@@ -113,7 +113,7 @@ TEST_F(OutputFailure, Library_that_ends_its_process_while_it_is_opened_was_not_c
                           "(exit status 0)\n");
 }
 
-TEST_F(OutputFailure, Endless_input_is_refused_with_its_bound) {
+TEST_F(OutputFailure, Endless_input_is_rejected_with_size_limit) {
     for (const std::string &command :
          {std::string("script list"), std::string("script assemble"), std::string("script check"),
           std::string("script run --virtual")}) {
@@ -126,7 +126,7 @@ TEST_F(OutputFailure, Endless_input_is_refused_with_its_bound) {
               "ispctl: /dev/zero is too large: at most 32768 bytes (32 KiB) are read\n");
 }
 
-TEST_F(OutputFailure, Own_process_cannot_be_asked_for) {
+TEST_F(OutputFailure, Command_library_process_is_rejected_if_given_by_user) {
     EXPECT_EQ(RunShell("$ISPCTL library-process").status, 2);
     EXPECT_EQ(RunShell("$ISPCTL library-process 98 99 run --verbatim --lib $SCRIPTED x").err,
               "ispctl: this command is for internal use only\n");
@@ -134,7 +134,7 @@ TEST_F(OutputFailure, Own_process_cannot_be_asked_for) {
 
 // The arguments of both processes are nearly the same: find the longest ones that the shell can
 // start the console with, which are too long for the second process.
-TEST_F(OutputFailure, Process_that_cannot_be_started_is_an_error_before_the_library_is_called) {
+TEST_F(OutputFailure, Process_that_cannot_start_is_reported_before_library_call) {
     const auto run = [](int length) {
         return RunShell(
             "ulimit -s 256; A=$(head -c 60000 /dev/zero | tr '\\0' x); B=$(head -c " +
@@ -156,7 +156,7 @@ TEST_F(OutputFailure, Process_that_cannot_be_started_is_an_error_before_the_libr
 #if !defined(__SANITIZE_ADDRESS__)
 // Every limit from too small for anything to large enough: the library is called and everything is
 // told, or it is not called and the reason is.
-TEST_F(OutputFailure, Too_few_descriptors_are_an_error_before_the_library_is_called) {
+TEST_F(OutputFailure, Missing_descriptors_are_reported_before_library_is_called) {
     int refused = 0;
     for (int limit = 4; limit <= 24; ++limit) {
         SCOPED_TRACE(limit);
@@ -178,7 +178,7 @@ TEST_F(OutputFailure, Too_few_descriptors_are_an_error_before_the_library_is_cal
     EXPECT_LT(refused, 18);
 }
 
-TEST_F(OutputFailure, No_memory_ends_with_a_word) {
+TEST_F(OutputFailure, Out_of_memory_prints_message) {
     const ConsoleResult result = RunShell("ulimit -v 60000; $ISPCTL script list /dev/zero");
     EXPECT_EQ(result.status, 2);
     EXPECT_THAT(result.err, StartsWith("ispctl: "));

@@ -91,7 +91,7 @@ const Row kRows[] = {
      {{"code", 0xD67}, {"name", nullptr}, {"source", "plug-in"}}},
 };
 
-TEST_F(PluginEnd, Every_end_is_told_and_none_is_a_success) {
+TEST_F(PluginEnd, Every_abnormal_end_is_reported_and_fails_run) {
     for (const Row &row : kRows) {
         SCOPED_TRACE(row.steps);
         const ConsoleResult result = Run(std::string("erase ") + row.steps);
@@ -101,7 +101,7 @@ TEST_F(PluginEnd, Every_end_is_told_and_none_is_a_success) {
     }
 }
 
-TEST_F(PluginEnd, Progress_says_how_far_it_got) {
+TEST_F(PluginEnd, Report_contains_last_progress) {
     for (const Row &row : kRows) {
         SCOPED_TRACE(row.steps);
         std::string sentence = row.sentence;
@@ -111,7 +111,7 @@ TEST_F(PluginEnd, Progress_says_how_far_it_got) {
     }
 }
 
-TEST_F(PluginEnd, Last_json_event_is_always_the_result) {
+TEST_F(PluginEnd, Last_json_event_is_result_after_any_end) {
     for (const Row &row : kRows) {
         SCOPED_TRACE(row.steps);
         const ConsoleResult result =
@@ -127,21 +127,21 @@ TEST_F(PluginEnd, Last_json_event_is_always_the_result) {
     }
 }
 
-TEST_F(PluginEnd, Log_ends_with_what_is_known) {
+TEST_F(PluginEnd, Log_ends_with_known_result_after_crash) {
     Run("progress:42 exit:0", {"--log", m_folder.Path("log")});
     EXPECT_THAT(m_folder.Read("log"),
                 HasSubstr("result   the plug-in ended the process (exit status 0); the state of "
                           "the device is unknown\n"));
 }
 
-TEST_F(PluginEnd, Success_is_still_a_success) {
+TEST_F(PluginEnd, Plugin_that_returns_0_is_reported_as_success) {
     const ConsoleResult result = Run("erase progress:100");
     EXPECT_EQ(result.status, 0);
     EXPECT_THAT(result.err, EndsWith("ispctl: success\n"));
     EXPECT_EQ(m_folder.Read("erased.txt"), "erased\n");
 }
 
-TEST_F(PluginEnd, Refused_line_did_nothing) {
+TEST_F(PluginEnd, Rejected_line_is_reported_as_without_effect) {
     const ConsoleResult result =
         RunConsole({"run", "--json", "--verbatim", "--lib", m_library, "--isp"});
     EXPECT_EQ(result.status, 4);
@@ -156,7 +156,7 @@ TEST_F(PluginEnd, Refused_line_did_nothing) {
                           "done\n"));
 }
 
-TEST_F(PluginEnd, Missing_plugin_did_nothing) {
+TEST_F(PluginEnd, Missing_plugin_is_reported_as_without_effect) {
     fs::remove(m_folder.Path("PlugIn/libIsp.dylib"));
     const ConsoleResult result = Run("");
     EXPECT_EQ(result.status, 5);
@@ -164,13 +164,13 @@ TEST_F(PluginEnd, Missing_plugin_did_nothing) {
                                       m_folder.Path("PlugIn/libIsp.dylib does not exist")));
 }
 
-TEST_F(PluginEnd, Escapes_of_a_plugin_do_not_reach_the_user) {
+TEST_F(PluginEnd, Escape_sequences_of_plugin_are_made_visible) {
     const ConsoleResult result = Run("out:\\e[2J\\n message:\\e]0;x");
     EXPECT_THAT(result.out, HasSubstr("\\x1B[2J\n\\x1B]0;x\n"));
     EXPECT_THAT(result.out, EndsWith("Success\n"));
 }
 
-TEST_F(PluginEnd, Plugin_works_on_when_only_the_console_is_killed) {
+TEST_F(PluginEnd, Plugin_continues_if_only_ispctl_is_killed) {
     const EnvGuard guard("PLUGIN_STEPS",
                          "progress:1 sleep:300 progress:2 out:text\\n message:m erase");
     {
@@ -185,7 +185,7 @@ TEST_F(PluginEnd, Plugin_works_on_when_only_the_console_is_killed) {
     EXPECT_TRUE(m_folder.Exists("erased.txt"));
 }
 
-TEST_F(PluginEnd, Second_interrupt_ends_the_plugin_too) {
+TEST_F(PluginEnd, Second_interrupt_terminates_plugin) {
     const EnvGuard guard("PLUGIN_STEPS", "progress:1 sleep:1000 erase");
     ConsoleProcess process(Arguments({"--json"}));
     ASSERT_TRUE(process.WaitForText("\"percent\":1"));

@@ -28,7 +28,7 @@ TEST(Run, Exit_status_tells_the_kinds_of_failure_apart) {
     }
 }
 
-TEST(Run, Wrong_use_is_2_and_says_why) {
+TEST(Run, Usage_error_exits_with_2_and_reason) {
     EXPECT_EQ(RunConsole({}).status, 2);
     EXPECT_EQ(RunConsole({"run"}).err,
               "ispctl: no arguments for the library; see ispctl run --help\n");
@@ -41,7 +41,7 @@ TEST(Run, Wrong_use_is_2_and_says_why) {
     EXPECT_THAT(missing.err, StartsWith("ispctl: cannot open the library: /no/such.so: "));
 }
 
-TEST(Run, File_without_the_entry_point_is_no_library) {
+TEST(Run, File_without_entry_point_is_rejected_as_library) {
     TempFolder folder;
     const ConsoleResult result =
         RunConsole({"run", "--lib", folder.Write("no.so", "text"), "--isp"});
@@ -49,21 +49,21 @@ TEST(Run, File_without_the_entry_point_is_no_library) {
     EXPECT_EQ(result.out, "");
 }
 
-TEST(Run, Refused_arguments_never_reach_the_library) {
+TEST(Run, Rejected_arguments_never_reach_library) {
     const ConsoleResult result = RunScripted({}, {"out:called", ""});
     EXPECT_EQ(result.status, 4);
     EXPECT_EQ(result.out, "");
     EXPECT_THAT(result.err, StartsWith("ispctl: argument 2 is empty"));
 }
 
-TEST(Run, Messages_and_the_librarys_text_are_the_output) {
+TEST(Run, Output_consists_of_messages_and_text_of_library) {
     const ConsoleResult result = RunScripted(
         {}, {"out:one\\n", "message:two", "err:three\\n", "message:four\\n", "out:five\\n"});
     EXPECT_EQ(result.out, "one\ntwo\nfour\nfive\n");
     EXPECT_EQ(result.err, "three\nispctl: success\n");
 }
 
-TEST(Run, Order_is_kept_where_both_streams_are_one) {
+TEST(Run, Order_is_kept_if_both_streams_are_one) {
     const ConsoleResult result = RunScripted(
         {},
         {"out:a\\n", "err:b\\n", "message:c", "out:d\\n", "progress:50", "err:e\\n", "result:7"},
@@ -73,7 +73,7 @@ TEST(Run, Order_is_kept_where_both_streams_are_one) {
                           "the state of the device is unknown\n");
 }
 
-TEST(Run, Result_is_told_in_words) {
+TEST(Run, Result_message_describes_code) {
     EXPECT_EQ(
         RunScripted({}, {"result:0x4003"}).err,
         "ispctl: failed with 0x4003: the firmware signature is invalid; nothing was "
@@ -88,7 +88,7 @@ TEST(Run, Result_is_told_in_words) {
               "the state of the device is unknown\n");
 }
 
-TEST(Run, Progress_outside_a_terminal_is_a_line_a_tenth) {
+TEST(Run, Progress_outside_terminal_is_one_line_per_ten_percent) {
     const ConsoleResult result =
         RunScripted({}, {"progress:0", "progress:1", "progress:9", "progress:10", "progress:10",
                          "progress:25", "progress:99", "progress:100"});
@@ -97,13 +97,13 @@ TEST(Run, Progress_outside_a_terminal_is_a_line_a_tenth) {
     EXPECT_EQ(result.out, "");
 }
 
-TEST(Run, Own_options_behind_the_first_foreign_argument_are_the_librarys) {
+TEST(Run, Options_after_first_library_argument_go_to_library) {
     const ConsoleResult result = RunScripted({}, {"out:x\\n", "--json", "--virtual", "--help"});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.out, "x\n");
 }
 
-TEST(Run, Log_has_times_and_everything_that_happened) {
+TEST(Run, Log_contains_times_and_all_events) {
     TempFolder folder;
     const std::string log = folder.Path("run.log");
     const ConsoleResult result =
@@ -127,7 +127,7 @@ TEST(Run, Log_has_times_and_everything_that_happened) {
                            "the state of the device is unknown"));
 }
 
-TEST(Run, Log_is_appended_to) {
+TEST(Run, Log_appends_to_existing_file) {
     TempFolder folder;
     const std::string log = folder.Path("run.log");
     RunScripted({"--log", log}, {"message:first"});
@@ -136,7 +136,7 @@ TEST(Run, Log_is_appended_to) {
     EXPECT_THAT(folder.Read("run.log"), HasSubstr("message  second"));
 }
 
-TEST(Run, Log_that_cannot_be_written_stops_before_the_library) {
+TEST(Run, Unwritable_log_ends_run_before_library_is_called) {
     const ConsoleResult result = RunScripted({"--log", "/no/such/folder/log"}, {"out:called"});
     EXPECT_EQ(result.status, 8);
     EXPECT_EQ(result.out, "");
@@ -144,7 +144,7 @@ TEST(Run, Log_that_cannot_be_written_stops_before_the_library) {
                           "No such file or directory\n");
 }
 
-TEST(Run, File_of_the_callers_folder_is_pointed_out) {
+TEST(Run, Hint_points_out_file_in_current_directory) {
     TempFolder here;
     here.Write("fw.bin", "x");
     const ConsoleResult result =
@@ -154,14 +154,14 @@ TEST(Run, File_of_the_callers_folder_is_pointed_out) {
                 HasSubstr("to use the file in the current directory, pass " + here.Path("fw.bin")));
 }
 
-TEST(Run, Relative_library_is_the_callers) {
+TEST(Run, Relative_library_path_starts_at_current_directory) {
     TempFolder here;
     const ConsoleResult result =
         RunConsole({"run", "--lib", "lib.so", "--isp"}, ConsoleProcess::Output::Pipes, here.Path());
     EXPECT_THAT(result.err, HasSubstr(here.Path("lib.so")));
 }
 
-TEST(Run, Last_words_of_a_crashing_plugin_are_shown) {
+TEST(Run, Output_before_crash_of_plugin_is_shown) {
     constexpr const char *kEnd = "ispctl: failed: SIGABRT ended the process of the library and "
                                  "its plug-ins; the state of the device is unknown";
     const ConsoleResult plain = RunScripted({}, {"err:last words", "abort"});
@@ -183,7 +183,7 @@ TEST(Run, Last_words_of_a_crashing_plugin_are_shown) {
                 EndsWith(std::string("last words\r\n") + kEnd + "\r\n"));
 }
 
-TEST(Run, End_after_the_result_is_no_success) {
+TEST(Run, Crash_after_result_fails_run) {
     const ConsoleResult result = RunScripted({}, {"atexit:3", "result:0"});
     EXPECT_EQ(result.status, 7);
     EXPECT_EQ(result.err,
@@ -191,7 +191,7 @@ TEST(Run, End_after_the_result_is_no_success) {
               "process (exit status 3); the state of the device is unknown\n");
 }
 
-TEST(Run, Version_and_help_are_success) {
+TEST(Run, Version_and_help_exit_with_0) {
     EXPECT_THAT(RunConsole({"--version"}).out, MatchesRegex("ispctl [0-9]+\\.[0-9]+\\.[0-9]+\n"));
     EXPECT_EQ(RunConsole({"--version"}).status, 0);
     const ConsoleResult help = RunConsole({"run", "--help"});
@@ -200,7 +200,7 @@ TEST(Run, Version_and_help_are_success) {
     EXPECT_THAT(help.out, HasSubstr("ispctl run --json"));
 }
 
-TEST(Run, Real_library_refuses_and_says_so) {
+TEST(Run, Real_library_rejects_line_and_prints_reason) {
     const ConsoleResult result = RunConsole({"run", "--verify", "--erase"});
     EXPECT_EQ(result.status, 4);
     EXPECT_EQ(result.out, "Action type undefined or more than one type!\n");

@@ -22,7 +22,7 @@ class ShownText : public testing::Test {
     TempFolder m_folder;
 };
 
-TEST_F(ShownText, Names_and_arguments_are_shown_and_not_obeyed) {
+TEST_F(ShownText, Control_characters_of_names_and_arguments_are_escaped) {
     const std::string file = m_folder.Path(kEvil);
     const std::string script = m_folder.Write(kEvil + ".script", "WriteReg 1\n");
     const std::vector<std::vector<std::string>> commands{
@@ -48,7 +48,7 @@ TEST_F(ShownText, Names_and_arguments_are_shown_and_not_obeyed) {
     }
 }
 
-TEST_F(ShownText, Hint_about_a_file_shows_its_name) {
+TEST_F(ShownText, Hint_escapes_control_characters_of_file_name) {
     m_folder.Write(kEvil, "x");
     const ConsoleResult result = RunConsole({"run", "--lib", SCRIPTED_LIBRARY, "--fw", kEvil},
                                             ConsoleProcess::Output::Pipes, m_folder.Path());
@@ -56,7 +56,7 @@ TEST_F(ShownText, Hint_about_a_file_shows_its_name) {
                                       " refers to a file in the library's directory "));
 }
 
-TEST_F(ShownText, Console_text_shows_everything_but_the_librarys_colours) {
+TEST_F(ShownText, Captured_output_is_escaped_except_colours_of_library) {
     const ConsoleResult result =
         RunScripted({}, {"out:\\e[31mFail\\n\\e[m\\e[5m\\x07\\xC2\\x9B\\xE2\\x80\\xAE\\xFF\\n",
                          "err:\\e]0;x\\x07\\n", "message:\\e[31m"});
@@ -64,7 +64,7 @@ TEST_F(ShownText, Console_text_shows_everything_but_the_librarys_colours) {
     EXPECT_EQ(result.err, "\\x1B]0;x\\x07\nispctl: success\n");
 }
 
-TEST_F(ShownText, Json_escapes_what_a_terminal_could_obey) {
+TEST_F(ShownText, Json_escapes_terminal_control_characters) {
     const ConsoleResult result =
         RunScripted({"--json"}, {"out:\\e\\x7F\\xC2\\x9B\\xE2\\x80\\xAE\\xF3\\xA0\\x81\\x81\\n"});
     EXPECT_THAT(result.out, HasSubstr("\"\\u001b\\u007f\\u009b\\u202e\\udb40\\udc41\\n\""));
@@ -72,7 +72,7 @@ TEST_F(ShownText, Json_escapes_what_a_terminal_could_obey) {
     EXPECT_EQ(event["text"], "\033\x7F\xC2\x9B\xE2\x80\xAE\xF3\xA0\x81\x81\n");
 }
 
-TEST_F(ShownText, Environment_without_utf8_gets_ascii_only) {
+TEST_F(ShownText, Environment_without_UTF8_gets_ASCII_only) {
     for (const char *locale : {"C", "POSIX", "xx_XX.nonsense"}) {
         SCOPED_TRACE(locale);
         const EnvGuard guard("LC_ALL", locale);
@@ -86,7 +86,7 @@ TEST_F(ShownText, Environment_without_utf8_gets_ascii_only) {
     }
 }
 
-TEST_F(ShownText, Folder_that_the_environment_cannot_express_is_told) {
+TEST_F(ShownText, Unencodable_directory_name_is_reported) {
     const std::string library = m_folder.Path("f\xC3\xBC/lib.so");
     m_folder.MakeFolder("f\xC3\xBC");
     ASSERT_EQ(::symlink(SCRIPTED_LIBRARY, library.c_str()), 0);
@@ -99,7 +99,7 @@ TEST_F(ShownText, Folder_that_the_environment_cannot_express_is_told) {
                           "environment, ANSI_X3.4-1968: plug-ins get an empty directory"));
 }
 
-TEST_F(ShownText, Message_is_bounded_before_it_is_kept) {
+TEST_F(ShownText, Long_message_is_truncated_before_it_is_stored) {
     const ConsoleResult result = RunScripted({}, {"long:65536", "long:65537", "long:20000000"});
     const std::string longest(65536, 'x');
     const std::string cut = longest + " [truncated: a message has at most 65536 characters]\n";

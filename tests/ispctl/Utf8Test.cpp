@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(Utf8, Every_character_goes_there_and_back) {
+TEST(Utf8, Every_character_converts_to_UTF8_and_back) {
     for (char32_t value = 0; value <= 0x10FFFF; ++value) {
         if (value >= 0xD800 && value <= 0xDFFF) {
             continue;
@@ -18,13 +18,13 @@ TEST(Utf8, Every_character_goes_there_and_back) {
     }
 }
 
-TEST(Utf8, Known_texts) {
+TEST(Utf8, WideFromUtf8_and_EscapeWide_convert_euro_sign) {
     EXPECT_EQ(ispctl::WideFromUtf8("\xE2\x82\xAC"), L"\u20AC");
     EXPECT_EQ(ispctl::EscapeWide(L"\u20AC").text, "\xE2\x82\xAC");
     EXPECT_EQ(ispctl::WideFromUtf8(""), L"");
 }
 
-TEST(Utf8, Invalid_bytes_are_no_text) {
+TEST(Utf8, WideFromUtf8_rejects_invalid_bytes) {
     for (const char *bytes :
          {"\x80", "\xC0\x80", "\xC1\xBF", "\xC3", "\xC3(", "\xE0\x80\x80", "\xE0\x9F\xBF",
           "\xED\xA0\x80", "\xED\xBF\xBF", "\xE2\x82", "\xF0\x80\x80\x80", "\xF0\x8F\xBF\xBF",
@@ -41,20 +41,20 @@ TEST(Utf8, Valid_bytes_are_not_escaped) {
     EXPECT_FALSE(text.escaped);
 }
 
-TEST(Utf8, Escaped_bytes_can_be_told_from_text) {
+TEST(Utf8, Escaped_bytes_differ_from_literal_text) {
     const ispctl::EscapedText text = ispctl::EscapeBytes("\\xFF \xFF\xC3\xBC\xC3");
     EXPECT_EQ(text.text, "\\\\xFF \\xFF\xC3\xBC\\xC3");
     EXPECT_TRUE(text.escaped);
 }
 
-TEST(Utf8, Numbers_that_are_no_characters_are_escaped) {
+TEST(Utf8, Numbers_outside_Unicode_are_escaped) {
     const wchar_t text[] = {L'a', L'\\', static_cast<wchar_t>(0xD800),
                             static_cast<wchar_t>(0x110000), 0};
     EXPECT_EQ(ispctl::EscapeWide(text).text, "a\\\\\\x{D800}\\x{110000}");
     EXPECT_TRUE(ispctl::EscapeWide(text).escaped);
 }
 
-TEST(Utf8, Unfinished_characters_at_the_end_are_counted) {
+TEST(Utf8, Incomplete_character_at_end_is_counted) {
     EXPECT_EQ(ispctl::UnfinishedTail(""), 0U);
     EXPECT_EQ(ispctl::UnfinishedTail("ab"), 0U);
     EXPECT_EQ(ispctl::UnfinishedTail("a\xC3"), 1U);

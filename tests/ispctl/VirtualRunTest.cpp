@@ -41,7 +41,7 @@ class VirtualRun : public testing::Test {
     std::string m_firmware = m_folder.Write("my firmware.bin", m_bytes);
 };
 
-TEST_F(VirtualRun, Programmed_firmware_can_be_dumped_again) {
+TEST_F(VirtualRun, Dump_returns_programmed_firmware) {
     const ConsoleResult programmed = Run({"--isp", "--fw", m_firmware});
     EXPECT_EQ(programmed.status, 0);
     EXPECT_THAT(programmed.out, EndsWith("Success\n"));
@@ -56,11 +56,11 @@ TEST_F(VirtualRun, Programmed_firmware_can_be_dumped_again) {
     EXPECT_EQ(m_folder.Read("dump.bin"), m_bytes + std::string(3 * kBank - m_bytes.size(), '\xFF'));
 }
 
-TEST_F(VirtualRun, Two_dashes_may_stand_before_the_arguments) {
+TEST_F(VirtualRun, Double_dash_before_arguments_is_removed) {
     EXPECT_EQ(Run({"--", "--isp", "--fw", m_firmware}).status, 0);
 }
 
-TEST_F(VirtualRun, Json_tells_rising_progress_and_ends_with_the_result) {
+TEST_F(VirtualRun, Json_progress_rises_and_result_is_last_event) {
     const ConsoleResult result = Run({"--json", "--isp", "--fw", m_firmware});
     EXPECT_EQ(result.status, 0);
     std::istringstream lines(result.out);
@@ -86,7 +86,7 @@ TEST_F(VirtualRun, Json_tells_rising_progress_and_ends_with_the_result) {
     EXPECT_EQ(event["code"], 0);
 }
 
-TEST_F(VirtualRun, Failing_bank_ends_with_the_code_of_the_plugin) {
+TEST_F(VirtualRun, Failing_bank_returns_code_of_plugin) {
     SetFaults("fail-bank 1 code 0x7003\n");
     const ConsoleResult result = Run({"--isp", "--fw", m_firmware});
     EXPECT_EQ(result.status, 1);
@@ -97,7 +97,7 @@ TEST_F(VirtualRun, Failing_bank_ends_with_the_code_of_the_plugin) {
                                        "the state of the device is unknown\n"));
 }
 
-TEST_F(VirtualRun, First_interrupt_lets_the_programming_end_well) {
+TEST_F(VirtualRun, First_interrupt_lets_programming_finish) {
     SetFaults("slow 200\n");
     ConsoleProcess process(With({"--isp", "--fw", m_firmware}));
     ASSERT_TRUE(process.WaitForText("progress 0 %"));
@@ -107,7 +107,7 @@ TEST_F(VirtualRun, First_interrupt_lets_the_programming_end_well) {
     EXPECT_THAT(process.Out(), EndsWith("Success\n"));
 }
 
-TEST_F(VirtualRun, Second_interrupt_stops_the_programming) {
+TEST_F(VirtualRun, Second_interrupt_stops_programming) {
     SetFaults("slow 20000\n");
     ConsoleProcess process(With({"--isp", "--fw", m_firmware}));
     ASSERT_TRUE(process.WaitForText("progress 0 %"));
@@ -117,7 +117,7 @@ TEST_F(VirtualRun, Second_interrupt_stops_the_programming) {
     EXPECT_EQ(process.Finish(), 130);
 }
 
-TEST_F(VirtualRun, Terminal_shows_a_bar) {
+TEST_F(VirtualRun, Terminal_shows_progress_bar) {
     if (!ConsoleProcess::CanHaveTerminal()) {
         GTEST_SKIP() << "no terminal can be made here";
     }
@@ -129,7 +129,7 @@ TEST_F(VirtualRun, Terminal_shows_a_bar) {
 }
 
 #ifdef HAS_SIGN_PLUGIN
-TEST_F(VirtualRun, Changed_file_is_refused_before_anything_is_programmed) {
+TEST_F(VirtualRun, Modified_firmware_is_rejected_before_programming) {
     const std::string signature = m_folder.Path("firmware.sig");
     const Words signedWith{"--sw", "--dsmode", "2",          "--keypair", "0",
                            "--fw", m_firmware, "--signfile", signature};
@@ -152,7 +152,7 @@ TEST_F(VirtualRun, Changed_file_is_refused_before_anything_is_programmed) {
 }
 #endif
 
-TEST_F(VirtualRun, Console_finds_its_libraries_wherever_it_is_moved) {
+TEST_F(VirtualRun, Moved_ispctl_finds_its_libraries) {
     const fs::path library = REAL_LIBRARY;
     fs::create_directories(m_folder.Path("moved/bin"));
     fs::create_directories(m_folder.Path("moved/lib"));

@@ -37,7 +37,7 @@ const Row kRows[] = {
      "\\x9B31m", "\\x9B31m"},
 };
 
-TEST(VisibleText, Everything_that_acts_on_a_terminal_is_shown) {
+TEST(VisibleText, Terminal_control_characters_are_escaped) {
     for (const Row &row : kRows) {
         EXPECT_EQ(Visible(row.text, Layout::Lines, Charset::Utf8), row.utf8);
         EXPECT_EQ(Visible(row.text, Layout::Lines, Charset::Ascii), row.ascii);
@@ -45,12 +45,12 @@ TEST(VisibleText, Everything_that_acts_on_a_terminal_is_shown) {
     }
 }
 
-TEST(VisibleText, Line_ends_and_tabs_stay_where_there_are_lines) {
+TEST(VisibleText, Newlines_and_tabs_stay_in_text_of_several_lines) {
     EXPECT_EQ(Visible("a\tb\n", Layout::Lines, Charset::Utf8), "a\tb\n");
     EXPECT_EQ(Visible("a\tb\n", Layout::OneLine, Charset::Utf8), "a\\x09b\\x0A");
 }
 
-TEST(VisibleText, Text_of_any_characters_never_holds_a_control) {
+TEST(VisibleText, Random_text_never_yields_control_character) {
     std::wstring all;
     for (char32_t value = 0; value <= 0x10FFFF; ++value) {
         all += static_cast<wchar_t>(value);
@@ -76,7 +76,7 @@ std::string InPieces(const std::string &text, std::size_t length) {
     return shown + stream.Finish();
 }
 
-TEST(VisibleStream, Only_the_colours_of_the_library_pass) {
+TEST(VisibleStream, Stream_passes_colour_sequences_of_library_only) {
     const std::string text = "\033[31mFail\n\033[m\033[32mSuccess\n\033[m\033[33m\033[1;31m\033[2J"
                              "\033]0;title\007\033\033[m\xE2\x82\xAC\xFF\033";
     for (std::size_t length = 1; length <= text.size(); ++length) {
@@ -87,7 +87,7 @@ TEST(VisibleStream, Only_the_colours_of_the_library_pass) {
     }
 }
 
-TEST(VisibleStream, Text_is_not_held_back_longer_than_needed) {
+TEST(VisibleStream, Text_is_passed_on_as_soon_as_it_is_complete) {
     ispctl::VisibleStream stream(Charset::Utf8);
     EXPECT_EQ(stream.Add("wait... \033"), "wait... ");
     EXPECT_EQ(stream.Add("[3"), "");

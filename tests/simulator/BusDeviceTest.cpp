@@ -9,7 +9,7 @@
 
 namespace {
 
-TEST_F(VirtualBusTest, There_is_one_channel) {
+TEST_F(VirtualBus, Bus_has_one_channel) {
     EXPECT_EQ(comm.Initiallize(), 0U);
     EXPECT_EQ(comm.GetCommCount(), 1);
     wchar_t name[256];
@@ -27,7 +27,7 @@ TEST_F(VirtualBusTest, There_is_one_channel) {
     EXPECT_EQ(comm.GetCommFile(reinterpret_cast<STRUCT_COMM_INFO *>(&info)), 0x5B05U);
 }
 
-TEST_F(VirtualBusTest, What_is_set_is_given_back) {
+TEST_F(VirtualBus, Getters_return_values_that_were_set) {
     comm.SetIspSlave(0x12);
     comm.SetIspContinuousSlave(0x14);
     comm.SetDebugMode(STRUCT_ENUM_DEBUG_TYPE(3));
@@ -53,7 +53,7 @@ TEST_F(VirtualBusTest, What_is_set_is_given_back) {
     EXPECT_NE(comm.GetDeviceHandler(), nullptr);
 }
 
-TEST_F(VirtualBusTest, The_flash_is_that_of_the_isp_plugin) {
+TEST_F(VirtualBus, Flash_is_shared_with_isp_plugin) {
     OpenLibrary isp(VIRTUAL_ISP_FILE);
     m_folder.Write("fw.bin", std::string(65536, 'f'));
     Command command;
@@ -74,7 +74,7 @@ TEST_F(VirtualBusTest, The_flash_is_that_of_the_isp_plugin) {
     EXPECT_EQ(comm.ReadFlashData(0xFFFFFF, 2, data), 0x5A04U);
 }
 
-TEST_F(VirtualBusTest, Modes_are_those_of_the_isp_plugin) {
+TEST_F(VirtualBus, Modes_are_shared_with_isp_plugin) {
     EXPECT_EQ(comm.EnterIspMode(0), 0U);
     EXPECT_EQ(m_folder.Read("device/mode.txt"), "isp\n");
     EXPECT_EQ(comm.CompleteIspFlowInISPBoard(), 0U);
@@ -88,7 +88,7 @@ TEST_F(VirtualBusTest, Modes_are_those_of_the_isp_plugin) {
     EXPECT_THAT(m_folder.Read("device/registers.txt"), testing::HasSubstr("scaler_stopped = 0x0"));
 }
 
-TEST_F(VirtualBusTest, A_removed_device_is_gone_until_it_is_initialised) {
+TEST_F(VirtualBus, Removed_device_fails_calls_until_it_is_initialised) {
     EXPECT_EQ(comm.GetDeviceCount(), 1U);
     EXPECT_EQ(comm.RemoveDevice(), 0U);
     EXPECT_EQ(comm.GetDeviceCount(), 0U);
@@ -100,7 +100,7 @@ TEST_F(VirtualBusTest, A_removed_device_is_gone_until_it_is_initialised) {
     EXPECT_EQ(comm.ReadReg(0, &byte), 0U);
 }
 
-TEST_F(VirtualBusTest, Usb_packets_come_back_from_where_they_were_sent) {
+TEST_F(VirtualBus, Usb_packets_are_received_with_values_they_were_sent_with) {
     wchar_t path[256];
     EXPECT_EQ(comm.GetUsbDevicePath(0, path), 0U);
     EXPECT_EQ(comm.SelectUsbByDevicePath(path), 0U);
@@ -116,7 +116,7 @@ TEST_F(VirtualBusTest, Usb_packets_come_back_from_where_they_were_sent) {
     EXPECT_EQ(read[0], 0);
 }
 
-TEST_F(VirtualBusTest, The_sniffer_must_be_started_and_hears_nothing) {
+TEST_F(VirtualBus, Sniffer_must_be_started_and_captures_nothing) {
     unsigned char data[] = {1, 2};
     EXPECT_EQ(comm.ReadAuxSniffer(2, data), 0x5B06U);
     EXPECT_EQ(comm.AuxSnifferStart(), 0U);

@@ -13,14 +13,14 @@ namespace {
 
 using testing::HasSubstr;
 
-TEST_F(VirtualBusTest, A_register_of_a_new_device_is_0_and_keeps_what_is_written) {
+TEST_F(VirtualBus, Register_is_0_at_first_and_keeps_written_value) {
     EXPECT_EQ(Reg(0x10), 0x00);
     EXPECT_EQ(comm.WriteReg(0x10, 0x5A), 0U);
     EXPECT_EQ(Reg(0x10), 0x5A);
     EXPECT_EQ(Reg(0x11), 0x00);
 }
 
-TEST_F(VirtualBusTest, Bits_are_masked_and_then_set) {
+TEST_F(VirtualBus, Masked_write_clears_bits_and_then_sets_them) {
     comm.WriteReg(0x20, 0xC3);
     EXPECT_EQ(comm.WriteRegBit(0x20, 0xF0, 0x05), 0U);
     EXPECT_EQ(Reg(0x20), 0xC5);
@@ -31,7 +31,7 @@ TEST_F(VirtualBusTest, Bits_are_masked_and_then_set) {
     EXPECT_EQ(value, 0x3F);
 }
 
-TEST_F(VirtualBusTest, The_first_256_of_the_16_bit_registers_are_the_8_bit_ones) {
+TEST_F(VirtualBus, First_256_registers_of_16_bits_are_those_of_8_bits) {
     comm.WriteRegEx(0x0033, 0x11);
     comm.WriteRegEx(0x0133, 0x22);
     EXPECT_EQ(Reg(0x33), 0x11);
@@ -40,7 +40,7 @@ TEST_F(VirtualBusTest, The_first_256_of_the_16_bit_registers_are_the_8_bit_ones)
     EXPECT_EQ(value, 0x22);
 }
 
-TEST_F(VirtualBusTest, Address_mode_0_goes_up_and_wraps_mode_1_stays) {
+TEST_F(VirtualBus, Address_mode_0_increments_and_wraps_and_mode_1_stays) {
     unsigned char data[] = {1, 2, 3};
     EXPECT_EQ(comm.WriteRegs(0xFE, 3, data, INC_TYPE_0), 0U);
     EXPECT_EQ(Reg(0xFE), 1);
@@ -57,7 +57,7 @@ TEST_F(VirtualBusTest, Address_mode_0_goes_up_and_wraps_mode_1_stays) {
     EXPECT_EQ(comm.ReadRegs(0x40, 3, read, STRUCT_ENUM_INC_TYPE(2)), 0x5B02U);
 }
 
-TEST_F(VirtualBusTest, A_port_shows_the_register_behind_its_index) {
+TEST_F(VirtualBus, Port_reads_register_selected_by_index) {
     EXPECT_EQ(comm.WritePortRegBit(0x60, 0x05, 0x00, 0xAB), 0U);
     EXPECT_EQ(Reg(0x60), 0x05);
     EXPECT_EQ(Reg(0x61), 0xAB);
@@ -71,7 +71,7 @@ TEST_F(VirtualBusTest, A_port_shows_the_register_behind_its_index) {
     EXPECT_EQ(value, 0x77);
 }
 
-TEST_F(VirtualBusTest, Registers_of_32_bits_have_the_lowest_byte_first) {
+TEST_F(VirtualBus, Registers_of_32_bits_are_little_endian) {
     EXPECT_EQ(comm.Write32BitRegEx(0xFFFF0000, 0x11223344), 0U);
     unsigned int word = 0;
     EXPECT_EQ(comm.Read32BitRegEx(0xFFFF0000, &word), 0U);
@@ -88,7 +88,7 @@ TEST_F(VirtualBusTest, Registers_of_32_bits_have_the_lowest_byte_first) {
     EXPECT_EQ(word, 0xB2U);
 }
 
-TEST_F(VirtualBusTest, Each_cpu_has_a_memory_of_its_own_and_cpu_0_is_the_plain_one) {
+TEST_F(VirtualBus, Each_CPU_has_its_own_memory_and_CPU_0_uses_plain_calls) {
     comm.WriteDDRRegEx(0x80, 0xD0);
     comm.WriteDDRCPURegEx(0x80, 0xD1, STRUCT_ENUM_CPU_TYPE(1));
     unsigned int word = 0;
@@ -101,7 +101,7 @@ TEST_F(VirtualBusTest, Each_cpu_has_a_memory_of_its_own_and_cpu_0_is_the_plain_o
     EXPECT_EQ(words[1], 0xD0U);
 }
 
-TEST_F(VirtualBusTest, System_devices_and_pwm2spi_keep_their_registers_apart) {
+TEST_F(VirtualBus, System_devices_and_pwm2spi_have_separate_registers) {
     unsigned char data[] = {7, 8};
     const auto command = STRUCT_ENUM_SYS_DEVICE_CMD_TYPE(3);
     EXPECT_EQ(comm.WriteSysDevice(1, 0x10, 2, data, command), 0U);
@@ -120,7 +120,7 @@ TEST_F(VirtualBusTest, System_devices_and_pwm2spi_keep_their_registers_apart) {
     EXPECT_EQ(word, 0x5678);
 }
 
-TEST_F(VirtualBusTest, Another_binding_sees_the_same_device) {
+TEST_F(VirtualBus, Second_binding_uses_same_device) {
     comm.WriteReg(0x10, 0x77);
     comm.FreeCommDllFile();
     EXPECT_THAT(m_folder.Read("device/registers.txt"),
@@ -129,7 +129,7 @@ TEST_F(VirtualBusTest, Another_binding_sees_the_same_device) {
     EXPECT_EQ(Reg(0x10), 0x77);
 }
 
-TEST_F(VirtualBusTest, Two_processes_lose_no_write_of_each_other) {
+TEST_F(VirtualBus, Two_processes_keep_writes_of_each_other) {
     constexpr int kWrites = 100;
     const pid_t other = fork();
     ASSERT_NE(other, -1);
@@ -148,7 +148,7 @@ TEST_F(VirtualBusTest, Two_processes_lose_no_write_of_each_other) {
     }
 }
 
-TEST_F(VirtualBusTest, Registers_can_be_given_by_hand) {
+TEST_F(VirtualBus, Registers_are_loaded_from_edited_file) {
     m_folder.Write("device/registers.txt",
                    "# mine\nbytes reg 0x12: 0A 0B\ni2c_speed = 400\nbox native 0x1: 55\n");
     EXPECT_EQ(Reg(0x13), 0x0B);
@@ -158,7 +158,7 @@ TEST_F(VirtualBusTest, Registers_can_be_given_by_hand) {
     EXPECT_EQ(Octets(read, read + 2), (Octets{0x55, 0x00}));
 }
 
-TEST_F(VirtualBusTest, A_line_that_cannot_be_understood_is_named_and_the_file_left_alone) {
+TEST_F(VirtualBus, Unreadable_line_is_reported_and_file_is_left_unchanged) {
     for (const char *line : {"spee = 1", "bytes reg 0x10", "bytes reg x: 00", "bytes reg 0x10: 100",
                              "bytes rex 0x10: 00", "i2c_speed 4"}) {
         const std::string text = std::string("\n") + line + "\n";
@@ -171,7 +171,7 @@ TEST_F(VirtualBusTest, A_line_that_cannot_be_understood_is_named_and_the_file_le
     }
 }
 
-TEST_F(VirtualBusTest, The_device_library_reaches_the_same_registers) {
+TEST_F(VirtualBus, Device_library_uses_same_registers) {
     const std::string file = VIRTUAL_DEVICE_FILE;
     EXPECT_EQ(OutputOf([&] {
                   EXPECT_EQ(nxdLoadDeviceDllFile(std::wstring(file.begin(), file.end()).data()), 1);
@@ -188,7 +188,7 @@ TEST_F(VirtualBusTest, The_device_library_reaches_the_same_registers) {
     nxdFreeDeviceDllFile();
 }
 
-TEST_F(VirtualBusTest, A_register_script_runs_on_it) {
+TEST_F(VirtualBus, Register_script_runs_on_bus) {
     unsigned char script[] = {2,                                // stop
                               3,  0x10, 0x0F,                   // register 0x10
                               4,  0x10, 0xF0, 0x01,             // its bits
@@ -204,7 +204,7 @@ TEST_F(VirtualBusTest, A_register_script_runs_on_it) {
     EXPECT_EQ(Octets(out, out + 4), (Octets{0x01, 8, 9, 0x6B}));
 }
 
-TEST_F(VirtualBusTest, A_busy_register_comes_around_after_its_reads) {
+TEST_F(VirtualBus, Busy_register_becomes_ready_after_its_reads) {
     SetFaults("busy mcu 0xF4 value 0x80 reads 2\n");
     comm.WriteMcuReg(0xF4, 0x01);
     unsigned char poll[] = {13, 0xF4, 0x80, 0x00, 0, 3, 0, 0};
@@ -217,7 +217,7 @@ TEST_F(VirtualBusTest, A_busy_register_comes_around_after_its_reads) {
     EXPECT_EQ(value, 0x01);
 }
 
-TEST_F(VirtualBusTest, Calls_are_journalled_with_arguments_and_status) {
+TEST_F(VirtualBus, Journal_records_arguments_and_status) {
     unsigned char data[] = {0x01, 0xAB};
     unsigned char value = 0;
     wchar_t path[] = L"/a \u00fc";
@@ -240,7 +240,7 @@ TEST_F(VirtualBusTest, Calls_are_journalled_with_arguments_and_status) {
                          "ScalerRun -> 0x0\n");
 }
 
-TEST_F(VirtualBusTest, The_journal_shows_the_first_32_bytes) {
+TEST_F(VirtualBus, Journal_shows_first_32_bytes_of_data) {
     unsigned char data[33] = {};
     comm.ReadRegs(0, 33, data, INC_TYPE_0);
     std::string zeros;
@@ -250,7 +250,7 @@ TEST_F(VirtualBusTest, The_journal_shows_the_first_32_bytes) {
     EXPECT_EQ(Journal(), "ReadRegs addr=0x0 length=0x21 data=[" + zeros + "..] inc=0x0 -> 0x0\n");
 }
 
-TEST_F(VirtualBusTest, Functions_without_a_status_journal_their_failure_all_the_same) {
+TEST_F(VirtualBus, Functions_without_status_record_failure_in_journal) {
     wchar_t name[256] = L"untouched";
     comm.GetCommName(name, 7);
     EXPECT_STREQ(name, L"untouched");
@@ -261,7 +261,7 @@ TEST_F(VirtualBusTest, Functions_without_a_status_journal_their_failure_all_the_
               "GetDebugSlave -> 0x5A01 \"The device refuses to open, as faults.txt asks for\"\n");
 }
 
-TEST_F(VirtualBusTest, Null_pointers_are_refused_unless_there_is_nothing_to_move) {
+TEST_F(VirtualBus, Null_pointer_is_rejected_unless_length_is_0) {
     EXPECT_EQ(comm.ReadReg(1, nullptr), 0x5B02U);
     EXPECT_EQ(comm.I2CWrite(0xA0, 0, 1, nullptr), 0x5B02U);
     EXPECT_EQ(comm.I2CWrite(0xA0, 0, 0, nullptr), 0U);

@@ -11,7 +11,7 @@ Octets Part(const Octets &bytes, std::size_t first, std::size_t count) {
             bytes.begin() + static_cast<std::ptrdiff_t>(first + count)};
 }
 
-class VirtualSlaves : public VirtualBusTest {
+class VirtualSlaves : public VirtualBus {
   protected:
     /// The answer to a DDC/CI message.
     Octets Ask(Octets message, unsigned char length) {
@@ -24,7 +24,7 @@ class VirtualSlaves : public VirtualBusTest {
     }
 };
 
-TEST_F(VirtualSlaves, The_edid_of_a_new_device_is_a_whole_one) {
+TEST_F(VirtualSlaves, New_device_has_valid_EDID) {
     const Octets edid = Read(0xA0, 0, 256);
     EXPECT_EQ(Part(edid, 0, 8), (Octets{0x00, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x00}));
     EXPECT_EQ(Part(edid, 8, 2), (Octets{0x6B, 0x5A})) << "three times Z";
@@ -48,7 +48,7 @@ TEST_F(VirtualSlaves, The_edid_of_a_new_device_is_a_whole_one) {
     EXPECT_EQ(std::accumulate(edid.begin() + 128, edid.end(), 0U) % 256, 0U);
 }
 
-TEST_F(VirtualSlaves, Data_blocks_of_the_edid_end_where_the_timings_begin) {
+TEST_F(VirtualSlaves, Data_blocks_of_EDID_end_at_offset_of_timings) {
     const Octets edid = Read(0xA0, 0x80, 128);
     std::size_t at = 4;
     while (at < edid[2]) {
@@ -57,7 +57,7 @@ TEST_F(VirtualSlaves, Data_blocks_of_the_edid_end_where_the_timings_begin) {
     EXPECT_EQ(at, edid[2]);
 }
 
-TEST_F(VirtualSlaves, The_eeprom_is_written_and_wraps_at_256) {
+TEST_F(VirtualSlaves, Eeprom_write_wraps_at_256) {
     EXPECT_EQ(Write(0xA0, 0xFE, {1, 2, 3}), 0U);
     EXPECT_EQ(Read(0xA0, 0xFE, 4), (Octets{1, 2, 3, 0xFF}));
     const std::string file = m_folder.Read("device/edid.bin");
@@ -66,7 +66,7 @@ TEST_F(VirtualSlaves, The_eeprom_is_written_and_wraps_at_256) {
     EXPECT_EQ(file[0], 3);
 }
 
-TEST_F(VirtualSlaves, A_current_read_goes_on_where_the_last_transfer_ended) {
+TEST_F(VirtualSlaves, Current_read_continues_after_last_transfer) {
     Read(0xA0, 0x08, 1);
     Octets bytes(2);
     EXPECT_EQ(comm.I2CCurrentRead(0xA1, 2, bytes.data()), 0U);
@@ -77,7 +77,7 @@ TEST_F(VirtualSlaves, A_current_read_goes_on_where_the_last_transfer_ended) {
     EXPECT_EQ(bytes[0], 0x99);
 }
 
-TEST_F(VirtualSlaves, An_edid_of_the_users_own_is_served_by_segments) {
+TEST_F(VirtualSlaves, Custom_EDID_is_read_by_segments) {
     std::string edid(384, '\0');
     edid[0] = 'a';
     edid[256 + 5] = 'b';
@@ -97,7 +97,7 @@ TEST_F(VirtualSlaves, An_edid_of_the_users_own_is_served_by_segments) {
     EXPECT_EQ(Read(0xA0, 5, 1)[0], 0) << "without the pointer it is segment 0";
 }
 
-TEST_F(VirtualSlaves, Luminance_is_read_and_set_over_ddcci) {
+TEST_F(VirtualSlaves, Luminance_is_read_and_set_by_DDC_CI) {
     EXPECT_EQ(Ask({0x82, 0x01, 0x10, 0xAC}, 11),
               (Octets{0x6E, 0x88, 0x02, 0x00, 0x10, 0x00, 0x00, 0x64, 0x00, 0x4B, 0x8B}));
     EXPECT_EQ(Write(0x6E, 0x51, {0x84, 0x03, 0x10, 0x00, 0x32, 0x9A}), 0U);
@@ -105,7 +105,7 @@ TEST_F(VirtualSlaves, Luminance_is_read_and_set_over_ddcci) {
               (Octets{0x6E, 0x88, 0x02, 0x00, 0x10, 0x00, 0x00, 0x64, 0x00, 0x32, 0xF2}));
 }
 
-TEST_F(VirtualSlaves, Too_large_a_value_and_a_read_only_feature_are_left_alone) {
+TEST_F(VirtualSlaves, Read_only_feature_and_too_large_value_stay_unchanged) {
     Write(0x6E, 0x51, {0x84, 0x03, 0x10, 0x00, 0x65, 0xCD}); // luminance 101
     Write(0x6E, 0x51, {0x84, 0x03, 0xDF, 0x00, 0x01, 0x66}); // version
     EXPECT_EQ(Ask({0x82, 0x01, 0x10, 0xAC}, 11)[9], 0x4B);
@@ -113,22 +113,22 @@ TEST_F(VirtualSlaves, Too_large_a_value_and_a_read_only_feature_are_left_alone) 
     EXPECT_EQ(Part(version, 8, 2), (Octets{0x02, 0x02}));
 }
 
-TEST_F(VirtualSlaves, Factory_defaults_bring_the_usual_values_back) {
+TEST_F(VirtualSlaves, Factory_reset_restores_defaults) {
     Write(0x6E, 0x51, {0x84, 0x03, 0x10, 0x00, 0x32, 0x9A});
     Write(0x6E, 0x51, {0x84, 0x03, 0x04, 0x00, 0x01, 0xBD});
     EXPECT_EQ(Ask({0x82, 0x01, 0x10, 0xAC}, 11)[9], 0x4B);
 }
 
-TEST_F(VirtualSlaves, An_unknown_feature_is_answered_as_unsupported) {
+TEST_F(VirtualSlaves, Unknown_feature_is_reported_as_unsupported) {
     EXPECT_EQ(Ask({0x82, 0x01, 0x52, 0xEE}, 11),
               (Octets{0x6E, 0x88, 0x02, 0x01, 0x52, 0x00, 0x00, 0x00, 0x00, 0x00, 0xE7}));
 }
 
-TEST_F(VirtualSlaves, Without_a_question_there_is_the_null_message) {
+TEST_F(VirtualSlaves, Read_without_request_returns_null_message) {
     EXPECT_EQ(Read(0x6F, 0x51, 4), (Octets{0x6E, 0x80, 0xBE, 0x00}));
 }
 
-TEST_F(VirtualSlaves, Capabilities_come_in_pieces_of_32_bytes) {
+TEST_F(VirtualSlaves, Capabilities_are_returned_in_parts_of_32_bytes) {
     const Octets answer = Ask({0x83, 0xF3, 0x00, 0x00, 0x4F}, 38);
     EXPECT_EQ(Part(answer, 0, 5), (Octets{0x6E, 0xA3, 0xE3, 0x00, 0x00}));
     EXPECT_EQ(std::string(answer.begin() + 5, answer.begin() + 37),
@@ -137,7 +137,7 @@ TEST_F(VirtualSlaves, Capabilities_come_in_pieces_of_32_bytes) {
               (Octets{0x6E, 0x83, 0xE3, 0x04, 0x00}));
 }
 
-TEST_F(VirtualSlaves, A_message_with_a_wrong_checksum_length_or_source_is_not_carried_out) {
+TEST_F(VirtualSlaves, Malformed_message_is_not_executed) {
     EXPECT_EQ(Write(0x6E, 0x51, {0x84, 0x03, 0x10, 0x00, 0x32, 0x9B}), 0x5B03U);
     EXPECT_EQ(Write(0x6E, 0x51, {0x84, 0x03, 0x10, 0x00, 0x32}), 0x5B03U);
     EXPECT_EQ(Write(0x6E, 0x50, {0x84, 0x03, 0x10, 0x00, 0x32, 0x9B}), 0x5B03U);
@@ -145,12 +145,12 @@ TEST_F(VirtualSlaves, A_message_with_a_wrong_checksum_length_or_source_is_not_ca
     EXPECT_EQ(Ask({0x82, 0x01, 0x10, 0xAC}, 11)[9], 0x4B);
 }
 
-TEST_F(VirtualSlaves, Answers_bear_a_wrong_checksum_on_demand) {
+TEST_F(VirtualSlaves, Configured_fault_gives_replies_wrong_checksum) {
     SetFaults("wrong-ddcci-checksum\n");
     EXPECT_EQ(Ask({0x82, 0x01, 0x10, 0xAC}, 11)[10], 0x74) << "0x8B with every bit turned";
 }
 
-TEST_F(VirtualSlaves, The_scaler_answers_at_its_debug_and_isp_addresses) {
+TEST_F(VirtualSlaves, Scaler_acknowledges_debug_and_ISP_addresses) {
     EXPECT_EQ(Write(0x6A, 0x10, {0x01}), 0U);
     EXPECT_EQ(Read(0x94, 0x10, 1), Octets{0x01});
     EXPECT_EQ(comm.SetDebugSlave(0x7A), 0U);
@@ -168,7 +168,7 @@ TEST_F(VirtualSlaves, The_scaler_answers_at_its_debug_and_isp_addresses) {
     EXPECT_EQ(byte, 0x10);
 }
 
-TEST_F(VirtualSlaves, A_slave_stays_silent_on_demand) {
+TEST_F(VirtualSlaves, Configured_fault_makes_slave_silent) {
     SetFaults("nack 0xA1\n");
     unsigned char byte = 0;
     EXPECT_EQ(comm.I2CRead(0xA0, 0, 1, &byte), 0x5B01U);

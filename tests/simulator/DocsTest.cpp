@@ -22,7 +22,7 @@ constexpr Row kRows[] = {
 #undef ROW
 };
 
-TEST(VirtualScalerPage, Lists_every_result_code_with_its_meaning_and_no_other) {
+TEST(VirtualScalerPage, Page_lists_every_result_code_with_meaning_and_no_other) {
     std::ifstream file(VIRTUAL_SCALER_PAGE);
     std::ostringstream page;
     page << file.rdbuf();
@@ -43,7 +43,7 @@ TEST(VirtualScalerPage, Lists_every_result_code_with_its_meaning_and_no_other) {
     }
 }
 
-TEST(VirtualScalerPage, Codes_stay_clear_of_those_of_the_library) {
+TEST(VirtualScalerPage, Codes_differ_from_those_of_library) {
     for (const Row &row : kRows) {
         EXPECT_TRUE(row.code == 0 || (row.code >= 0x5A01 && row.code <= 0x5BFF)) << row.meaning;
     }

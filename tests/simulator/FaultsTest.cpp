@@ -29,7 +29,7 @@ class VirtualFaults : public testing::Test {
     const std::string newFirmware = Firmware(4 * kBank, 2);
 };
 
-TEST_F(VirtualFaults, A_bank_fails_with_the_code_asked_for_and_is_not_touched) {
+TEST_F(VirtualFaults, Failing_bank_returns_configured_code_and_stays_unchanged) {
     isp.SetFaults("# a comment\n\n  fail-bank 2 code 0x1234  \n");
     EXPECT_EQ(isp.Run("IspFlash", command), 0x1234);
     EXPECT_EQ(isp.messages.back(), L"Bank 2: fails, as faults.txt asks for\n");
@@ -38,7 +38,7 @@ TEST_F(VirtualFaults, A_bank_fails_with_the_code_asked_for_and_is_not_touched) {
               newFirmware.substr(0, 2 * kBank) + oldFirmware.substr(2 * kBank));
 }
 
-TEST_F(VirtualFaults, A_flipped_bit_is_found_by_verify_and_stays_in_the_flash) {
+TEST_F(VirtualFaults, Flipped_bit_is_found_by_verify_and_stays_in_flash) {
     isp.SetFaults("flip-bit 1\n");
     EXPECT_EQ(isp.Run("IspFlash", command), 0x5A08);
     EXPECT_THAT(isp.messages.back(),
@@ -49,7 +49,7 @@ TEST_F(VirtualFaults, A_flipped_bit_is_found_by_verify_and_stays_in_the_flash) {
               newFirmware.substr(0, kBank) + bank + oldFirmware.substr(2 * kBank));
 }
 
-TEST_F(VirtualFaults, Lost_power_leaves_half_a_bank) {
+TEST_F(VirtualFaults, Power_loss_leaves_bank_half_programmed) {
     isp.SetFaults("power-loss 2\n");
     EXPECT_EQ(isp.Run("IspFlash", command), 0x5A09);
     EXPECT_EQ(isp.Dump(0, 4 * kBank), newFirmware.substr(0, 2 * kBank + kBank / 2) +
@@ -60,14 +60,14 @@ TEST_F(VirtualFaults, Lost_power_leaves_half_a_bank) {
     EXPECT_EQ(isp.Dump(0, 4 * kBank), newFirmware);
 }
 
-TEST_F(VirtualFaults, A_slow_device_takes_its_time_for_each_bank) {
+TEST_F(VirtualFaults, Slow_device_delays_each_bank) {
     isp.SetFaults("slow 20\n");
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(isp.Run("IspFlash", command), 0);
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(4 * 20));
 }
 
-TEST_F(VirtualFaults, A_device_that_refuses_to_open_refuses_every_function) {
+TEST_F(VirtualFaults, Device_that_does_not_open_fails_every_function) {
     isp.SetFaults("refuse-open\n");
     for (const char *function :
          {"IspFlash", "RecordFWVersion", "DumpFlash", "GetUserDefinedInfoFromDDCCI", "IspEeprom",
@@ -80,7 +80,7 @@ TEST_F(VirtualFaults, A_device_that_refuses_to_open_refuses_every_function) {
     EXPECT_EQ(isp.Dump(0, 4 * kBank), oldFirmware);
 }
 
-TEST_F(VirtualFaults, A_line_that_cannot_be_understood_fails_the_run) {
+TEST_F(VirtualFaults, Unreadable_line_of_faults_fails_run) {
     for (const char *line :
          {"fail-bank 2", "fail-bank 2 code", "fail-bank 2 code 0", "fail-bank 256 code 1",
           "fail-bank 2 code 0x80000000", "fail-bank two code 1", "flip-bit", "flip-bit 0x",
@@ -97,7 +97,7 @@ TEST_F(VirtualFaults, A_line_that_cannot_be_understood_fails_the_run) {
     EXPECT_EQ(isp.Dump(0, 4 * kBank), oldFirmware);
 }
 
-TEST_F(VirtualFaults, A_second_host_finds_the_device_in_use) {
+TEST_F(VirtualFaults, Second_host_gets_error_device_in_use) {
     static VirtualIsp *self;
     static int code;
     self = &isp;
@@ -112,7 +112,7 @@ TEST_F(VirtualFaults, A_second_host_finds_the_device_in_use) {
     EXPECT_EQ(code, 0x5A01);
 }
 
-TEST_F(VirtualFaults, A_description_that_cannot_be_read_is_not_replaced_by_the_defaults) {
+TEST_F(VirtualFaults, Unreadable_description_is_not_replaced_by_defaults) {
     std::remove(isp.folder.Path("device/device.ini").c_str());
     isp.folder.MakeFolder("device/device.ini");
     EXPECT_EQ(isp.Run("GetScalerType", command), 0x5A01);
@@ -120,7 +120,7 @@ TEST_F(VirtualFaults, A_description_that_cannot_be_read_is_not_replaced_by_the_d
                 ElementsAre(testing::StartsWith(L"The device's description cannot be read: ")));
 }
 
-TEST_F(VirtualFaults, A_bad_description_names_its_line) {
+TEST_F(VirtualFaults, Error_in_description_contains_line_number) {
     isp.folder.Write("device/device.ini", "model = A\ncolour = red\n");
     EXPECT_EQ(isp.Run("GetScalerType", command), 0x5A02);
     EXPECT_THAT(isp.messages,

@@ -21,7 +21,7 @@ std::string Padded(std::string text) {
     return text;
 }
 
-TEST(VirtualFlash, A_new_device_is_erased_and_has_its_files) {
+TEST(VirtualFlash, New_device_is_erased_and_creates_its_files) {
     VirtualIsp isp;
     EXPECT_EQ(isp.Dump(0, kBank), kErasedBank);
     EXPECT_EQ(isp.Dump(0xFFFFF0, 16), std::string(16, '\xFF'));
@@ -31,7 +31,7 @@ TEST(VirtualFlash, A_new_device_is_erased_and_has_its_files) {
                 testing::HasSubstr("scaler_type = VIRTUAL-1\n"));
 }
 
-TEST(VirtualFlash, Programming_puts_the_padded_file_at_its_bank) {
+TEST(VirtualFlash, Programming_writes_padded_file_at_its_bank) {
     VirtualIsp isp;
     const std::string firmware = Firmware(2 * kBank + 1234);
     Command command;
@@ -44,7 +44,7 @@ TEST(VirtualFlash, Programming_puts_the_padded_file_at_its_bank) {
     EXPECT_EQ(isp.folder.Read("device/flash.bin"), isp.Dump(0, 6 * kBank));
 }
 
-TEST(VirtualFlash, Random_programs_match_a_plain_array) {
+TEST(VirtualFlash, Random_programming_agrees_with_array) {
     VirtualIsp isp;
     std::mt19937 random(20260101);
     std::string model(16 * kBank, '\xFF');
@@ -63,7 +63,7 @@ TEST(VirtualFlash, Random_programs_match_a_plain_array) {
     }
 }
 
-TEST(VirtualFlash, Progress_never_falls_and_has_three_steps_a_bank) {
+TEST(VirtualFlash, Progress_never_falls_and_has_three_steps_per_bank) {
     VirtualIsp isp;
     Command command;
     command.Banks(0, isp.folder.Write("a.bin", Firmware(7 * kBank)), 7);
@@ -75,7 +75,7 @@ TEST(VirtualFlash, Progress_never_falls_and_has_three_steps_a_bank) {
     EXPECT_EQ(std::count(isp.progress.begin(), isp.progress.end(), 100), 1);
 }
 
-TEST(VirtualFlash, Callbacks_may_be_null) {
+TEST(VirtualFlash, Null_callbacks_are_accepted) {
     VirtualIsp isp;
     isp.plugin.Get<decltype(SetUIFunction)>("SetUIFunction")(nullptr, nullptr, nullptr);
     Command command;
@@ -104,7 +104,7 @@ TEST(VirtualFlash, Differential_programming_touches_only_banks_that_differ) {
     EXPECT_EQ(isp.Dump(kBank, 4 * kBank), firmware);
 }
 
-TEST(VirtualFlash, Copying_programs_a_second_image_at_the_copy_bank) {
+TEST(VirtualFlash, Ispcopy_programs_second_image_at_copy_bank) {
     VirtualIsp isp;
     const std::string firmware = Firmware(kBank);
     Command command;
@@ -115,7 +115,7 @@ TEST(VirtualFlash, Copying_programs_a_second_image_at_the_copy_bank) {
     EXPECT_EQ(isp.Dump(130 * kBank, kBank), firmware);
 }
 
-TEST(VirtualFlash, Factory_programming_erases_everything_else) {
+TEST(VirtualFlash, Factory_programming_erases_all_other_banks) {
     VirtualIsp isp;
     Command command;
     command.Banks(9, isp.folder.Write("a.bin", Firmware(kBank)), 1);
@@ -128,7 +128,7 @@ TEST(VirtualFlash, Factory_programming_erases_everything_else) {
     EXPECT_EQ(isp.Dump(9 * kBank, kBank), kErasedBank);
 }
 
-TEST(VirtualFlash, User_flag_is_written_over_the_firmware_and_across_banks) {
+TEST(VirtualFlash, User_flag_overwrites_firmware_and_crosses_banks) {
     VirtualIsp isp;
     std::string firmware = Firmware(kBank);
     Command command;
@@ -145,7 +145,7 @@ TEST(VirtualFlash, User_flag_is_written_over_the_firmware_and_across_banks) {
     EXPECT_EQ(isp.Dump(kBank, 3), "\x33\xFF\xFF");
 }
 
-TEST(VirtualFlash, User_flag_without_firmware_keeps_the_rest_of_the_bank) {
+TEST(VirtualFlash, User_flag_without_firmware_keeps_remaining_bytes_of_bank) {
     VirtualIsp isp;
     Command command;
     command.Banks(0, isp.folder.Write("a.bin", Firmware(kBank)), 1);
@@ -161,14 +161,14 @@ TEST(VirtualFlash, User_flag_without_firmware_keeps_the_rest_of_the_bank) {
     EXPECT_EQ(isp.Dump(0, kBank), expected);
 }
 
-TEST(VirtualFlash, An_empty_map_is_no_success) {
+TEST(VirtualFlash, Empty_bank_map_fails) {
     VirtualIsp isp;
     Command command;
     EXPECT_EQ(isp.Run("IspFlash", command), 0x5A0E);
     EXPECT_THAT(isp.messages, ElementsAre(L"There is nothing to program: the bank map is empty\n"));
 }
 
-TEST(VirtualFlash, Bad_maps_and_files_leave_the_flash_untouched) {
+TEST(VirtualFlash, Invalid_map_or_file_leaves_flash_unchanged) {
     VirtualIsp isp;
     const std::string good = isp.folder.Write("good.bin", Firmware(kBank));
     struct Row {
@@ -214,7 +214,7 @@ class FileSizeLimit {
     rlimit m_previous{};
 };
 
-TEST(VirtualFlash, A_full_disk_leaves_the_bank_erased_and_the_others_whole) {
+TEST(VirtualFlash, Full_disk_leaves_bank_erased_and_other_banks_unchanged) {
     VirtualIsp isp;
     const std::string firmware = Firmware(3 * kBank);
     Command command;
@@ -228,7 +228,7 @@ TEST(VirtualFlash, A_full_disk_leaves_the_bank_erased_and_the_others_whole) {
     EXPECT_EQ(isp.folder.Read("device/flash.bin").size(), 2 * kBank);
 }
 
-TEST(VirtualFlash, A_full_disk_in_a_gap_leaves_no_gap) {
+TEST(VirtualFlash, Full_disk_while_filling_gap_leaves_flash_file_contiguous) {
     VirtualIsp isp;
     Command command;
     command.Banks(9, isp.folder.Write("a.bin", Firmware(kBank)), 1);
@@ -239,7 +239,7 @@ TEST(VirtualFlash, A_full_disk_in_a_gap_leaves_no_gap) {
     EXPECT_EQ(isp.folder.Read("device/flash.bin"), "");
 }
 
-TEST(VirtualFlash, A_dump_that_cannot_be_written_has_a_code_of_its_own) {
+TEST(VirtualFlash, Unwritable_dump_returns_its_own_code) {
     VirtualIsp isp;
     Command command;
     command->stDumpFlash.ulDumpLen = 100;
@@ -255,7 +255,7 @@ TEST(VirtualFlash, A_dump_that_cannot_be_written_has_a_code_of_its_own) {
     EXPECT_EQ(isp.Run("DumpFlash", outside), 0x5A04);
 }
 
-TEST(VirtualFlash, A_relative_dump_name_is_in_the_current_folder) {
+TEST(VirtualFlash, Relative_dump_name_starts_at_current_directory) {
     VirtualIsp isp;
     const TempFolder here;
     const CurrentFolderGuard guard(here.Path());
@@ -267,7 +267,7 @@ TEST(VirtualFlash, A_relative_dump_name_is_in_the_current_folder) {
     EXPECT_EQ(here.Read("gr\xC3\xBC\xC3\x9F.bin"), "\xFF\xFF\xFF\xFF\xFF");
 }
 
-TEST(VirtualFlash, A_full_path_field_is_read_to_260_characters_and_no_further) {
+TEST(VirtualFlash, Full_path_field_is_read_up_to_260_characters) {
     VirtualIsp isp;
     // 260 characters exactly: the field has no terminator, the bytes behind it are not zero.
     std::string path = isp.folder.MakeFolder(std::string(100, 'd')) + "/";
@@ -280,7 +280,7 @@ TEST(VirtualFlash, A_full_path_field_is_read_to_260_characters_and_no_further) {
     EXPECT_EQ(isp.Run("IspFlash", command), 0);
 }
 
-TEST(VirtualFlash, Without_a_record_the_call_is_refused) {
+TEST(VirtualFlash, Null_record_is_rejected) {
     VirtualIsp isp;
     EXPECT_EQ(isp.plugin.Get<decltype(IspFlash)>("IspFlash")(nullptr), 0x5A0F);
     Command command;
@@ -288,7 +288,7 @@ TEST(VirtualFlash, Without_a_record_the_call_is_refused) {
               0x5A0F);
 }
 
-TEST(VirtualFlash, An_exception_of_a_callback_stays_inside) {
+TEST(VirtualFlash, Exception_of_callback_does_not_leave_plugin) {
     VirtualIsp isp;
     isp.onProgress = [](int percent) {
         if (percent > 50) {
@@ -302,7 +302,7 @@ TEST(VirtualFlash, An_exception_of_a_callback_stays_inside) {
     EXPECT_EQ(isp.Run("IspFlash", command), 0) << "the device was closed and opens again";
 }
 
-TEST(VirtualFlash, The_plug_in_leaves_the_process_when_it_is_closed) {
+TEST(VirtualFlash, Closed_plugin_is_unloaded) {
     {
         VirtualIsp isp;
         isp.Dump(0, 1);
@@ -310,7 +310,7 @@ TEST(VirtualFlash, The_plug_in_leaves_the_process_when_it_is_closed) {
     EXPECT_EQ(dlopen(VIRTUAL_ISP_FILE, RTLD_NOW | RTLD_NOLOAD), nullptr);
 }
 
-TEST(VirtualFlash, Without_the_variable_the_device_lies_beside_the_library) {
+TEST(VirtualFlash, Device_directory_is_in_library_directory_without_variable) {
     const EnvGuard noDevice("SCALER_ISP_VIRTUAL_DEVICE", std::nullopt);
     const TempFolder folder;
     const TempFolder plugins;

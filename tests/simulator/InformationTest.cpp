@@ -24,7 +24,7 @@ void Program(VirtualIsp &isp, const std::string &firmware, std::uint32_t bank = 
     ASSERT_EQ(isp.Run("IspFlash", command), 0);
 }
 
-TEST(VirtualVersion, Registers_and_ddcci_report_what_the_firmware_holds) {
+TEST(VirtualVersion, Reg_and_ddcci_locations_report_version_of_firmware) {
     VirtualIsp isp;
     for (const std::uint32_t location : {0U, 1U, 2U, 5U, 8U}) {
         Command command;
@@ -38,7 +38,7 @@ TEST(VirtualVersion, Registers_and_ddcci_report_what_the_firmware_holds) {
     EXPECT_THAT(isp.messages, ElementsAre(L"Version: 2.31\n"));
 }
 
-TEST(VirtualVersion, Flash_location_reads_major_and_sub_in_the_mode_asked_for) {
+TEST(VirtualVersion, Flash_location_reads_major_and_sub_in_given_mode) {
     VirtualIsp isp;
     std::string firmware = Firmware(kBank);
     firmware.replace(0x1000, 4,
@@ -78,7 +78,7 @@ TEST(VirtualVersion, Erased_flash_has_no_version) {
     EXPECT_EQ(isp.Run("RecordFWVersion", command), 0x5A04);
 }
 
-TEST(VirtualVersion, Firmware_file_location_reads_the_file_and_not_the_device) {
+TEST(VirtualVersion, Firmware_file_location_reads_file_and_not_device) {
     VirtualIsp isp;
     Command command;
     command->enumVersionLocationType = ENUM_VER_LOC_FWBIN;
@@ -103,7 +103,7 @@ TEST(VirtualVersion, Copy_location_compares_both_images) {
                                           L"Banks whose copy differs: 1\n"));
 }
 
-TEST(VirtualVersion, Comparing_leaves_a_device_of_the_same_version_alone) {
+TEST(VirtualVersion, Comparever_skips_device_of_same_version) {
     VirtualIsp isp;
     Program(isp, FirmwareOfVersion("3.1"));
     std::string same = FirmwareOfVersion("3.1");
@@ -123,7 +123,7 @@ TEST(VirtualVersion, Comparing_leaves_a_device_of_the_same_version_alone) {
     EXPECT_EQ(isp.Dump(0, kBank), FirmwareOfVersion("3.2"));
 }
 
-TEST(VirtualDevice, Information_is_printed_by_its_type) {
+TEST(VirtualDevice, Userdefinedinfo_prints_information_of_given_type) {
     VirtualIsp isp;
     Command command;
     const char *expected[] = {"VIRTUAL-1\n", "Virtual firmware\n", "Virtual monitor\n",
@@ -139,7 +139,7 @@ TEST(VirtualDevice, Information_is_printed_by_its_type) {
     }
 }
 
-TEST(VirtualDevice, A_description_edited_by_hand_is_what_the_device_says) {
+TEST(VirtualDevice, Device_reports_edited_description) {
     VirtualIsp isp;
     isp.folder.Write("device/device.ini", "# mine\nscaler_type = Own type\nversion=9.9\n");
     Command command;
@@ -149,7 +149,7 @@ TEST(VirtualDevice, A_description_edited_by_hand_is_what_the_device_says) {
     EXPECT_THAT(isp.messages, ElementsAre(L"Version: 9.9\n"));
 }
 
-TEST(VirtualDevice, Mode_switches_are_kept_on_the_device) {
+TEST(VirtualDevice, Device_stores_mode_switches) {
     VirtualIsp isp;
     Command command;
     ASSERT_EQ(isp.Run("EnterISPModeExport", command), 0);
@@ -178,7 +178,7 @@ TEST(VirtualDevice, Eeprom_is_programmed_and_reports_its_version) {
     EXPECT_EQ(isp.Run("IspEeprom", command.Banks(1, isp.folder.Path("e.bin"), 1)), 0x5A04);
 }
 
-TEST(VirtualDevice, Key_from_flash_is_what_lies_in_the_key_area) {
+TEST(VirtualDevice, Key_from_flash_is_read_from_key_area) {
     VirtualIsp isp;
     const auto getKey = isp.plugin.Get<decltype(GetKeyFromFlash)>("GetKeyFromFlash");
     Command command;

@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(VirtualJournal, A_call_with_the_defaults_is_its_name_alone) {
+TEST(VirtualJournal, Call_with_default_record_is_recorded_by_name_only) {
     VirtualIsp isp;
     Command command;
     isp.Run("RecordFWVersion", command);
@@ -14,7 +14,7 @@ TEST(VirtualJournal, A_call_with_the_defaults_is_its_name_alone) {
                              "SetCommInterface comm=no\n");
 }
 
-TEST(VirtualJournal, It_is_appended_to_and_never_truncated) {
+TEST(VirtualJournal, Journal_is_appended_and_never_truncated) {
     VirtualIsp isp;
     isp.folder.Write("device/journal.txt", "earlier\n");
     Command command;
@@ -22,7 +22,7 @@ TEST(VirtualJournal, It_is_appended_to_and_never_truncated) {
     EXPECT_EQ(isp.Journal(), "earlier\nGetScalerType\n");
 }
 
-TEST(VirtualJournal, Fields_stand_in_the_order_of_the_record) {
+TEST(VirtualJournal, Fields_are_recorded_in_order_of_record) {
     VirtualIsp isp;
     isp.folder.Write("device/journal.txt", "");
     Command command;
@@ -56,7 +56,7 @@ TEST(VirtualJournal, Fields_stand_in_the_order_of_the_record) {
               "stMergeFwInfo.ucMergeData=[00 05]\n");
 }
 
-TEST(VirtualJournal, A_run_of_banks_ends_where_target_file_bank_or_file_jumps) {
+TEST(VirtualJournal, Range_of_banks_ends_if_target_file_bank_or_file_jumps) {
     VirtualIsp isp;
     isp.folder.Write("device/journal.txt", "");
     Command command;
@@ -66,7 +66,7 @@ TEST(VirtualJournal, A_run_of_banks_ends_where_target_file_bank_or_file_jumps) {
                              "4 <- \"/a\" 2, 5 <- \"/a\" 2, 6 <- \"/b\" 3]\n");
 }
 
-TEST(VirtualJournal, A_text_of_260_characters_ends_there_and_stays_on_its_line) {
+TEST(VirtualJournal, String_of_260_characters_stays_on_its_line) {
     VirtualIsp isp;
     isp.folder.Write("device/journal.txt", "");
     Command command;

@@ -104,7 +104,7 @@ class VirtualSign : public testing::Test {
     }();
 };
 
-TEST_F(VirtualSign, Internal_pairs_verify_what_they_signed_and_nothing_else) {
+TEST_F(VirtualSign, Internal_key_pair_verifies_only_its_own_signatures) {
     for (int signer = 0; signer <= 4; ++signer) {
         args.nKeyPair = signer;
         ASSERT_EQ(Sign(2), 1);
@@ -120,7 +120,7 @@ TEST_F(VirtualSign, Internal_pairs_verify_what_they_signed_and_nothing_else) {
     }
 }
 
-TEST_F(VirtualSign, External_keys_make_a_round_trip_and_other_keys_are_refused) {
+TEST_F(VirtualSign, External_key_signs_and_only_its_verify_key_verifies) {
     Set(args.szSignKeyFile, folder.Path("sk.pem"));
     Set(args.szVerifyKeyFile, folder.Path("vk.pem"));
     ASSERT_EQ(Sign(3), 1);
@@ -134,7 +134,7 @@ TEST_F(VirtualSign, External_keys_make_a_round_trip_and_other_keys_are_refused) 
     EXPECT_EQ(Verify(1), 0);
 }
 
-TEST_F(VirtualSign, A_tampered_firmware_or_signature_is_refused) {
+TEST_F(VirtualSign, Modified_firmware_or_signature_is_rejected) {
     Set(args.szSignKeyFile, folder.Path("sk.pem"));
     Set(args.szVerifyKeyFile, folder.Path("vk.pem"));
     ASSERT_EQ(Sign(3), 1);
@@ -161,7 +161,7 @@ TEST_F(VirtualSign, A_tampered_firmware_or_signature_is_refused) {
     EXPECT_EQ(Verify(3), 1);
 }
 
-TEST_F(VirtualSign, The_next_verify_key_must_belong_to_the_sign_key) {
+TEST_F(VirtualSign, Next_verify_key_must_match_sign_key) {
     Set(args.szSignKeyFile, folder.Path("sk.pem"));
     Set(args.szNextVerifyKeyFile, folder.Path("other.pem"));
     std::string output;
@@ -173,7 +173,7 @@ TEST_F(VirtualSign, The_next_verify_key_must_belong_to_the_sign_key) {
     EXPECT_EQ(Verify(4), 1);
 }
 
-TEST_F(VirtualSign, A_key_from_the_flash_is_used_instead_of_the_files) {
+TEST_F(VirtualSign, Key_from_flash_replaces_key_files) {
     Set(args.szSignKeyFile, folder.Path("sk.pem"));
     Set(args.szNextVerifyKeyFile, folder.Path("vk.pem"));
     ASSERT_EQ(Sign(4), 1);
@@ -190,7 +190,7 @@ TEST_F(VirtualSign, A_key_from_the_flash_is_used_instead_of_the_files) {
     }
 }
 
-TEST_F(VirtualSign, Hardware_signs_with_the_file_or_the_internal_key) {
+TEST_F(VirtualSign, Hardware_type_signs_with_key_file_or_internal_key) {
     args.enumDigitalSignatureType = ENUM_SIGN_TYPE_HW;
     args.enumHWDigitalSignatureMode = ENUM_SIGN_HW_MODE_2;
     EXPECT_EQ(Sign(0), 0) << "the next verify key is needed";
@@ -207,7 +207,7 @@ TEST_F(VirtualSign, Hardware_signs_with_the_file_or_the_internal_key) {
     EXPECT_EQ(Sign(0), 0) << "no pair";
 }
 
-TEST_F(VirtualSign, Hardware_mode_1_signs_the_next_verify_key_without_a_firmware) {
+TEST_F(VirtualSign, Hardware_mode_1_signs_next_verify_key_without_firmware) {
     args.enumDigitalSignatureType = ENUM_SIGN_TYPE_HW;
     args.enumHWDigitalSignatureMode = ENUM_SIGN_HW_MODE_1;
     Set(args.szFwFile, folder.Path("none.bin"));
@@ -220,7 +220,7 @@ TEST_F(VirtualSign, Hardware_mode_1_signs_the_next_verify_key_without_a_firmware
     EXPECT_EQ(Verify(3), 1);
 }
 
-TEST_F(VirtualSign, What_is_missing_or_unknown_is_refused) {
+TEST_F(VirtualSign, Missing_file_or_unknown_mode_is_rejected) {
     EXPECT_EQ(Sign(0), 0);
     EXPECT_EQ(Sign(1), 0) << "mode 1 cannot sign";
     EXPECT_EQ(Sign(3), 0) << "no sign key";
@@ -250,7 +250,7 @@ TEST_F(VirtualSign, What_is_missing_or_unknown_is_refused) {
     EXPECT_EQ(output, "Virtual sign/verify: there is no record\n");
 }
 
-TEST_F(VirtualSign, A_path_of_260_bytes_has_no_terminator) {
+TEST_F(VirtualSign, Path_of_260_bytes_is_read_without_terminator) {
     std::string path = folder.MakeFolder(std::string(100, 'd')) + "/";
     path += std::string(260 - path.size(), 'f');
     folder.Write(path.substr(folder.Path().size()), Firmware(10));
@@ -258,7 +258,7 @@ TEST_F(VirtualSign, A_path_of_260_bytes_has_no_terminator) {
     EXPECT_EQ(Sign(2), 1);
 }
 
-TEST_F(VirtualSign, Calls_are_journalled_beside_those_of_the_chip) {
+TEST_F(VirtualSign, Journal_records_sign_calls_with_isp_calls) {
     args.nKeyPair = 3;
     Set(args.szFwFile, "/none/fw.bin");
     Set(args.szSignatureFile, "/none/s.sig");

@@ -13,12 +13,12 @@
 using Octets = std::vector<unsigned char>;
 
 /// The virtual communication library on a device of its own, through the library's binding.
-class VirtualBusTest : public testing::Test {
+class VirtualBus : public testing::Test {
   protected:
-    VirtualBusTest() : m_device("SCALER_ISP_VIRTUAL_DEVICE", m_folder.Path("device")) {
+    VirtualBus() : m_device("SCALER_ISP_VIRTUAL_DEVICE", m_folder.Path("device")) {
         EXPECT_EQ(Load(comm), 1);
     }
-    ~VirtualBusTest() override {
+    ~VirtualBus() override {
         comm.FreeCommDllFile();
     }
 

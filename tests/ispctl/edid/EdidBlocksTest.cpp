@@ -18,12 +18,12 @@ std::vector<std::uint8_t> Join(const edid::Block &first, const edid::Block &seco
     return bytes;
 }
 
-TEST(EdidBlocks, Good_edids_have_no_problem) {
+TEST(EdidBlocks, Valid_EDID_has_no_problem) {
     EXPECT_THAT(EdidProblems(edid::Base()), IsEmpty());
     EXPECT_THAT(EdidProblems(Join(edid::Base(1), edid::Cta())), IsEmpty());
 }
 
-TEST(EdidBlocks, Facts_are_read) {
+TEST(EdidBlocks, EdidFacts_reads_facts_of_base_block) {
     EXPECT_EQ(EdidFacts(edid::Base()),
               "manufacturer      TST\n"
               "product           0x1234\n"
@@ -37,7 +37,7 @@ TEST(EdidBlocks, Facts_are_read) {
                 HasSubstr("extension blocks  1\n  block 1         CTA-861\n"));
 }
 
-TEST(EdidBlocks, Year_has_three_forms) {
+TEST(EdidBlocks, Year_is_shown_in_three_forms) {
     edid::Block block = edid::Base();
     block[16] = 0;
     EXPECT_THAT(EdidFacts(block), HasSubstr("made              year 2021\n"));
@@ -45,7 +45,7 @@ TEST(EdidBlocks, Year_has_three_forms) {
     EXPECT_THAT(EdidFacts(block), HasSubstr("made              model year 2021\n"));
 }
 
-TEST(EdidBlocks, Missing_timing_and_name_are_said) {
+TEST(EdidBlocks, Missing_timing_and_name_are_reported) {
     edid::Block block = edid::Base();
     block[54] = block[55] = 0;
     block[75] = 0xFE;
@@ -61,7 +61,7 @@ TEST(EdidBlocks, Large_and_interlaced_timings_are_read) {
     EXPECT_THAT(EdidFacts(block), HasSubstr("preferred timing  3840 x 1080 interlaced, 30.00 Hz"));
 }
 
-TEST(EdidBlocks, Wrong_checksum_is_told_with_the_one_that_is_due) {
+TEST(EdidBlocks, Wrong_checksum_is_reported_with_expected_one) {
     edid::Block block = edid::Base();
     const std::uint8_t due = block[127];
     block[127] = static_cast<std::uint8_t>(due + 1);
@@ -73,7 +73,7 @@ TEST(EdidBlocks, Wrong_checksum_is_told_with_the_one_that_is_due) {
     EXPECT_THAT(EdidProblems(block), ElementsAre(text));
 }
 
-TEST(EdidBlocks, Each_block_is_checked_by_itself) {
+TEST(EdidBlocks, Checksum_of_each_block_is_checked_separately) {
     edid::Block base = edid::Base(1);
     edid::Block cta = edid::Cta();
     ++base[127];
@@ -82,14 +82,14 @@ TEST(EdidBlocks, Each_block_is_checked_by_itself) {
                 ElementsAre(HasSubstr("block 0: checksum 0x"), HasSubstr("block 1: checksum 0x")));
 }
 
-TEST(EdidBlocks, Blocks_are_counted) {
+TEST(EdidBlocks, Announced_and_present_blocks_are_compared) {
     EXPECT_THAT(EdidProblems(edid::Base(1)),
                 ElementsAre("block 0: header declares 1 extension block, file contains 0"));
     EXPECT_THAT(EdidProblems(Join(edid::Base(), edid::Cta())),
                 ElementsAre("block 0: header declares 0 extension blocks, file contains 1"));
 }
 
-TEST(EdidBlocks, Size_and_header_are_checked) {
+TEST(EdidBlocks, Wrong_size_or_header_is_reported) {
     EXPECT_THAT(EdidProblems({}), ElementsAre("size 0 is not a multiple of 128"));
     edid::Block block = edid::Base();
     block[0] = 1;

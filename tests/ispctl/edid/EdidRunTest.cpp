@@ -38,7 +38,7 @@ class EdidRun : public testing::Test {
     std::string m_edid = edid::Bytes(edid::Base(1)) + edid::Bytes(edid::Cta());
 };
 
-TEST_F(EdidRun, All_forms_show_the_same) {
+TEST_F(EdidRun, All_input_forms_print_same_report) {
     const ConsoleResult binary = Run(m_edid);
     EXPECT_EQ(binary.status, 0);
     EXPECT_EQ(binary.err, "");
@@ -52,7 +52,7 @@ TEST_F(EdidRun, All_forms_show_the_same) {
     }
 }
 
-TEST_F(EdidRun, Text_output_is_an_input_again) {
+TEST_F(EdidRun, Text_output_can_be_read_as_input) {
     const ConsoleResult text = Run(m_edid, {"--text"});
     EXPECT_THAT(text.out, StartsWith("// block 0\n0x00, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x00, "
                                      "0x52, 0x74, 0x34, 0x12, 0x78, 0x56, 0x34, 0x12,\n"));
@@ -60,7 +60,7 @@ TEST_F(EdidRun, Text_output_is_an_input_again) {
     EXPECT_EQ(Run(text.out).out, Run(m_edid).out);
 }
 
-TEST_F(EdidRun, Wrong_checksum_is_refused_by_the_library) {
+TEST_F(EdidRun, Wrong_checksum_is_rejected_by_library) {
     m_edid[20] = '\x00'; // was A5
     const ConsoleResult result = Run(m_edid);
     EXPECT_EQ(result.status, 1);
@@ -70,7 +70,7 @@ TEST_F(EdidRun, Wrong_checksum_is_refused_by_the_library) {
     EXPECT_THAT(result.err, HasSubstr("ispctl: invalid EDID\n"));
 }
 
-TEST_F(EdidRun, Blocks_that_only_sum_up_together_are_refused) {
+TEST_F(EdidRun, Blocks_valid_only_in_sum_are_rejected) {
     m_edid[20] = static_cast<char>(m_edid[20] + 1);
     m_edid[140] = static_cast<char>(m_edid[140] - 1);
     const ConsoleResult result = Run(m_edid);
@@ -81,7 +81,7 @@ TEST_F(EdidRun, Blocks_that_only_sum_up_together_are_refused) {
     EXPECT_THAT(result.err, HasSubstr("ispctl: invalid EDID\n"));
 }
 
-TEST_F(EdidRun, Text_without_bytes_is_refused) {
+TEST_F(EdidRun, Text_without_bytes_is_rejected) {
     EXPECT_EQ(Run("").status, 1);
     EXPECT_EQ(Run("0x100,").err,
               "ispctl: " + m_folder.Path("e") + ": no bytes, or a value greater than 255\n");
@@ -89,7 +89,7 @@ TEST_F(EdidRun, Text_without_bytes_is_refused) {
               "ispctl: " + m_folder.Path("e") + ": an odd number of hexadecimal digits\n");
 }
 
-TEST_F(EdidRun, Form_can_be_given) {
+TEST_F(EdidRun, Option_form_overrides_detection) {
     EXPECT_EQ(Run(Hex(m_edid, ""), {"--form", "hex"}).status, 0);
     EXPECT_EQ(Run(Hex(m_edid, ""), {"--form", "binary"}).status, 1);
     EXPECT_EQ(Run(m_edid, {"--form", "octal"}).status, 2);

@@ -18,7 +18,7 @@ class ScriptRun : public testing::Test {
     TempFolder m_folder;
 };
 
-TEST_F(ScriptRun, Records_reach_the_library_and_reads_are_shown) {
+TEST_F(ScriptRun, Records_reach_library_and_reads_are_shown) {
     const ConsoleResult result = Run("const kPanel = 0x0120\nScalerStop\nWriteRegEx kPanel, 0x5A\n"
                                      "WriteRegs 0x10, 1, {0x11, 0x22}\nReadReg 0x33\n"
                                      "ReadRegs 0x44, 3, 0\nI2CRead 0xA0, 0x80\nScalerRun\n");
@@ -29,7 +29,7 @@ TEST_F(ScriptRun, Records_reach_the_library_and_reads_are_shown) {
     EXPECT_EQ(result.status, 0);
 }
 
-TEST_F(ScriptRun, Failing_call_ends_the_run_and_earlier_reads_are_shown) {
+TEST_F(ScriptRun, Failing_call_ends_run_after_earlier_reads_are_shown) {
     const EnvGuard fails("RECORDING_COMM_FAILS", "WriteReg");
     const ConsoleResult result = Run("ReadReg 1\nWriteReg 1, 2\nReadReg 3\n");
     EXPECT_EQ(result.status, 1);
@@ -38,13 +38,13 @@ TEST_F(ScriptRun, Failing_call_ends_the_run_and_earlier_reads_are_shown) {
                           "ispctl: failed with 0x9: status of the communication library\n");
 }
 
-TEST_F(ScriptRun, Poll_without_a_match_is_told_in_words) {
+TEST_F(ScriptRun, Poll_without_match_is_described) {
     const ConsoleResult result = Run("PollMcuReg 1, 0xFF, 0, 2, 0");
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(result.err, HasSubstr("ispctl: failed with 0x3: a poll used up its tries"));
 }
 
-TEST_F(ScriptRun, Channel_is_chosen_first) {
+TEST_F(ScriptRun, Channel_is_selected_before_script_runs) {
     const std::string script = m_folder.Write("a.bin", "\x01");
     const ConsoleResult result = RunConsole({"script", "run", "--lib", REAL_LIBRARY, "--comm",
                                              RECORDING_COMM, "--channel", "6", script});
@@ -52,7 +52,7 @@ TEST_F(ScriptRun, Channel_is_chosen_first) {
                           "ispctl: success\n");
 }
 
-TEST_F(ScriptRun, Library_that_does_not_start_runs_nothing) {
+TEST_F(ScriptRun, Failed_initialisation_of_library_runs_no_script) {
     const EnvGuard fails("RECORDING_COMM_FAILS", "Initiallize");
     const ConsoleResult result = Run("ScalerRun");
     EXPECT_EQ(result.status, 1);
@@ -61,7 +61,7 @@ TEST_F(ScriptRun, Library_that_does_not_start_runs_nothing) {
         "comm Initiallize\nispctl: cannot initialise the communication library (status 0x9)\n");
 }
 
-TEST_F(ScriptRun, Library_that_ends_the_process_is_no_success) {
+TEST_F(ScriptRun, Library_that_exits_fails_run) {
     const EnvGuard exits("RECORDING_COMM_EXITS", "ScalerRun");
     const ConsoleResult result = Run("ScalerStop\nScalerRun\nScalerStop");
     EXPECT_EQ(result.status, 1);
@@ -72,7 +72,7 @@ TEST_F(ScriptRun, Library_that_ends_the_process_is_no_success) {
         "in use; the state of the device is unknown\n");
 }
 
-TEST_F(ScriptRun, More_reads_than_are_kept_are_refused) {
+TEST_F(ScriptRun, Script_with_too_many_reads_is_rejected) {
     std::string text = "const kAll = 0xFFFF\n";
     for (int i = 0; i < 1100; ++i) {
         text += "ReadRegs 0x44, kAll, 0\n";
@@ -83,7 +83,7 @@ TEST_F(ScriptRun, More_reads_than_are_kept_are_refused) {
                           "maximum of 67108864\n");
 }
 
-TEST_F(ScriptRun, Script_with_a_problem_is_not_run) {
+TEST_F(ScriptRun, Script_with_problem_is_not_run) {
     const ConsoleResult result = Run("ScalerRun\nbytes {3, 1}");
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.err, m_folder.Path("a.script") +
@@ -91,7 +91,7 @@ TEST_F(ScriptRun, Script_with_a_problem_is_not_run) {
                               "ispctl: the script was not run\n");
 }
 
-TEST_F(ScriptRun, Wrong_use_is_2) {
+TEST_F(ScriptRun, Usage_error_exits_with_2) {
     const std::string script = m_folder.Write("a.bin", "\x01");
     EXPECT_EQ(RunConsole({"script"}).status, 2);
     EXPECT_EQ(RunConsole({"script", "walk"}).status, 2);
@@ -106,7 +106,7 @@ TEST_F(ScriptRun, Wrong_use_is_2) {
     EXPECT_THAT(missing.err, HasSubstr("ispctl: cannot load /no/comm"));
 }
 
-TEST_F(ScriptRun, Assemble_list_and_check_work_together) {
+TEST_F(ScriptRun, Assembled_script_passes_list_and_check) {
     const std::string text = m_folder.Write("a.script", "WriteReg 0x10, 0x20\nReadReg 1 // read\n");
     const std::string bytes = m_folder.Path("a.bin");
     EXPECT_EQ(RunConsole({"script", "assemble", text}).out, "0x03, 0x10, 0x20,\n0x05, 0x01,\n");

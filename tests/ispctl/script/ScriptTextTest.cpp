@@ -17,7 +17,7 @@ struct Row {
     Bytes bytes;
 };
 
-TEST(ScriptText, Each_statement_makes_its_record) {
+TEST(ScriptText, Each_statement_assembles_to_its_record) {
     const Row rows[] = {
         {"Wait 258", {0, 1, 2}},
         {"ScalerRun", {1}},
@@ -54,20 +54,20 @@ TEST(ScriptText, Each_statement_makes_its_record) {
     }
 }
 
-TEST(ScriptText, Operands_may_have_their_names) {
+TEST(ScriptText, Named_operands_are_accepted) {
     EXPECT_EQ(AssembleScript("WriteRegEx value = 5, addr = 0x1234"), (Bytes{16, 0x12, 0x34, 5}));
     EXPECT_EQ(AssembleScript("WriteRegBit 1, or_mask=3, and_mask=2"), (Bytes{4, 1, 2, 3}));
     EXPECT_EQ(AssembleScript("WriteRegs data={9}, inc=1, addr=2"), (Bytes{22, 2, 0, 1, 1, 9}));
     EXPECT_EQ(AssembleScript("WriteRegs {9}, 2, 1"), (Bytes{22, 2, 0, 1, 1, 9}));
 }
 
-TEST(ScriptText, Constants_stand_for_numbers) {
+TEST(ScriptText, Constants_are_replaced_by_their_numbers) {
     EXPECT_EQ(AssembleScript("const kA = 0x1234\nconst k_2 = kA\nWriteRegEx k_2, 5\n"
                              "const one = 1\nbytes {one, 2}"),
               (Bytes{16, 0x12, 0x34, 5, 1, 2}));
 }
 
-TEST(ScriptText, Comments_and_empty_lines_are_passed_over) {
+TEST(ScriptText, Comments_and_empty_lines_are_skipped) {
     EXPECT_EQ(AssembleScript("\n// a\r\n/* b\n c */ ScalerRun // d\n\nScalerStop /* e */\r\n"),
               (Bytes{1, 2}));
     EXPECT_EQ(AssembleScript("bytes {\n  1, // one\n  2\n}\n"), (Bytes{1, 2}));
@@ -89,7 +89,7 @@ std::string ErrorOf(const std::string &text) {
     }
 }
 
-TEST(ScriptText, Errors_say_where_and_why) {
+TEST(ScriptText, Error_contains_position_and_reason) {
     const ErrorRow rows[] = {
         {"ScalerRun\n  Writereg 1, 2", "2:3: unknown statement Writereg"},
         {"5", "1:1: expected a statement name"},
@@ -132,7 +132,7 @@ TEST(ScriptText, Errors_say_where_and_why) {
     }
 }
 
-TEST(ScriptText, Longest_block_is_taken_and_no_longer_one) {
+TEST(ScriptText, Longest_block_is_accepted_and_longer_one_rejected) {
     std::string data = "WriteRegs 1, 1, {0";
     for (int i = 1; i < 65535; ++i) {
         data += ",0";
@@ -141,7 +141,7 @@ TEST(ScriptText, Longest_block_is_taken_and_no_longer_one) {
     EXPECT_EQ(ErrorOf(data + ",0}"), "1:17: 65536 data bytes, at most 65535 are allowed");
 }
 
-TEST(ScriptText, List_is_readable) {
+TEST(ScriptText, Listing_is_formatted_as_documented) {
     EXPECT_EQ(ListScript(Bytes{0, 1, 2, 22, 0x10, 0, 2, 1, 0xAA, 0xBB, 26, 0,  0, 0, 1, 0, 0,  0,
                                2, 9, 9, 13, 1,    2, 3, 0, 4,    0,    5,  23, 1, 0, 7, 0, 27, 1}),
               "Wait ms = 258\n"
@@ -157,7 +157,7 @@ TEST(ScriptText, List_is_readable) {
                                           "bytes {0x03, 0x04}\n");
 }
 
-TEST(ScriptText, Assembling_a_list_gives_the_same_bytes) {
+TEST(ScriptText, Assembling_listing_returns_same_bytes) {
     std::mt19937 random(5);
     for (int round = 0; round < 20000; ++round) {
         Bytes bytes(random() % 60);
@@ -171,7 +171,7 @@ TEST(ScriptText, Assembling_a_list_gives_the_same_bytes) {
     }
 }
 
-TEST(ScriptText, Every_single_byte_and_pair_survives_a_list) {
+TEST(ScriptText, Listing_of_every_byte_and_pair_assembles_to_same_bytes) {
     for (unsigned int first = 0; first < 256; ++first) {
         for (unsigned int second = 0; second < 256; ++second) {
             const Bytes bytes = {static_cast<std::uint8_t>(first),
@@ -181,7 +181,7 @@ TEST(ScriptText, Every_single_byte_and_pair_survives_a_list) {
     }
 }
 
-TEST(ScriptText, Byte_list_has_a_record_a_line) {
+TEST(ScriptText, Byte_list_has_one_record_per_line) {
     EXPECT_EQ(ispctl::ByteListOfScript(Bytes{1, 3, 0x10, 0x20, 27}),
               "0x01,\n0x03, 0x10, 0x20,\n0x1B,\n");
 }

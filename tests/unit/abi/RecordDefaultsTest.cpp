@@ -62,7 +62,7 @@ void ExpectSame(const Bytes &actual, const Bytes &expected) {
     }
 }
 
-TEST(RecordDefaults, Command_record) {
+TEST(RecordDefaults, Constructor_of_command_record_sets_documented_defaults) {
     Expected expected(546704);
     for (const std::size_t offset : {0U, 4U, 8U, 16U, 20U, 24U, 28U, 32U, 36U, 44U}) {
         expected.Word(offset, 0);
@@ -114,7 +114,7 @@ TEST(RecordDefaults, Map_constructor_clears_only_128_target_banks) {
     }
 }
 
-TEST(RecordDefaults, Map_inside_of_a_command_record_is_cleared_the_same_way) {
+TEST(RecordDefaults, Map_in_command_record_clears_same_target_banks) {
     const Bytes record = FreshBytes<STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING>();
     EXPECT_EQ(WordAt(record, 92 + 4 * 127), 0U);
     EXPECT_EQ(WordAt(record, 92 + 4 * 128), 0xCCCCCCCCU);
@@ -125,7 +125,7 @@ TEST(RecordDefaults, Map_inside_of_a_command_record_is_cleared_the_same_way) {
     EXPECT_EQ(record[545379], 0xCC);
 }
 
-TEST(RecordDefaults, Parts_on_their_own) {
+TEST(RecordDefaults, Constructors_of_sub_records_set_documented_defaults) {
     ExpectSame(FreshBytes<STRUCT_C_STYLE_FW_BANK_SETTING>(), Expected(1056).Fill(0, 1052, 0).Get());
     ExpectSame(FreshBytes<STRUCT_FLAG_SETTING>(),
                Expected(1232).Word(0, 0).Fill(4, 1220, 0xFF).Word(1224, 0).Word(1228, 0).Get());
@@ -137,11 +137,11 @@ TEST(RecordDefaults, Parts_on_their_own) {
     ExpectSame(FreshBytes<STRUCT_MERGE_FW_INFO_SETTING>(), Bytes(20, 0));
 }
 
-TEST(RecordDefaults, Sign_record_is_1840_zero_bytes) {
+TEST(RecordDefaults, Constructor_of_sign_record_sets_1840_zero_bytes) {
     ExpectSame(FreshBytes<STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS>(), Bytes(1840, 0));
 }
 
-TEST(RecordDefaults, Records_are_plain) {
+TEST(RecordDefaults, Records_are_trivially_copyable_standard_layout) {
     const auto plain = [](auto *record) {
         using Record = std::remove_pointer_t<decltype(record)>;
         return std::is_trivially_copyable_v<Record> && std::is_standard_layout_v<Record> &&

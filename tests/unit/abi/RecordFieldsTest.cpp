@@ -43,7 +43,7 @@ template <class Record, class Write> std::pair<std::size_t, std::size_t> Changed
               (std::pair<std::size_t, std::size_t>(OFFSET, WIDTH)))                                \
         << #MEMBER
 
-TEST(RecordFields, Fields_of_the_command_record_lie_where_the_plug_in_reads_them) {
+TEST(RecordFields, Fields_of_command_record_have_documented_offsets) {
     EXPECT_FIELD(Command, enumActionType, 0, 4);
     EXPECT_FIELD(Command, enumDigitalSignatureType, 4, 4);
     EXPECT_FIELD(Command, enumSWDigitalSignatureMode, 8, 4);
@@ -96,7 +96,7 @@ TEST(RecordFields, Fields_of_the_command_record_lie_where_the_plug_in_reads_them
     EXPECT_FIELD(Command, stMergeFwInfo.ucMergeData, 546688, 16);
 }
 
-TEST(RecordFields, Fields_of_the_sign_record_lie_where_the_plug_in_reads_them) {
+TEST(RecordFields, Fields_of_sign_record_have_documented_offsets) {
     EXPECT_FIELD(Sign, enumSignActionType, 0, 4);
     EXPECT_FIELD(Sign, enumDigitalSignatureType, 4, 4);
     EXPECT_FIELD(Sign, enumSWDigitalSignatureMode, 8, 4);
@@ -111,7 +111,7 @@ TEST(RecordFields, Fields_of_the_sign_record_lie_where_the_plug_in_reads_them) {
     EXPECT_FIELD(Sign, szNextVerifyKeyFile, 1580, 260);
 }
 
-TEST(RecordFields, Numbers_are_little_endian_with_the_stated_signs) {
+TEST(RecordFields, Numbers_are_little_endian_with_documented_sign) {
     const auto record = std::make_unique<Command>();
     record->enumActionType = ENUM_ACTION_GETSCALERTYPE;
     record->nSlaveAddressState = -1;
@@ -145,7 +145,7 @@ TEST(RecordFields, Enumerations_hold_any_32_bit_number) {
     static_assert(sizeof(ENUM_CP_DIGITAL_SIGNATURE_HW_MODE) == 4);
 }
 
-TEST(RecordFields, Signature_values) {
+TEST(RecordFields, Signature_enumerators_have_documented_values) {
     EXPECT_EQ(ENUM_SIGN_ACTION_SIGN, 1U);
     EXPECT_EQ(ENUM_SIGN_ACTION_VERIFY, 2U);
     EXPECT_EQ(ENUM_SIGN_TYPE_SW, 1U);
@@ -159,7 +159,7 @@ TEST(RecordFields, Signature_values) {
 }
 
 /// The field table that plug-in authors expand.
-TEST(RecordFields, Field_table_covers_every_byte_once) {
+TEST(RecordFields, Field_tables_cover_every_byte_once) {
     std::vector<int> times(546704, 0);
     const auto cover = [&](std::size_t offset, std::size_t width) {
         for (std::size_t i = offset; i < offset + width; ++i) {
@@ -180,7 +180,7 @@ TEST(RecordFields, Field_table_covers_every_byte_once) {
     EXPECT_EQ(times, std::vector<int>(546704, 1));
 }
 
-TEST(RecordFields, Field_table_states_the_defaults_of_the_constructor) {
+TEST(RecordFields, Field_table_contains_defaults_of_constructor) {
     const auto record = std::make_unique<Command>();
     const auto check = [](const char *name, const auto &field, long long value) {
         if constexpr (std::is_array_v<std::remove_reference_t<decltype(field)>>) {
@@ -196,7 +196,7 @@ TEST(RecordFields, Field_table_states_the_defaults_of_the_constructor) {
 #include "scaler_isp/abi/command_setting_fields.def"
 }
 
-TEST(RecordFields, Result_codes) {
+TEST(RecordFields, Result_codes_have_documented_values) {
     EXPECT_EQ(SCALER_ISP_SUCCESS, 0);
     EXPECT_EQ(SCALER_ISP_REFUSED, -1);
     EXPECT_EQ(SCALER_ISP_FUNCTION_MISSING, 6);

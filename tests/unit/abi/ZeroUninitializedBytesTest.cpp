@@ -45,7 +45,7 @@ Bytes BytesOf(const Command &record) {
     return bytes;
 }
 
-TEST(ZeroUninitializedBytes, Cleared_record_is_that_of_zeroed_memory) {
+TEST(ZeroUninitializedBytes, Cleared_record_equals_record_in_zeroed_memory) {
     const Built<Command> onZeroes(0x00);
     const Built<Command> onStaleData(0xCC);
     ASSERT_FALSE(BytesOf(*onStaleData) == BytesOf(*onZeroes));
@@ -53,7 +53,7 @@ TEST(ZeroUninitializedBytes, Cleared_record_is_that_of_zeroed_memory) {
     EXPECT_TRUE(BytesOf(*onStaleData) == BytesOf(*onZeroes));
 }
 
-TEST(ZeroUninitializedBytes, Parser_hands_out_no_stale_byte) {
+TEST(ZeroUninitializedBytes, Parser_returns_no_stale_byte) {
     const Built<CCpIspArgsParse> onStaleData(0xCC);
     const std::unique_ptr<Command> record(new Command((*onStaleData).GetISPCmdSetting()));
     const Bytes bytes = BytesOf(*record);

@@ -2,7 +2,7 @@
 
 using ArgsScan = ParserTest;
 
-TEST_F(ArgsScan, First_word_is_the_program_name) {
+TEST_F(ArgsScan, First_argument_is_program_name) {
     const char *const one[] = {"--resetmcu"};
     EXPECT_REFUSED(Ask([&] { return parser->ParseArgs(1, one); }),
                    "Action type undefined or illegal!\n");
@@ -11,7 +11,7 @@ TEST_F(ArgsScan, First_word_is_the_program_name) {
     EXPECT_EQ(Setting()->enumActionType, ENUM_ACTION_RESETMCU);
 }
 
-TEST_F(ArgsScan, No_words_at_all_are_no_action) {
+TEST_F(ArgsScan, Empty_argument_list_has_no_action) {
     const char *const none[] = {nullptr};
     EXPECT_REFUSED(Ask([&] { return parser->ParseArgs(0, none); }),
                    "Action type undefined or illegal!\n");
@@ -19,7 +19,7 @@ TEST_F(ArgsScan, No_words_at_all_are_no_action) {
                    "Action type undefined or illegal!\n");
 }
 
-TEST_F(ArgsScan, Callers_words_keep_their_order) {
+TEST_F(ArgsScan, ParseArgs_keeps_order_of_argv) {
     const char *const argv[] = {"tool", "stray", "--resetmcu", "more"};
     EXPECT_EQ(Ask([&] { return parser->ParseArgs(4, argv); }).result, 1);
     EXPECT_STREQ(argv[1], "stray");
@@ -38,7 +38,7 @@ TEST_F(ArgsScan, Unknown_options_are_not_fatal) {
     EXPECT_EQ(Setting()->enumCommID, 0U);
 }
 
-TEST_F(ArgsScan, Stray_words_are_listed_with_blanks) {
+TEST_F(ArgsScan, Non_option_arguments_are_listed_with_spaces) {
     Answer answer = Parse({"a", "--resetmcu", "b c", "--", "--erase"});
     EXPECT_EQ(answer.result, 1);
     EXPECT_EQ(answer.out, "non-option ARGV-elements: a b c --erase \n");
@@ -48,7 +48,7 @@ TEST_F(ArgsScan, Stray_words_are_listed_with_blanks) {
     EXPECT_EQ(answer.out, "");
 }
 
-TEST_F(ArgsScan, Values_come_behind_a_blank_or_an_equals_sign) {
+TEST_F(ArgsScan, Value_follows_space_or_equals_sign) {
     EXPECT_ACCEPTED(Parse({"--resetmcu", "--comm=7"}));
     EXPECT_EQ(static_cast<unsigned>(Setting()->enumCommID), 7U);
     EXPECT_ACCEPTED(ParseFresh({"--resetmcu", "--comm", "8"}));
@@ -57,12 +57,12 @@ TEST_F(ArgsScan, Values_come_behind_a_blank_or_an_equals_sign) {
     EXPECT_EQ(Setting()->ucSlaveAddress, 8);
 }
 
-TEST_F(ArgsScan, Last_of_several_values_counts) {
+TEST_F(ArgsScan, Last_of_several_values_wins) {
     EXPECT_ACCEPTED(Parse({"--resetmcu", "--comm", "bad", "--comm", "3"}));
     EXPECT_EQ(static_cast<unsigned>(Setting()->enumCommID), 3U);
 }
 
-TEST_F(ArgsScan, Texts_reach_the_signature_record) {
+TEST_F(ArgsScan, String_options_reach_signature_record) {
     folder.Write("fw.bin", "x");
     EXPECT_ACCEPTED(Parse({"--isp", "--factory", "--sw", "--fw",         "fw.bin", "--signfile",
                            "t1",    "--keypair", "t2",   "--vkfile",     "t3",     "--skfile",
@@ -81,7 +81,7 @@ TEST_F(ArgsScan, Texts_reach_the_signature_record) {
     EXPECT_EQ(sign.enumSWDigitalSignatureMode, 3U);
 }
 
-TEST_F(ArgsScan, Texts_reach_the_command_record) {
+TEST_F(ArgsScan, String_options_reach_command_record) {
     EXPECT_ACCEPTED(Parse({"--resetmcu", "--flash", "--veraddr", "1", "--totalverlen", "20",
                            "--majorverlen", "3", "--subverlen", "4", "--recordvermode", "0"}));
     const auto flash = Setting()->stReadVersionFromFlash;
@@ -111,20 +111,20 @@ TEST_F(ArgsScan, Search_and_file_exclude_each_other_silently) {
     EXPECT_EQ(Setting()->stMapFw.ulFwCount, 2U);
 }
 
-TEST_F(ArgsScan, Repeated_search_is_a_repeated_file) {
+TEST_F(ArgsScan, Repeated_search_is_reported_as_repeated_firmware) {
     folder.Write("a.bin", "x");
     EXPECT_REFUSED(Parse({"--isp", "--searchfw", "auto", "--searchfw", "auto"}),
                    "Parameter has been detected two or more times! --fw0 \n");
 }
 
-TEST_F(ArgsScan, Search_rule_is_one_of_three_words) {
+TEST_F(ArgsScan, Searchfw_accepts_three_keywords_only) {
     for (const char *rule : {"AUTO", "", "aut", "automatic", "Prefix", "user"}) {
         EXPECT_REFUSED(ParseFresh({"--isp", "--searchfw", rule}),
                        "auto search fw parameter illegal!\n");
     }
 }
 
-TEST_F(ArgsScan, Automatic_search_needs_exactly_one_file) {
+TEST_F(ArgsScan, Searchfw_auto_needs_exactly_one_file) {
     EXPECT_REFUSED(Parse({"--isp", "--searchfw", "auto"}), "cann't find bin file!\n");
     folder.Write(".bin", "x");
     folder.Write("A.BIN", "x");
@@ -138,13 +138,13 @@ TEST_F(ArgsScan, Automatic_search_needs_exactly_one_file) {
     EXPECT_REFUSED(ParseFresh({"--isp", "--searchfw", "auto"}), "find more than one bin file!\n");
 }
 
-TEST_F(ArgsScan, Found_file_is_the_firmware_to_sign) {
+TEST_F(ArgsScan, Searchfw_finds_firmware_to_sign) {
     const std::string a = folder.Write("a.bin", "x");
     EXPECT_ACCEPTED(Parse({"--sign", "--sw", "--dsmode", "2", "--searchfw", "auto"}));
     EXPECT_EQ(TextOf(Sign().szFwFile), a);
 }
 
-TEST_F(ArgsScan, Merge_data_counts_behind_its_action_only) {
+TEST_F(ArgsScan, Write_stores_merge_data_only_after_mergefwinfo) {
     EXPECT_ACCEPTED(Parse({"--mergefwinfo", "--write", "1.2.3"}));
     EXPECT_EQ(Setting()->enumMergeFWInfoMode, 1U);
     EXPECT_EQ(Setting()->stMergeFwInfo.ulMergeDataCount, 3U);
@@ -156,13 +156,13 @@ TEST_F(ArgsScan, Merge_data_counts_behind_its_action_only) {
     EXPECT_EQ(Setting()->stMergeFwInfo.ulMergeDataCount, 0U);
 }
 
-TEST_F(ArgsScan, Reading_and_writing_together_read) {
+TEST_F(ArgsScan, Read_together_with_write_selects_read) {
     EXPECT_ACCEPTED(Parse({"--mergefwinfo", "--read", "--write", "bad"}));
     EXPECT_EQ(Setting()->enumMergeFWInfoMode, 0U);
     EXPECT_EQ(Setting()->stMergeFwInfo.ulMergeDataCount, 0U);
 }
 
-TEST_F(ArgsScan, Flag_words_repeat_on_every_later_flag_option) {
+TEST_F(ArgsScan, Flag_values_repeat_on_every_later_flag_option) {
     // --write is a flag option too, and it has an argument: the mode of --userdefined becomes "4".
     EXPECT_ACCEPTED(Parse({"--userdefined", "3", "--write", "4", "--resetmcu"}));
     EXPECT_EQ(static_cast<unsigned>(Setting()->enumUserDefinedVersionType), 4U);
@@ -171,7 +171,7 @@ TEST_F(ArgsScan, Flag_words_repeat_on_every_later_flag_option) {
     EXPECT_EQ(Setting()->stMergeFwInfo.ucMergeData[0], 5);
 }
 
-TEST_F(ArgsScan, Flag_option_without_an_argument_leaves_the_copies_alone) {
+TEST_F(ArgsScan, Flag_option_without_argument_keeps_copied_values) {
     EXPECT_ACCEPTED(Parse({"--userdefined", "3", "--resetmcu"}));
     EXPECT_EQ(static_cast<unsigned>(Setting()->enumUserDefinedVersionType), 3U);
     EXPECT_EQ(static_cast<unsigned>(Setting()->enumVersionLocationType), 8U);
@@ -179,7 +179,7 @@ TEST_F(ArgsScan, Flag_option_without_an_argument_leaves_the_copies_alone) {
     EXPECT_EQ(Setting()->stMergeFwInfo.ucMergeData[0], 7);
 }
 
-TEST_F(ArgsScan, Parser_starts_with_default_records_and_no_files) {
+TEST_F(ArgsScan, New_parser_has_default_records_and_no_files) {
     const auto setting = Setting();
     EXPECT_EQ(static_cast<unsigned>(setting->enumVersionLocationType), 1U);
     EXPECT_EQ(setting->enumMergeFWGeneration, 2U);
@@ -192,7 +192,7 @@ TEST_F(ArgsScan, Parser_starts_with_default_records_and_no_files) {
     EXPECT_EQ(std::make_unique<CCpIspArgsParse>()->GetCurrentDir(), "");
 }
 
-TEST_F(ArgsScan, Records_are_copied_byte_for_byte) {
+TEST_F(ArgsScan, Records_are_set_and_returned_byte_for_byte) {
     auto record = Setting();
     std::vector<unsigned char> pattern(sizeof *record);
     for (std::size_t i = 0; i < pattern.size(); ++i) {

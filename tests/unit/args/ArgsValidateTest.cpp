@@ -1,9 +1,9 @@
 #include "ParserFixture.h"
 
 /// The order of the judgement and what each step stores.
-class ArgsJudge : public ParserTest {
+class ArgsValidate : public ParserTest {
   protected:
-    ArgsJudge() {
+    ArgsValidate() {
         fw = folder.Write("fw.bin", "firmware");
         folder.Write("fw.sig", "signature");
         folder.Write("vk.pem", "key");
@@ -15,14 +15,14 @@ class ArgsJudge : public ParserTest {
     std::string fw;
 };
 
-TEST_F(ArgsJudge, One_action_is_needed) {
+TEST_F(ArgsValidate, Line_needs_exactly_one_action) {
     EXPECT_REFUSED(Parse({}), "Action type undefined or illegal!\n");
     EXPECT_REFUSED(ParseFresh({"--verify", "--erase"}),
                    "Action type undefined or more than one type!\n");
     EXPECT_ACCEPTED(ParseFresh({"--erase", "--erase"}));
 }
 
-TEST_F(ArgsJudge, Unknown_bits_of_a_raw_record_are_refused) {
+TEST_F(ArgsValidate, Unknown_mask_bits_of_raw_record_are_rejected) {
     STRUCT_CP_ISP_CMD_ARGS args;
     args.ulActionMask = 0x80000000U;
     EXPECT_REFUSED(Judge(args), "Action type undefined or illegal!\n");
@@ -36,7 +36,7 @@ TEST_F(ArgsJudge, Unknown_bits_of_a_raw_record_are_refused) {
     EXPECT_ACCEPTED(Judge(args));
 }
 
-TEST_F(ArgsJudge, Raw_record_starts_with_the_defaults) {
+TEST_F(ArgsValidate, Raw_record_has_documented_defaults) {
     const STRUCT_CP_ISP_CMD_ARGS args;
     EXPECT_EQ(args.ulIspMode, 1U);
     EXPECT_EQ(args.ulMergeFwGeneration, 2U);
@@ -77,25 +77,25 @@ TEST_F(ArgsJudge, Raw_record_starts_with_the_defaults) {
     }
 }
 
-TEST_F(ArgsJudge, Action_comes_before_everything_else) {
+TEST_F(ArgsValidate, Action_is_checked_before_all_other_options) {
     EXPECT_REFUSED(Parse({"--sw", "--hw", "--reg", "--ddcci", "--comm", "x", "--write", "y"}),
                    "Action type undefined or illegal!\n");
 }
 
-TEST_F(ArgsJudge, Merge_data_come_before_the_signature) {
+TEST_F(ArgsValidate, Merge_data_is_checked_before_signature) {
     EXPECT_REFUSED(Parse({"--mergefwinfo", "--write", "x", "--sw", "--hw"}),
                    "Parameter illegal! --MergeFw --write x \n");
     EXPECT_EQ(Setting()->enumMergeFWInfoMode, 1U);
 }
 
-TEST_F(ArgsJudge, One_signature_type_is_allowed) {
+TEST_F(ArgsValidate, Two_signature_types_are_rejected) {
     EXPECT_REFUSED(Parse({"--isp", "--sw", "--hw", "--dsmode", "9"}),
                    "Digital signature type is undefined or more than one type!\n");
     EXPECT_ACCEPTED(ParseFresh({"--isp", "--fw", "fw.bin"}));
     EXPECT_EQ(static_cast<unsigned>(Setting()->enumDigitalSignatureType), 0U);
 }
 
-TEST_F(ArgsJudge, Second_command_of_a_parser_keeps_what_it_has_no_option_for) {
+TEST_F(ArgsValidate, Second_line_keeps_fields_without_option) {
     EXPECT_ACCEPTED(Parse({"--mergefwinfo", "--write", "7"}));
     EXPECT_ACCEPTED(Parse({"--resetmcu"}));
     EXPECT_EQ(static_cast<unsigned>(Setting()->enumMergeFWInfoMode), 1U);
@@ -108,7 +108,7 @@ TEST_F(ArgsJudge, Second_command_of_a_parser_keeps_what_it_has_no_option_for) {
     EXPECT_EQ(static_cast<unsigned>(Sign().enumHWDigitalSignatureMode), 2U);
 }
 
-TEST_F(ArgsJudge, Bad_signature_mode_prints_two_lines) {
+TEST_F(ArgsValidate, Invalid_signature_mode_prints_two_lines) {
     EXPECT_REFUSED(Parse({"--isp", "--sw", "--fw", "a.bin", "--dsmode", "5"}),
                    "Parameter out of range! --dsmode 5 \nDigital signature mode is illegal!\n");
     EXPECT_REFUSED(ParseFresh({"--isp", "--hw", "--dsmode", "q"}),
@@ -117,7 +117,7 @@ TEST_F(ArgsJudge, Bad_signature_mode_prints_two_lines) {
     EXPECT_EQ(static_cast<unsigned>(Sign().enumDigitalSignatureType), 2U);
 }
 
-TEST_F(ArgsJudge, Signature_mode_goes_to_its_own_type) {
+TEST_F(ArgsValidate, Signature_mode_is_stored_for_its_type_only) {
     EXPECT_ACCEPTED(Parse({"--isp", "--factory", "--sw", "--fw", "fw.bin", "--dsmode", "4"}));
     EXPECT_EQ(static_cast<unsigned>(Setting()->enumSWDigitalSignatureMode), 4U);
     EXPECT_EQ(static_cast<unsigned>(Sign().enumSWDigitalSignatureMode), 4U);
@@ -128,7 +128,7 @@ TEST_F(ArgsJudge, Signature_mode_goes_to_its_own_type) {
     EXPECT_EQ(static_cast<unsigned>(Sign().enumHWDigitalSignatureMode), 4U);
 }
 
-TEST_F(ArgsJudge, Firmware_path_is_asked_before_the_action) {
+TEST_F(ArgsValidate, Firmware_path_is_checked_before_action_of_signature) {
     EXPECT_REFUSED(Parse({"--erase", "--sw"}), "Program fw path is undefined!\n");
     EXPECT_REFUSED(ParseFresh({"--erase", "--hw", "--dsmode", "2"}),
                    "Program fw path is undefined!\n");
@@ -141,7 +141,7 @@ TEST_F(ArgsJudge, Firmware_path_is_asked_before_the_action) {
     EXPECT_EQ(TextOf(Sign().szFwFile), "a.bin");
 }
 
-TEST_F(ArgsJudge, Signature_goes_with_programming_actions_only) {
+TEST_F(ArgsValidate, Signature_is_rejected_unless_action_programs_or_signs) {
     const struct {
         const char *action;
         bool allowed;
@@ -160,7 +160,7 @@ TEST_F(ArgsJudge, Signature_goes_with_programming_actions_only) {
     }
 }
 
-TEST_F(ArgsJudge, Boot_path_needs_a_signature_type) {
+TEST_F(ArgsValidate, Boot_path_needs_a_signature_type) {
     EXPECT_ACCEPTED(
         Parse({"--isp", "--factory", "--newboot", "--fw", "fw.bin", "--boot", "boot.bin"}));
     EXPECT_EQ(TextOf(Setting()->szBootFwPath), "");
@@ -169,7 +169,7 @@ TEST_F(ArgsJudge, Boot_path_needs_a_signature_type) {
     EXPECT_EQ(TextOf(Setting()->szBootFwPath), "boot.bin");
 }
 
-TEST_F(ArgsJudge, Long_texts_fill_their_fields) {
+TEST_F(ArgsValidate, Long_strings_fill_fields_without_terminator) {
     const std::string text(300, 'k');
     EXPECT_ACCEPTED(
         Parse({"--isp", "--hw", "--fw", "fw.bin", "--vkfile", text, "--subcert",
@@ -182,7 +182,7 @@ TEST_F(ArgsJudge, Long_texts_fill_their_fields) {
     EXPECT_EQ(Setting()->stMergeFwInfo.ulMergeDataCount, 0U);
 }
 
-TEST_F(ArgsJudge, Shorter_texts_leave_nothing_of_longer_ones) {
+TEST_F(ArgsValidate, Shorter_string_overwrites_all_of_longer_one) {
     for (const std::string &text : {std::string(300, 'k'), std::string("s"), std::string()}) {
         EXPECT_REFUSED(Parse({"--isp", "--hw", "--dsmode", "1", "--boot", text, "--signfile", text,
                               "--keypair", text, "--vkfile", text, "--skfile", text, "--subcert",
@@ -201,7 +201,7 @@ TEST_F(ArgsJudge, Shorter_texts_leave_nothing_of_longer_ones) {
     }
 }
 
-TEST_F(ArgsJudge, Signing_ends_with_the_files) {
+TEST_F(ArgsValidate, Sign_skips_steps_after_signature_files) {
     EXPECT_ACCEPTED(Parse({"--sign", "--sw", "--dsmode", "2", "--fw", "fw.bin", "--comm", "x",
                            "--slave", "y", "--reg", "--ddcci"}));
     EXPECT_EQ(static_cast<unsigned>(Sign().enumSignActionType), 1U);
@@ -212,7 +212,7 @@ TEST_F(ArgsJudge, Signing_ends_with_the_files) {
                    "Digital signature: Lenovo digital signature can not support sign function!\n");
 }
 
-TEST_F(ArgsJudge, Verifying_ends_with_the_files) {
+TEST_F(ArgsValidate, Verify_skips_steps_after_signature_files) {
     EXPECT_ACCEPTED(Parse({"--verify", "--sw", "--dsmode", "2", "--fw", "fw.bin", "--signfile",
                            "fw.sig", "--comm", "x"}));
     EXPECT_EQ(static_cast<unsigned>(Sign().enumSignActionType), 2U);
@@ -223,13 +223,13 @@ TEST_F(ArgsJudge, Verifying_ends_with_the_files) {
                    "Digital signature: Signature file is missing!\n");
 }
 
-TEST_F(ArgsJudge, Signing_and_verifying_without_a_type_are_judged_like_any_action) {
+TEST_F(ArgsValidate, Sign_and_verify_without_type_run_all_steps) {
     EXPECT_REFUSED(Parse({"--sign", "--comm", "x"}), "Parameter illegal! --comm x \n");
     EXPECT_ACCEPTED(ParseFresh({"--verify", "--slave", "3"}));
     EXPECT_EQ(Setting()->ucSlaveAddress, 3);
 }
 
-TEST_F(ArgsJudge, Programming_verifies_the_file) {
+TEST_F(ArgsValidate, Programming_checks_files_of_software_signature) {
     EXPECT_ACCEPTED(Parse({"--isp", "--sw", "--dsmode", "1", "--fw", "fw.bin", "--signfile",
                            "fw.sig", "--vkfile", "vk.pem"}));
     EXPECT_EQ(static_cast<unsigned>(Sign().enumSignActionType), 2U);
@@ -239,19 +239,19 @@ TEST_F(ArgsJudge, Programming_verifies_the_file) {
                    "Digital signature: Lenovo verify key file should not be empty!\n");
 }
 
-TEST_F(ArgsJudge, Hardware_signature_of_programming_is_not_checked) {
+TEST_F(ArgsValidate, Programming_checks_no_files_of_hardware_signature) {
     EXPECT_ACCEPTED(Parse({"--isp", "--hw", "--fw", "fw.bin", "--signfile", "none.sig"}));
     EXPECT_EQ(static_cast<unsigned>(Sign().enumSignActionType), 0U);
     EXPECT_EQ(TextOf(Sign().szSignatureFile), "none.sig");
 }
 
-TEST_F(ArgsJudge, Factory_mode_skips_the_check) {
+TEST_F(ArgsValidate, Factory_mode_skips_check_of_signature_files) {
     EXPECT_ACCEPTED(Parse({"--isp", "--factory", "--sw", "--dsmode", "1", "--fw", "fw.bin"}));
     EXPECT_EQ(static_cast<unsigned>(Sign().enumSignActionType), 2U);
     EXPECT_EQ(TextOf(Sign().szFwFile), "fw.bin");
 }
 
-TEST_F(ArgsJudge, Mode_4_goes_on_after_a_failed_file_check) {
+TEST_F(ArgsValidate, Mode_4_continues_after_failed_file_check) {
     Answer answer = Parse({"--isp", "--sw", "--dsmode", "4", "--fw", "fw.bin"});
     EXPECT_EQ(answer.result, 1);
     EXPECT_EQ(answer.out, "Digital signature: Signature file is missing!\n");
@@ -265,7 +265,7 @@ TEST_F(ArgsJudge, Mode_4_goes_on_after_a_failed_file_check) {
     EXPECT_EQ(TextOf(Sign().szNextVerifyKeyFile), "none");
 }
 
-TEST_F(ArgsJudge, Version_location_is_none_or_one) {
+TEST_F(ArgsValidate, Two_version_locations_are_rejected) {
     EXPECT_ACCEPTED(Parse({"--resetmcu"}));
     EXPECT_EQ(static_cast<unsigned>(Setting()->enumVersionLocationType), 0U);
     EXPECT_REFUSED(ParseFresh({"--resetmcu", "--reg", "--ddcci", "--comm", "x"}),
@@ -284,7 +284,7 @@ TEST_F(ArgsJudge, Version_location_is_none_or_one) {
     }
 }
 
-TEST_F(ArgsJudge, Version_location_has_its_own_messages) {
+TEST_F(ArgsValidate, Invalid_version_location_prints_two_messages) {
     EXPECT_REFUSED(Parse({"--resetmcu", "--userdefined", "9", "--comm", "x"}),
                    "Get user defined version mode fail, mode is: 9\nGet version type fail\n");
     EXPECT_REFUSED(ParseFresh({"--resetmcu", "--userdefined", "z"}),
@@ -296,7 +296,7 @@ TEST_F(ArgsJudge, Version_location_has_its_own_messages) {
     EXPECT_EQ(Setting()->stReadVersionFromFlash.ulTotalVerLen, 0U);
 }
 
-TEST_F(ArgsJudge, Channel_slave_and_firmware_are_judged_in_this_order) {
+TEST_F(ArgsValidate, Channel_slave_and_firmware_are_checked_in_this_order) {
     EXPECT_REFUSED(Parse({"--isp", "--comm", "20", "--slave", "255"}),
                    "Parameter out of range! --comm 20\n");
     EXPECT_REFUSED(ParseFresh({"--isp", "--comm", "19", "--slave", "255"}),
@@ -310,7 +310,7 @@ TEST_F(ArgsJudge, Channel_slave_and_firmware_are_judged_in_this_order) {
     EXPECT_EQ(static_cast<unsigned>(Setting()->enumCommID), 19U);
 }
 
-TEST_F(ArgsJudge, Recording_a_version_of_files_needs_files) {
+TEST_F(ArgsValidate, Recordver_needs_files_if_location_is_firmware_file) {
     EXPECT_ACCEPTED(Parse({"--recordver", "--reg"}));
     EXPECT_REFUSED(ParseFresh({"--recordver", "--fwbin"}),
                    "Program fw bin path should not be empty!\n");
@@ -320,7 +320,7 @@ TEST_F(ArgsJudge, Recording_a_version_of_files_needs_files) {
     EXPECT_EQ(Setting()->stMapFw.ulFwCount, 1U);
 }
 
-TEST_F(ArgsJudge, Arguments_of_an_action_come_last) {
+TEST_F(ArgsValidate, Arguments_of_action_are_checked_after_firmware) {
     EXPECT_REFUSED(Parse({"--ispuser", "--fw", "fw.bin", "--flagaddr", "x", "--comparever"}),
                    "Parameter illegal! --flagaddr x \n");
     EXPECT_EQ(Setting()->bCompareVersion, 1U);
@@ -333,14 +333,14 @@ TEST_F(ArgsJudge, Arguments_of_an_action_come_last) {
     EXPECT_ACCEPTED(ParseFresh({"--resetmcu", "--writedata", "bad", "--dumpaddr", "bad"}));
 }
 
-TEST_F(ArgsJudge, Settings_file_is_the_one_beside_the_library) {
+TEST_F(ArgsValidate, Settings_file_defaults_to_library_directory) {
     EXPECT_ACCEPTED(Parse({"--resetmcu"}));
     const std::wstring path = TextOf(Setting()->wszSettingFile);
     EXPECT_EQ(path.substr(path.rfind(L'/') + 1), L"IspSetting.ini");
     EXPECT_EQ(path.front(), L'/');
 }
 
-TEST_F(ArgsJudge, Given_settings_file_becomes_a_full_path) {
+TEST_F(ArgsValidate, Settingfile_option_is_stored_as_absolute_path) {
     EXPECT_ACCEPTED(Parse({"--resetmcu"}));
     const std::wstring beside = TextOf(Setting()->wszSettingFile);
     const std::wstring library = beside.substr(0, beside.rfind(L'/') + 1);
@@ -350,14 +350,14 @@ TEST_F(ArgsJudge, Given_settings_file_becomes_a_full_path) {
     EXPECT_EQ(TextOf(Setting()->wszSettingFile), L"/x/../y.ini");
 }
 
-TEST_F(ArgsJudge, Long_settings_file_is_cut_at_260) {
+TEST_F(ArgsValidate, Long_settings_file_is_truncated_to_260_characters) {
     const std::string path = "/" + std::string(400, 's');
     EXPECT_ACCEPTED(Parse({"--resetmcu", "--settingfile", path}));
     EXPECT_EQ(TextOf(Setting()->wszSettingFile), Wide(path.substr(0, 260)));
     EXPECT_EQ(TextOf(Setting()->szBootFwPath), "");
 }
 
-TEST_F(ArgsJudge, Shorter_setting_file_keeps_the_tail_of_the_longer) {
+TEST_F(ArgsValidate, Shorter_settings_path_keeps_tail_of_longer_one) {
     EXPECT_ACCEPTED(Parse({"--resetmcu", "--settingfile", "/long/name.ini"}));
     EXPECT_ACCEPTED(Parse({"--resetmcu", "--settingfile", "/s.ini"}));
     EXPECT_EQ(TextOf(Setting()->wszSettingFile), L"/s.ininame.ini");

@@ -23,7 +23,7 @@ class BankArguments : public ParserTest {
     std::string b;
 };
 
-TEST_F(BankArguments, Null_path_is_refused_silently_and_leaves_no_entry) {
+TEST_F(BankArguments, Null_path_is_rejected_silently_and_adds_no_entry) {
     EXPECT_REFUSED(File(0, nullptr), "");
     FwBankMap map;
     EXPECT_REFUSED(Ask([&] { return parser->JudgeFwMap(map); }),
@@ -31,7 +31,7 @@ TEST_F(BankArguments, Null_path_is_refused_silently_and_leaves_no_entry) {
     EXPECT_ACCEPTED(File(0, "a.bin"));
 }
 
-TEST_F(BankArguments, File_alone_starts_at_bank_zero) {
+TEST_F(BankArguments, Start_bank_is_0_if_not_given) {
     EXPECT_ACCEPTED(File(3, "a.bin"));
     const FwBankMap map = Map();
     ASSERT_EQ(map.size(), 1U);
@@ -41,7 +41,7 @@ TEST_F(BankArguments, File_alone_starts_at_bank_zero) {
     EXPECT_EQ(map.begin()->second.ullBankValue, 0U);
 }
 
-TEST_F(BankArguments, File_and_bank_come_in_any_order) {
+TEST_F(BankArguments, File_and_start_bank_are_accepted_in_any_order) {
     EXPECT_ACCEPTED(File(0, "a.bin"));
     EXPECT_ACCEPTED(Bank(0, "3"));
     EXPECT_ACCEPTED(Bank(1, "7"));
@@ -52,7 +52,7 @@ TEST_F(BankArguments, File_and_bank_come_in_any_order) {
     EXPECT_EQ(map.at(7).strFwPath, Wide(b));
 }
 
-TEST_F(BankArguments, Repeated_file_is_refused_with_its_entry_number) {
+TEST_F(BankArguments, Repeated_file_is_rejected_with_entry_number) {
     EXPECT_ACCEPTED(File(0, "a.bin"));
     EXPECT_REFUSED(File(0, "b.bin"), "Parameter has been detected two or more times! --fw0 \n");
     EXPECT_ACCEPTED(File(9, "b.bin"));
@@ -61,7 +61,7 @@ TEST_F(BankArguments, Repeated_file_is_refused_with_its_entry_number) {
     EXPECT_EQ(Map().at(0).strFwPath, Wide(a));
 }
 
-TEST_F(BankArguments, Empty_file_name_may_be_followed_by_another) {
+TEST_F(BankArguments, File_after_empty_file_name_is_accepted) {
     EXPECT_ACCEPTED(File(0, ""));
     EXPECT_ACCEPTED(File(0, "a.bin"));
     EXPECT_EQ(Map().at(0).strFwPath, Wide(a));
@@ -76,7 +76,7 @@ TEST_F(BankArguments, Repeated_bank_keeps_the_last_value) {
     EXPECT_EQ(map.begin()->first, 7U);
 }
 
-TEST_F(BankArguments, Numbers_have_an_automatic_base) {
+TEST_F(BankArguments, Start_bank_is_read_with_base_of_prefix) {
     const struct {
         const char *text;
         unsigned bank;
@@ -91,14 +91,14 @@ TEST_F(BankArguments, Numbers_have_an_automatic_base) {
     }
 }
 
-TEST_F(BankArguments, Text_that_is_no_number_is_illegal) {
+TEST_F(BankArguments, Start_bank_that_is_not_number_is_rejected) {
     for (const char *text : {"12abc", "0b11", "09", "x", "1 "}) {
         EXPECT_REFUSED(Bank(2, text), std::string("Parameter illegal! --bank2 ") + text + " \n");
     }
     EXPECT_REFUSED(Bank(0, "z"), "Parameter illegal! --bank0 z \n");
 }
 
-TEST_F(BankArguments, Bank_minus_one_has_a_message_of_its_own) {
+TEST_F(BankArguments, Bank_minus_one_has_its_own_message) {
     for (const char *text : {"-1", "0xffffffff", "4294967295", "99999999999999999999"}) {
         EXPECT_REFUSED(Bank(2, text),
                        std::string("Parameter illegal, start bank value is loss! --bank2 ") + text +
@@ -106,21 +106,21 @@ TEST_F(BankArguments, Bank_minus_one_has_a_message_of_its_own) {
     }
 }
 
-TEST_F(BankArguments, Bank_lies_in_0_to_255) {
+TEST_F(BankArguments, Start_bank_outside_0_to_255_is_rejected) {
     for (const char *text : {"256", "-2", "0x100", "2147483647"}) {
         EXPECT_REFUSED(Bank(2, text),
                        std::string("Parameter out of range 0~255! --bank2 ") + text + "\n");
     }
 }
 
-TEST_F(BankArguments, Refused_bank_leaves_the_entry_alone) {
+TEST_F(BankArguments, Rejected_start_bank_keeps_entry_unchanged) {
     EXPECT_ACCEPTED(File(0, "a.bin"));
     EXPECT_ACCEPTED(Bank(0, "5"));
     EXPECT_REFUSED(Bank(0, "256"), "Parameter out of range 0~255! --bank0 256\n");
     EXPECT_EQ(Map().begin()->first, 5U);
 }
 
-TEST_F(BankArguments, Path_is_UTF_8) {
+TEST_F(BankArguments, Firmware_path_is_decoded_as_UTF8) {
     const std::string path = folder.Write("\xC3\xA4.bin", "x");
     EXPECT_ACCEPTED(File(0, "\xC3\xA4.bin"));
     EXPECT_EQ(Map().at(0).strFwPath, Wide(folder.Path()) + L"\u00E4.bin");

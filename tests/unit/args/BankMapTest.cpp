@@ -39,7 +39,7 @@ class BankMap : public ParserTest {
     FwBankMap map;
 };
 
-TEST_F(BankMap, Size_is_rounded_up_to_banks) {
+TEST_F(BankMap, GetFwBankCount_rounds_size_up_to_banks) {
     EXPECT_EQ(Banks(0), 0U);
     EXPECT_EQ(Banks(1), 1U);
     EXPECT_EQ(Banks(65535), 1U);
@@ -50,13 +50,13 @@ TEST_F(BankMap, Size_is_rounded_up_to_banks) {
     EXPECT_EQ(Banks(512U * 65536U + 1U), 513U);
 }
 
-TEST_F(BankMap, Size_is_taken_as_32_bits) {
+TEST_F(BankMap, GetFwBankCount_truncates_size_to_32_bits) {
     EXPECT_EQ(Banks(0xFFFFFFFFU), 65536U);
     EXPECT_EQ(Banks(0x100000000U), 0U);
     EXPECT_EQ(Banks(0x100000001U), 1U);
 }
 
-TEST_F(BankMap, Counting_makes_the_path_full) {
+TEST_F(BankMap, GetFwBankCount_makes_path_absolute) {
     const std::string full = Sparse("f.bin", 1);
     std::string path = "f.bin";
     unsigned count = 0;
@@ -67,7 +67,7 @@ TEST_F(BankMap, Counting_makes_the_path_full) {
     EXPECT_EQ(path, folder.Path() + "./f.bin");
 }
 
-TEST_F(BankMap, Missing_file_is_named_with_its_full_path) {
+TEST_F(BankMap, GetFwBankCount_prints_absolute_path_of_missing_file) {
     std::string path = "missing.bin";
     unsigned count = 4711;
     EXPECT_REFUSED(Ask([&] { return parser->GetFwBankCount(path, count); }),
@@ -78,7 +78,7 @@ TEST_F(BankMap, Missing_file_is_named_with_its_full_path) {
     EXPECT_REFUSED(Judge(), "File open fail! " + folder.Path() + "missing.bin\n");
 }
 
-TEST_F(BankMap, Every_bank_of_a_file_has_an_entry) {
+TEST_F(BankMap, JudgeFwMap_adds_one_entry_per_bank_of_file) {
     const std::string full = Sparse("f.bin", 65536U * 2U + 1U);
     Add(4, "f.bin", 250);
     EXPECT_ACCEPTED(Judge());
@@ -93,14 +93,14 @@ TEST_F(BankMap, Every_bank_of_a_file_has_an_entry) {
     }
 }
 
-TEST_F(BankMap, Empty_file_is_accepted_without_banks) {
+TEST_F(BankMap, JudgeFwMap_accepts_empty_file_and_adds_no_bank) {
     Sparse("empty.bin", 0);
     Add(0, "empty.bin");
     EXPECT_ACCEPTED(Judge());
     EXPECT_TRUE(map.empty());
 }
 
-TEST_F(BankMap, Overlap_is_refused_and_earlier_banks_stay) {
+TEST_F(BankMap, JudgeFwMap_rejects_overlap_and_keeps_earlier_banks) {
     Sparse("a.bin", 65536U * 3U);
     Sparse("b.bin", 1);
     Add(0, "a.bin");
@@ -109,7 +109,7 @@ TEST_F(BankMap, Overlap_is_refused_and_earlier_banks_stay) {
     EXPECT_EQ(map.size(), 3U);
 }
 
-TEST_F(BankMap, Nothing_of_an_overlapping_file_is_inserted) {
+TEST_F(BankMap, JudgeFwMap_inserts_no_bank_of_overlapping_file) {
     Sparse("one.bin", 1);
     Sparse("three.bin", 65536U * 3U);
     Add(0, "one.bin", 12);
@@ -119,7 +119,7 @@ TEST_F(BankMap, Nothing_of_an_overlapping_file_is_inserted) {
     EXPECT_EQ(map.begin()->first, 12U);
 }
 
-TEST_F(BankMap, Files_are_taken_in_the_order_of_their_entries) {
+TEST_F(BankMap, JudgeFwMap_processes_files_in_order_of_entries) {
     Sparse("a.bin", 1);
     Add(1, "missing.bin", 0);
     Add(0, "a.bin", 200);
@@ -128,7 +128,7 @@ TEST_F(BankMap, Files_are_taken_in_the_order_of_their_entries) {
     EXPECT_EQ(map.begin()->first, 200U);
 }
 
-TEST_F(BankMap, Neighbouring_files_do_not_overlap) {
+TEST_F(BankMap, JudgeFwMap_accepts_adjacent_files) {
     Sparse("a.bin", 65536U * 2U);
     Sparse("b.bin", 65536U);
     Add(0, "a.bin", 1);
@@ -138,7 +138,7 @@ TEST_F(BankMap, Neighbouring_files_do_not_overlap) {
     EXPECT_EQ(map.size(), 4U);
 }
 
-TEST_F(BankMap, Only_actions_that_need_firmware_are_checked) {
+TEST_F(BankMap, JudgeFwMap_checks_only_actions_that_need_firmware) {
     for (unsigned action = 0; action <= 26; ++action) {
         for (unsigned location = 0; location <= 9; ++location) {
             Act(static_cast<ENUM_CP_ISPTOOL_ACTION_TYPE>(action),
@@ -152,34 +152,34 @@ TEST_F(BankMap, Only_actions_that_need_firmware_are_checked) {
     }
 }
 
-TEST_F(BankMap, Unneeded_firmware_is_not_even_opened) {
+TEST_F(BankMap, JudgeFwMap_does_not_open_unneeded_firmware) {
     Add(0, "missing.bin");
     Act(ENUM_ACTION_ERASE);
     EXPECT_ACCEPTED(Judge());
     EXPECT_TRUE(map.empty());
 }
 
-TEST_F(BankMap, No_file_is_accepted_after_a_search) {
+TEST_F(BankMap, JudgeFwMap_accepts_no_file_after_search) {
     Act(ENUM_ACTION_ISP, ENUM_VER_LOC_NONE, 1);
     EXPECT_ACCEPTED(Judge());
     EXPECT_TRUE(map.empty());
 }
 
-TEST_F(BankMap, Bank_without_a_file_leads_to_the_folder_itself) {
+TEST_F(BankMap, Start_bank_without_file_opens_current_directory) {
     ASSERT_EQ(parser->InsertCommandStartBank(0, "1"), 1);
     const Answer answer = Judge();
     EXPECT_EQ(answer.result, 1);
     EXPECT_EQ(answer.out, "");
 }
 
-TEST_F(BankMap, Command_that_fails_keeps_its_files) {
+TEST_F(BankMap, Rejected_line_keeps_files_in_parser) {
     Sparse("a.bin", 1);
     EXPECT_EQ(Parse({"--isp", "--fw", "a.bin", "--comm", "99"}).result, 0);
     EXPECT_REFUSED(Parse({"--isp", "--fw", "a.bin"}),
                    "Parameter has been detected two or more times! --fw0 \n");
 }
 
-TEST_F(BankMap, Banks_512_fit_into_the_record_and_513_do_not) {
+TEST_F(BankMap, Record_holds_512_banks_and_513_are_rejected) {
     Sparse("b512.bin", 512U * 65536U);
     Sparse("b1.bin", 1);
     EXPECT_ACCEPTED(ParseFresh({"--isp", "--fw", "b512.bin"}));
@@ -191,7 +191,7 @@ TEST_F(BankMap, Banks_512_fit_into_the_record_and_513_do_not) {
     EXPECT_EQ(Setting()->stMapFw.ulFwCount, 513U);
 }
 
-TEST_F(BankMap, Random_files_agree_with_a_list_of_banks) {
+TEST_F(BankMap, JudgeFwMap_agrees_with_bank_list_for_random_files) {
     std::mt19937 random(20240601);
     const auto pick = [&](unsigned limit) { return static_cast<unsigned>(random() % limit); };
     for (unsigned i = 0; i < 6; ++i) {

@@ -12,14 +12,14 @@ class DumpFlashArguments : public ParserTest {
     STRUCT_DUMP_FLASH_SETTING setting;
 };
 
-TEST_F(DumpFlashArguments, Address_length_and_name_are_stored) {
+TEST_F(DumpFlashArguments, GetDumpFlashCmd_stores_address_length_and_name) {
     EXPECT_ACCEPTED(Convert("0x100", "16", "chip.bin"));
     EXPECT_EQ(setting.ulDumpAddr, 0x100U);
     EXPECT_EQ(setting.ulDumpLen, 16U);
     EXPECT_EQ(TextOf(setting.wszDumpFile), L"chip.bin");
 }
 
-TEST_F(DumpFlashArguments, Refusals_print_nothing) {
+TEST_F(DumpFlashArguments, GetDumpFlashCmd_rejects_silently) {
     setting.ulDumpAddr = 9;
     EXPECT_REFUSED(Convert("", "", "a.bin"), "");
     EXPECT_EQ(setting.ulDumpAddr, 9U); // nothing given, nothing stored
@@ -31,13 +31,13 @@ TEST_F(DumpFlashArguments, Refusals_print_nothing) {
     EXPECT_EQ(TextOf(setting.wszDumpFile), L"");
 }
 
-TEST_F(DumpFlashArguments, Length_alone_dumps_from_address_zero) {
+TEST_F(DumpFlashArguments, Dump_address_is_0_if_only_length_is_given) {
     setting.ulDumpAddr = 9;
     EXPECT_ACCEPTED(Convert("", "4", ""));
     EXPECT_EQ(setting.ulDumpAddr, 0U);
 }
 
-TEST_F(DumpFlashArguments, Only_a_name_in_bin_is_taken) {
+TEST_F(DumpFlashArguments, Dump_name_must_end_in_bin) {
     for (const char *name : {"", ".bin", "bin", "x.txt", "x.BIN", "x.bin.", "abin", "x.bin "}) {
         EXPECT_ACCEPTED(Convert("0", "1", name));
         EXPECT_EQ(TextOf(setting.wszDumpFile), L"dumpFile.bin") << name;
@@ -46,12 +46,12 @@ TEST_F(DumpFlashArguments, Only_a_name_in_bin_is_taken) {
     EXPECT_EQ(TextOf(setting.wszDumpFile), L"x.bin");
 }
 
-TEST_F(DumpFlashArguments, Name_is_UTF_8) {
+TEST_F(DumpFlashArguments, Dump_name_is_decoded_as_UTF8) {
     EXPECT_ACCEPTED(Convert("0", "1", "\xC3\xA4\xE2\x82\xAC.bin"));
     EXPECT_EQ(TextOf(setting.wszDumpFile), L"\u00E4\u20AC.bin");
 }
 
-TEST_F(DumpFlashArguments, Long_name_fills_the_field) {
+TEST_F(DumpFlashArguments, Long_dump_name_fills_field_without_terminator) {
     EXPECT_ACCEPTED(Convert("0", "1", std::string(300, 'n') + ".bin"));
     EXPECT_EQ(TextOf(setting.wszDumpFile), std::wstring(260, L'n'));
     EXPECT_ACCEPTED(Convert("0", "1", "s.bin"));

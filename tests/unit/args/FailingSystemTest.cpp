@@ -9,7 +9,7 @@
 namespace {
 
 /// What ParseArgs gives while the system fails.
-class FailingSystemTest : public ParserTest {
+class FailingSystem : public ParserTest {
   protected:
     /// Parses on a fresh parser; `fault` makes what fails meanwhile.
     template <class Fault> Answer ParseWith(const std::vector<std::string> &words, Fault &&fault) {
@@ -32,7 +32,7 @@ class FailingSystemTest : public ParserTest {
     bool m_struck = false;
 };
 
-TEST_F(FailingSystemTest, Search_of_a_listing_that_breaks_off_is_refused_without_a_word) {
+TEST_F(FailingSystem, Search_fails_silently_if_listing_of_directory_fails) {
     for (const char *name : {"a.bin", "b.bin", "c.bin"}) {
         folder.Write(name, "x");
     }
@@ -55,7 +55,7 @@ TEST_F(FailingSystemTest, Search_of_a_listing_that_breaks_off_is_refused_without
     EXPECT_REFUSED(ParseFresh({"--isp", "--searchfw", "auto"}), "find more than one bin file!\n");
 }
 
-TEST_F(FailingSystemTest, Path_that_the_system_could_not_resolve_is_refused_without_a_word) {
+TEST_F(FailingSystem, Line_is_rejected_silently_if_realpath_fails) {
     folder.Write("f.bin", "x");
     folder.Write("k.pem", "x");
     const std::vector<std::string> lines[] = {
@@ -77,7 +77,7 @@ TEST_F(FailingSystemTest, Path_that_the_system_could_not_resolve_is_refused_with
     }
 }
 
-TEST_F(FailingSystemTest, Locale_that_could_not_be_made_is_refused_without_a_word) {
+TEST_F(FailingSystem, Line_is_rejected_silently_if_newlocale_fails) {
     for (const int error : {ENOMEM, EMFILE, EIO}) {
         const Answer answer = ParseWith(
             {"--resetmcu"}, [&] { return std::make_unique<SystemFault>("newlocale", error); });
@@ -87,7 +87,7 @@ TEST_F(FailingSystemTest, Locale_that_could_not_be_made_is_refused_without_a_wor
 }
 
 /// A record that was accepted is the undisturbed one; else nothing unknown has been printed.
-TEST_F(FailingSystemTest, Each_allocation_that_fails_refuses_the_line_or_changes_nothing) {
+TEST_F(FailingSystem, Failed_allocation_rejects_line_or_changes_nothing) {
     const std::string firmware = folder.Write("firmware-of-a-display.bin", std::string(70000, 'x'));
     const std::string settings =
         folder.Write("settings-of-a-display.ini", "[ISP_Fw]\nstrFwPrefix = firmware-of-a\n");
@@ -134,7 +134,7 @@ TEST_F(FailingSystemTest, Each_allocation_that_fails_refuses_the_line_or_changes
     }
 }
 
-TEST(FailingEngine, Option_that_cannot_be_registered_is_not_lost_silently) {
+TEST(FailingEngine, Failed_registration_of_option_throws) {
     const STRUCT_CP_LONG_CMD_UNIT table[] = {{"beta", 0, nullptr, 2}, {nullptr, 0, nullptr, 0}};
     CpNxCmdLindParse engine;
     {

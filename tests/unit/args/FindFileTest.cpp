@@ -12,7 +12,7 @@ std::vector<std::string> Found(const std::string &dir, const std::string &ext) {
 
 } // namespace
 
-TEST(FindFile, Names_must_be_longer_than_the_ending) {
+TEST(FindFile, FindFile_skips_name_that_is_only_extension) {
     TempFolder folder;
     for (const char *name : {"a.bin", ".bin", "b.BIN", "c.bin.txt", "dbin", "x.bin", "._y.bin"}) {
         folder.Write(name, "");
@@ -25,7 +25,7 @@ TEST(FindFile, Names_must_be_longer_than_the_ending) {
     EXPECT_THAT(Found(folder.Path(), ".hex"), testing::IsEmpty());
 }
 
-TEST(FindFile, Names_come_in_the_order_of_the_listing) {
+TEST(FindFile, FindFile_keeps_order_of_directory_listing) {
     TempFolder folder;
     for (int i = 1; i <= 40; ++i) {
         folder.Write(std::to_string(i * 37 % 101) + ".bin", "");
@@ -38,7 +38,7 @@ TEST(FindFile, Names_come_in_the_order_of_the_listing) {
     EXPECT_EQ(Found(folder.Path(), ".bin"), listed);
 }
 
-TEST(FindFile, Names_are_appended) {
+TEST(FindFile, FindFile_appends_to_list) {
     TempFolder folder;
     folder.Write("a.bin", "");
     std::vector<std::string> names{"first"};
@@ -46,13 +46,13 @@ TEST(FindFile, Names_are_appended) {
     EXPECT_THAT(names, testing::ElementsAre("first", "a.bin"));
 }
 
-TEST(FindFile, Folder_that_cannot_be_opened_adds_nothing) {
+TEST(FindFile, FindFile_adds_nothing_if_directory_cannot_be_opened) {
     TempFolder folder;
     EXPECT_THAT(Found(folder.Path() + "none/", ".bin"), testing::IsEmpty());
     EXPECT_THAT(Found("", ".bin"), testing::IsEmpty());
 }
 
-TEST(DefaultSettingFile, Path_lies_beside_the_library) {
+TEST(DefaultSettingFile, Default_path_is_in_library_directory) {
     wchar_t buffer[2048];
     GetDefaultSettingFilePathName(buffer, 2048);
     const std::wstring path = buffer;
@@ -60,7 +60,7 @@ TEST(DefaultSettingFile, Path_lies_beside_the_library) {
     EXPECT_EQ(path.substr(path.size() - 15), L"/IspSetting.ini");
 }
 
-TEST(DefaultSettingFile, Room_must_be_greater_than_the_length) {
+TEST(DefaultSettingFile, Default_path_becomes_empty_unless_capacity_exceeds_length) {
     wchar_t buffer[2048];
     GetDefaultSettingFilePathName(buffer, 2048);
     const std::wstring path = buffer;

@@ -16,7 +16,7 @@ class FlashVersion : public ParserTest {
     STRUCT_READ_VERSION_FROM_FLASH_SETTING setting;
 };
 
-TEST_F(FlashVersion, Nothing_given_is_accepted_with_zeroes) {
+TEST_F(FlashVersion, No_value_is_accepted_and_stores_zeros) {
     EXPECT_ACCEPTED(Convert("", "", "", "", "1"));
     EXPECT_EQ(setting.enumRecordVerMode, 0U);
     EXPECT_EQ(setting.ulVerAddr, 0U);
@@ -25,7 +25,7 @@ TEST_F(FlashVersion, Nothing_given_is_accepted_with_zeroes) {
     EXPECT_EQ(setting.ulSubVerLen, 0U);
 }
 
-TEST_F(FlashVersion, All_values_are_stored) {
+TEST_F(FlashVersion, Flash_version_stores_all_values) {
     EXPECT_ACCEPTED(Convert("0x1000", "8", "3", "2", "1"));
     EXPECT_EQ(setting.enumRecordVerMode, 1U);
     EXPECT_EQ(setting.ulVerAddr, 0x1000U);
@@ -34,26 +34,26 @@ TEST_F(FlashVersion, All_values_are_stored) {
     EXPECT_EQ(setting.ulSubVerLen, 2U);
 }
 
-TEST_F(FlashVersion, Sub_length_may_be_missing) {
+TEST_F(FlashVersion, Sub_length_defaults_to_0) {
     EXPECT_ACCEPTED(Convert("1", "2", "2", ""));
     EXPECT_EQ(setting.ulSubVerLen, 0U);
 }
 
-TEST_F(FlashVersion, Each_of_the_first_three_is_needed_once_one_is_given) {
+TEST_F(FlashVersion, First_three_values_are_required_if_any_is_given) {
     EXPECT_REFUSED(Convert("", "8", "1", ""), "");
     EXPECT_REFUSED(Convert("1", "", "1", ""), "");
     EXPECT_REFUSED(Convert("1", "8", "", ""), "");
     EXPECT_REFUSED(Convert("", "", "", "1"), "");
 }
 
-TEST_F(FlashVersion, Values_must_convert) {
+TEST_F(FlashVersion, Value_that_is_not_number_is_rejected) {
     EXPECT_REFUSED(Convert("a", "8", "1", ""), "");
     EXPECT_REFUSED(Convert("1", "8x", "1", ""), "");
     EXPECT_REFUSED(Convert("1", "8", "-", ""), "");
     EXPECT_REFUSED(Convert("1", "8", "1", "s"), "");
 }
 
-TEST_F(FlashVersion, Record_mode_is_two_unless_it_is_zero_or_one) {
+TEST_F(FlashVersion, Record_mode_other_than_0_or_1_becomes_2) {
     const struct {
         const char *text;
         unsigned mode;
@@ -64,25 +64,25 @@ TEST_F(FlashVersion, Record_mode_is_two_unless_it_is_zero_or_one) {
     }
 }
 
-TEST_F(FlashVersion, Total_length_is_below_257) {
+TEST_F(FlashVersion, Total_length_above_256_is_rejected) {
     EXPECT_ACCEPTED(Convert("0", "256", "1", ""));
     EXPECT_REFUSED(Convert("0", "257", "1", ""), "");
     EXPECT_REFUSED(Convert("0", "-1", "1", ""), "");
     EXPECT_EQ(setting.ulTotalVerLen, 0xFFFFFFFFU);
 }
 
-TEST_F(FlashVersion, Parts_fit_into_the_total) {
+TEST_F(FlashVersion, Major_and_sub_length_above_total_are_rejected) {
     EXPECT_ACCEPTED(Convert("0", "8", "5", "3"));
     EXPECT_REFUSED(Convert("0", "8", "5", "4"), "");
     EXPECT_REFUSED(Convert("0", "8", "9", ""), "");
     EXPECT_REFUSED(Convert("0", "8", "2", "-1"), "");
 }
 
-TEST_F(FlashVersion, Major_length_is_not_zero) {
+TEST_F(FlashVersion, Major_length_0_is_rejected) {
     EXPECT_REFUSED(Convert("0", "8", "0", "1"), "");
 }
 
-TEST_F(FlashVersion, Address_range_ends_below_16_MiB) {
+TEST_F(FlashVersion, Address_range_up_to_16_MiB_is_rejected) {
     EXPECT_ACCEPTED(Convert("0xFFFFFE", "1", "1", ""));
     EXPECT_REFUSED(Convert("0xFFFFFF", "1", "1", ""), "");
     EXPECT_REFUSED(Convert("0x1000000", "1", "1", ""), "");

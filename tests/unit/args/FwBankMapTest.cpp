@@ -34,7 +34,7 @@ TEST_F(FwBankMapCopy, Entry_is_copied_member_by_member) {
     EXPECT_EQ(copy.strFwPath, L"p");
 }
 
-TEST_F(FwBankMapCopy, Order_is_plain_less_than) {
+TEST_F(FwBankMapCopy, Map_orders_keys_ascending) {
     const sortAscending<unsigned int> order;
     EXPECT_TRUE(order(1, 2));
     EXPECT_FALSE(order(2, 1));
@@ -42,7 +42,7 @@ TEST_F(FwBankMapCopy, Order_is_plain_less_than) {
     EXPECT_FALSE(order(0xFFFFFFFFU, 0));
 }
 
-TEST_F(FwBankMapCopy, Banks_go_out_in_ascending_order) {
+TEST_F(FwBankMapCopy, Copy_to_record_writes_banks_in_ascending_order) {
     map[300] = Bank(0x1234567890ULL, 5, L"/c");
     map[2] = Bank(1, 0, L"/a");
     map[17] = Bank(2, 1, L"/b");
@@ -59,13 +59,13 @@ TEST_F(FwBankMapCopy, Banks_go_out_in_ascending_order) {
     EXPECT_EQ(record->ulTargetBank[3], 0U);
 }
 
-TEST_F(FwBankMapCopy, Empty_map_gives_count_zero) {
+TEST_F(FwBankMapCopy, Copy_of_empty_map_stores_count_0) {
     record->ulFwCount = 7;
     EXPECT_EQ(CopyMapFwToCStyleStruct(*record, map), 1);
     EXPECT_EQ(record->ulFwCount, 0U);
 }
 
-TEST_F(FwBankMapCopy, Path_is_cut_at_260_and_padded_with_zeroes) {
+TEST_F(FwBankMapCopy, Path_is_truncated_to_260_and_padded_with_zeros) {
     map[0] = Bank(0, 0, std::wstring(300, L'x'));
     map[1] = Bank(0, 0, std::wstring(259, L'y'));
     std::fill(std::begin(record->stFwBank[1].wszFwPath), std::end(record->stFwBank[1].wszFwPath),
@@ -92,7 +92,7 @@ TEST_F(FwBankMapCopy, Refused_copy_keeps_the_count) {
     EXPECT_EQ(TextOf(record->stFwBank[0].wszFwPath), L"/f");
 }
 
-TEST_F(FwBankMapCopy, Record_comes_back_as_a_map) {
+TEST_F(FwBankMapCopy, Copy_from_record_restores_map) {
     map[9] = Bank(0, 0, L"/old");
     record->ulFwCount = 3;
     const unsigned targets[] = {40, 30, 40};
@@ -110,7 +110,7 @@ TEST_F(FwBankMapCopy, Record_comes_back_as_a_map) {
     EXPECT_EQ(map.at(30).strFwPath, L"b");
 }
 
-TEST_F(FwBankMapCopy, Count_and_path_beyond_the_record_are_not_followed) {
+TEST_F(FwBankMapCopy, Copy_from_record_stops_at_bounds_of_arrays) {
     record->ulFwCount = 100000;
     for (unsigned i = 0; i < 512; ++i) {
         record->ulTargetBank[i] = i;

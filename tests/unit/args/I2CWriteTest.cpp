@@ -19,7 +19,7 @@ class I2CWriteArguments : public ParserTest {
     STRUCT_I2C_WRITE_ACTION_TYPE_SETTING setting;
 };
 
-TEST_F(I2CWriteArguments, Plain_write_takes_slave_sub_address_and_data) {
+TEST_F(I2CWriteArguments, Plain_write_stores_slave_sub_address_and_data) {
     EXPECT_ACCEPTED(Convert("110,81,1"));
     EXPECT_EQ(setting.ucI2CSlaveAddr, 110);
     EXPECT_EQ(setting.ucI2CSubAddr, 81);
@@ -29,7 +29,7 @@ TEST_F(I2CWriteArguments, Plain_write_takes_slave_sub_address_and_data) {
     EXPECT_EQ(setting.bDdcciCmd, 0U);
 }
 
-TEST_F(I2CWriteArguments, Ddcci_write_has_a_length_byte_without_its_top_bit) {
+TEST_F(I2CWriteArguments, Ddcci_length_byte_is_stored_with_bit_7_cleared) {
     EXPECT_ACCEPTED(Convert("0x6E,0x51,0x82,7,8", 1));
     EXPECT_EQ(setting.ucI2CSlaveAddr, 0x6E);
     EXPECT_EQ(setting.ucI2CSubAddr, 0x51);
@@ -44,7 +44,7 @@ TEST_F(I2CWriteArguments, Ddcci_write_has_a_length_byte_without_its_top_bit) {
     EXPECT_EQ(setting.ucI2CDataLen, 0);
 }
 
-TEST_F(I2CWriteArguments, Ddcci_length_must_be_the_number_of_data_bytes) {
+TEST_F(I2CWriteArguments, Ddcci_length_must_equal_number_of_data_bytes) {
     EXPECT_REFUSED(Convert("1,2,0x83,7,8", 1), "");
     EXPECT_REFUSED(Convert("1,2,0x81,7,8", 1), "");
     EXPECT_EQ(setting.bDdcciCmd, 1U);
@@ -58,14 +58,14 @@ TEST_F(I2CWriteArguments, Ddcci_data_has_at_most_127_bytes) {
     EXPECT_REFUSED(Convert("1,2,0x80," + Ones(128), 1), "");
 }
 
-TEST_F(I2CWriteArguments, Fewer_than_three_values_are_refused) {
+TEST_F(I2CWriteArguments, Fewer_than_three_values_are_rejected) {
     for (const char *data : {"", "1", "1,2", "1,2,", ",,"}) {
         EXPECT_REFUSED(Convert(data), "");
     }
     EXPECT_EQ(setting.ucI2CSlaveAddr, 0xFF);
 }
 
-TEST_F(I2CWriteArguments, Values_must_be_bytes) {
+TEST_F(I2CWriteArguments, Value_outside_0_to_255_is_rejected) {
     for (const char *data : {"1,2,256", "-1,2,3", "1,2,x", "1,2,3;4"}) {
         EXPECT_REFUSED(Convert(data), "");
     }
@@ -82,7 +82,7 @@ TEST_F(I2CWriteArguments, I2C_write_of_256_bytes_has_length_0) {
     EXPECT_EQ(setting.ucI2CSlaveAddr, 0xFF);
 }
 
-TEST_F(I2CWriteArguments, List_is_appended_and_counted_as_a_whole) {
+TEST_F(I2CWriteArguments, GetI2CCmdFromString_appends_and_counts_all_values) {
     std::vector<unsigned char> bytes{4, 5};
     EXPECT_ACCEPTED(Ask([&] { return parser->GetI2CCmdFromString(bytes, "6"); }));
     EXPECT_THAT(bytes, testing::ElementsAre(4, 5, 6));

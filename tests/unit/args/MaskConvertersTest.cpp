@@ -4,19 +4,19 @@
 
 using MaskConverters = ParserTest;
 
-TEST_F(MaskConverters, One_bit_is_unique) {
+TEST_F(MaskConverters, JudgeUniqueAttribute_accepts_one_bit) {
     for (int bit = 0; bit < 32; ++bit) {
         EXPECT_EQ(parser->JudgeUniqueAttribute(static_cast<int>(1U << bit)), 1) << bit;
     }
 }
 
-TEST_F(MaskConverters, No_bit_or_several_are_not_unique) {
+TEST_F(MaskConverters, JudgeUniqueAttribute_rejects_no_bit_or_several) {
     for (const int mask : {0, 3, 5, 6, 7, 0x1001, -1, INT_MIN + 1, INT_MAX}) {
         EXPECT_EQ(parser->JudgeUniqueAttribute(mask), 0) << mask;
     }
 }
 
-TEST_F(MaskConverters, Every_action_bit_has_its_value) {
+TEST_F(MaskConverters, GetActionType_converts_every_action_bit) {
     const struct {
         int mask;
         unsigned action;
@@ -32,7 +32,7 @@ TEST_F(MaskConverters, Every_action_bit_has_its_value) {
     }
 }
 
-TEST_F(MaskConverters, Unknown_action_bit_is_no_action) {
+TEST_F(MaskConverters, GetActionType_returns_none_for_unknown_bit) {
     for (const int mask : {0, 3, 0x2000000, INT_MIN, -1}) {
         auto action = static_cast<ENUM_CP_ISPTOOL_ACTION_TYPE>(99);
         parser->GetActionType(mask, action);
@@ -47,7 +47,7 @@ TEST_F(MaskConverters, Factoryisp_option_has_no_action_value) {
     EXPECT_REFUSED(ParseFresh({"--factoryisp"}), "Action type undefined or illegal!\n");
 }
 
-TEST_F(MaskConverters, Signature_type_is_the_mask_of_one_or_two) {
+TEST_F(MaskConverters, GetDigitalSignatureType_converts_mask_1_and_2) {
     const struct {
         int mask;
         unsigned type;
@@ -59,7 +59,7 @@ TEST_F(MaskConverters, Signature_type_is_the_mask_of_one_or_two) {
     }
 }
 
-TEST_F(MaskConverters, Only_the_write_bit_alone_means_write) {
+TEST_F(MaskConverters, GetMergeFwInfoMode_returns_write_for_write_bit_alone) {
     const struct {
         int mask;
         unsigned mode;
@@ -71,7 +71,7 @@ TEST_F(MaskConverters, Only_the_write_bit_alone_means_write) {
     }
 }
 
-TEST_F(MaskConverters, Every_version_bit_has_its_location) {
+TEST_F(MaskConverters, GetVersionType_converts_every_location_bit) {
     const struct {
         int mask;
         unsigned location;
@@ -86,7 +86,7 @@ TEST_F(MaskConverters, Every_version_bit_has_its_location) {
     }
 }
 
-TEST_F(MaskConverters, User_defined_version_mode_is_one_to_five) {
+TEST_F(MaskConverters, GetVersionType_accepts_user_defined_mode_1_to_5) {
     const struct {
         const char *text;
         int result;

@@ -4,7 +4,7 @@ namespace {
 
 using namespace option_engine; // NOLINT(google-build-using-namespace): one subject
 
-TEST_F(OptionEngine, Argument_behind_an_equals_sign) {
+TEST_F(OptionEngine, Argument_after_equals_sign_is_returned) {
     Arguments arguments({"--fw=a.bin", "--fw=", "--fw=a=b"});
     EXPECT_EQ(StepOf(engine, arguments).result, 103);
     EXPECT_EQ(ArgumentOf(engine), "a.bin");
@@ -15,7 +15,7 @@ TEST_F(OptionEngine, Argument_behind_an_equals_sign) {
     EXPECT_EQ(ArgumentOf(engine), "a=b");
 }
 
-TEST_F(OptionEngine, Next_element_is_the_argument_whatever_it_is) {
+TEST_F(OptionEngine, Next_element_is_argument_even_if_it_looks_like_option) {
     for (const char *value : {"a.bin", "--sign", "--", "-", ""}) {
         CpNxCmdLindParse copy(engine);
         Arguments arguments({"--fw", value});
@@ -27,7 +27,7 @@ TEST_F(OptionEngine, Next_element_is_the_argument_whatever_it_is) {
     }
 }
 
-TEST_F(OptionEngine, Unwanted_argument_is_refused) {
+TEST_F(OptionEngine, Unwanted_argument_is_reported_as_error) {
     Arguments arguments({"--verify=x", "--sign="});
     Step step = StepOf(engine, arguments);
     EXPECT_EQ(step.result, 63);
@@ -40,13 +40,13 @@ TEST_F(OptionEngine, Unwanted_argument_is_refused) {
     EXPECT_EQ(engine.GetUnknownChar(), 105);
 }
 
-TEST_F(OptionEngine, Unwanted_argument_of_an_abbreviation_names_the_option_in_full) {
+TEST_F(OptionEngine, Unwanted_argument_error_shows_full_name_of_abbreviation) {
     Arguments arguments({"--verif=x"});
     EXPECT_EQ(StepOf(engine, arguments).printed,
               "prog: option '--verify' doesn't allow an argument\n");
 }
 
-TEST_F(OptionEngine, Missing_argument_is_refused) {
+TEST_F(OptionEngine, Missing_argument_is_reported_as_error) {
     Arguments arguments({"--fw"});
     const Step step = StepOf(engine, arguments);
     EXPECT_EQ(step.result, 63);
@@ -55,12 +55,12 @@ TEST_F(OptionEngine, Missing_argument_is_refused) {
     EXPECT_EQ(engine.GetCmdIndex(), 2);
 }
 
-TEST_F(OptionEngine, Missing_argument_of_an_abbreviation_names_the_option_in_full) {
+TEST_F(OptionEngine, Missing_argument_error_shows_full_name_of_abbreviation) {
     Arguments arguments({"--vera"});
     EXPECT_EQ(StepOf(engine, arguments).printed, "prog: option '--veraddr' requires an argument\n");
 }
 
-TEST_F(OptionEngine, Optional_argument_is_only_taken_after_an_equals_sign) {
+TEST_F(OptionEngine, Optional_argument_is_read_only_after_equals_sign) {
     Arguments arguments({"--opt", "value", "--opt=value"});
     EXPECT_EQ(StepOf(engine, arguments).result, 104);
     EXPECT_EQ(engine.GetCmdArg(), nullptr);

@@ -236,7 +236,7 @@ void ForAllVectors(const Words &elements, const Words &begin, std::size_t longes
 
 class OptionEngineAgainstModel : public testing::TestWithParam<std::size_t> {};
 
-TEST_P(OptionEngineAgainstModel, Agrees_over_all_small_argument_vectors) {
+TEST_P(OptionEngineAgainstModel, Engine_agrees_with_model_over_all_small_argument_vectors) {
     Comparison comparison;
     for (const std::string &shorts : kShortStrings) {
         for (const bool longOnly : {false, true}) {
@@ -248,7 +248,7 @@ TEST_P(OptionEngineAgainstModel, Agrees_over_all_small_argument_vectors) {
     comparison.End();
 }
 
-TEST_P(OptionEngineAgainstModel, Agrees_over_all_vectors_of_three) {
+TEST_P(OptionEngineAgainstModel, Engine_agrees_with_model_over_all_vectors_of_three) {
     Comparison comparison;
     for (const char *shorts : {"", "ab:c::"}) {
         ForAllVectors(kFewElements, {"prog"}, 3, [&](const Words &words) {
@@ -260,7 +260,7 @@ TEST_P(OptionEngineAgainstModel, Agrees_over_all_vectors_of_three) {
 
 INSTANTIATE_TEST_SUITE_P(Tables, OptionEngineAgainstModel, testing::Values(0U, 1U, 2U));
 
-TEST(OptionEngineModel, Agrees_over_large_random_argument_vectors) {
+TEST(OptionEngineModel, Engine_agrees_with_model_over_large_random_vectors) {
     Comparison comparison;
     std::mt19937 random(21);
     const auto pick = [&](const std::string &letters, unsigned longest) {
@@ -285,7 +285,7 @@ TEST(OptionEngineModel, Agrees_over_large_random_argument_vectors) {
     comparison.End();
 }
 
-TEST(OptionEngineModel, Agrees_over_random_tables) {
+TEST(OptionEngineModel, Engine_agrees_with_model_over_random_tables) {
     Comparison comparison;
     std::mt19937 random(22);
     for (int round = 0; round < 10000; ++round) {

@@ -12,7 +12,7 @@ TEST_F(OptionEngine, Abbreviation_is_accepted) {
     EXPECT_EQ(ArgumentOf(engine), "x");
 }
 
-TEST_F(OptionEngine, Exact_name_wins_over_abbreviation_wherever_it_stands) {
+TEST_F(OptionEngine, Exact_name_wins_over_abbreviation_in_any_table_order) {
     engine.AddLongCmd("ver", 0, nullptr, 300);
     Arguments arguments({"--sign", "--ver"});
     EXPECT_EQ(StepOf(engine, arguments).result, 105);
@@ -21,7 +21,7 @@ TEST_F(OptionEngine, Exact_name_wins_over_abbreviation_wherever_it_stands) {
     EXPECT_EQ(step.printed, "");
 }
 
-TEST_F(OptionEngine, Of_two_exact_names_the_first_wins) {
+TEST_F(OptionEngine, First_of_two_exact_names_wins) {
     engine.AddLongCmd("sign", 1, nullptr, 301);
     Arguments arguments({"--sign"});
     int longIndex = -1;
@@ -42,14 +42,14 @@ TEST_F(OptionEngine, Ambiguous_name_lists_its_candidates) {
     EXPECT_EQ(StepOf(engine, arguments).result, 105);
 }
 
-TEST_F(OptionEngine, Ambiguity_shows_the_whole_text) {
+TEST_F(OptionEngine, Ambiguity_error_shows_complete_argument) {
     Arguments arguments({"--ver=value=x"});
     EXPECT_EQ(
         StepOf(engine, arguments).printed,
         "prog: command '--ver=value=x' is ambiguous; possibilities: '--verify' '--veraddr'\n");
 }
 
-TEST_F(OptionEngine, Candidates_that_mean_the_same_are_not_ambiguous) {
+TEST_F(OptionEngine, Equivalent_candidates_are_not_ambiguous) {
     // "verify" and "verdict" agree in everything but the name; the first one wins.
     CpNxCmdLindParse own;
     own.AddLongCmd("verify", 0, nullptr, 101);
@@ -62,7 +62,7 @@ TEST_F(OptionEngine, Candidates_that_mean_the_same_are_not_ambiguous) {
     EXPECT_EQ(longIndex, 0);
 }
 
-TEST_F(OptionEngine, Candidates_that_mean_the_same_are_ambiguous_with_a_single_dash) {
+TEST_F(OptionEngine, Equivalent_candidates_are_ambiguous_with_single_dash) {
     CpNxCmdLindParse own;
     own.AddLongCmd("verify", 0, nullptr, 101);
     own.AddLongCmd("verdict", 0, nullptr, 101);
@@ -73,7 +73,7 @@ TEST_F(OptionEngine, Candidates_that_mean_the_same_are_ambiguous_with_a_single_d
               "prog: command '--ver' is ambiguous; possibilities: '--verify' '--verdict'\n");
 }
 
-TEST_F(OptionEngine, Each_column_alone_makes_candidates_differ) {
+TEST_F(OptionEngine, Difference_in_any_column_makes_candidates_ambiguous) {
     int flag = 0;
     const STRUCT_CP_LONG_CMD_UNIT others[] = {{"abz", 1, nullptr, 1},
                                               {"abz", 2, nullptr, 1},
@@ -111,7 +111,7 @@ TEST_F(OptionEngine, Ambiguity_lists_later_candidates_line_by_line) {
     EXPECT_EQ(own.GetUnknownChar(), 0);
 }
 
-TEST_F(OptionEngine, Empty_name_makes_every_option_a_candidate) {
+TEST_F(OptionEngine, Empty_name_makes_every_option_candidate) {
     Arguments arguments({"--=x"});
     const Step step = StepOf(engine, arguments);
     EXPECT_EQ(step.result, 63);
@@ -121,7 +121,7 @@ TEST_F(OptionEngine, Empty_name_makes_every_option_a_candidate) {
     EXPECT_EQ(engine.GetUnknownChar(), 0);
 }
 
-TEST_F(OptionEngine, Single_dash_finds_long_options_where_asked) {
+TEST_F(OptionEngine, Single_dash_matches_long_options_if_requested) {
     engine.AddShortCmds("vs:");
     const struct {
         const char *word;
@@ -150,7 +150,7 @@ TEST_F(OptionEngine, Single_dash_finds_long_options_where_asked) {
     }
 }
 
-TEST_F(OptionEngine, Single_dash_falls_back_to_a_cluster) {
+TEST_F(OptionEngine, Single_dash_falls_back_to_short_options) {
     engine.AddShortCmds("xy");
     Arguments arguments({"-xy"});
     EXPECT_EQ(StepOf(engine, arguments, nullptr, true).result, 'x');
@@ -159,7 +159,7 @@ TEST_F(OptionEngine, Single_dash_falls_back_to_a_cluster) {
 }
 
 /// The element decides whether an unknown name may be a cluster, and not the prefix.
-TEST_F(OptionEngine, Unknown_name_asks_for_short_options_by_its_element) {
+TEST_F(OptionEngine, Unknown_name_falls_back_to_matching_short_option) {
     const struct {
         int longOnly;
         const char *shorts;

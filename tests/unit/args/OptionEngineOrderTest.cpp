@@ -4,7 +4,7 @@ namespace {
 
 using namespace option_engine; // NOLINT(google-build-using-namespace): one subject
 
-TEST_F(OptionEngine, Other_arguments_move_behind_the_options) {
+TEST_F(OptionEngine, Non_options_move_after_options) {
     Arguments arguments({"a", "b", "--verify", "c"});
     EXPECT_EQ(StepOf(engine, arguments).result, 101);
     EXPECT_EQ(StepOf(engine, arguments).result, -1);
@@ -15,7 +15,7 @@ TEST_F(OptionEngine, Other_arguments_move_behind_the_options) {
     EXPECT_EQ(arguments.Get()[2], arguments.Original(1));
 }
 
-TEST_F(OptionEngine, Both_kinds_keep_their_order) {
+TEST_F(OptionEngine, Options_and_non_options_keep_their_order) {
     Arguments arguments({"1", "--fw", "x", "2", "3", "--sign", "-", "--fw=y", "--opt", "4"});
     while (StepOf(engine, arguments).result != -1) {
     }
@@ -24,7 +24,7 @@ TEST_F(OptionEngine, Both_kinds_keep_their_order) {
     EXPECT_EQ(engine.GetCmdIndex(), 6);
 }
 
-TEST_F(OptionEngine, Without_other_arguments_the_index_ends_at_the_count) {
+TEST_F(OptionEngine, Index_ends_at_count_if_all_arguments_are_options) {
     Arguments arguments({"--verify", "--sign"});
     EXPECT_EQ(StepOf(engine, arguments).result, 101);
     EXPECT_EQ(StepOf(engine, arguments).result, 105);
@@ -32,14 +32,14 @@ TEST_F(OptionEngine, Without_other_arguments_the_index_ends_at_the_count) {
     EXPECT_EQ(engine.GetCmdIndex(), 3);
 }
 
-TEST_F(OptionEngine, Program_is_never_scanned) {
+TEST_F(OptionEngine, Program_name_is_never_scanned) {
     char program[] = "--verify";
     char *argv[] = {program, nullptr};
     EXPECT_EQ(engine.ParseCmdLine(1, argv), -1);
     EXPECT_EQ(engine.GetCmdIndex(), 1);
 }
 
-TEST_F(OptionEngine, Without_arguments_nothing_happens) {
+TEST_F(OptionEngine, Scan_without_arguments_changes_nothing) {
     Arguments arguments({"--fw", "x"});
     EXPECT_EQ(StepOf(engine, arguments).result, 103);
     EXPECT_EQ(engine.ParseCmdLine(0, arguments.Get()), -1);
@@ -50,7 +50,7 @@ TEST_F(OptionEngine, Without_arguments_nothing_happens) {
     EXPECT_EQ(engine.GetCmdArg(), nullptr);
 }
 
-TEST_F(OptionEngine, Double_dash_ends_the_options) {
+TEST_F(OptionEngine, Double_dash_ends_options) {
     Arguments arguments({"a", "--verify", "--", "--sign", "b"});
     EXPECT_EQ(StepOf(engine, arguments).result, 101);
     EXPECT_EQ(StepOf(engine, arguments).result, -1);
@@ -58,14 +58,14 @@ TEST_F(OptionEngine, Double_dash_ends_the_options) {
     EXPECT_EQ(engine.GetCmdIndex(), 3);
 }
 
-TEST_F(OptionEngine, Double_dash_without_anything_behind) {
+TEST_F(OptionEngine, Double_dash_as_last_argument_ends_scan) {
     Arguments arguments({"--verify", "--"});
     EXPECT_EQ(StepOf(engine, arguments).result, 101);
     EXPECT_EQ(StepOf(engine, arguments).result, -1);
     EXPECT_EQ(engine.GetCmdIndex(), 3);
 }
 
-TEST_F(OptionEngine, A_further_step_scans_what_stands_behind_the_double_dash) {
+TEST_F(OptionEngine, Step_after_end_scans_arguments_after_double_dash) {
     Arguments arguments({"--", "--fw", "b"});
     EXPECT_EQ(StepOf(engine, arguments).result, -1);
     EXPECT_EQ(engine.GetCmdIndex(), 2);
@@ -73,7 +73,7 @@ TEST_F(OptionEngine, A_further_step_scans_what_stands_behind_the_double_dash) {
     EXPECT_EQ(ArgumentOf(engine), "b");
 }
 
-TEST_F(OptionEngine, Exchange_moves_the_bounds_of_the_skipped_block) {
+TEST_F(OptionEngine, Exchange_moves_bounds_of_skipped_block) {
     Arguments arguments({"a", "b", "--verify"});
     EXPECT_EQ(StepOf(engine, arguments).result, 101);
     engine.ExchangeAdjacentSubsequence(arguments.Get());
@@ -85,7 +85,7 @@ TEST_F(OptionEngine, Exchange_moves_the_bounds_of_the_skipped_block) {
     EXPECT_EQ(arguments.Now(), (Words{"--verify", "a", "b"}));
 }
 
-TEST_F(OptionEngine, Nothing_to_exchange_keeps_the_order) {
+TEST_F(OptionEngine, Exchange_of_empty_block_keeps_order) {
     Arguments arguments({"a", "b"});
     engine.ExchangeAdjacentSubsequence(arguments.Get());
     EXPECT_EQ(arguments.Now(), (Words{"a", "b"}));

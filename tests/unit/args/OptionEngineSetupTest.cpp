@@ -7,7 +7,7 @@ namespace {
 
 using namespace option_engine; // NOLINT(google-build-using-namespace): one subject
 
-TEST_F(OptionEngine, Long_option_record_has_the_classic_shape) {
+TEST_F(OptionEngine, Long_option_record_has_layout_of_getopt) {
     EXPECT_EQ(sizeof(STRUCT_CP_LONG_CMD_UNIT), 32U);
     EXPECT_EQ(offsetof(STRUCT_CP_LONG_CMD_UNIT, pszName), 0U);
     EXPECT_EQ(offsetof(STRUCT_CP_LONG_CMD_UNIT, nHasArg), 8U);
@@ -31,7 +31,7 @@ void ExpectFresh(const CpNxCmdLindParse &engine) {
     EXPECT_EQ(At<int>(&engine, 80), 63) << "unknown character";
 }
 
-TEST_F(OptionEngine, Every_member_has_its_start_value) {
+TEST_F(OptionEngine, New_engine_has_documented_start_values) {
     alignas(CpNxCmdLindParse) unsigned char memory[sizeof(CpNxCmdLindParse)];
     std::memset(memory, 0xCC, sizeof memory);
     auto *fresh = ::new (memory) CpNxCmdLindParse;
@@ -42,7 +42,7 @@ TEST_F(OptionEngine, Every_member_has_its_start_value) {
     fresh->~CpNxCmdLindParse();
 }
 
-TEST_F(OptionEngine, Reset_brings_the_start_values_back) {
+TEST_F(OptionEngine, Reset_restores_start_values) {
     engine.AddShortCmds(":ab:c");
     Arguments arguments({"f", "-ca", "--fw", "x", "-b"});
     while (StepOf(engine, arguments).result != -1) {
@@ -57,7 +57,7 @@ TEST_F(OptionEngine, Reset_brings_the_start_values_back) {
     EXPECT_EQ(step.printed, "prog: invalid option -- '-'\n");
 }
 
-TEST_F(OptionEngine, Reset_in_the_middle_of_a_cluster_starts_with_the_next_line) {
+TEST_F(OptionEngine, Reset_inside_cluster_starts_next_line_from_beginning) {
     engine.AddShortCmds("abc");
     Arguments first({"-abc"});
     EXPECT_EQ(StepOf(engine, first).result, 'a');
@@ -69,18 +69,18 @@ TEST_F(OptionEngine, Reset_in_the_middle_of_a_cluster_starts_with_the_next_line)
     EXPECT_EQ(StepOf(engine, second).result, -1);
 }
 
-TEST_F(OptionEngine, Registering_returns_0) {
+TEST_F(OptionEngine, Registration_functions_return_0) {
     EXPECT_EQ(engine.AddShortCmds("a"), 0);
     EXPECT_EQ(engine.AddLongCmd("more", 0, nullptr, 1), 0);
     EXPECT_EQ(engine.AddLongCmds(kTable), 0);
 }
 
-TEST_F(OptionEngine, Table_ends_at_its_null_name) {
+TEST_F(OptionEngine, AddLongCmds_stops_at_null_name) {
     Arguments arguments({"--behind"});
     EXPECT_EQ(StepOf(engine, arguments).printed, "prog: unrecognized command '--behind'\n");
 }
 
-TEST_F(OptionEngine, Every_table_goes_behind_what_is_registered) {
+TEST_F(OptionEngine, AddLongCmds_appends_to_registered_options) {
     const STRUCT_CP_LONG_CMD_UNIT more[] = {
         {"third", 0, nullptr, 3}, {"fourth", 0, nullptr, 4}, {nullptr, 0, nullptr, 0}};
     const STRUCT_CP_LONG_CMD_UNIT empty[] = {{nullptr, 0, nullptr, 0}};
@@ -98,7 +98,7 @@ TEST_F(OptionEngine, Every_table_goes_behind_what_is_registered) {
     }
 }
 
-TEST_F(OptionEngine, Table_is_copied_and_its_names_are_not) {
+TEST_F(OptionEngine, AddLongCmds_copies_table_but_not_names) {
     std::string name = "first";
     STRUCT_CP_LONG_CMD_UNIT table[] = {{name.c_str(), 0, nullptr, 5}, {nullptr, 0, nullptr, 0}};
     CpNxCmdLindParse own;
@@ -109,7 +109,7 @@ TEST_F(OptionEngine, Table_is_copied_and_its_names_are_not) {
     EXPECT_EQ(StepOf(own, arguments).result, 5);
 }
 
-TEST_F(OptionEngine, Short_options_are_borrowed) {
+TEST_F(OptionEngine, AddShortCmds_stores_pointer_only) {
     std::string shorts = "a";
     CpNxCmdLindParse own;
     own.AddShortCmds(shorts.c_str());
@@ -118,7 +118,7 @@ TEST_F(OptionEngine, Short_options_are_borrowed) {
     EXPECT_EQ(StepOf(own, arguments).result, 'b');
 }
 
-TEST_F(OptionEngine, Options_are_numbered_in_the_order_of_registration) {
+TEST_F(OptionEngine, Options_are_numbered_in_order_of_registration) {
     engine.AddLongCmd("single", 0, nullptr, 200);
     const struct {
         const char *word;
@@ -138,7 +138,7 @@ TEST_F(OptionEngine, Options_are_numbered_in_the_order_of_registration) {
     }
 }
 
-TEST_F(OptionEngine, Index_of_the_option_is_stored_for_a_match_only) {
+TEST_F(OptionEngine, Long_index_is_stored_only_for_match) {
     int longIndex = -7;
     for (const char *word : {"--ver", "--verify=x", "--fw", "--nothing", "-v", "f"}) {
         Arguments arguments({word});
@@ -148,7 +148,7 @@ TEST_F(OptionEngine, Index_of_the_option_is_stored_for_a_match_only) {
     }
 }
 
-TEST_F(OptionEngine, Flag_receives_the_value_and_the_result_is_0) {
+TEST_F(OptionEngine, Flag_option_stores_value_and_returns_0) {
     int flag = 0;
     engine.AddLongCmd("flag", 0, &flag, 77);
     engine.AddLongCmd("flagarg", 1, &flag, 78);
@@ -163,7 +163,7 @@ TEST_F(OptionEngine, Flag_receives_the_value_and_the_result_is_0) {
     EXPECT_EQ(ArgumentOf(engine), "x");
 }
 
-TEST_F(OptionEngine, Three_entrances_to_the_same_step) {
+TEST_F(OptionEngine, Three_parse_functions_run_same_step) {
     Arguments plain({"--fw", "x"});
     EXPECT_EQ(CpNxCmdLindParse(engine).ParseCmdLine(plain.Count(), plain.Get()), 103);
     int longIndex = -1;
@@ -184,7 +184,7 @@ TEST_F(OptionEngine, Three_entrances_to_the_same_step) {
         103);
 }
 
-TEST_F(OptionEngine, First_set_up_returns_the_short_options_unchanged) {
+TEST_F(OptionEngine, First_ParseCmdLineInital_returns_short_options_unchanged) {
     const char *shorts = "-a";
     engine.AddShortCmds(shorts);
     EXPECT_EQ(engine.ParseCmdLineInital(), shorts);
@@ -196,7 +196,7 @@ TEST_F(OptionEngine, First_set_up_returns_the_short_options_unchanged) {
     EXPECT_EQ(engine.ParseCmdLineInital(), shorts);
 }
 
-TEST_F(OptionEngine, Set_up_keeps_the_index_and_forgets_the_skipped_block) {
+TEST_F(OptionEngine, ParseCmdLineInital_keeps_index_and_resets_skipped_block) {
     Arguments arguments({"a", "--verify", "b", "--sign"});
     EXPECT_EQ(StepOf(engine, arguments).result, 101);
     EXPECT_EQ(StepOf(engine, arguments).result, 105);
@@ -206,7 +206,7 @@ TEST_F(OptionEngine, Set_up_keeps_the_index_and_forgets_the_skipped_block) {
     EXPECT_EQ(At<int>(&engine, 60), 1);
 }
 
-TEST_F(OptionEngine, Set_up_ends_a_cluster) {
+TEST_F(OptionEngine, ParseCmdLineInital_ends_cluster) {
     engine.AddShortCmds("abc");
     Arguments arguments({"-abc"});
     EXPECT_EQ(StepOf(engine, arguments).result, 'a');
@@ -216,7 +216,7 @@ TEST_F(OptionEngine, Set_up_ends_a_cluster) {
     EXPECT_EQ(StepOf(engine, arguments).result, 'a');
 }
 
-TEST_F(OptionEngine, Index_0_starts_afresh_at_1) {
+TEST_F(OptionEngine, ParseCmdLineInital_resets_index_0_to_1) {
     const int index = 0;
     std::memcpy(reinterpret_cast<char *>(&engine) + 72, &index, sizeof index);
     engine.ParseCmdLineInital();
@@ -231,7 +231,7 @@ TEST_F(OptionEngine, Index_0_starts_afresh_at_1) {
     EXPECT_EQ(StepOf(engine, arguments).result, 'b');
 }
 
-TEST_F(OptionEngine, Bounds_beyond_the_index_come_back_to_it) {
+TEST_F(OptionEngine, Bounds_past_index_are_reset_to_index) {
     Arguments arguments({"--sign", "a", "--sign"});
     EXPECT_EQ(StepOf(engine, arguments).result, 105);
     const int beyond[] = {3, 4};
@@ -244,7 +244,7 @@ TEST_F(OptionEngine, Bounds_beyond_the_index_come_back_to_it) {
     EXPECT_EQ(engine.GetCmdIndex(), 3);
 }
 
-TEST_F(OptionEngine, Null_pointers_are_survived) {
+TEST_F(OptionEngine, Null_pointers_are_ignored) {
     engine.AddLongCmd(nullptr, 0, nullptr, 1);
     EXPECT_EQ(engine.AddLongCmds(nullptr), 0);
     EXPECT_EQ(engine.AddShortCmds(nullptr), 0);
@@ -257,7 +257,7 @@ TEST_F(OptionEngine, Null_pointers_are_survived) {
     EXPECT_EQ(engine.ParseCmdLine(3, nullptr), -1);
 }
 
-TEST_F(OptionEngine, Smaller_count_than_before_ends_the_scan) {
+TEST_F(OptionEngine, Count_below_index_ends_scan) {
     Arguments arguments({"--sign", "--sign", "--sign"});
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(StepOf(engine, arguments).result, 105);

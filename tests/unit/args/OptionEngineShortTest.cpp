@@ -4,7 +4,7 @@ namespace {
 
 using namespace option_engine; // NOLINT(google-build-using-namespace): one subject
 
-TEST_F(OptionEngine, Leading_colon_silences_and_tells_a_missing_argument_apart) {
+TEST_F(OptionEngine, Leading_colon_disables_messages_and_returns_colon) {
     engine.AddShortCmds(":ab:");
     const struct {
         const char *word;
@@ -25,7 +25,7 @@ TEST_F(OptionEngine, Leading_colon_silences_and_tells_a_missing_argument_apart) 
     }
 }
 
-TEST_F(OptionEngine, Silence_stays_when_the_colon_goes) {
+TEST_F(OptionEngine, Diagnostics_stay_off_after_leading_colon_is_removed) {
     engine.AddShortCmds(":a");
     Arguments arguments({"-a", "-x", "--fw"});
     EXPECT_EQ(StepOf(engine, arguments).result, 'a');
@@ -36,7 +36,7 @@ TEST_F(OptionEngine, Silence_stays_when_the_colon_goes) {
     EXPECT_EQ(step.result, 63);
 }
 
-TEST_F(OptionEngine, Without_long_options_a_double_dash_word_is_a_cluster) {
+TEST_F(OptionEngine, Double_dash_word_is_cluster_without_long_options) {
     CpNxCmdLindParse own;
     own.AddShortCmds("a");
     Arguments arguments({"--a"});
@@ -44,7 +44,7 @@ TEST_F(OptionEngine, Without_long_options_a_double_dash_word_is_a_cluster) {
     EXPECT_EQ(StepOf(own, arguments).result, 'a');
 }
 
-TEST_F(OptionEngine, Unknown_short_option) {
+TEST_F(OptionEngine, Unknown_short_option_is_reported_as_error) {
     Arguments arguments({"-v"});
     const Step step = StepOf(engine, arguments);
     EXPECT_EQ(step.result, 63);
@@ -53,7 +53,7 @@ TEST_F(OptionEngine, Unknown_short_option) {
     EXPECT_EQ(engine.GetCmdIndex(), 2);
 }
 
-TEST_F(OptionEngine, Colon_and_semicolon_are_no_short_options) {
+TEST_F(OptionEngine, Colon_and_semicolon_are_rejected_as_short_options) {
     engine.AddShortCmds("a:;b");
     Arguments arguments({"-:", "-;"});
     EXPECT_EQ(StepOf(engine, arguments).printed, "prog: invalid option -- ':'\n");
@@ -62,7 +62,7 @@ TEST_F(OptionEngine, Colon_and_semicolon_are_no_short_options) {
     EXPECT_EQ(engine.GetUnknownChar(), ';');
 }
 
-TEST_F(OptionEngine, Cluster_of_short_options) {
+TEST_F(OptionEngine, Cluster_returns_each_short_option) {
     engine.AddShortCmds("abc:d::");
     Arguments arguments({"-abcvalue", "-c", "next", "-abd", "-dtight"});
     const struct {
@@ -81,7 +81,7 @@ TEST_F(OptionEngine, Cluster_of_short_options) {
     }
 }
 
-TEST_F(OptionEngine, Unknown_letter_inside_a_cluster_does_not_end_it) {
+TEST_F(OptionEngine, Unknown_letter_does_not_end_cluster) {
     engine.AddShortCmds("ab");
     Arguments arguments({"-axb"});
     EXPECT_EQ(StepOf(engine, arguments).result, 'a');
@@ -90,7 +90,7 @@ TEST_F(OptionEngine, Unknown_letter_inside_a_cluster_does_not_end_it) {
     EXPECT_EQ(StepOf(engine, arguments).result, -1);
 }
 
-TEST_F(OptionEngine, Missing_argument_of_a_short_option) {
+TEST_F(OptionEngine, Missing_argument_of_short_option_is_reported_as_error) {
     engine.AddShortCmds("ab:");
     Arguments arguments({"-ab"});
     EXPECT_EQ(StepOf(engine, arguments).result, 'a');
@@ -101,7 +101,7 @@ TEST_F(OptionEngine, Missing_argument_of_a_short_option) {
     EXPECT_EQ(StepOf(engine, arguments).result, -1);
 }
 
-TEST_F(OptionEngine, Letters_beyond_ascii) {
+TEST_F(OptionEngine, Byte_outside_ASCII_is_reported_as_negative_character) {
     Arguments arguments({"-\xC3\xA9"});
     Step step = StepOf(engine, arguments);
     EXPECT_EQ(step.printed, "prog: invalid option -- '\xC3'\n");
@@ -116,7 +116,7 @@ TEST_F(OptionEngine, Letters_beyond_ascii) {
     EXPECT_EQ(StepOf(own, known).result, 0xC3);
 }
 
-TEST_F(OptionEngine, Leading_sign_of_the_short_options_is_dropped_once_a_call) {
+TEST_F(OptionEngine, Leading_sign_of_short_options_is_dropped_once_per_call) {
     // The string is "-+ab:": the first call sees all of it, the second "+ab:", the third "ab:".
     engine.AddShortCmds("-+ab:");
     Arguments arguments({"-+", "-+", "-+", "-a"});

@@ -13,13 +13,13 @@ std::string IllegalOption(unsigned number) {
 
 } // namespace
 
-using OptionTableTest = ParserTest;
+using OptionTableRows = ParserTest;
 
-TEST_F(OptionTableTest, List_of_the_tests_is_complete) {
+TEST_F(OptionTableRows, Test_list_has_as_many_rows_as_option_table) {
     EXPECT_EQ(std::size(kListedOptions), kOptionCount);
 }
 
-TEST_F(OptionTableTest, Ids_of_the_options_have_a_row_and_no_others) {
+TEST_F(OptionTableRows, FindOptionById_finds_registered_ids_only) {
     std::map<int, std::string> names;
     for (const ListedOption &option : kListedOptions) {
         if (option.word == '-') {
@@ -32,7 +32,7 @@ TEST_F(OptionTableTest, Ids_of_the_options_have_a_row_and_no_others) {
     }
 }
 
-TEST_F(OptionTableTest, Option_with_a_value_complains_where_it_is_missing) {
+TEST_F(OptionTableRows, Option_with_value_reports_missing_value) {
     for (const ListedOption &option : kListedOptions) {
         if (!option.takesValue) {
             continue;
@@ -46,7 +46,7 @@ TEST_F(OptionTableTest, Option_with_a_value_complains_where_it_is_missing) {
     }
 }
 
-TEST_F(OptionTableTest, Option_without_a_value_complains_about_one) {
+TEST_F(OptionTableRows, Option_without_value_reports_unwanted_value) {
     for (const ListedOption &option : kListedOptions) {
         if (option.takesValue) {
             continue;
@@ -60,7 +60,7 @@ TEST_F(OptionTableTest, Option_without_a_value_complains_about_one) {
     }
 }
 
-TEST_F(OptionTableTest, Every_prefix_is_resolved_in_the_order_of_the_table) {
+TEST_F(OptionTableRows, Every_prefix_is_resolved_in_table_order) {
     // Every beginning of every name: found when exact or when it fits one option only; otherwise
     // the listing of the candidates shows their order.
     for (const ListedOption &option : kListedOptions) {
@@ -92,14 +92,14 @@ TEST_F(OptionTableTest, Every_prefix_is_resolved_in_the_order_of_the_table) {
     }
 }
 
-TEST_F(OptionTableTest, Short_options_do_not_exist) {
+TEST_F(OptionTableRows, No_short_option_is_registered) {
     const Answer answer = Parse({"-v", "--resetmcu"});
     EXPECT_EQ(answer.result, 1);
     EXPECT_EQ(answer.err, "tool: invalid option -- 'v'\n");
     EXPECT_EQ(answer.out, "illegal option ' v '!\n");
 }
 
-TEST_F(OptionTableTest, Action_options_give_the_action) {
+TEST_F(OptionTableRows, Every_action_option_stores_its_action) {
     const struct {
         std::vector<std::string> words;
         unsigned action;
@@ -134,7 +134,7 @@ TEST_F(OptionTableTest, Action_options_give_the_action) {
     }
 }
 
-TEST_F(OptionTableTest, Switches_set_their_field) {
+TEST_F(OptionTableRows, Every_switch_sets_its_field) {
     EXPECT_ACCEPTED(Parse({"--resetmcu"}));
     EXPECT_EQ(Setting()->enumBootCodeType, 0U);
     EXPECT_EQ(Setting()->enumIspMode, 1U);
@@ -157,7 +157,7 @@ TEST_F(OptionTableTest, Switches_set_their_field) {
     EXPECT_EQ(Setting()->stI2CWrite.bDdcciCmd, 1U);
 }
 
-TEST_F(OptionTableTest, Keywords_set_their_number) {
+TEST_F(OptionTableRows, Every_keyword_stores_its_number) {
     using Record = STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING;
     const struct {
         const char *option;
@@ -194,7 +194,7 @@ TEST_F(OptionTableTest, Keywords_set_their_number) {
     }
 }
 
-TEST_F(OptionTableTest, Other_words_are_refused_without_a_line_end) {
+TEST_F(OptionTableRows, Unknown_keyword_is_rejected_with_message_without_newline) {
     const struct {
         const char *option;
         const char *message;
@@ -212,7 +212,7 @@ TEST_F(OptionTableTest, Other_words_are_refused_without_a_line_end) {
     }
 }
 
-TEST_F(OptionTableTest, Bank_and_file_options_belong_to_their_entry) {
+TEST_F(OptionTableRows, Bank_and_file_options_fill_their_own_entry) {
     for (unsigned entry = 0; entry <= 9; ++entry) {
         const std::string number = entry == 0 ? "" : std::to_string(entry);
         const std::string fw = "--fw" + number;

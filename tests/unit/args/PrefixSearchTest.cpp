@@ -13,7 +13,7 @@ class PrefixSearch : public ParserTest {
     std::string name;
 };
 
-TEST_F(PrefixSearch, Only_match_is_found) {
+TEST_F(PrefixSearch, Single_match_is_returned) {
     Prefix("FWX");
     for (const char *file : {"FWX_1.bin", "fwx_2.bin", "aFWX.bin", "FW.bin", "other.bin"}) {
         folder.Write(file, "x");
@@ -22,7 +22,7 @@ TEST_F(PrefixSearch, Only_match_is_found) {
     EXPECT_EQ(name, "FWX_1.bin");
 }
 
-TEST_F(PrefixSearch, Two_matches_are_counted) {
+TEST_F(PrefixSearch, Two_matches_fail_and_message_shows_count) {
     Prefix("FWX");
     folder.Write("FWX_1.bin", "x");
     folder.Write("FWX_2.bin", "x");
@@ -30,7 +30,7 @@ TEST_F(PrefixSearch, Two_matches_are_counted) {
     EXPECT_EQ(name, "unchanged");
 }
 
-TEST_F(PrefixSearch, Name_must_be_longer_than_the_prefix) {
+TEST_F(PrefixSearch, Name_equal_to_prefix_does_not_match) {
     Prefix("whole.bin");
     folder.Write("whole.bin", "x");
     EXPECT_REFUSED(Search(), "find 0 match fw base on prefix whole.bin, fail!\n");
@@ -39,7 +39,7 @@ TEST_F(PrefixSearch, Name_must_be_longer_than_the_prefix) {
     EXPECT_EQ(name, "whole.bin.bin");
 }
 
-TEST_F(PrefixSearch, Files_are_looked_for_before_the_setting) {
+TEST_F(PrefixSearch, Missing_files_are_reported_before_missing_prefix) {
     EXPECT_REFUSED(Search(), "Cannot find bin in current dir!\n");
     EXPECT_EQ(TextOf(Setting()->wszSettingFile), L"");
     folder.Write("a.bin", "x");
@@ -51,7 +51,7 @@ TEST_F(PrefixSearch, Files_are_looked_for_before_the_setting) {
     EXPECT_REFUSED(Search(), "Cannot fw prefix setting!\n");
 }
 
-TEST_F(PrefixSearch, Prefix_is_UTF_8) {
+TEST_F(PrefixSearch, Prefix_is_compared_as_UTF8) {
     Prefix("\xC3\xA4");
     folder.Write("\xC3\xA4.bin", "x");
     folder.Write("a.bin", "x");
@@ -59,14 +59,14 @@ TEST_F(PrefixSearch, Prefix_is_UTF_8) {
     EXPECT_EQ(name, "\xC3\xA4.bin");
 }
 
-TEST_F(PrefixSearch, Prefix_may_be_longer_than_a_path_field) {
+TEST_F(PrefixSearch, Prefix_longer_than_path_field_is_read_completely) {
     Prefix(std::string(900, 'p'));
     folder.Write("a.bin", "x");
     EXPECT_REFUSED(Search(),
                    "find 0 match fw base on prefix " + std::string(900, 'p') + ", fail!\n");
 }
 
-TEST_F(PrefixSearch, Found_file_is_entry_zero) {
+TEST_F(PrefixSearch, Found_file_becomes_entry_0) {
     Prefix("F");
     const std::string file = folder.Write("F1.bin", "x");
     EXPECT_ACCEPTED(
@@ -78,13 +78,13 @@ TEST_F(PrefixSearch, Found_file_is_entry_zero) {
     EXPECT_EQ(Setting()->bAutoSearchFW, 1U);
 }
 
-TEST_F(PrefixSearch, Failed_search_ends_the_command) {
+TEST_F(PrefixSearch, Failed_search_rejects_line) {
     folder.Write("a.bin", "x");
     EXPECT_REFUSED(Parse({"--isp", "--settingfile", ini, "--searchfw", "prefix", "--comm", "x"}),
                    "Cannot fw prefix setting!\n");
 }
 
-TEST_F(PrefixSearch, Settings_file_given_later_is_not_seen_by_the_search) {
+TEST_F(PrefixSearch, Search_ignores_settings_file_given_after_it) {
     Prefix("F");
     folder.Write("F1.bin", "x");
     EXPECT_REFUSED(Parse({"--isp", "--searchfw", "prefix", "--settingfile", ini}),

@@ -8,7 +8,7 @@
 
 namespace {
 
-TEST(RawArgs, Fields_lie_in_their_order) {
+TEST(RawArgs, Fields_of_raw_record_have_documented_order) {
     const STRUCT_CP_ISP_CMD_ARGS args;
     const void *const fields[] = {&args.ulActionMask,
                                   &args.ulSignTypeMask,

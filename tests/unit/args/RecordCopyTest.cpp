@@ -45,7 +45,7 @@ template <class Record> struct Storage {
     }
 };
 
-TEST(RecordCopy, Command_record_comes_back_byte_for_byte) {
+TEST(RecordCopy, GetISPCmdSetting_returns_record_that_was_set) {
     const Bytes pattern = Pattern(546704, 1);
     const Storage<Command> given(pattern);
     const auto parser = std::make_unique<CCpIspArgsParse>();
@@ -57,7 +57,7 @@ TEST(RecordCopy, Command_record_comes_back_byte_for_byte) {
     EXPECT_TRUE(BytesOf(*returned.record) == pattern);
 }
 
-TEST(RecordCopy, Sign_record_comes_back_byte_for_byte) {
+TEST(RecordCopy, GetDigitalSignArgs_returns_record_that_was_set) {
     const Bytes pattern = Pattern(1840, 2);
     const Storage<Sign> given(pattern);
     const auto parser = std::make_unique<CCpIspArgsParse>();
@@ -66,7 +66,7 @@ TEST(RecordCopy, Sign_record_comes_back_byte_for_byte) {
     EXPECT_TRUE(BytesOf(parser->GetDigitalSignArgs()) == pattern);
 }
 
-TEST(RecordCopy, Setting_one_record_leaves_the_other) {
+TEST(RecordCopy, Setting_one_record_keeps_other_record) {
     const Bytes command = Pattern(546704, 3);
     const Bytes sign = Pattern(1840, 4);
     const Storage<Command> givenCommand(command);
@@ -81,7 +81,7 @@ TEST(RecordCopy, Setting_one_record_leaves_the_other) {
     EXPECT_TRUE(BytesOf(*returned.record) == command);
 }
 
-TEST(RecordCopy, Sign_record_lies_directly_behind_the_command_record) {
+TEST(RecordCopy, Sign_record_follows_command_record_directly) {
     const Bytes command = Pattern(546704, 5);
     const Bytes sign = Pattern(1840, 6);
     const Storage<Command> givenCommand(command);
@@ -100,7 +100,7 @@ TEST(RecordCopy, Sign_record_lies_directly_behind_the_command_record) {
     EXPECT_LT(whole.end() - found - static_cast<std::ptrdiff_t>(both.size()), 8);
 }
 
-TEST(RecordCopy, Members_lie_in_their_order) {
+TEST(RecordCopy, Members_of_parser_have_documented_order) {
     const auto parser = std::make_unique<CCpIspArgsParse>();
     parser->SetCurrentDir("/folder/");
     EXPECT_EQ(parser->InsertCommandFwFile(3, "a.bin"), 1);
@@ -129,7 +129,7 @@ TEST(RecordCopy, New_parser_holds_default_records) {
     EXPECT_EQ(returned.record->stFlagSetting.ucFlagData[1219], 0xFF);
 }
 
-TEST(RecordCopy, Boot_firmware_is_read_with_the_bound_of_its_field) {
+TEST(RecordCopy, Boot_firmware_is_read_up_to_260_bytes) {
     static_assert(std::is_same_v<
                   decltype(std::declval<const CCpIspArgsParse &>().GetOneBootFactoryModeBootFw()),
                   std::string>);

@@ -22,7 +22,7 @@ class UserDefinedSearch : public ParserTest {
     std::string name;
 };
 
-TEST_F(UserDefinedSearch, All_keys_are_read) {
+TEST_F(UserDefinedSearch, GetUserDefinedInfoFromTxt_reads_all_keys) {
     Settings("RecordSIMode=1\nRecordModelMode=2\nRecordPanelMode=0\nRecordVersionMode=2\n"
              "SIName=0x52 84\nModelName=0101 0x42\nPanelName= P a n \nVersion=1 0x10 3\n"
              "CapabilityInfo= c a p \nIgnoreSIName=1\nIgnoreModelName=2\nIgnorePanelName=-1\n"
@@ -45,7 +45,7 @@ TEST_F(UserDefinedSearch, All_keys_are_read) {
     EXPECT_EQ(static_cast<int>(info.enumFindBinUseVerMode), 1);
 }
 
-TEST_F(UserDefinedSearch, One_text_is_enough_and_none_is_unusable) {
+TEST_F(UserDefinedSearch, File_needs_at_least_one_identification_string) {
     for (const char *line : {"SIName=a\n", "ModelName=a\n", "PanelName=a\n", "Version=1\n"}) {
         Settings(line);
         EXPECT_ACCEPTED(Read());
@@ -56,14 +56,14 @@ TEST_F(UserDefinedSearch, One_text_is_enough_and_none_is_unusable) {
     EXPECT_REFUSED(Read(), "");
 }
 
-TEST_F(UserDefinedSearch, Missing_file_is_unusable) {
+TEST_F(UserDefinedSearch, GetUserDefinedInfoFromTxt_fails_if_file_is_missing) {
     Files({"a.bin"});
     EXPECT_REFUSED(Read(), "");
     EXPECT_REFUSED(Search(), "get userdefined info fail!\n");
     EXPECT_EQ(name, "unchanged");
 }
 
-TEST_F(UserDefinedSearch, Only_a_wrong_version_mode_stops_the_reading) {
+TEST_F(UserDefinedSearch, Only_wrong_version_mode_ends_reading) {
     Settings("RecordSIMode=5\nRecordModelMode=3\nRecordPanelMode=-1\nSIName=A B\n");
     const Answer answer = Read();
     EXPECT_EQ(answer.result, 1);
@@ -82,7 +82,7 @@ TEST_F(UserDefinedSearch, Only_a_wrong_version_mode_stops_the_reading) {
     EXPECT_REFUSED(Search(), "Record version mode setting error!get userdefined info fail!\n");
 }
 
-TEST_F(UserDefinedSearch, Find_mode_is_below_two_and_may_be_negative) {
+TEST_F(UserDefinedSearch, Find_mode_above_1_is_rejected_and_negative_accepted) {
     for (const char *mode : {"2", "7"}) {
         Settings(std::string("FindBinUseVerMode=") + mode + "\nSIName=A\n");
         EXPECT_REFUSED(Read(), "Find bin version mode setting error!");
@@ -94,7 +94,7 @@ TEST_F(UserDefinedSearch, Find_mode_is_below_two_and_may_be_negative) {
     EXPECT_REFUSED(Search(), "cann't find fw use userdefined version name info!\n");
 }
 
-TEST_F(UserDefinedSearch, Not_everything_may_be_ignored) {
+TEST_F(UserDefinedSearch, Ignoring_all_four_filters_is_rejected) {
     Settings("IgnoreSIName=1\nIgnoreModelName=1\nIgnorePanelName=1\nIgnoreVersionName=1\n"
              "SIName=A\n");
     EXPECT_REFUSED(Read(), "Ignore setting error!");
@@ -108,7 +108,7 @@ TEST_F(UserDefinedSearch, Not_everything_may_be_ignored) {
     }
 }
 
-TEST_F(UserDefinedSearch, Codes_become_characters) {
+TEST_F(UserDefinedSearch, Character_codes_are_converted_to_characters) {
     const struct {
         const char *codes;
         const char *text;
@@ -121,7 +121,7 @@ TEST_F(UserDefinedSearch, Codes_become_characters) {
     }
 }
 
-TEST_F(UserDefinedSearch, Code_that_is_no_number_ends_silently) {
+TEST_F(UserDefinedSearch, Code_that_is_not_number_fails_silently) {
     for (const char *key : {"SI", "Model", "Panel"}) {
         Settings(std::string("Record") + key + "Mode=1\n" + key + "Name=65 x\nVersion=1\n");
         EXPECT_REFUSED(Read(), "");
@@ -131,7 +131,7 @@ TEST_F(UserDefinedSearch, Code_that_is_no_number_ends_silently) {
     EXPECT_EQ(info.strSIName, "A");
 }
 
-TEST_F(UserDefinedSearch, Names_are_filtered_one_after_the_other) {
+TEST_F(UserDefinedSearch, Filters_are_applied_one_after_another) {
     Files({"SI_MO_PA_1.2.bin", "SI_MO_PA_1.3.bin", "SI_MO_xx_1.2.bin", "SI_xx_PA_1.2.bin",
            "xx_MO_PA_1.2.bin"});
     Settings("SIName=SI\nModelName=MO\nPanelName=PA\nVersion=1.2\n");
@@ -150,7 +150,7 @@ TEST_F(UserDefinedSearch, Names_are_filtered_one_after_the_other) {
     EXPECT_REFUSED(Search(), "2 bin file find user userdefined info!\n");
 }
 
-TEST_F(UserDefinedSearch, Each_filter_has_its_message) {
+TEST_F(UserDefinedSearch, Each_filter_prints_its_own_message) {
     Files({"SI_MO_PA_1.2.bin"});
     Settings("SIName=si\nModelName=no\n");
     EXPECT_REFUSED(Search(), "cann't find fw use userdefined SI name info!\n");
@@ -164,14 +164,14 @@ TEST_F(UserDefinedSearch, Each_filter_has_its_message) {
     EXPECT_REFUSED(Search(), "cann't find fw use userdefined version name info!\n");
 }
 
-TEST_F(UserDefinedSearch, No_files_at_all_are_reported_by_a_filter_or_by_the_count) {
+TEST_F(UserDefinedSearch, Empty_directory_is_reported_by_filter_or_count) {
     Settings("SIName=SI\n");
     EXPECT_REFUSED(Search(), "cann't find fw use userdefined SI name info!\n");
     Settings("SIName=SI\nIgnoreSIName=1\n");
     EXPECT_REFUSED(Search(), "0 bin file find user userdefined info!\n");
 }
 
-TEST_F(UserDefinedSearch, Capability_stands_in_front_of_the_version) {
+TEST_F(UserDefinedSearch, Capability_precedes_version_in_pattern) {
     Files({"x_cap1.2.bin", "y_1.2.bin"});
     Settings("Version=1 2\nRecordVersionMode=1\nCapabilityInfo=c a p\n");
     EXPECT_ACCEPTED(Search());
@@ -180,7 +180,7 @@ TEST_F(UserDefinedSearch, Capability_stands_in_front_of_the_version) {
     EXPECT_REFUSED(Search(), "2 bin file find user userdefined info!\n");
 }
 
-TEST_F(UserDefinedSearch, Major_version_is_found_by_mode_one) {
+TEST_F(UserDefinedSearch, Mode_1_matches_major_version) {
     Files({"FW1.7.bin", "FW1.bin"});
     Settings("Version=1 2\nRecordVersionMode=1\nFindBinUseVerMode=1\n");
     EXPECT_ACCEPTED(Search());
@@ -190,7 +190,7 @@ TEST_F(UserDefinedSearch, Major_version_is_found_by_mode_one) {
     EXPECT_REFUSED(Search(), "cann't find fw use userdefined version name info!\n");
 }
 
-TEST_F(UserDefinedSearch, Found_file_is_entry_zero) {
+TEST_F(UserDefinedSearch, Found_file_becomes_entry_0) {
     Files({"A1.bin", "B1.bin"});
     Settings("SIName=B\n");
     EXPECT_ACCEPTED(Parse({"--isp", "--searchfw", "userdefined"}));

@@ -21,14 +21,14 @@ class UserFlag : public ParserTest {
     STRUCT_FLAG_SETTING setting;
 };
 
-TEST_F(UserFlag, Without_an_address_nothing_changes) {
+TEST_F(UserFlag, GetUserFlag_changes_nothing_without_address) {
     EXPECT_ACCEPTED(Convert("", "1,2,bad"));
     EXPECT_EQ(setting.ulFlagCount, 5U);
     EXPECT_EQ(setting.ulFlagAddr, 7U);
     EXPECT_EQ(setting.ucFlagData[0], 0x11);
 }
 
-TEST_F(UserFlag, Address_without_data_clears_the_bytes) {
+TEST_F(UserFlag, GetUserFlag_sets_bytes_to_FF_without_data) {
     EXPECT_ACCEPTED(Convert("0x1234", ""));
     EXPECT_EQ(setting.ulFlagAddr, 0x1234U);
     EXPECT_EQ(setting.ulFlagCount, 0U);
@@ -36,7 +36,7 @@ TEST_F(UserFlag, Address_without_data_clears_the_bytes) {
     EXPECT_EQ(setting.ulFlagReserved, 3U);
 }
 
-TEST_F(UserFlag, Bytes_come_in_order_and_the_rest_is_FF) {
+TEST_F(UserFlag, Bytes_are_stored_in_order_and_remaining_ones_are_FF) {
     EXPECT_ACCEPTED(Convert("16", "1,0x20,,03,"));
     EXPECT_EQ(setting.ulFlagCount, 3U);
     EXPECT_EQ(setting.ucFlagData[0], 1);
@@ -46,14 +46,14 @@ TEST_F(UserFlag, Bytes_come_in_order_and_the_rest_is_FF) {
     EXPECT_EQ(setting.ucFlagData[1219], 0xFF);
 }
 
-TEST_F(UserFlag, Bad_address_is_refused_before_anything_is_stored) {
+TEST_F(UserFlag, Invalid_address_is_rejected_before_anything_is_stored) {
     EXPECT_REFUSED(Convert("1g", "1"), "Parameter illegal! --flagaddr 1g \n");
     EXPECT_EQ(setting.ulFlagAddr, 7U);
     EXPECT_EQ(setting.ulFlagCount, 5U);
     EXPECT_EQ(setting.ucFlagData[0], 0x11);
 }
 
-TEST_F(UserFlag, Bad_byte_prints_the_whole_list_and_keeps_the_bytes_before_it) {
+TEST_F(UserFlag, Invalid_byte_prints_list_and_keeps_earlier_bytes) {
     for (const char *bad : {"9,256", "9,-1", "9,x,3", "9, "}) {
         EXPECT_REFUSED(Convert("1", bad),
                        std::string("Parameter illegal! --flagdata ") + bad + " \n");
@@ -75,7 +75,7 @@ TEST_F(UserFlag, Flag_count_wraps_at_256) {
     EXPECT_EQ(setting.ucFlagData[299], 2);
 }
 
-TEST_F(UserFlag, Values_beyond_the_room_are_counted_and_not_stored) {
+TEST_F(UserFlag, Values_beyond_capacity_are_counted_and_not_stored) {
     EXPECT_ACCEPTED(Convert("0x40", Values(1220, "3")));
     EXPECT_EQ(setting.ulFlagCount, 1220U % 256U);
     EXPECT_ACCEPTED(Convert("0x40", Values(1300, "3")));

@@ -13,7 +13,7 @@ struct TextRow {
 
 } // namespace
 
-TEST_F(ValueConverters, Signature_mode_is_one_to_four) {
+TEST_F(ValueConverters, Signature_mode_outside_1_to_4_is_rejected) {
     const TextRow rows[] = {
         {"", 1, "", 77},
         {"1", 1, "", 1},
@@ -40,7 +40,7 @@ TEST_F(ValueConverters, Signature_mode_is_one_to_four) {
     }
 }
 
-TEST_F(ValueConverters, Communication_interface_is_one_to_nineteen) {
+TEST_F(ValueConverters, GetCommID_accepts_1_to_19) {
     const TextRow rows[] = {
         {"", 1, "", 0},
         {"1", 1, "", 1},
@@ -61,7 +61,7 @@ TEST_F(ValueConverters, Communication_interface_is_one_to_nineteen) {
     }
 }
 
-TEST_F(ValueConverters, Slave_address_has_a_state) {
+TEST_F(ValueConverters, GetSlaveAddress_stores_state_and_address) {
     const struct {
         const char *text;
         int result;
@@ -103,13 +103,13 @@ class MergeInfo : public ParserTest {
     STRUCT_MERGE_FW_INFO_SETTING setting;
 };
 
-TEST_F(MergeInfo, Empty_text_changes_nothing) {
+TEST_F(MergeInfo, Empty_string_changes_nothing) {
     EXPECT_ACCEPTED(Convert(""));
     EXPECT_EQ(setting.ulMergeDataCount, 9U);
     EXPECT_EQ(setting.ucMergeData[15], 0x55);
 }
 
-TEST_F(MergeInfo, Bytes_are_split_at_dots_and_the_rest_is_cleared) {
+TEST_F(MergeInfo, Bytes_are_split_at_dots_and_remaining_ones_cleared) {
     EXPECT_ACCEPTED(Convert("1.0x2.010.255"));
     EXPECT_EQ(setting.ulMergeDataCount, 4U);
     EXPECT_THAT(setting.ucMergeData,
@@ -121,13 +121,13 @@ TEST_F(MergeInfo, Doubled_and_trailing_dots_add_nothing) {
     EXPECT_EQ(setting.ulMergeDataCount, 2U);
 }
 
-TEST_F(MergeInfo, Sixteen_bytes_fit) {
+TEST_F(MergeInfo, Sixteen_bytes_are_accepted) {
     EXPECT_ACCEPTED(Convert("1.2.3.4.5.6.7.8.9.10.11.12.13.14.15.16"));
     EXPECT_EQ(setting.ulMergeDataCount, 16U);
     EXPECT_EQ(setting.ucMergeData[15], 16);
 }
 
-TEST_F(MergeInfo, Seventeen_bytes_print_the_length_and_the_whole_text) {
+TEST_F(MergeInfo, Seventeen_bytes_are_rejected_with_count_and_list) {
     EXPECT_REFUSED(Convert("1.2.3.4.5.6.7.8.9.10.11.12.13.14.15.16.17"),
                    "Input Flag Length: 0x11 ,Max Flag Count: 0x10"
                    "Parameter illegal! --MergeFw --write "
@@ -135,7 +135,7 @@ TEST_F(MergeInfo, Seventeen_bytes_print_the_length_and_the_whole_text) {
     EXPECT_EQ(setting.ucMergeData[15], 16);
 }
 
-TEST_F(MergeInfo, Bad_piece_prints_the_whole_text_and_keeps_the_bytes_before_it) {
+TEST_F(MergeInfo, Invalid_byte_prints_list_and_keeps_earlier_bytes) {
     for (const char *bad : {"1.256.3", "1.-1", "1.x", "1. ", "1.2 "}) {
         setting.ulMergeDataCount = 9;
         EXPECT_REFUSED(Convert(bad),

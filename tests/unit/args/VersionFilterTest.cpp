@@ -15,14 +15,14 @@ class VersionFilter : public ParserTest {
     std::vector<std::string> matches;
 };
 
-TEST_F(VersionFilter, Whole_version_is_a_part_of_the_name) {
+TEST_F(VersionFilter, Mode_0_matches_name_that_contains_version) {
     EXPECT_ACCEPTED(Find(0, {"FW1.2.bin", "1.20.bin", "FW12.bin", "1.3.bin"}, "1.2"));
     EXPECT_THAT(matches, testing::ElementsAre("FW1.2.bin", "1.20.bin"));
     EXPECT_ACCEPTED(Find(0, {"FW1.2.bin", "cap1.2.bin"}, "1.2", "cap"));
     EXPECT_THAT(matches, testing::ElementsAre("cap1.2.bin"));
 }
 
-TEST_F(VersionFilter, Matches_are_appended) {
+TEST_F(VersionFilter, FindBinUseVersionInfo_appends_matches) {
     auto mode = ENUM_FIND_BIN_WHOLE_VERSION;
     matches = {"old"};
     EXPECT_EQ(parser->FindBinUseVersionInfo(matches, {"a1"}, mode, "1", ""), 1);
@@ -34,12 +34,12 @@ TEST_F(VersionFilter, Major_version_never_matches_its_bare_name) {
     EXPECT_THAT(matches, testing::ElementsAre("FW2.13.bin", "FW12.4.bin"));
 }
 
-TEST_F(VersionFilter, Bare_name_behind_another_place_is_accepted) {
+TEST_F(VersionFilter, Bare_name_after_earlier_match_is_accepted) {
     EXPECT_ACCEPTED(Find(1, {"2.5_2.bin", "2.bin_2.5"}, "2.x"));
     EXPECT_THAT(matches, testing::ElementsAre("2.5_2.bin"));
 }
 
-TEST_F(VersionFilter, Version_is_trimmed_before_its_blanks_become_dots) {
+TEST_F(VersionFilter, Version_is_trimmed_before_spaces_become_dots) {
     EXPECT_ACCEPTED(Find(1, {"2.1.bin"}, "  2 13  "));
     EXPECT_THAT(matches, testing::ElementsAre("2.1.bin"));
     EXPECT_REFUSED(Find(1, {"2.1.bin"}, " 2 "), "");
@@ -48,7 +48,7 @@ TEST_F(VersionFilter, Version_is_trimmed_before_its_blanks_become_dots) {
     EXPECT_THAT(matches, testing::ElementsAre("a2.1.bin"));
 }
 
-TEST_F(VersionFilter, Other_modes_match_nothing) {
+TEST_F(VersionFilter, Mode_other_than_0_and_1_matches_nothing) {
     for (const int mode : {-1, 2, 100}) {
         EXPECT_ACCEPTED(Find(mode, {"FW1.2.bin"}, "1"));
         EXPECT_THAT(matches, testing::IsEmpty());
@@ -112,7 +112,7 @@ int Expected(int mode, const std::vector<std::string> &candidates, std::string v
 
 } // namespace
 
-TEST_F(VersionFilter, Random_names_agree_with_the_rules) {
+TEST_F(VersionFilter, Random_names_agree_with_documented_rules) {
     std::mt19937 random(77);
     const auto text = [&](const std::string &alphabet, unsigned longest) {
         std::string result;

@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(BoundedCopy, Short_text_is_padded_with_zeros) {
+TEST(BoundedCopy, CopyBounded_pads_short_string_with_zeros) {
     char field[6] = {'#', '#', '#', '#', '#', '#'};
     CopyBounded(field, std::string_view("ab"));
     EXPECT_EQ(std::string(field, 6), std::string("ab\0\0\0\0", 6));
@@ -12,7 +12,7 @@ TEST(BoundedCopy, Short_text_is_padded_with_zeros) {
     EXPECT_EQ(std::string(field, 6), std::string(6, '\0'));
 }
 
-TEST(BoundedCopy, Long_text_fills_the_field_without_a_terminator) {
+TEST(BoundedCopy, CopyBounded_fills_field_without_terminator) {
     struct {
         wchar_t field[4] = {L'#', L'#', L'#', L'#'};
         wchar_t behind[2] = {L'!', L'!'};
@@ -24,7 +24,7 @@ TEST(BoundedCopy, Long_text_fills_the_field_without_a_terminator) {
     EXPECT_EQ(std::wstring(record.behind, 2), L"!!");
 }
 
-TEST(BoundedCopy, Pointer_form_writes_so_many_characters_and_no_more) {
+TEST(BoundedCopy, CopyBounded_to_pointer_writes_exactly_given_size) {
     char field[6] = {'#', '#', '#', '#', '#', '#'};
     CopyBounded(field + 1, 3, std::string_view("x"));
     EXPECT_EQ(std::string(field, 6), std::string("#x\0\0##", 6));
@@ -32,7 +32,7 @@ TEST(BoundedCopy, Pointer_form_writes_so_many_characters_and_no_more) {
     EXPECT_EQ(std::string(field, 6), "#abc##");
 }
 
-TEST(BoundedCopy, Reading_stops_at_the_terminator_or_the_end_of_the_field) {
+TEST(BoundedCopy, ReadBounded_stops_at_terminator_or_end_of_field) {
     const char terminated[5] = {'a', 'b', '\0', 'c', '\0'};
     const wchar_t full[3] = {L'a', L'b', L'c'};
     EXPECT_EQ(ReadBounded(terminated), "ab");

@@ -22,7 +22,7 @@ unsigned int WordSum(Bytes bytes) {
     return CalculateWordChecksum(bytes.data(), static_cast<unsigned int>(bytes.size()));
 }
 
-TEST(ByteTools, Byte_checksum_is_the_sum) {
+TEST(ByteTools, Byte_checksum_returns_sum_of_bytes) {
     EXPECT_EQ(ByteSum({}), 0);
     EXPECT_EQ(ByteSum({1, 2, 255}), 258);
     EXPECT_EQ(ByteSum(Bytes(70000, 255)), 17850000);
@@ -34,7 +34,7 @@ TEST(ByteTools, Byte_checksum_wraps_at_32_bits) {
     EXPECT_EQ(ByteSum(Bytes(8421505, 255)), -2147483521);
 }
 
-TEST(ByteTools, Word_checksum_takes_the_low_byte_first) {
+TEST(ByteTools, Word_checksum_reads_words_little_endian) {
     EXPECT_EQ(WordSum({}), 0U);
     EXPECT_EQ(WordSum({0x34, 0x12}), 0x1234U);
     EXPECT_EQ(WordSum({0x34, 0x12, 0x01, 0x02}), 0x1435U);
@@ -44,7 +44,7 @@ TEST(ByteTools, Word_checksum_takes_the_low_byte_first) {
     EXPECT_EQ(CalculateWordChecksum(nullptr, 4), 0U);
 }
 
-TEST(ByteTools, Word_checksum_agrees_with_a_sum_of_words) {
+TEST(ByteTools, Word_checksum_agrees_with_sum_of_words) {
     std::mt19937 random(7);
     for (int round = 0; round < 2000; ++round) {
         Bytes bytes(random() % 600);
@@ -82,14 +82,14 @@ TEST_F(SaveAnsiFile, Saved_text_ends_in_a_zero_byte) {
     EXPECT_EQ(m_folder.Read("f"), std::string("\0", 1));
 }
 
-TEST_F(SaveAnsiFile, Character_count_sets_the_size_of_the_file) {
+TEST_F(SaveAnsiFile, Character_count_determines_size_of_file) {
     EXPECT_EQ(Save(L"abc", 3, 0), 1);
     EXPECT_EQ(m_folder.Read("f"), "abc" + std::string(10, '\0'));
     EXPECT_EQ(Save(L"abcdefgh", 1, 0), 1);
     EXPECT_EQ(m_folder.Read("f"), "abcde");
 }
 
-TEST_F(SaveAnsiFile, File_is_appended_to_or_replaced) {
+TEST_F(SaveAnsiFile, File_is_appended_or_replaced_as_requested) {
     m_folder.Write("f", "old");
     EXPECT_EQ(Save(L"new", 0, 1), 1);
     EXPECT_EQ(m_folder.Read("f"), std::string("oldnew\0", 7));
@@ -99,7 +99,7 @@ TEST_F(SaveAnsiFile, File_is_appended_to_or_replaced) {
     EXPECT_EQ(m_folder.Read("f"), std::string("y\0", 2));
 }
 
-TEST_F(SaveAnsiFile, Folder_cannot_be_written) {
+TEST_F(SaveAnsiFile, Save_to_directory_fails_and_keeps_locale) {
     m_folder.MakeFolder("f");
     ASSERT_STREQ(std::setlocale(LC_CTYPE, nullptr), "C") << "the environment's is C.UTF-8";
     EXPECT_EQ(Save(L"abc", 0, 0), 0);
@@ -107,7 +107,7 @@ TEST_F(SaveAnsiFile, Folder_cannot_be_written) {
     EXPECT_EQ(CpNxSaveAnsiFile(CCpNxString(), CCpNxString(L"x"), 0, 0), 0);
 }
 
-TEST_F(SaveAnsiFile, Text_is_written_in_the_locale_of_the_environment) {
+TEST_F(SaveAnsiFile, Text_is_written_in_encoding_of_environment) {
     EXPECT_EQ(Save(L"\x3042", 0, 0), 1);
     EXPECT_EQ(m_folder.Read("f"), std::string("\xE3\x81\x82\0", 4));
     if (!HasTestLocale("ja_JP.EUC-JP")) {
@@ -120,7 +120,7 @@ TEST_F(SaveAnsiFile, Text_is_written_in_the_locale_of_the_environment) {
     EXPECT_STREQ(std::setlocale(LC_CTYPE, nullptr), former.c_str());
 }
 
-TEST_F(SaveAnsiFile, Text_that_cannot_be_expressed_leaves_zero_bytes) {
+TEST_F(SaveAnsiFile, Unencodable_text_writes_zero_bytes) {
     const EnvironmentLocaleGuard environment("C");
     EXPECT_EQ(Save(L"a\x3042", 0, 0), 1);
     EXPECT_EQ(m_folder.Read("f"), std::string(1, '\0'));

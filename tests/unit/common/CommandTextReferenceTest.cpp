@@ -98,22 +98,22 @@ void CompareTextsOf(const std::wstring &alphabet, std::size_t length, std::wstri
     }
 }
 
-TEST(CommandTextReference, All_short_texts_are_read_alike) {
+TEST(CommandTextReference, All_short_commands_are_read_as_by_reference) {
     std::wstring text;
     CompareTextsOf(L"019xA ,\n/*{}#", 4, text);
 }
 
-TEST(CommandTextReference, All_short_lists_are_read_alike) {
+TEST(CommandTextReference, All_short_lists_are_read_as_by_reference) {
     std::wstring text;
     CompareTextsOf(L"0xA, ", 7, text);
 }
 
-TEST(CommandTextReference, All_short_comments_are_read_alike) {
+TEST(CommandTextReference, All_short_comments_are_read_as_by_reference) {
     std::wstring text;
     CompareTextsOf(L"/*1\n,", 7, text);
 }
 
-TEST(CommandTextReference, Random_pieces_are_read_alike) {
+TEST(CommandTextReference, Random_commands_are_read_as_by_reference) {
     const std::vector<std::wstring> pieces = {
         L"0x12",  L"0X0f", L"255", L"256", L"010", L"09", L"0x", L"0xG", L"A",          L"A1",
         L",",     L"\n",   L"\r",  L" ",   L"\t",  L"//", L"/*", L"*/",  L"/*/",        L"{",

@@ -41,7 +41,7 @@ Converted Edid(const std::wstring &text, unsigned int capacity = 16) {
     return Convert(EDIDToBin, text, capacity);
 }
 
-TEST(CommandText, Commands_become_bytes) {
+TEST(CommandText, Commands_are_converted_to_bytes) {
     EXPECT_EQ(Commands(L"0x01, 0x02\n0x03"), (Converted{3, {1, 2, 3}}));
     EXPECT_EQ(Commands(L"/* c */ 0xAA,"), (Converted{1, {0xAA}}));
     EXPECT_EQ(Commands(L"0x12 // one\r\n{ 0X34, 5 }"), (Converted{3, {0x12, 0x34, 5}}));
@@ -49,16 +49,16 @@ TEST(CommandText, Commands_become_bytes) {
     EXPECT_EQ(Commands(L"255, 0"), (Converted{2, {255, 0}}));
 }
 
-TEST(CommandText, Word_before_the_comma_is_swallowed) {
+TEST(CommandText, Second_token_before_comma_is_ignored) {
     EXPECT_EQ(Commands(L"0x12 0x34, 0x56"), (Converted{2, {0x12, 0x56}}));
 }
 
-TEST(CommandText, Value_above_255_refuses_the_commands) {
+TEST(CommandText, Value_above_255_rejects_commands) {
     EXPECT_EQ(Commands(L"0x100"), (Converted{0, {}}));
     EXPECT_EQ(Commands(L"1, 256, 2"), (Converted{0, {}}));
 }
 
-TEST(CommandText, Names_and_foreign_characters_are_passed_over) {
+TEST(CommandText, Names_and_unknown_characters_are_skipped) {
     EXPECT_EQ(Commands(L"NAME, 1"), (Converted{1, {1}}));
     EXPECT_EQ(Commands(L"-1, 2"), (Converted{2, {1, 2}}));
     EXPECT_EQ(Commands(L"}}; 1,"), (Converted{1, {1}}));
@@ -69,7 +69,7 @@ TEST(CommandText, Leading_zero_is_octal) {
     EXPECT_EQ(Commands(L"010, 09, 7"), (Converted{2, {8, 7}}));
 }
 
-TEST(CommandText, Reading_stops_at_the_capacity) {
+TEST(CommandText, Conversion_stops_at_capacity) {
     EXPECT_EQ(Commands(L"1, 2, 3", 2), (Converted{2, {1, 2}}));
     EXPECT_EQ(Commands(L"1, 2, 0x100", 2), (Converted{2, {1, 2}}));
     EXPECT_EQ(Commands(L"1, 2", 0), (Converted{0, {}}));
@@ -83,12 +83,12 @@ TEST(CommandText, Value_before_a_trailing_comment_is_not_delivered) {
     EXPECT_EQ(Commands(L"0x03 // end\n"), (Converted{1, {3}}));
 }
 
-TEST(CommandText, Star_of_the_opening_does_not_close_a_comment) {
+TEST(CommandText, Asterisk_that_opens_comment_does_not_close_it) {
     EXPECT_EQ(Commands(L"/*/ 0x01 */ 0x02,"), (Converted{1, {2}}));
     EXPECT_EQ(Commands(L"/* 0x01,"), (Converted{0, {}}));
 }
 
-TEST(CommandText, Edid_needs_a_sum_of_zero) {
+TEST(CommandText, EDID_is_rejected_unless_sum_of_bytes_is_0) {
     EXPECT_EQ(Edid(L"0x01, 0xFF"), (Converted{2, {1, 255}}));
     EXPECT_EQ(Edid(L"0x01, 0x02"), (Converted{0, {}}));
     EXPECT_EQ(Edid(L""), (Converted{0, {}}));
@@ -97,7 +97,7 @@ TEST(CommandText, Edid_needs_a_sum_of_zero) {
     EXPECT_EQ(Edid(L"0x100, 0"), (Converted{0, {}}));
 }
 
-TEST(CommandText, Edid_that_does_not_fit_is_refused) {
+TEST(CommandText, EDID_larger_than_capacity_is_rejected) {
     EXPECT_EQ(Edid(L"1, 255", 2), (Converted{2, {1, 255}}));
     EXPECT_EQ(Edid(L"1, 255, 0", 2), (Converted{0, {}}));
     EXPECT_EQ(Edid(L"0", 0), (Converted{0, {}}));
@@ -135,7 +135,7 @@ TEST(CommandText, Converters_print_nothing) {
     EXPECT_EQ(error.Take(), "");
 }
 
-TEST(CommandText, Without_a_buffer_there_are_no_bytes) {
+TEST(CommandText, Null_buffer_returns_0_bytes) {
     std::wstring text = L"1, 2";
     EXPECT_EQ(CmdToBin(text.data(), 4, nullptr, 9), 0);
     EXPECT_EQ(EDIDToBin(text.data(), 4, nullptr, 9), 0);
@@ -149,7 +149,7 @@ struct TokenRow {
     const wchar_t *word;
 };
 
-TEST(CommandText, Tokens_are_told_apart) {
+TEST(CommandText, GetNextWord_returns_kind_of_every_token) {
     const TokenRow rows[] = {
         {L"", 0, 0, L""},        {L" \t", 0, 2, L""},    {L" aZ_09-", 1, 6, L"aZ_09"},
         {L"\rA", 3, 1, L""},     {L"\nA", 3, 1, L""},    {L", ", 4, 1, L""},
@@ -171,7 +171,7 @@ TEST(CommandText, Tokens_are_told_apart) {
     }
 }
 
-TEST(CommandText, Word_fills_its_buffer_without_a_terminator) {
+TEST(CommandText, GetNextWord_fills_buffer_without_terminator) {
     std::wstring text = L"abcdef,";
     wchar_t word[5] = {L'~', L'~', L'~', L'~', L'~'};
     unsigned int pos = 0;
@@ -186,7 +186,7 @@ TEST(CommandText, Word_fills_its_buffer_without_a_terminator) {
     EXPECT_EQ(std::wstring(word, 5), std::wstring(L"ef\0\0~", 5)) << "only a word clears it";
 }
 
-TEST(CommandText, Of_a_long_word_256_characters_count) {
+TEST(CommandText, Long_token_is_truncated_to_256_characters) {
     EXPECT_EQ(Commands(std::wstring(300, L'0') + L"1"), (Converted{1, {0}}));
     EXPECT_EQ(Commands(std::wstring(255, L'0') + L"1"), (Converted{1, {1}}));
 }
@@ -198,7 +198,7 @@ struct ValueRow {
     unsigned int value; ///< 77: none was stored
 };
 
-TEST(CommandText, Values_are_read_to_their_separator) {
+TEST(CommandText, FindNextBytes_reads_value_up_to_separator) {
     const ValueRow rows[] = {
         {L"", 0, 0, 77},         {L"1, 2", 1, 2, 1},
         {L"1\n2", 1, 2, 1},      {L"1}", 1, 2, 1},
@@ -226,7 +226,7 @@ TEST(CommandText, Values_are_read_to_their_separator) {
     }
 }
 
-TEST(CommandText, Behind_the_end_there_is_no_value) {
+TEST(CommandText, FindNextBytes_returns_0_past_end) {
     std::wstring text = L"0x12,";
     for (const unsigned int start : {4U, 5U, 4294967295U}) {
         unsigned int pos = start;
@@ -237,7 +237,7 @@ TEST(CommandText, Behind_the_end_there_is_no_value) {
     }
 }
 
-TEST(CommandText, Without_names_a_name_is_no_value) {
+TEST(CommandText, FindNextBytes_ignores_names_without_definitions) {
     std::wstring text = L"NAME, 1";
     unsigned int pos = 0;
     unsigned int value = 77;
@@ -252,7 +252,7 @@ struct DefineRow {
     unsigned int value;
 };
 
-TEST(CommandText, Names_stand_for_the_word_behind_them) {
+TEST(CommandText, GetDefineValue_returns_token_after_name) {
     std::wstring defines = L"#define NAME 0x1F\n// OFF 1\nNAM 2\nEQ = 5\nDEC 42\nOCT 010\n"
                            L"BAD 09\nEMPTY 0x\nLONG 0x123456789\nODD 0xG LINE\n6 /*c*/ 7 LAST";
     const DefineRow rows[] = {
@@ -274,7 +274,7 @@ TEST(CommandText, Names_stand_for_the_word_behind_them) {
     EXPECT_EQ(GetDefineValue(name.data(), defines.data(), nullptr), 1);
 }
 
-TEST(CommandText, Hexadecimal_digits_are_read_highest_first) {
+TEST(CommandText, Hexadecimal_digits_are_read_most_significant_first) {
     std::wstring digits = L"1fFgFFFFFFFFF";
     EXPECT_EQ(HexStrToInt(digits.data(), 3), 0x1FFU);
     EXPECT_EQ(HexStrToInt(digits.data(), 4), 0U);
@@ -285,7 +285,7 @@ TEST(CommandText, Hexadecimal_digits_are_read_highest_first) {
     EXPECT_EQ(HexStrToInt(digits.data() + 12, 2), 0U) << "the terminator is no digit";
 }
 
-TEST(CommandText, Hexadecimal_string_form_reads_its_first_digits) {
+TEST(CommandText, Hexadecimal_conversion_of_string_reads_leading_digits) {
     CCpNxString digits(L"12AB");
     EXPECT_EQ(HexStrToInt(digits, 4), 0x12ABU);
     EXPECT_EQ(HexStrToInt(digits, 2), 0x12U);
@@ -302,7 +302,7 @@ Converted ByteArray(const std::string &text, unsigned int capacity = 16) {
     return {result, bytes};
 }
 
-TEST(CommandText, Plain_numbers_become_bytes) {
+TEST(CommandText, List_of_numbers_is_converted_to_bytes) {
     EXPECT_EQ(ByteArray("1,0xFF, 010,255"), (Converted{4, {1, 255, 8, 255}}));
     EXPECT_EQ(ByteArray(",,1,,2,"), (Converted{2, {1, 2}}));
     EXPECT_EQ(ByteArray(""), (Converted{0, {}}));

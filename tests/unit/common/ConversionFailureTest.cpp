@@ -76,7 +76,7 @@ const ExportedRow kExported[] = {
      {"newlocale", "mbsrtowcs"}},
 };
 
-TEST(ConversionFailure, Iconv_that_refuses_the_text_gives_the_empty_string) {
+TEST(ConversionFailure, Conversion_returns_empty_string_if_iconv_rejects_input) {
     for (const Row &row : {kRows[0], kRows[1]}) {
         for (const int error : kTextsErrors) {
             const SystemFault fault(row.converts, error);
@@ -88,7 +88,7 @@ TEST(ConversionFailure, Iconv_that_refuses_the_text_gives_the_empty_string) {
     }
 }
 
-TEST(ConversionFailure, C_library_that_refuses_the_text_gives_the_empty_string) {
+TEST(ConversionFailure, Conversion_returns_empty_string_if_C_library_rejects_input) {
     for (const Row &row : {kRows[2], kRows[3]}) {
         const SystemFault fault(row.converts, EILSEQ);
         const Outcome outcome = Try(row.convert);
@@ -98,7 +98,7 @@ TEST(ConversionFailure, C_library_that_refuses_the_text_gives_the_empty_string) 
     }
 }
 
-TEST(ConversionFailure, Failure_of_the_system_throws_its_error) {
+TEST(ConversionFailure, System_failure_throws_its_error) {
     for (const Row &row : kRows) {
         for (const int error : kSystemsErrors) {
             const SystemFault fault(row.converts, error);
@@ -113,7 +113,7 @@ TEST(ConversionFailure, Failure_of_the_system_throws_its_error) {
     }
 }
 
-TEST(ConversionFailure, Second_call_of_a_conversion_fails_like_the_first) {
+TEST(ConversionFailure, Second_call_of_conversion_fails_like_first) {
     for (const int error : kSystemsErrors) { // the first call measures
         const SystemFault fault("wcsrtombs", error, 1);
         EXPECT_EQ(Try(kRows[2].convert).error, error);
@@ -121,7 +121,7 @@ TEST(ConversionFailure, Second_call_of_a_conversion_fails_like_the_first) {
     }
 }
 
-TEST(ConversionFailure, Character_set_that_cannot_be_opened_throws_whatever_the_reason) {
+TEST(ConversionFailure, Charset_that_cannot_be_opened_throws_for_any_reason) {
     for (const int error : {EINVAL, ENOENT}) {
         const SystemFault fault("iconv_open", error);
         EXPECT_EQ(Try(kRows[0].convert).error, error);
@@ -129,7 +129,7 @@ TEST(ConversionFailure, Character_set_that_cannot_be_opened_throws_whatever_the_
     }
 }
 
-TEST(ConversionFailure, Missing_locale_leaves_the_one_in_force) {
+TEST(ConversionFailure, Missing_locale_keeps_current_locale) {
     for (const int error : {ENOENT, EINVAL, 0}) {
         const SystemFault fault("newlocale", error);
         EXPECT_EQ(EnvironmentTextFromWide(L"abc"), "abc") << error;
@@ -144,7 +144,7 @@ TEST(ConversionFailure, Missing_locale_leaves_the_one_in_force) {
     EXPECT_EQ(EnvironmentTextFromWide(L"\u00E9"), "\xC3\xA9");
 }
 
-TEST(ConversionFailure, Exported_functions_return_the_empty_string_for_every_failure) {
+TEST(ConversionFailure, Exported_functions_return_empty_string_for_every_failure) {
     for (const ExportedRow &row : kExported) {
         for (const char *function : row.functions) {
             for (const int error : {EILSEQ, EINVAL, E2BIG, ENOMEM, EMFILE, EIO}) {

@@ -58,7 +58,7 @@ void ConvertOnce() {
     EXPECT_EQ(kTransform.ConvertCHARToUnicodeString("a\xC3\xA9"), L"a\u00E9");
 }
 
-TEST(EnvironmentLocale, Locale_of_the_hosts_thread_neither_disturbs_nor_is_disturbed) {
+TEST(EnvironmentLocale, Conversion_and_locale_of_host_thread_are_independent) {
     NEED_LOCALE("de_DE.ISO-8859-1");
     const EnvironmentLocaleGuard latin("de_DE.ISO-8859-1"); // where newlocale finds it
     const HostLocale host("de_DE.ISO-8859-1");
@@ -71,7 +71,7 @@ TEST(EnvironmentLocale, Locale_of_the_hosts_thread_neither_disturbs_nor_is_distu
     }
 }
 
-TEST(EnvironmentLocale, Names_of_the_processes_locale_stay) {
+TEST(EnvironmentLocale, Conversion_keeps_process_locale) {
     NEED_LOCALE("de_DE.UTF-8");
     const EnvironmentLocaleGuard environment("de_DE.UTF-8");
     for (const char *name : {"C", "C.UTF-8", "de_DE.UTF-8"}) {
@@ -86,7 +86,7 @@ TEST(EnvironmentLocale, Names_of_the_processes_locale_stay) {
     std::setlocale(LC_ALL, "C");
 }
 
-TEST(EnvironmentLocale, Missing_one_does_not_exist_and_leaves_the_threads_own) {
+TEST(EnvironmentLocale, Missing_locale_keeps_locale_of_thread) {
     NEED_LOCALE("de_DE.ISO-8859-1");
     const EnvironmentLocaleGuard latin("de_DE.ISO-8859-1");
     const HostLocale host("de_DE.ISO-8859-1");
@@ -100,7 +100,7 @@ TEST(EnvironmentLocale, Missing_one_does_not_exist_and_leaves_the_threads_own) {
     }
 }
 
-TEST(EnvironmentLocale, Only_the_character_type_is_asked_for) {
+TEST(EnvironmentLocale, Only_category_LC_CTYPE_is_used) {
     const EnvironmentLocaleGuard environment("C.UTF-8");
     const EnvGuard all("LC_ALL", std::nullopt);
     const EnvGuard type("LC_CTYPE", "C.UTF-8");
@@ -123,7 +123,7 @@ template <class Other> void ConvertWhile(Other &&other) {
     thread.join();
 }
 
-TEST(EnvironmentLocale, Conversion_is_not_seen_by_another_thread) {
+TEST(EnvironmentLocale, Conversion_does_not_change_locale_of_second_thread) {
     const EnvironmentLocaleGuard environment("C.UTF-8");
     const std::string before = std::setlocale(LC_ALL, nullptr);
     ASSERT_EQ(before, "C");
@@ -138,7 +138,7 @@ TEST(EnvironmentLocale, Conversion_is_not_seen_by_another_thread) {
     });
 }
 
-TEST(EnvironmentLocale, Conversion_is_not_disturbed_by_setlocale_in_another_thread) {
+TEST(EnvironmentLocale, Conversion_ignores_setlocale_in_second_thread) {
     const EnvironmentLocaleGuard environment("C.UTF-8");
     ConvertWhile([] {
         EXPECT_NE(std::setlocale(LC_ALL, "C.UTF-8"), nullptr);

@@ -8,17 +8,17 @@
 
 namespace {
 
-TEST(Boundary, Result_of_the_body_passes) {
+TEST(ExceptionBarrier, CatchAll_returns_result_of_body) {
     EXPECT_EQ(CatchAll(-1, [] { return 5; }), 5);
     EXPECT_EQ(CatchAll(std::string("x"), [] { return std::string("y"); }), "y");
 }
 
-TEST(Boundary, Any_exception_becomes_the_other_result) {
+TEST(ExceptionBarrier, CatchAll_returns_fallback_for_any_exception) {
     EXPECT_EQ(CatchAll(-1, []() -> int { throw std::runtime_error("x"); }), -1);
     EXPECT_EQ(CatchAll(-1, []() -> int { throw 5; }), -1);
 }
 
-TEST(Boundary, Nothing_leaves_a_function_without_a_result) {
+TEST(ExceptionBarrier, CatchAll_swallows_exceptions_of_void_functions) {
     int steps = 0;
     CatchAll([&] {
         ++steps;
@@ -42,7 +42,7 @@ void *EndInside(void *unwound) {
     return unwound;
 }
 
-TEST(Boundary, Thread_that_ends_inside_ends) {
+TEST(ExceptionBarrier, CatchAll_does_not_stop_thread_exit) {
     bool unwound = false;
     pthread_t thread{};
     ASSERT_EQ(pthread_create(&thread, nullptr, EndInside, &unwound), 0);

@@ -25,7 +25,7 @@ CCpNxString Wide(const std::string &utf8) {
     return wide;
 }
 
-TEST(FlashBanks, Size_is_rounded_up_to_64_kib) {
+TEST(FlashBanks, GetFwBankCount_rounds_size_up_to_64_KiB) {
     const struct {
         std::int64_t size;
         unsigned banks;
@@ -80,7 +80,7 @@ TEST(FlashBanks, File_of_4_GiB_and_a_byte_is_one_bank) {
     }
 }
 
-TEST(FlashBanks, File_that_cannot_be_opened_is_told_with_its_path_as_given) {
+TEST(FlashBanks, GetFwBankCount_prints_given_path_if_open_fails) {
     const TempFolder folder;
     const CurrentFolderGuard current(folder.Path());
     unsigned count = 4711;
@@ -91,7 +91,7 @@ TEST(FlashBanks, File_that_cannot_be_opened_is_told_with_its_path_as_given) {
     EXPECT_EQ(count, 4711U);
 }
 
-TEST(FlashBanks, Name_is_utf8_whatever_the_locale) {
+TEST(FlashBanks, File_name_is_UTF8_in_every_locale) {
     const EnvironmentLocaleGuard environment("C");
     const TempFolder folder;
     const std::string path = folder.Write("\xE2\x82\xAC.bin", std::string(65537, 'x'));
@@ -101,7 +101,7 @@ TEST(FlashBanks, Name_is_utf8_whatever_the_locale) {
 }
 
 #ifdef __linux__
-TEST(FlashBanks, Folder_opens_like_a_file) {
+TEST(FlashBanks, Directory_is_opened_like_file) {
     // Its end is the largest position there is, or none at all: 65,536 banks either way.
     unsigned count = 4711;
     EXPECT_EQ(GetFwBankCount(L"/dev/shm", count), 1);

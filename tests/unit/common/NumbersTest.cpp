@@ -35,7 +35,7 @@ const Row kRows[] = {
     {"-9223372036854775809", -9223372036854775807LL - 1, 20},
 };
 
-TEST(Numbers, Base_follows_the_prefix) {
+TEST(Numbers, Parse_functions_choose_base_by_prefix) {
     for (const Row &row : kRows) {
         const std::string text = row.text;
         const std::wstring wide(text.begin(), text.end());

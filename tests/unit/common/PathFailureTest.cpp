@@ -29,7 +29,7 @@ template <class Function> int ErrorOf(Function &&function) {
     }
 }
 
-TEST(PathFailure, Path_that_does_not_resolve_keeps_what_realpath_left) {
+TEST(PathFailure, Unresolvable_path_returns_partial_result_of_realpath) {
     for (const int error : kErrorsOfThePath) {
         const SystemFault fault("realpath", error);
         EXPECT_EQ(ResolvePath("a/b"), "/as/far/as/it/exists") << error;
@@ -39,7 +39,7 @@ TEST(PathFailure, Path_that_does_not_resolve_keeps_what_realpath_left) {
     }
 }
 
-TEST(PathFailure, Failure_of_the_system_is_no_path) {
+TEST(PathFailure, System_failure_throws_and_exports_return_empty_path) {
     for (const int error : kSystemsErrors) {
         const SystemFault fault("realpath", error);
         EXPECT_EQ(ErrorOf([] { ResolvePath("a/b"); }), error);
@@ -49,13 +49,13 @@ TEST(PathFailure, Failure_of_the_system_is_no_path) {
     }
 }
 
-TEST(PathFailure, Absolute_file_needs_no_resolving) {
+TEST(PathFailure, Absolute_path_is_returned_without_realpath) {
     const SystemFault fault("realpath", ENOMEM);
     EXPECT_EQ(ResolveFile("/x/../y", "a/"), "/x/../y");
     EXPECT_FALSE(fault.HasStruck());
 }
 
-TEST(PathFailure, Directory_that_is_not_there_has_no_names) {
+TEST(PathFailure, Missing_directory_has_no_names) {
     const TempFolder folder;
     folder.Write("a.bin", "");
     for (const int error : kErrorsOfThePath) {
@@ -66,7 +66,7 @@ TEST(PathFailure, Directory_that_is_not_there_has_no_names) {
     EXPECT_THAT(ListNames(folder.Path("a.bin"), ".bin"), IsEmpty());
 }
 
-TEST(PathFailure, Directory_that_cannot_be_opened_now_throws) {
+TEST(PathFailure, Temporary_failure_to_open_directory_throws) {
     const TempFolder folder;
     for (const int error : kSystemsErrors) {
         const SystemFault fault("opendir", error);
@@ -74,7 +74,7 @@ TEST(PathFailure, Directory_that_cannot_be_opened_now_throws) {
     }
 }
 
-TEST(PathFailure, Listing_that_breaks_off_throws_after_any_number_of_entries) {
+TEST(PathFailure, Failing_readdir_throws_after_any_number_of_entries) {
     const TempFolder folder;
     for (const char *name : {"a.bin", "b.bin", "c.bin"}) {
         folder.Write(name, "");

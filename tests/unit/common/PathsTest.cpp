@@ -20,7 +20,7 @@ std::wstring SlowParent(std::wstring path) {
     return path;
 }
 
-TEST(Paths, Parent_folder) {
+TEST(Paths, GetParentDir_removes_last_component) {
     const struct {
         const wchar_t *path;
         const wchar_t *parent;
@@ -48,11 +48,11 @@ void ForAllPaths(const std::wstring &begin, std::size_t longest) {
     }
 }
 
-TEST(Paths, Parent_folder_of_every_short_path_as_letter_by_letter) {
+TEST(Paths, GetParentDir_agrees_with_letter_by_letter_for_short_paths) {
     ForAllPaths(L"", 6);
 }
 
-TEST(Paths, Absolute_paths) {
+TEST(Paths, IsAbsolutePath_accepts_leading_slash_and_drive) {
     for (const char *path :
          {"/", "/x", "/x/y", "//", "C:\\", "C:\\x", "c:\\x\\y", "a://", "a://b", "::\\", "/:\\x"}) {
         EXPECT_TRUE(IsAbsolutePath(path)) << path;
@@ -63,12 +63,12 @@ TEST(Paths, Absolute_paths) {
     }
 }
 
-TEST(Paths, Only_the_first_drive_mark_counts) {
+TEST(Paths, IsAbsolutePath_checks_first_drive_mark_only) {
     EXPECT_FALSE(IsAbsolutePath("://://"));
     EXPECT_FALSE(IsAbsolutePath("ab:\\a:\\"));
 }
 
-TEST(Paths, Absolute_path_resolves_links_and_dots) {
+TEST(Paths, Absolute_path_resolves_symbolic_links_and_dots) {
     const TempFolder folder;
     folder.Write("real/file.bin", "x");
     ASSERT_EQ(symlink("real", folder.Path("link").c_str()), 0);
@@ -77,7 +77,7 @@ TEST(Paths, Absolute_path_resolves_links_and_dots) {
     EXPECT_EQ(GetAbsolutePath("/"), "/");
 }
 
-TEST(Paths, Absolute_path_of_a_relative_one_starts_at_the_working_folder) {
+TEST(Paths, Relative_path_is_resolved_from_working_directory) {
     const TempFolder folder;
     folder.Write("file.bin", "x");
     const CurrentFolderGuard current(folder.Path());
@@ -85,12 +85,12 @@ TEST(Paths, Absolute_path_of_a_relative_one_starts_at_the_working_folder) {
     EXPECT_EQ(GetAbsolutePath("./file.bin"), folder.Path("file.bin"));
 }
 
-TEST(Paths, Missing_file_in_an_existing_folder_keeps_its_full_path) {
+TEST(Paths, Missing_file_in_existing_directory_has_absolute_path) {
     const TempFolder folder;
     EXPECT_EQ(GetAbsolutePath(folder.Path() + "./missing.bin"), folder.Path("missing.bin"));
 }
 
-TEST(Paths, Unresolvable_path_is_empty_or_a_part) {
+TEST(Paths, Unresolvable_path_is_empty_or_partial) {
     const TempFolder folder;
     folder.Write("file", "x");
     EXPECT_EQ(GetAbsolutePath(""), "");
@@ -102,7 +102,7 @@ TEST(Paths, Unresolvable_path_is_empty_or_a_part) {
 #endif
 }
 
-TEST(Paths, Full_path_of_an_absolute_file_is_the_file_unchanged) {
+TEST(Paths, GetFileFullPath_returns_absolute_file_unchanged) {
     const TempFolder folder;
     folder.MakeFolder("sub");
     const std::string file = folder.Path("sub/../file.bin");
@@ -112,7 +112,7 @@ TEST(Paths, Full_path_of_an_absolute_file_is_the_file_unchanged) {
     EXPECT_EQ(GetFileFullPath("//x", folder.Path()), "//x");
 }
 
-TEST(Paths, Full_path_of_a_relative_file_is_resolved_in_the_folder) {
+TEST(Paths, GetFileFullPath_resolves_relative_file_in_directory) {
     const TempFolder folder;
     folder.Write("sub/file.bin", "x");
     EXPECT_EQ(GetFileFullPath("file.bin", folder.Path("sub/")), folder.Path("sub/file.bin"));
@@ -121,14 +121,14 @@ TEST(Paths, Full_path_of_a_relative_file_is_resolved_in_the_folder) {
     EXPECT_EQ(GetFileFullPath("", folder.Path("sub/")), folder.Path("sub"));
 }
 
-TEST(Paths, Full_path_joins_without_a_separator) {
+TEST(Paths, GetFileFullPath_joins_without_separator) {
     const TempFolder folder;
     folder.Write("subfile.bin", "x");
     folder.MakeFolder("sub");
     EXPECT_EQ(GetFileFullPath("file.bin", folder.Path("sub")), folder.Path("subfile.bin"));
 }
 
-TEST(Paths, File_exists_when_it_opens_for_reading) {
+TEST(Paths, PathFileExist_returns_true_if_file_opens_for_reading) {
     const TempFolder folder;
     folder.Write("file.bin", "x");
     folder.Write("empty.bin", "");
@@ -143,12 +143,12 @@ TEST(Paths, File_exists_when_it_opens_for_reading) {
     EXPECT_EQ(folder.Read("file.bin"), "x");
 }
 
-TEST(Paths, Folder_counts_as_a_file) {
+TEST(Paths, PathFileExist_accepts_directory) {
     const TempFolder folder;
     EXPECT_EQ(PathFileExist(folder.Path()), 1);
 }
 
-TEST(Paths, Looking_at_a_file_leaves_no_descriptor_open) {
+TEST(Paths, PathFileExist_leaves_no_descriptor_open) {
     const TempFolder folder;
     const std::string file = folder.Write("file.bin", "x");
     for (int i = 0; i < 5000; ++i) {
@@ -156,13 +156,13 @@ TEST(Paths, Looking_at_a_file_leaves_no_descriptor_open) {
     }
 }
 
-TEST(Paths, Dialog_does_nothing_and_returns_1) {
+TEST(Paths, PopupDlgToGetOpenFilePath_does_nothing_and_returns_1) {
     CCpNxString path(L"before");
     EXPECT_EQ(PopupDlgToGetOpenFilePath(L"title", path), 1);
     EXPECT_EQ(std::wstring(path), L"before");
 }
 
-TEST(Paths, Bad_input_prints_nothing) {
+TEST(Paths, Invalid_input_prints_nothing) {
     EXPECT_EQ(OutputOf([] {
                   EXPECT_EQ(ErrorOutputOf([] {
                                 GetAbsolutePath("/missing/missing");

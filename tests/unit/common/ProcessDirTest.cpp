@@ -67,35 +67,35 @@ extern "C" int dladdr(const void *address, Dl_info *info) noexcept {
 
 namespace {
 
-TEST(ProcessDir, Is_the_folder_of_the_file_with_one_slash) {
+TEST(ProcessDir, Directory_of_image_ends_in_one_slash) {
     EXPECT_EQ(DirOf("/opt/tool/libScalerIsp.dylib"), L"/opt/tool/");
     EXPECT_EQ(DirOf("/libScalerIsp.dylib"), L"/");
     EXPECT_EQ(DirOf("/opt/a b/lib.so"), L"/opt/a b/");
     EXPECT_EQ(DirOf("/opt/a.b/../c/lib.so"), L"/opt/a.b/../c/");
 }
 
-TEST(ProcessDir, Slash_goes_before_backslash) {
+TEST(ProcessDir, Last_slash_wins_over_backslash) {
     EXPECT_EQ(DirOf("/opt/tool\\x\\lib.so"), L"/opt/");
     EXPECT_EQ(DirOf("/opt/tool\\x/lib.so"), L"/opt/tool\\x/");
 }
 
-TEST(ProcessDir, Empty_name_means_the_working_folder) {
+TEST(ProcessDir, Empty_image_name_returns_working_directory) {
     EXPECT_EQ(DirOf(""), L"./");
 }
 
-TEST(ProcessDir, Address_in_no_file_gives_nothing) {
+TEST(ProcessDir, Address_outside_any_image_returns_empty_string) {
     const ImagePath image("/opt/tool/lib.so");
     g_imageFound = false;
     EXPECT_EQ(std::wstring(GetCurrentProcessDir(TCSZ_GLOBAL_SYMBOL)), L"");
 }
 
-TEST(ProcessDir, Image_without_a_name_gives_nothing) {
+TEST(ProcessDir, Image_without_name_returns_empty_string) {
     const ImagePath image("/opt/tool/lib.so");
     g_imageNamed = false;
     EXPECT_EQ(std::wstring(GetCurrentProcessDir(TCSZ_GLOBAL_SYMBOL)), L"");
 }
 
-TEST(ProcessDir, Path_is_cut_at_260_bytes_before_the_folder_is_taken) {
+TEST(ProcessDir, Path_is_truncated_to_260_bytes_before_directory_is_cut_off) {
     // The slash behind the second folder is byte 260, 261 or 259.
     const auto path = [](std::size_t slashAt) {
         return "/first/" + std::string(slashAt - 7, 'd') + "/lib.so";
@@ -108,7 +108,7 @@ TEST(ProcessDir, Path_is_cut_at_260_bytes_before_the_folder_is_taken) {
     EXPECT_EQ(DirOf(path(4000)), L"/first/");
 }
 
-TEST(ProcessDir, Is_read_in_the_environments_encoding) {
+TEST(ProcessDir, Path_is_decoded_in_encoding_of_environment) {
     if (!HasTestLocale("de_DE.ISO-8859-1")) {
         GTEST_SKIP() << "the locale de_DE.ISO-8859-1 was not made";
     }
@@ -118,20 +118,20 @@ TEST(ProcessDir, Is_read_in_the_environments_encoding) {
     EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
 }
 
-TEST(ProcessDir, Utf8_environment) {
+TEST(ProcessDir, Path_is_decoded_as_UTF8_in_UTF8_environment) {
     EXPECT_EQ(DirOf("/gr\xC3\xBC\xC3\x9F/lib.so"), L"/gr\u00FC\u00DF/");
 }
 
 #ifdef __linux__
 
-TEST(ProcessDir, Is_read_as_utf8_where_the_environment_cannot) {
+TEST(ProcessDir, Path_is_decoded_as_UTF8_if_environment_cannot) {
     const EnvironmentLocaleGuard environment("C");
     EXPECT_EQ(DirOf("/gr\xC3\xBC\xC3\x9F/lib.so"), L"/gr\u00FC\u00DF/");
     EXPECT_EQ(DirOf("/gr\xFC/lib.so"), L"");
 }
 
 // glibc then reports what is not ASCII as invalid in every encoding.
-TEST(ProcessDir, Is_read_in_the_environments_encoding_without_the_locales_tables) {
+TEST(ProcessDir, Path_is_decoded_by_iconv_if_C_library_fails) {
     if (!HasTestLocale("ja_JP.EUC-JP")) {
         GTEST_SKIP() << "the locale ja_JP.EUC-JP was not made";
     }
@@ -142,7 +142,7 @@ TEST(ProcessDir, Is_read_in_the_environments_encoding_without_the_locales_tables
     EXPECT_EQ(DirOf("/\xA4/lib.so"), L"");
 }
 
-TEST(ProcessDir, Relative_image_path_belongs_to_the_folder_of_the_start) {
+TEST(ProcessDir, Relative_image_path_is_resolved_from_start_directory) {
     const TempFolder elsewhere;
     const CurrentFolderGuard current(elsewhere.Path());
     const std::wstring start = Widened(kStartFolder);
@@ -163,7 +163,7 @@ TEST(ProcessDir, Relative_image_path_stays_relative) {
 
 #endif
 
-TEST(ProcessDir, Null_address_is_the_executables_folder) {
+TEST(ProcessDir, Null_address_returns_directory_of_executable) {
     char buffer[PATH_MAX] = {};
     ASSERT_GT(readlink("/proc/self/exe", buffer, sizeof buffer - 1), 0);
     const std::string executable = buffer;
@@ -172,7 +172,7 @@ TEST(ProcessDir, Null_address_is_the_executables_folder) {
     EXPECT_EQ(std::wstring(GetCurrentProcessDir(nullptr)), Widened(folder));
 }
 
-TEST(ProcessDir, Anchor_leads_to_this_program) {
+TEST(ProcessDir, Address_of_anchor_returns_directory_of_program) {
     char buffer[PATH_MAX] = {};
     ASSERT_GT(readlink("/proc/self/exe", buffer, sizeof buffer - 1), 0);
     const std::string executable = buffer;
@@ -184,7 +184,7 @@ TEST(ProcessDir, Anchor_leads_to_this_program) {
     EXPECT_EQ(std::string(resolved) + "/", executable.substr(0, executable.rfind('/') + 1));
 }
 
-TEST(ProcessDir, Library_opened_by_its_path) {
+TEST(ProcessDir, Address_in_opened_library_returns_its_directory) {
     // The mathematics library is loaded everywhere; a copy of it lies where we want it, under a
     // link.
     Dl_info info{};
@@ -201,7 +201,7 @@ TEST(ProcessDir, Library_opened_by_its_path) {
     dlclose(library);
 }
 
-TEST(ProcessDir, Address_on_the_stack_gives_nothing) {
+TEST(ProcessDir, Address_on_stack_returns_empty_string) {
     int inside = 0;
     EXPECT_EQ(std::wstring(GetCurrentProcessDir(&inside)), L"");
 }

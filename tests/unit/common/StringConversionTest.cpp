@@ -9,7 +9,7 @@
 
 namespace {
 
-TEST(StringConversion, Utf8_in_every_form) {
+TEST(StringConversion, Every_getter_returns_text_as_UTF8) {
     CCpNxString text(L"\u00FC\U0001F4BE");
     text.ConverToUtf8String();
     EXPECT_EQ(text.GetUtf8String(), "\xC3\xBC\xF0\x9F\x92\xBE");
@@ -18,7 +18,7 @@ TEST(StringConversion, Utf8_in_every_form) {
     EXPECT_STREQ(text.GetStringBufferBaseOnOS(), "\xC3\xBC\xF0\x9F\x92\xBE");
 }
 
-TEST(StringConversion, Follows_the_text) {
+TEST(StringConversion, Getters_follow_assigned_text) {
     CCpNxString text(L"one");
     EXPECT_EQ(text.GetUtf8String(), "one");
     text = L"three";
@@ -34,7 +34,7 @@ TEST(StringConversion, Follows_the_text) {
     EXPECT_STREQ(text.GetAnsiString(), "five!");
 }
 
-TEST(StringConversion, Text_that_cannot_be_converted_is_empty_and_silent) {
+TEST(StringConversion, Unconvertible_text_returns_empty_string_silently) {
     CCpNxString text(std::size_t{1}, static_cast<wchar_t>(0xD800));
     const std::string printed = OutputOf([&] {
         EXPECT_EQ(ErrorOutputOf([&] {
@@ -50,7 +50,7 @@ TEST(StringConversion, Text_that_cannot_be_converted_is_empty_and_silent) {
     EXPECT_EQ(printed, "");
 }
 
-TEST(StringConversion, Ansi_is_the_environments_encoding) {
+TEST(StringConversion, Ansi_getter_uses_encoding_of_environment) {
     if (!HasTestLocale("de_DE.ISO-8859-1")) {
         GTEST_SKIP() << "the locale de_DE.ISO-8859-1 was not made";
     }
@@ -65,7 +65,7 @@ TEST(StringConversion, Ansi_is_the_environments_encoding) {
 }
 
 /// A narrow pointer into the cache stays valid, whatever happens to the wide text.
-TEST(StringConversion, Pointer_survives_assignment_copy_and_move) {
+TEST(StringConversion, Returned_pointer_stays_valid_after_assignment_copy_and_move) {
     const std::string expected(100, 'x');
     CCpNxString text(std::size_t{100}, L'x');
     CCpNxString other(std::size_t{200}, L'y');
@@ -97,7 +97,7 @@ TEST(StringConversion, Pointer_survives_assignment_copy_and_move) {
     EXPECT_EQ(narrow, expected);
 }
 
-TEST(StringConversion, Next_conversion_replaces_what_the_pointer_shows) {
+TEST(StringConversion, Next_conversion_replaces_string_at_returned_pointer) {
     CCpNxString text(L"first");
     const char *narrow = text.GetUtf8StringBuffer();
     text = L"other";
@@ -110,7 +110,7 @@ TEST(StringConversion, Next_conversion_replaces_what_the_pointer_shows) {
     EXPECT_STREQ(narrow, "third");
 }
 
-TEST(StringConversion, Utf8_string_is_a_copy) {
+TEST(StringConversion, GetUtf8String_returns_copy) {
     CCpNxString text(L"first");
     const std::string copy = text.GetUtf8String();
     text = L"other";
@@ -118,14 +118,14 @@ TEST(StringConversion, Utf8_string_is_a_copy) {
     EXPECT_EQ(copy, "first");
 }
 
-TEST(StringConversion, Embedded_nul_ends_the_narrow_text) {
+TEST(StringConversion, Embedded_NUL_ends_narrow_string) {
     CCpNxString text(L"ab\0cd", std::size_t{5});
     EXPECT_EQ(text.GetUtf8String(), "ab");
     EXPECT_EQ(text.GetUtf8StringLength(), 2);
     EXPECT_STREQ(text.GetAnsiString(), "ab");
 }
 
-TEST(StringConversion, More_than_10239_bytes_are_empty) {
+TEST(StringConversion, More_than_10239_bytes_return_empty_string) {
     CCpNxString fits(std::size_t{10239}, L'a');
     EXPECT_EQ(fits.GetUtf8StringLength(), 10239);
     CCpNxString tooLong(std::size_t{10240}, L'a');

@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(StringStream, Input_reads_one_word) {
+TEST(StringStream, Input_reads_one_word_up_to_white_space) {
     std::istringstream stream("  first\tsecond\n third");
     CCpNxString text(L"before");
     EXPECT_EQ(&(stream >> text), &stream);
@@ -17,7 +17,7 @@ TEST(StringStream, Input_reads_one_word) {
     EXPECT_EQ(std::wstring(text), L"third");
 }
 
-TEST(StringStream, Input_is_utf8) {
+TEST(StringStream, Input_is_decoded_as_UTF8) {
     std::istringstream stream("\xC3\xA4\xE2\x82\xAC bad\xFFword next");
     CCpNxString text;
     stream >> text;
@@ -28,7 +28,7 @@ TEST(StringStream, Input_is_utf8) {
     EXPECT_EQ(std::wstring(text), L"next");
 }
 
-TEST(StringStream, Input_of_a_long_word_comes_in_pieces_of_1023_bytes) {
+TEST(StringStream, Input_of_long_word_is_read_in_parts_of_1023_bytes) {
     std::istringstream stream(std::string(1500, 'w') + " next");
     CCpNxString text;
     stream >> text;
@@ -39,7 +39,7 @@ TEST(StringStream, Input_of_a_long_word_comes_in_pieces_of_1023_bytes) {
     EXPECT_EQ(std::wstring(text), L"next");
 }
 
-TEST(StringStream, Input_without_a_word_empties_the_text) {
+TEST(StringStream, Input_without_word_clears_text) {
     for (const char *input : {"", "   \t\n"}) {
         std::istringstream stream(input);
         CCpNxString text(L"before");

@@ -11,28 +11,28 @@
 
 namespace {
 
-TEST(String, Is_a_wide_string_with_a_virtual_destructor_and_one_narrow_cache) {
+TEST(String, Object_is_wide_string_with_vtable_and_narrow_cache) {
     static_assert(std::is_convertible_v<CCpNxString *, std::wstring *>);
     static_assert(std::has_virtual_destructor_v<CCpNxString>);
     static_assert(std::is_polymorphic_v<CCpNxString>);
     EXPECT_EQ(sizeof(CCpNxString), sizeof(void *) + sizeof(std::wstring) + sizeof(std::string));
 }
 
-TEST(String, Default_is_empty) {
+TEST(String, Default_constructor_makes_empty_string) {
     const CCpNxString text;
     EXPECT_EQ(std::wstring(text), L"");
     EXPECT_TRUE(text.IsEmpty());
     EXPECT_EQ(text.GetLength(), 0);
 }
 
-TEST(String, Copy_takes_the_text_and_leaves_the_source) {
+TEST(String, Copy_constructor_keeps_source) {
     const CCpNxString source(L"a source text beyond any small buffer");
     const CCpNxString copy(source); // NOLINT(*-unnecessary-copy-*)
     EXPECT_EQ(std::wstring(copy), L"a source text beyond any small buffer");
     EXPECT_EQ(std::wstring(source), L"a source text beyond any small buffer");
 }
 
-TEST(String, Move_takes_the_text) {
+TEST(String, Move_constructor_takes_over_text) {
     CCpNxString source(L"a source text beyond any small buffer");
     const wchar_t *characters = source.GetString();
     const CCpNxString moved(std::move(source));
@@ -40,7 +40,7 @@ TEST(String, Move_takes_the_text) {
     EXPECT_EQ(moved.GetString(), characters);
 }
 
-TEST(String, Substring_of_another_string) {
+TEST(String, Constructor_copies_substring) {
     const CCpNxString other(L"0123456789");
     EXPECT_EQ(std::wstring(CCpNxString(other, 2, 3)), L"234");
     EXPECT_EQ(std::wstring(CCpNxString(other, 8, 100)), L"89");
@@ -48,23 +48,23 @@ TEST(String, Substring_of_another_string) {
     EXPECT_THROW(CCpNxString(other, 11, 1), std::out_of_range);
 }
 
-TEST(String, Plain_text_ends_at_its_terminator) {
+TEST(String, Constructor_reads_up_to_terminator) {
     EXPECT_EQ(std::wstring(CCpNxString(L"ab\0cd")), L"ab");
     EXPECT_EQ(std::wstring(CCpNxString(L"")), L"");
 }
 
-TEST(String, Plain_text_with_a_count_takes_exactly_so_many) {
+TEST(String, Constructor_with_count_reads_exactly_count_characters) {
     EXPECT_EQ(std::wstring(CCpNxString(L"abcdef", std::size_t{3})), L"abc");
     EXPECT_EQ(std::wstring(CCpNxString(L"ab\0cd", std::size_t{5})), std::wstring(L"ab\0cd", 5));
     EXPECT_EQ(std::wstring(CCpNxString(L"abc", std::size_t{0})), L"");
 }
 
-TEST(String, Repeated_character) {
+TEST(String, Constructor_repeats_character) {
     EXPECT_EQ(std::wstring(CCpNxString(std::size_t{4}, L'x')), L"xxxx");
     EXPECT_EQ(std::wstring(CCpNxString(std::size_t{0}, L'x')), L"");
 }
 
-TEST(String, Null_pointers_count_as_empty) {
+TEST(String, Null_pointer_is_treated_as_empty_string) {
     const wchar_t *null = nullptr;
     wchar_t *writableNull = nullptr;
     EXPECT_EQ(std::wstring(CCpNxString(null)), L"");
@@ -85,7 +85,7 @@ TEST(String, Null_pointers_count_as_empty) {
     EXPECT_EQ(std::wstring(text), L"");
 }
 
-TEST(String, Every_assignment_replaces_the_text) {
+TEST(String, Every_assignment_replaces_text) {
     CCpNxString text(L"a former text that was much longer");
     const CCpNxString other(L"copied");
     CCpNxString &copied = (text = other);
@@ -115,7 +115,7 @@ TEST(String, Every_assignment_replaces_the_text) {
     EXPECT_EQ(std::wstring(text), L"narrow \u00E9 \U0001F4BE");
 }
 
-TEST(String, Assigning_invalid_utf8_leaves_it_empty) {
+TEST(String, Assignment_of_invalid_UTF8_makes_text_empty) {
     CCpNxString text(L"before");
     text = std::string("ok \xFF");
     EXPECT_EQ(std::wstring(text), L"");
@@ -124,7 +124,7 @@ TEST(String, Assigning_invalid_utf8_leaves_it_empty) {
     EXPECT_EQ(std::wstring(text), L"");
 }
 
-TEST(String, Assigning_its_own_characters_keeps_them) {
+TEST(String, Assignment_of_own_characters_keeps_them) {
     CCpNxString text(L"own text");
     text = text.GetString();
     EXPECT_EQ(std::wstring(text), L"own text");
@@ -158,7 +158,7 @@ void ExpectOrder(const wchar_t *left, const wchar_t *right, int order) {
     EXPECT_EQ(a >= right, order >= 0);
 }
 
-TEST(String, Compares_by_character_value) {
+TEST(String, Comparison_is_by_character_value) {
     ExpectOrder(L"a", L"a", 0);
     ExpectOrder(L"", L"", 0);
     ExpectOrder(L"a", L"B", 1);
@@ -171,7 +171,7 @@ TEST(String, Compares_by_character_value) {
     ExpectOrder(L"\U0001F4BE", L"\uFFFD", 1);
 }
 
-TEST(String, Comparison_sees_behind_an_embedded_nul) {
+TEST(String, Comparison_continues_after_embedded_NUL) {
     const CCpNxString shorter(L"a", std::size_t{1});
     const CCpNxString longer(L"a\0b", std::size_t{3});
     EXPECT_TRUE(shorter != longer);
@@ -179,7 +179,7 @@ TEST(String, Comparison_sees_behind_an_embedded_nul) {
     EXPECT_TRUE(longer != L"a");
 }
 
-TEST(String, Concatenates_in_five_forms) {
+TEST(String, Operator_plus_concatenates_in_five_forms) {
     const CCpNxString left(L"left");
     const CCpNxString right(L"right");
     static_assert(std::is_same_v<decltype(left + right), CCpNxString>);
@@ -196,7 +196,7 @@ TEST(String, Concatenates_in_five_forms) {
     EXPECT_EQ(std::wstring(right), L"right");
 }
 
-TEST(String, Left_takes_the_first_characters) {
+TEST(String, Left_returns_first_characters) {
     const CCpNxString text(L"abc");
     EXPECT_EQ(std::wstring(text.Left(0)), L"");
     EXPECT_EQ(std::wstring(text.Left(1)), L"a");
@@ -204,7 +204,7 @@ TEST(String, Left_takes_the_first_characters) {
     EXPECT_EQ(std::wstring(text.Left(3)), L"abc");
 }
 
-TEST(String, Left_of_a_negative_or_large_count_is_the_whole_text) {
+TEST(String, Left_returns_all_for_negative_or_large_count) {
     const CCpNxString text(L"abc");
     EXPECT_EQ(std::wstring(text.Left(4)), L"abc");
     EXPECT_EQ(std::wstring(text.Left(2147483647)), L"abc");
@@ -213,7 +213,7 @@ TEST(String, Left_of_a_negative_or_large_count_is_the_whole_text) {
     EXPECT_EQ(std::wstring(CCpNxString().Left(-1)), L"");
 }
 
-TEST(String, Right_takes_the_last_characters) {
+TEST(String, Right_returns_last_characters) {
     const CCpNxString text(L"abc");
     EXPECT_EQ(std::wstring(text.Right(2)), L"bc");
     EXPECT_EQ(std::wstring(text.Right(1)), L"c");
@@ -230,7 +230,7 @@ TEST(String, Right_of_the_full_length_is_empty) {
     EXPECT_EQ(std::wstring(CCpNxString().Right(0)), L"");
 }
 
-TEST(String, Left_and_Right_agree_with_picking_characters_one_by_one) {
+TEST(String, Left_and_Right_agree_with_character_by_character) {
     for (int length = 0; length <= 12; ++length) {
         std::wstring whole;
         for (int i = 0; i < length; ++i) {
@@ -261,13 +261,13 @@ TEST(String, Length_counts_wide_characters) {
     static_assert(std::is_same_v<decltype(CCpNxString().GetLength()), int>);
 }
 
-TEST(String, Is_empty_only_without_characters) {
+TEST(String, IsEmpty_returns_true_only_without_characters) {
     EXPECT_TRUE(CCpNxString(L"").IsEmpty());
     EXPECT_FALSE(CCpNxString(L" ").IsEmpty());
     EXPECT_FALSE(CCpNxString(L"\0", std::size_t{1}).IsEmpty());
 }
 
-TEST(String, Buffer_and_string_are_the_terminated_text) {
+TEST(String, Buffer_and_string_return_terminated_text) {
     const CCpNxString text(L"text");
     static_assert(std::is_same_v<decltype(text.GetBuffer()), wchar_t *>);
     static_assert(std::is_same_v<decltype(text.GetString()), const wchar_t *>);

@@ -22,7 +22,7 @@ void PrintTo(const NumberRow &row, std::ostream *stream) {
 
 class StringToNumber : public testing::TestWithParam<NumberRow> {};
 
-TEST_P(StringToNumber, Gives_result_and_value) {
+TEST_P(StringToNumber, StringtoInt_returns_result_and_stores_value) {
     int value = 4711;
     EXPECT_EQ(StringtoInt(GetParam().text, value), GetParam().result);
     EXPECT_EQ(value, GetParam().value);
@@ -116,7 +116,7 @@ void ForAllTexts(const std::string &alphabet, std::size_t longest, Function func
     }
 }
 
-TEST(TextUtil, Every_short_text_is_the_number_that_digits_add_up_to) {
+TEST(TextUtil, Every_short_text_converts_as_sum_of_its_digits) {
     ForAllTexts("0178 9+-xXab", 5, [](const std::string &text) {
         int expected = 0;
         const int expectedResult = SlowStringToInt(text, expected);
@@ -133,7 +133,7 @@ struct SplitRow {
     Fields kept;    ///< with them
 };
 
-TEST(TextUtil, Split_at_any_of_the_delimiters) {
+TEST(TextUtil, StringSplit_splits_at_any_delimiter) {
     const SplitRow rows[] = {
         {"a b", " ", {"a", "b"}, {"a", "b"}},
         {"a  b", " ", {"a", "b"}, {"a", "", "b"}},
@@ -156,12 +156,12 @@ TEST(TextUtil, Split_at_any_of_the_delimiters) {
     }
 }
 
-TEST(TextUtil, Split_without_delimiters_gives_the_whole_text) {
+TEST(TextUtil, StringSplit_without_delimiter_returns_unsplit_text) {
     EXPECT_EQ(StringSplit("a b", nullptr, 0), Fields{"a b"});
     EXPECT_EQ(StringSplit("", nullptr, 1), Fields{});
 }
 
-TEST(TextUtil, Split_keeps_an_embedded_nul) {
+TEST(TextUtil, StringSplit_keeps_embedded_NUL) {
     EXPECT_EQ(StringSplit(std::string("a\0b c", 5), " ", 0), (Fields{std::string("a\0b", 3), "c"}));
 }
 
@@ -190,7 +190,7 @@ Fields SlowSplit(const std::string &text, const std::string &delimiters, bool ke
     return fields;
 }
 
-TEST(TextUtil, Every_short_text_splits_as_character_by_character) {
+TEST(TextUtil, Every_short_text_is_split_as_character_by_character) {
     for (const char *delimiters : {"", " ", ",", " ,", "a"}) {
         for (const int keepEmpty : {0, 1}) {
             ForAllTexts("ab ,", 6, [&](const std::string &text) {
@@ -212,13 +212,13 @@ TEST(TextUtil, DeleteBlankA_only_trims) {
     EXPECT_EQ(Trimmed<std::wstring>(L"  a b  c ", DeleteBlankW), L"abc");
 }
 
-TEST(TextUtil, Trimming_knows_the_space_only) {
+TEST(TextUtil, Trimming_removes_spaces_only) {
     EXPECT_EQ(Trimmed<std::string>("\t a \n", DeleteBlankA), "\t a \n");
     EXPECT_EQ(Trimmed<std::wstring>(L" \ta\r ", StringTrimW), L"\ta\r");
     EXPECT_EQ(Trimmed<std::wstring>(L"\u00A0 a\t", DeleteBlankW), L"\u00A0a\t");
 }
 
-TEST(TextUtil, Trimming_of_blanks_only_leaves_nothing) {
+TEST(TextUtil, Trimming_of_spaces_only_returns_empty_string) {
     for (const std::size_t length : {0U, 1U, 2U, 9U}) {
         EXPECT_EQ(Trimmed(std::string(length, ' '), DeleteBlankA), "");
         EXPECT_EQ(Trimmed(std::wstring(length, L' '), StringTrimW), L"");
@@ -248,14 +248,14 @@ TEST(TextUtil, Every_short_text_is_trimmed_as_character_by_character) {
     });
 }
 
-TEST(TextUtil, Bool_is_anything_but_zero) {
+TEST(TextUtil, Every_number_but_0_is_true) {
     EXPECT_FALSE(ConvertBOOLTobool(0));
     EXPECT_TRUE(ConvertBOOLTobool(1));
     EXPECT_TRUE(ConvertBOOLTobool(-1));
     EXPECT_TRUE(ConvertBOOLTobool(256));
 }
 
-TEST(TextUtil, Bad_input_prints_nothing) {
+TEST(TextUtil, Invalid_input_prints_nothing) {
     EXPECT_EQ(OutputOf([] {
                   EXPECT_EQ(ErrorOutputOf([] {
                                 int value = 0;

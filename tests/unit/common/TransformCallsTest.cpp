@@ -129,7 +129,7 @@ TEST(TransformCalls, Each_conversion_opens_converts_once_and_closes) {
     }
 }
 
-TEST(TransformCalls, Locale_conversions_do_without) {
+TEST(TransformCalls, Locale_conversions_do_not_call_iconv) {
     const CCpTransform transform;
     IconvWatch watch;
     EXPECT_EQ(transform.ConvertUnicodeStringToANSI(L"abc"), "abc");
@@ -140,7 +140,7 @@ TEST(TransformCalls, Locale_conversions_do_without) {
     EXPECT_EQ(watch.calls, Calls{});
 }
 
-TEST(TransformCalls, Without_a_character_set_everything_is_empty) {
+TEST(TransformCalls, Conversions_return_empty_string_if_iconv_open_fails) {
     const CCpTransform transform;
     IconvWatch watch;
     watch.missing = {"UTF-8"};
@@ -154,7 +154,7 @@ TEST(TransformCalls, Without_a_character_set_everything_is_empty) {
 #ifdef __linux__
 
 // Small containers lack the module.
-TEST(TransformCalls, Without_UTF_32LE_the_systems_own_wide_characters_do) {
+TEST(TransformCalls, WCHAR_T_is_used_if_UTF_32LE_is_missing) {
     const CCpTransform transform;
     const std::wstring text = L"a\u00E4\u20AC\U0010FFFF";
     const std::string utf8 = "a\xC3\xA4\xE2\x82\xAC\xF4\x8F\xBF\xBF";

@@ -53,7 +53,7 @@ std::wstring Wide(const std::string &narrow) {
     return result;
 }
 
-TEST(TransformLocale, Utf8_environment) {
+TEST(TransformLocale, Conversions_use_UTF8_in_UTF8_environment) {
     const EnvironmentLocaleGuard environment("C.UTF-8");
     EXPECT_EQ(Narrow(L"gr\u00FC\u00DF \u20AC \U0001F4BE"),
               "gr\xC3\xBC\xC3\x9F \xE2\x82\xAC \xF0\x9F\x92\xBE");
@@ -63,7 +63,7 @@ TEST(TransformLocale, Utf8_environment) {
     EXPECT_EQ(Narrow(std::wstring(1, static_cast<wchar_t>(0xD800))), "");
 }
 
-TEST(TransformLocale, Latin_environment) {
+TEST(TransformLocale, Conversions_use_ISO_8859_1_in_Latin_environment) {
     NEED_LOCALE("de_DE.ISO-8859-1");
     const EnvironmentLocaleGuard environment("de_DE.ISO-8859-1");
     EXPECT_EQ(Narrow(L"gr\u00FC\u00DF"), "gr\xFC\xDF");
@@ -72,7 +72,7 @@ TEST(TransformLocale, Latin_environment) {
     EXPECT_EQ(Narrow(L"ab\u20AC"), "");
 }
 
-TEST(TransformLocale, Japanese_environment) {
+TEST(TransformLocale, Conversions_use_EUC_JP_in_Japanese_environment) {
     NEED_LOCALE("ja_JP.EUC-JP");
     const EnvironmentLocaleGuard environment("ja_JP.EUC-JP");
     EXPECT_EQ(Narrow(L"\u3042a"), "\xA4\xA2"
@@ -83,7 +83,7 @@ TEST(TransformLocale, Japanese_environment) {
     EXPECT_EQ(Wide("\xA4"), L"");
 }
 
-TEST(TransformLocale, Plain_c_environment) {
+TEST(TransformLocale, Conversions_accept_ASCII_only_in_C_environment) {
     const EnvironmentLocaleGuard environment("C");
     EXPECT_EQ(Narrow(L"plain"), "plain");
     EXPECT_EQ(Wide("plain"), L"plain");
@@ -93,7 +93,7 @@ TEST(TransformLocale, Plain_c_environment) {
 #endif
 }
 
-TEST(TransformLocale, Null_and_empty_are_empty) {
+TEST(TransformLocale, Null_and_empty_input_return_empty_string) {
     EXPECT_EQ(kTransform.ConvertWCHARToCHAR(nullptr), "");
     EXPECT_EQ(kTransform.ConvertWCHARToANSIString(nullptr), "");
     EXPECT_EQ(kTransform.ConvertCHARToUnicodeString(nullptr), L"");
@@ -101,7 +101,7 @@ TEST(TransformLocale, Null_and_empty_are_empty) {
     EXPECT_EQ(Wide(""), L"");
 }
 
-TEST(TransformLocale, Text_ends_at_the_first_nul) {
+TEST(TransformLocale, Text_ends_at_first_NUL) {
     EXPECT_EQ(kTransform.ConvertUnicodeStringToANSI(std::wstring(L"ab\0cd", 5)), "ab");
     EXPECT_EQ(kTransform.ConvertANSIStringToUnicode(std::string("ab\0cd", 5)), L"ab");
     EXPECT_EQ(kTransform.ConvertCHARToUnicodeString("ab\0cd"), L"ab");
@@ -112,7 +112,7 @@ TEST(TransformLocale, Text_ends_at_the_first_nul) {
     EXPECT_EQ(kTransform.ConvertANSIStringToUnicode(std::string("a\0\xFF", 3)), L"a");
 }
 
-TEST(TransformLocale, Long_texts_have_no_limit) {
+TEST(TransformLocale, Locale_conversions_have_no_length_limit) {
     std::string narrow;
     for (int i = 0; i < 50000; ++i) {
         narrow += "\xE2\x82\xAC";
@@ -224,7 +224,7 @@ void ExpectLocaleKept() {
     }
 }
 
-TEST(TransformLocale, Host_locale_returns) {
+TEST(TransformLocale, Conversion_restores_locale_of_host) {
     NEED_LOCALE("de_DE.ISO-8859-1");
     const EnvironmentLocaleGuard environment("de_DE.ISO-8859-1");
     ExpectLocaleKept();
@@ -233,7 +233,7 @@ TEST(TransformLocale, Host_locale_returns) {
     EXPECT_EQ(CurrentLocale(), "C.UTF-8");
 }
 
-TEST(TransformLocale, Mixed_host_locale_returns) {
+TEST(TransformLocale, Conversion_restores_mixed_locale_of_host) {
     NEED_LOCALE("de_DE.UTF-8");
     const EnvironmentLocaleGuard environment("de_DE.UTF-8");
     const ProcessLocale host(LC_NUMERIC, "de_DE.UTF-8");
@@ -245,7 +245,7 @@ TEST(TransformLocale, Mixed_host_locale_returns) {
     EXPECT_STREQ(std::setlocale(LC_CTYPE, nullptr), "C.UTF-8");
 }
 
-TEST(TransformLocale, Mixed_environment_gives_the_encoding_of_its_character_type) {
+TEST(TransformLocale, Mixed_environment_uses_encoding_of_LC_CTYPE) {
     NEED_LOCALE("de_DE.ISO-8859-1");
     const EnvironmentLocaleGuard folder("de_DE.ISO-8859-1");
     const EnvGuard all("LC_ALL", std::nullopt);
@@ -256,7 +256,7 @@ TEST(TransformLocale, Mixed_environment_gives_the_encoding_of_its_character_type
     ExpectLocaleKept();
 }
 
-TEST(TransformLocale, One_missing_category_does_not_cost_the_encoding) {
+TEST(TransformLocale, Missing_category_does_not_change_encoding) {
     const EnvGuard all("LC_ALL", std::nullopt);
     const EnvGuard language("LANG", "C.UTF-8");
     const EnvGuard time("LC_TIME", "no_SUCH.locale");
@@ -265,7 +265,7 @@ TEST(TransformLocale, One_missing_category_does_not_cost_the_encoding) {
     ExpectLocaleKept();
 }
 
-TEST(TransformLocale, Broken_environment_leaves_the_hosts_locale) {
+TEST(TransformLocale, Invalid_environment_keeps_locale_of_host) {
     const EnvGuard all("LC_ALL", std::nullopt);
     const EnvGuard language("LANG", "no_SUCH.locale");
     EXPECT_EQ(Narrow(L"plain"), "plain");

@@ -97,12 +97,12 @@ std::wstring SlowToWide(const std::string &bytes) {
     return out.c_str();
 }
 
-TEST(Transform, Has_no_data_and_a_virtual_destructor) {
+TEST(Transform, Object_has_vtable_and_no_data) {
     static_assert(std::has_virtual_destructor_v<CCpTransform>);
     static_assert(sizeof(CCpTransform) == sizeof(void *));
 }
 
-TEST(Transform, Wide_characters_become_utf8) {
+TEST(Transform, Wide_characters_convert_to_UTF8) {
     const struct {
         const wchar_t *wide;
         const char *utf8;
@@ -131,7 +131,7 @@ TEST(Transform, Wide_characters_become_utf8) {
     }
 }
 
-TEST(Transform, Wide_characters_outside_of_unicode_are_a_failure) {
+TEST(Transform, Wide_characters_outside_Unicode_return_empty_string) {
     for (const unsigned long value : {0xD800UL, 0xDBFFUL, 0xDC00UL, 0xDFFFUL, 0x110000UL,
                                       0x7FFFFFFFUL, 0x80000000UL, 0xFFFFFFFFUL}) {
         const std::wstring wide =
@@ -140,7 +140,7 @@ TEST(Transform, Wide_characters_outside_of_unicode_are_a_failure) {
     }
 }
 
-TEST(Transform, Invalid_utf8_is_a_failure) {
+TEST(Transform, Invalid_UTF8_returns_empty_string) {
     for (const std::string bytes :
          {"a\x80", "a\xBFz", "\xC0\x80", "\xC1\xBF", "\xC3", "\xC3z", "\xE2\x82", "\xE0\x9F\xBF",
           "\xED\xA0\x80", "\xED\xBF\xBF", "\xED\xA0\xBD\xED\xB2\xBE", "\xF0\x8F\xBF\xBF",
@@ -150,20 +150,20 @@ TEST(Transform, Invalid_utf8_is_a_failure) {
     }
 }
 
-TEST(Transform, Result_ends_at_the_first_nul) {
+TEST(Transform, Result_ends_at_first_NUL) {
     EXPECT_EQ(kTransform.ConvertUnicodeStringToUTF8(std::wstring(L"ab\0cd", 5)), "ab");
     EXPECT_EQ(kTransform.ConvertUTF8StringToUnicode(std::string("ab\0cd", 5)), L"ab");
     EXPECT_EQ(kTransform.ConvertUnicodeStringToUTF8(std::wstring(1, L'\0')), "");
     EXPECT_EQ(kTransform.ConvertUTF8StringToUnicode(std::string(1, '\0')), L"");
 }
 
-TEST(Transform, What_stands_behind_a_nul_is_converted_and_may_fail) {
+TEST(Transform, Invalid_input_after_NUL_returns_empty_string) {
     EXPECT_EQ(kTransform.ConvertUTF8StringToUnicode(std::string("ab\0\xFF", 4)), L"");
     const std::wstring wide{L'a', L'\0', static_cast<wchar_t>(0xD800)};
     EXPECT_EQ(kTransform.ConvertUnicodeStringToUTF8(wide), "");
 }
 
-TEST(Transform, Utf8_result_has_room_for_10239_bytes) {
+TEST(Transform, UTF8_result_is_limited_to_10239_bytes) {
     for (const std::size_t size : {10238U, 10239U}) {
         EXPECT_EQ(kTransform.ConvertUnicodeStringToUTF8(std::wstring(size, L'a')),
                   std::string(size, 'a'));
@@ -173,7 +173,7 @@ TEST(Transform, Utf8_result_has_room_for_10239_bytes) {
     }
 }
 
-TEST(Transform, Utf8_room_counts_bytes_and_not_characters) {
+TEST(Transform, UTF8_limit_counts_bytes_and_not_characters) {
     // 3,413 characters of three bytes are 10,239 bytes; one more letter is too much.
     std::string expected;
     for (int i = 0; i < 3413; ++i) {
@@ -185,7 +185,7 @@ TEST(Transform, Utf8_room_counts_bytes_and_not_characters) {
     EXPECT_EQ(kTransform.ConvertUnicodeStringToUTF8(wide + L"\u20AC"), "");
 }
 
-TEST(Transform, Wide_result_has_room_for_10239_characters) {
+TEST(Transform, Wide_result_is_limited_to_10239_characters) {
     for (const std::size_t size : {10238U, 10239U}) {
         EXPECT_EQ(kTransform.ConvertUTF8StringToUnicode(std::string(size, 'a')),
                   std::wstring(size, L'a'));
@@ -195,7 +195,7 @@ TEST(Transform, Wide_result_has_room_for_10239_characters) {
     }
 }
 
-TEST(Transform, Wide_room_counts_characters_and_not_bytes) {
+TEST(Transform, Wide_limit_counts_characters_and_not_bytes) {
     std::string utf8;
     for (int i = 0; i < 10239; ++i) {
         utf8 += "\xF0\x9F\x92\xBE";
@@ -204,7 +204,7 @@ TEST(Transform, Wide_room_counts_characters_and_not_bytes) {
     EXPECT_EQ(kTransform.ConvertUTF8StringToUnicode(utf8 + "a"), L"");
 }
 
-TEST(Transform, Every_short_byte_sequence_converts_as_by_the_table) {
+TEST(Transform, Every_short_byte_sequence_converts_as_by_table) {
     for (unsigned first = 0; first < 256; ++first) {
         for (unsigned second = 0; second < 256; ++second) {
             const std::string two{static_cast<char>(first), static_cast<char>(second)};
@@ -213,7 +213,7 @@ TEST(Transform, Every_short_byte_sequence_converts_as_by_the_table) {
     }
 }
 
-TEST(Transform, Random_texts_convert_as_by_the_table) {
+TEST(Transform, Random_texts_convert_as_by_table) {
     std::mt19937 random(61);
     const auto below = [&](std::size_t limit) { return random() % limit; };
     const unsigned long limits[] = {0x80, 0x800, 0x10000, 0x10FFFF, 0x120000};
@@ -246,7 +246,7 @@ std::string BareIconv(const char *to, const char *from, std::string input, std::
     return result == static_cast<std::size_t>(-1) || output.size() == room ? "" : output;
 }
 
-TEST(Transform, Agrees_with_the_systems_iconv) {
+TEST(Transform, Conversions_agree_with_iconv_of_system) {
     std::mt19937 random(62);
     for (int round = 0; round < 5000; ++round) {
         std::string bytes;
@@ -277,7 +277,7 @@ TEST(Transform, Agrees_with_the_systems_iconv) {
     }
 }
 
-TEST(Transform, Failures_print_nothing_and_leave_the_locale) {
+TEST(Transform, Failures_print_nothing_and_keep_locale) {
     const std::string before = std::setlocale(LC_ALL, nullptr);
     EXPECT_EQ(OutputOf([] {
                   EXPECT_EQ(ErrorOutputOf([] {
@@ -290,14 +290,14 @@ TEST(Transform, Failures_print_nothing_and_leave_the_locale) {
     EXPECT_EQ(std::setlocale(LC_ALL, nullptr), before);
 }
 
-TEST(Transform, Does_not_depend_on_the_locale) {
+TEST(Transform, Conversions_do_not_depend_on_locale) {
     // The process is in the "C" locale here, which knows no character above 0x7F.
     EXPECT_STREQ(std::setlocale(LC_CTYPE, nullptr), "C");
     EXPECT_EQ(kTransform.ConvertUTF8StringToUnicode("\xC3\xA9"), L"\u00E9");
     EXPECT_EQ(kTransform.ConvertUnicodeStringToUTF8(L"\u00E9"), "\xC3\xA9");
 }
 
-TEST(Transform, Ten_thousand_conversions_do_not_run_out_of_descriptors) {
+TEST(Transform, Ten_thousand_conversions_leak_no_descriptor) {
     // Each open conversion descriptor costs memory; a leak shows under the leak checker.
     for (int i = 0; i < 10000; ++i) {
         ASSERT_EQ(kTransform.ConvertUTF8StringToUnicode("a"), L"a");

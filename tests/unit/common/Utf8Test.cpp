@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(Utf8, Every_character_comes_back) {
+TEST(Utf8, Every_character_survives_encoding_and_decoding) {
     for (std::uint32_t code = 0; code <= 0x10FFFF; ++code) {
         if (code == 0xD800) {
             code = 0xE000;
@@ -23,14 +23,14 @@ TEST(Utf8, Every_character_comes_back) {
     }
 }
 
-TEST(Utf8, Other_numbers_cannot_be_written) {
+TEST(Utf8, Numbers_outside_Unicode_cannot_be_encoded) {
     for (const std::uint32_t code : {0xD800U, 0xDFFFU, 0x110000U, 0x7FFFFFFFU, 0xFFFFFFFFU}) {
         std::string bytes;
         EXPECT_FALSE(AppendUtf8(L"a" + std::wstring(1, static_cast<wchar_t>(code)), bytes)) << code;
     }
 }
 
-TEST(Utf8, Longer_forms_surrogates_and_loose_bytes_are_invalid) {
+TEST(Utf8, Overlong_forms_surrogates_and_stray_bytes_are_invalid) {
     for (const char *bytes :
          {"\x80", "\xBF", "\xC0\x80", "\xC1\xBF", "\xC3", "\xC3(", "\xE0\x9F\xBF", "\xE2\x82",
           "\xED\xA0\x80", "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFE",
@@ -40,7 +40,7 @@ TEST(Utf8, Longer_forms_surrogates_and_loose_bytes_are_invalid) {
     }
 }
 
-TEST(Utf8, Mixed_text_comes_back) {
+TEST(Utf8, Text_of_all_lengths_survives_encoding_and_decoding) {
     const std::wstring text = std::wstring(130, L'a') + L"\x00E4\x3042"
                                                         L"b\x1F600"
                                                         L"c";
@@ -55,7 +55,7 @@ TEST(Utf8, Mixed_text_comes_back) {
     EXPECT_EQ(CountUtf8Characters(bytes), 6 + text.size());
 }
 
-TEST(Utf8, Characters_become_bytes_up_to_a_limit) {
+TEST(Utf8, Encoding_stops_at_byte_limit) {
     std::string bytes = "x";
     EXPECT_TRUE(AppendAsBytes(kLastByte, L"a\x00FF", bytes));
     EXPECT_EQ(bytes, "xa\xFF");

@@ -47,7 +47,7 @@ TEST_F(BootPass, Boot_firmware_is_programmed_first_at_bank_0) {
               std::wstring(boot.begin(), boot.end()));
 }
 
-TEST_F(BootPass, Boot_record_has_defaults_otherwise) {
+TEST_F(BootPass, Boot_record_has_defaults_in_all_remaining_fields) {
     record->enumCommID = static_cast<STRUCT_ENUM_COMM_ID>(9);
     record->bCompareVersion = 1;
     EXPECT_EQ(Program(), 0);
@@ -66,14 +66,14 @@ TEST_F(BootPass, Boot_record_has_defaults_otherwise) {
     EXPECT_EQ(first.stFlagSetting.ucFlagData[1219], 0xFF);
 }
 
-TEST_F(BootPass, Failure_ends_the_run_before_its_action) {
+TEST_F(BootPass, Failed_boot_pass_ends_run_before_action) {
     results["IspFlash"] = 0x51;
     EXPECT_EQ(Program(), 0x51);
     EXPECT_THAT(module.Names(), ElementsAre("SetUIFunction", "IspFlash"));
     EXPECT_TRUE(IsLoaded(ModulePath("without_EnterISPModeExport")));
 }
 
-TEST_F(BootPass, Needs_new_boot_code_factory_mode_and_a_path) {
+TEST_F(BootPass, Boot_pass_needs_new_boot_code_factory_mode_and_path) {
     Boot("");
     EXPECT_EQ(Program(), 0);
     EXPECT_THAT(module.Names(), ElementsAre("SetUIFunction", "IspFlash"));
@@ -93,13 +93,13 @@ TEST_F(BootPass, Needs_new_boot_code_factory_mode_and_a_path) {
     EXPECT_EQ(flashed.size(), 1U);
 }
 
-TEST_F(BootPass, Runs_before_any_action) {
+TEST_F(BootPass, Boot_pass_runs_before_any_action) {
     Act(21);
     EXPECT_EQ(Run("full"), 0);
     EXPECT_THAT(module.Names(), ElementsAre("SetUIFunction", "IspFlash", "EnterISPModeExport"));
 }
 
-TEST_F(BootPass, Missing_boot_file_reaches_the_plugin_as_an_empty_map) {
+TEST_F(BootPass, Missing_boot_file_gives_plugin_empty_map) {
     Boot(folder.Path("none.bin"));
     EXPECT_EQ(Program(), 0);
     EXPECT_EQ(out, "File open fail! " + folder.Path("none.bin") + "\n");
@@ -108,14 +108,14 @@ TEST_F(BootPass, Missing_boot_file_reaches_the_plugin_as_an_empty_map) {
     EXPECT_EQ(flashed[0]->enumActionType, 4U);
 }
 
-TEST_F(BootPass, Relative_boot_file_lies_in_the_library_folder) {
+TEST_F(BootPass, Relative_boot_path_starts_at_library_directory) {
     Boot("none.bin");
     EXPECT_EQ(Program(), 0);
     const auto own = std::filesystem::read_symlink("/proc/self/exe").parent_path().string();
     EXPECT_EQ(out, "File open fail! " + own + "/none.bin\n");
 }
 
-TEST_F(BootPass, More_than_512_banks_give_DA0) {
+TEST_F(BootPass, More_than_512_banks_return_DA0) {
     std::filesystem::resize_file(boot, std::uintmax_t{512} * 65536);
     EXPECT_EQ(Program(), 0);
     EXPECT_EQ(flashed.at(0)->stMapFw.ulFwCount, 512U);
@@ -127,7 +127,7 @@ TEST_F(BootPass, More_than_512_banks_give_DA0) {
     EXPECT_THAT(module.Names(), ElementsAre("SetUIFunction"));
 }
 
-TEST_F(BootPass, No_memory_gives_D69_and_loses_none) {
+TEST_F(BootPass, Failed_allocation_returns_D69_and_leaks_nothing) {
     const int living = LivingRecords();
     const RecordAllocationLimit heap(0);
     EXPECT_EQ(Program(), 0xD69);
@@ -135,13 +135,13 @@ TEST_F(BootPass, No_memory_gives_D69_and_loses_none) {
     EXPECT_EQ(LivingRecords(), living);
 }
 
-TEST_F(BootPass, Unterminated_boot_path_is_read_with_its_bound) {
+TEST_F(BootPass, Unterminated_boot_path_is_read_up_to_260_bytes) {
     Boot("/" + std::string(300, 'p'));
     EXPECT_EQ(Program(), 0);
     EXPECT_EQ(out, "File open fail! /" + std::string(259, 'p') + "\n");
 }
 
-TEST_F(BootPass, Hub_asks_for_the_device_again) {
+TEST_F(BootPass, Hub_device_is_queried_again) {
     static int calls = 0;
     static void *answer = nullptr;
     calls = 0;

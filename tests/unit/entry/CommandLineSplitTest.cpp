@@ -108,7 +108,7 @@ Tokens Model(const std::string &line) {
 
 } // namespace
 
-TEST(CommandLineSplit, Blanks_separate) {
+TEST(CommandLineSplit, Spaces_separate_arguments) {
     EXPECT_EQ(Split("a b"), (Tokens{"a", "b"}));
     EXPECT_EQ(Split("  a   b  "), (Tokens{"a", "b"}));
     EXPECT_EQ(Split(""), Tokens{});
@@ -116,7 +116,7 @@ TEST(CommandLineSplit, Blanks_separate) {
     EXPECT_EQ(Split("a\tb c\nd"), (Tokens{"a\tb", "c\nd"}));
 }
 
-TEST(CommandLineSplit, Quotes_keep_blanks_and_go_away) {
+TEST(CommandLineSplit, Quotes_protect_spaces_and_are_removed) {
     EXPECT_EQ(Split("a \"b c\" d"), (Tokens{"a", "b c", "d"}));
     EXPECT_EQ(Split("p --fw=\"my file.bin\" --isp"), (Tokens{"p", "--fw=my file.bin", "--isp"}));
     EXPECT_EQ(Split("a x\"b c\"y d"), (Tokens{"a", "xb cy", "d"}));
@@ -129,7 +129,7 @@ TEST(CommandLineSplit, Odd_number_of_quotes_fails) {
     }
 }
 
-TEST(CommandLineSplit, Empty_pair_fails) {
+TEST(CommandLineSplit, Empty_pair_of_quotes_fails) {
     for (const char *line : {"a \"\"", "a \"\" b", "a \"b\" \"\"", "a\"\"b"}) {
         EXPECT_EQ(Split(line), Tokens{kFailed}) << line;
     }
@@ -145,21 +145,21 @@ TEST(CommandLineSplit, Quote_at_the_start_of_the_line_opens_nothing) {
     EXPECT_EQ(Split("\"\""), (Tokens{"\""}));
 }
 
-TEST(CommandLineSplit, Second_quoted_part_of_a_word_moves_on) {
+TEST(CommandLineSplit, Second_quoted_part_moves_to_next_word) {
     EXPECT_EQ(Split("x\"a b\"\"c d\" \"e f\""), (Tokens{"xa b\"\"", "c d"}));
 }
 
-TEST(CommandLineSplit, Repeated_segment_is_replaced_from_the_front) {
+TEST(CommandLineSplit, Repeated_quoted_parts_are_restored_in_order) {
     EXPECT_EQ(Split("p \"a b\" \"a b\""), (Tokens{"p", "a b", "a b"}));
 }
 
-TEST(CommandLineSplit, Output_list_is_replaced) {
+TEST(CommandLineSplit, Split_replaces_content_of_output_list) {
     Tokens tokens{"old"};
     EXPECT_EQ(ParseCommandLineParameter(tokens, "a"), 1);
     EXPECT_EQ(tokens, Tokens{"a"});
 }
 
-TEST(CommandLineSplit, Every_short_line_agrees_with_the_rules) {
+TEST(CommandLineSplit, Every_short_line_agrees_with_documented_rules) {
     const char letters[] = {'"', 'a', ' '};
     for (int length = 0; length <= 9; ++length) {
         int lines = 1;
@@ -176,7 +176,7 @@ TEST(CommandLineSplit, Every_short_line_agrees_with_the_rules) {
     }
 }
 
-TEST(CommandLineSplit, Random_longer_lines_agree_with_the_rules) {
+TEST(CommandLineSplit, Random_long_lines_agree_with_documented_rules) {
     std::mt19937 random(99);
     const std::string letters = "\"\"ab-=  \t";
     for (int round = 0; round < 20000; ++round) {

@@ -9,11 +9,11 @@
 namespace {
 
 /// Entry calls while the system fails, with the plug-ins next to this program.
-class FailingSystemTest : public testing::Test {
+class FailingSystem : public testing::Test {
   protected:
     using Record = STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING;
 
-    FailingSystemTest() {
+    FailingSystem() {
         module.suspend = &AllocationFault::Suspend;
         module.answer = [this](const ModuleCall &call) {
             if (call.name == "IspFlash" || call.name == "ResetMCUExport") {
@@ -22,7 +22,7 @@ class FailingSystemTest : public testing::Test {
             return call.name == "VerifySignatureExport" ? 1 : 0;
         };
     }
-    ~FailingSystemTest() override {
+    ~FailingSystem() override {
         module.answer = [](const ModuleCall &) { return 0; };
         Operate(L"p --resetmcu"); // no parser is left over
     }
@@ -61,7 +61,7 @@ class FailingSystemTest : public testing::Test {
     bool struck = false;
 };
 
-TEST_F(FailingSystemTest, Each_allocation_that_fails_ends_the_call_with_a_stated_failure) {
+TEST_F(FailingSystem, Failed_allocation_returns_documented_code) {
     TempFolder folder;
     const std::string file = folder.Write("firmware.bin", std::string(70000, 'x'));
     const std::wstring path(file.begin(), file.end());
@@ -110,7 +110,7 @@ TEST_F(FailingSystemTest, Each_allocation_that_fails_ends_the_call_with_a_stated
     }
 }
 
-TEST_F(FailingSystemTest, Failure_outside_the_heap_ends_the_call_before_any_plugin) {
+TEST_F(FailingSystem, System_failure_ends_call_before_plugin_is_loaded) {
     const struct {
         const char *function;
         int error;
@@ -134,7 +134,7 @@ TEST_F(FailingSystemTest, Failure_outside_the_heap_ends_the_call_before_any_plug
     }
 }
 
-TEST_F(FailingSystemTest, Plugin_path_that_cannot_be_converted_has_the_code_of_a_failed_load) {
+TEST_F(FailingSystem, Unconvertible_plugin_path_returns_code_of_failed_load) {
     // The call converts its own directory first, and the name of the plug-in second.
     const SystemFault fault("newlocale", EMFILE, 1);
     EXPECT_EQ(Operate(L"p --resetmcu"), 0xD67);
@@ -143,7 +143,7 @@ TEST_F(FailingSystemTest, Plugin_path_that_cannot_be_converted_has_the_code_of_a
 }
 
 /// What the library gives a plug-in that calls it back while memory ends.
-TEST_F(FailingSystemTest, Nothing_unwinds_through_a_plugin_that_calls_the_library) {
+TEST_F(FailingSystem, No_exception_unwinds_through_plugin_that_calls_library) {
     const CCpTransform transform;
     const std::string text(100, 'a');
     const std::wstring wide(100, L'a');
@@ -186,7 +186,7 @@ TEST_F(FailingSystemTest, Nothing_unwinds_through_a_plugin_that_calls_the_librar
     }
 }
 
-TEST_F(FailingSystemTest, Entry_call_inside_a_plugin_is_an_outermost_call_again) {
+TEST_F(FailingSystem, Call_of_entry_inside_plugin_handles_its_own_failure) {
     for (int successes = 0; successes < 60; ++successes) {
         int entered = 0;
         module.answer = [&](const ModuleCall &call) {

@@ -30,7 +30,7 @@ const auto *const g_atTheStart =
 } // namespace
 
 /// The exports, with the plug-ins beside this program.
-class OperateScalerTest : public testing::Test {
+class OperateScalerCall : public testing::Test {
   protected:
     int Operate(const std::wstring &line, void *handle = nullptr) {
         module.calls.clear();
@@ -38,7 +38,7 @@ class OperateScalerTest : public testing::Test {
         out = OutputOf([&] { result = OperateScaler(line.c_str(), handle, progress, message); });
         return result;
     }
-    ~OperateScalerTest() override {
+    ~OperateScalerCall() override {
         module.answer = [](const ModuleCall &) { return 0; };
         Operate(L"p --resetmcu"); // no parser is left over
     }
@@ -57,13 +57,13 @@ class OperateScalerTest : public testing::Test {
     const std::string success = "\x1b[32mSuccess\n\x1b[m";
 };
 
-TEST_F(OperateScalerTest, Globals_are_empty_at_the_start) {
+TEST_F(OperateScalerCall, Globals_are_empty_before_first_call) {
     EXPECT_EQ(g_atTheStart->folder, L"");
     EXPECT_EQ(g_atTheStart->settingFile, L"");
     EXPECT_TRUE(g_atTheStart->allNull);
 }
 
-TEST_F(OperateScalerTest, Whole_line_is_carried_to_the_plugin) {
+TEST_F(OperateScalerCall, All_options_of_line_reach_plugin) {
     module.answer = [](const ModuleCall &call) {
         if (call.name == "DumpFlash") {
             const auto *record =
@@ -80,19 +80,19 @@ TEST_F(OperateScalerTest, Whole_line_is_carried_to_the_plugin) {
     EXPECT_EQ(out, success);
 }
 
-TEST_F(OperateScalerTest, Plugin_code_is_the_result) {
+TEST_F(OperateScalerCall, Code_of_plugin_is_returned) {
     module.answer = [](const ModuleCall &call) { return call.name == "IspEeprom" ? 0x31 : 0; };
     EXPECT_EQ(Operate(L"p --edpisp"), 0x31);
     EXPECT_EQ(out, "\x1b[31mFail! Error Code: 0x31\n\x1b[m");
 }
 
-TEST_F(OperateScalerTest, First_word_is_no_option) {
+TEST_F(OperateScalerCall, First_argument_is_not_read_as_option) {
     EXPECT_EQ(Operate(L"--resetmcu"), -1);
     EXPECT_EQ(out, "Action type undefined or illegal!\n");
     EXPECT_EQ(Operate(L"--erase --resetmcu"), 0);
 }
 
-TEST_F(OperateScalerTest, Empty_line_changes_nothing) {
+TEST_F(OperateScalerCall, Empty_line_keeps_globals) {
     EXPECT_EQ(Operate(L"p --resetmcu"), 0);
     g_cpStrCurDir = L"former";
     g_cpStrSettingFilePath = L"former";
@@ -108,7 +108,7 @@ TEST_F(OperateScalerTest, Empty_line_changes_nothing) {
     EXPECT_EQ(LivingRecords(), living);
 }
 
-TEST_F(OperateScalerTest, Globals_are_set_afresh) {
+TEST_F(OperateScalerCall, Each_call_sets_globals_again) {
     g_cpStrCurDir = L"former";
     EXPECT_EQ(Operate(L"p --resetmcu"), 0);
     const std::string own =
@@ -125,7 +125,7 @@ TEST_F(OperateScalerTest, Globals_are_set_afresh) {
     EXPECT_EQ(std::wstring(TCSZ_GLOBAL_SYMBOL), L"GlobalSymbol");
 }
 
-TEST_F(OperateScalerTest, Parser_of_the_call_is_visible_meanwhile) {
+TEST_F(OperateScalerCall, Parser_is_visible_during_call) {
     bool seen = false;
     std::string folder;
     module.answer = [&](const ModuleCall &) {
@@ -138,7 +138,7 @@ TEST_F(OperateScalerTest, Parser_of_the_call_is_visible_meanwhile) {
     EXPECT_EQ(folder, std::filesystem::read_symlink("/proc/self/exe").parent_path().string() + "/");
 }
 
-TEST_F(OperateScalerTest, Bad_quotes_leave_the_parser_over) {
+TEST_F(OperateScalerCall, Line_with_invalid_quotes_keeps_parser_until_next_call) {
     EXPECT_EQ(Operate(L"p --resetmcu"), 0);
     const int living = LivingRecords();
     progress = nullptr;
@@ -164,7 +164,7 @@ TEST_F(OperateScalerTest, Bad_quotes_leave_the_parser_over) {
     EXPECT_EQ(LivingRecords(), living);
 }
 
-TEST_F(OperateScalerTest, Refused_line_frees_everything) {
+TEST_F(OperateScalerCall, Rejected_line_frees_all_records) {
     const int living = LivingRecords();
     EXPECT_EQ(Operate(L"p --comm 99 --resetmcu"), -1);
     EXPECT_EQ(out, "Parameter out of range! --comm 99\n");
@@ -173,7 +173,7 @@ TEST_F(OperateScalerTest, Refused_line_frees_everything) {
     EXPECT_THAT(module.calls, IsEmpty());
 }
 
-TEST_F(OperateScalerTest, Device_handle_is_discarded) {
+TEST_F(OperateScalerCall, Device_handle_is_discarded) {
     // With channel 6 and a callback a handle would be asked for again and end in 0x2B0D.
     static int calls = 0;
     calls = 0;
@@ -199,7 +199,7 @@ TEST_F(OperateScalerTest, Device_handle_is_discarded) {
     g_funcNxGetHubDev = nullptr;
 }
 
-TEST_F(OperateScalerTest, Both_exports_do_the_same) {
+TEST_F(OperateScalerCall, Both_exports_return_same_result) {
     int place = 0;
     for (void *fifth : {static_cast<void *>(nullptr), static_cast<void *>(&place)}) {
         for (const wchar_t *line : {L"", L"p", L"p --resetmcu", L"p \"\"", L"p --erase"}) {
@@ -217,7 +217,7 @@ TEST_F(OperateScalerTest, Both_exports_do_the_same) {
     }
 }
 
-TEST_F(OperateScalerTest, Line_too_long_has_no_words) {
+TEST_F(OperateScalerCall, Line_of_10240_characters_is_treated_as_empty) {
     const std::wstring option = L"p --resetmcu ";
     EXPECT_EQ(Operate(option + std::wstring(10239 - option.size(), L' ')), 0);
     EXPECT_EQ(Operate(option + std::wstring(10240 - option.size(), L' ')), -1);
@@ -226,7 +226,7 @@ TEST_F(OperateScalerTest, Line_too_long_has_no_words) {
     EXPECT_EQ(out, "Action type undefined or illegal!\n");
 }
 
-TEST_F(OperateScalerTest, No_memory_has_a_result_for_each_object) {
+TEST_F(OperateScalerCall, Failed_allocation_returns_code_of_its_object) {
     Operate(L"p --resetmcu");
     const int living = LivingRecords();
     const struct {
@@ -243,7 +243,7 @@ TEST_F(OperateScalerTest, No_memory_has_a_result_for_each_object) {
     }
 }
 
-TEST_F(OperateScalerTest, Folder_is_known_before_there_is_a_parser) {
+TEST_F(OperateScalerCall, Directory_globals_are_set_if_parser_allocation_fails) {
     Operate(L"p --resetmcu");
     const CCpNxString folder = g_cpStrCurDir;
     g_cpStrCurDir = L"former";
@@ -256,7 +256,7 @@ TEST_F(OperateScalerTest, Folder_is_known_before_there_is_a_parser) {
     EXPECT_EQ(g_funcReturnProg, &Progress); // that of the call before
 }
 
-TEST_F(OperateScalerTest, No_memory_for_the_words_leaves_the_parser_over) {
+TEST_F(OperateScalerCall, Failed_argv_allocation_keeps_parser_until_next_call) {
     Operate(L"p --resetmcu");
     const int living = LivingRecords();
     progress = nullptr;
@@ -280,7 +280,7 @@ TEST_F(OperateScalerTest, No_memory_for_the_words_leaves_the_parser_over) {
     EXPECT_EQ(LivingRecords(), living);
 }
 
-TEST_F(OperateScalerTest, Half_a_megabyte_of_stack_is_enough) {
+TEST_F(OperateScalerCall, Call_runs_on_stack_of_half_megabyte) {
     TempFolder folder;
     const std::string file = folder.Write("f.bin", "x");
     std::wstring line = L"p --isp --factory --newboot --hw --fw " +

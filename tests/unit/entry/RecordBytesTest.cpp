@@ -68,7 +68,7 @@ class RecordBytes : public RunFlowTest {
         std::filesystem::read_symlink("/proc/self/exe").parent_path().string() + "/";
 };
 
-TEST_F(RecordBytes, Command_record_of_a_line) {
+TEST_F(RecordBytes, Line_gives_plugin_command_record_of_known_bytes) {
     const std::string file = folder.Write("f.bin", std::string(65537, 'f'));
     Watch("IspFlash");
     EXPECT_EQ(Operate("p --isp --bank 7 --comm 3 --fw " + file), 0);
@@ -89,7 +89,7 @@ TEST_F(RecordBytes, Command_record_of_a_line) {
               546704U);
 }
 
-TEST_F(RecordBytes, Sign_record_of_a_line) {
+TEST_F(RecordBytes, Line_gives_plugin_sign_record_of_known_bytes) {
     const std::string file = folder.Write("f.bin", "f");
     Watch("SignFwExport", true);
     EXPECT_EQ(Operate("p --sign --sw --dsmode 2 --keypair 3 --fw " + file), 0);
@@ -105,7 +105,7 @@ TEST_F(RecordBytes, Sign_record_of_a_line) {
     EXPECT_EQ(FirstDifference(seen[0], BytesOf(expected)), 1840U);
 }
 
-TEST_F(RecordBytes, Record_of_the_boot_firmware) {
+TEST_F(RecordBytes, Boot_pass_gives_plugin_record_of_known_bytes) {
     const std::string boot = folder.Write("boot.bin", std::string(65537, 'b'));
     Act(25);
     Boot(boot);
@@ -124,7 +124,7 @@ TEST_F(RecordBytes, Record_of_the_boot_firmware) {
               546704U);
 }
 
-TEST_F(RecordBytes, Record_of_the_key_read_is_the_given_one_with_an_emptied_map) {
+TEST_F(RecordBytes, Key_read_gets_record_with_cleared_map) {
     unsigned state = 1;
     Bytes given(sizeof(Record));
     for (unsigned char &byte : given) {

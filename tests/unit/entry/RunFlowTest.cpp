@@ -4,7 +4,7 @@
 
 using RunFlow = RunFlowTest;
 
-TEST_F(RunFlow, Every_action_has_its_call) {
+TEST_F(RunFlow, Every_action_calls_its_plugin_function) {
     const struct {
         unsigned action;
         const char *name;
@@ -66,13 +66,13 @@ TEST_F(RunFlow, Merge_info_is_called_for_reading_and_writing_only) {
     }
 }
 
-TEST_F(RunFlow, Missing_optional_function_gives_6) {
+TEST_F(RunFlow, Missing_optional_function_returns_6) {
     Act(25);
     EXPECT_EQ(Run("without_GetScalerType"), 6);
     EXPECT_FALSE(IsLoaded(ModulePath("without_GetScalerType")));
 }
 
-TEST_F(RunFlow, Plugin_that_cannot_be_loaded_gives_D67) {
+TEST_F(RunFlow, Plugin_that_cannot_be_loaded_returns_D67) {
     for (const unsigned action : {0U, 4U, 9U, 25U}) {
         Act(action);
         SignedBySoftware(1);
@@ -85,7 +85,7 @@ TEST_F(RunFlow, Plugin_that_cannot_be_loaded_gives_D67) {
     }
 }
 
-TEST_F(RunFlow, Callbacks_reach_the_plugin) {
+TEST_F(RunFlow, Callbacks_reach_plugin) {
     g_funcReturnProg = [](int) {};
     g_funcShowMsg = [](wchar_t *) {};
     g_funcNxGetHubDev = []() -> void * { return nullptr; };
@@ -108,7 +108,7 @@ TEST_F(RunFlow, Records_are_not_changed) {
     EXPECT_EQ(std::memcmp(&signBefore, signArgs.get(), sizeof(Sign)), 0);
 }
 
-TEST_F(RunFlow, Verifying_uses_the_signature_plugin_only) {
+TEST_F(RunFlow, Verify_uses_sign_plugin_only) {
     Act(1);
     SignedBySoftware(4);
     EXPECT_EQ(Run(), 0);
@@ -121,7 +121,7 @@ TEST_F(RunFlow, Verifying_uses_the_signature_plugin_only) {
     EXPECT_EQ(out, "");
 }
 
-TEST_F(RunFlow, Signing_uses_the_signature_plugin_only) {
+TEST_F(RunFlow, Sign_uses_sign_plugin_only) {
     Act(2);
     EXPECT_EQ(Run(), 0);
     ASSERT_THAT(module.Names(), ElementsAre("SignFwExport"));
@@ -132,7 +132,7 @@ TEST_F(RunFlow, Signing_uses_the_signature_plugin_only) {
     EXPECT_EQ(out, "");
 }
 
-TEST_F(RunFlow, Missing_signature_plugin_gives_4004) {
+TEST_F(RunFlow, Missing_sign_plugin_returns_4004) {
     for (const unsigned action : {1U, 2U}) {
         Act(action);
         EXPECT_EQ(Run("full", "no_such"), 0x4004);
@@ -144,7 +144,7 @@ TEST_F(RunFlow, Missing_signature_plugin_gives_4004) {
     }
 }
 
-TEST_F(RunFlow, Null_records_give_D69) {
+TEST_F(RunFlow, Null_record_returns_D69) {
     CCpNxString path = Below("full");
     CCpNxString name = Below("sign_full");
     EXPECT_EQ(ExecuteProcess(nullptr, signArgs.get(), path, name, nullptr), 0xD69);
@@ -167,7 +167,7 @@ TEST_F(RunFlow, Early_end_leaves_the_plugin_loaded) {
     EXPECT_TRUE(IsLoaded(ModulePath("without_ResetMCUExport")));
 }
 
-TEST_F(RunFlow, Result_line_is_red_or_green) {
+TEST_F(RunFlow, Result_line_is_green_for_success_and_red_for_failure) {
     Act(4);
     const struct {
         int result;
@@ -184,7 +184,7 @@ TEST_F(RunFlow, Result_line_is_red_or_green) {
     }
 }
 
-TEST_F(RunFlow, Colour_is_reset_behind_the_line_end) {
+TEST_F(RunFlow, Colour_is_reset_after_newline) {
     Act(9);
     EXPECT_EQ(OutputOf([&] { DoIsp(record.get(), signArgs.get(), nullptr); }),
               "\x1b[32mSuccess\n\x1b[m");
@@ -193,7 +193,7 @@ TEST_F(RunFlow, Colour_is_reset_behind_the_line_end) {
               "\x1b[31mFail! Error Code: 0x6\n\x1b[m");
 }
 
-TEST_F(RunFlow, User_defined_information_succeeds_without_a_line) {
+TEST_F(RunFlow, Userdefinedinfo_prints_no_line_on_success) {
     Act(19);
     EXPECT_EQ(OutputOf([&] { EXPECT_EQ(DoIsp(record.get(), signArgs.get(), nullptr), 0); }), "");
     results["GetUserDefinedInfoFromDDCCI"] = 9;
@@ -201,7 +201,7 @@ TEST_F(RunFlow, User_defined_information_succeeds_without_a_line) {
               "\x1b[31mFail! Error Code: 0x9\n\x1b[m");
 }
 
-TEST_F(RunFlow, Report_names_the_plugins_beside_the_library) {
+TEST_F(RunFlow, Plugins_are_loaded_from_documented_relative_paths) {
     Act(1);
     EXPECT_EQ(OutputOf([&] { EXPECT_EQ(DoIsp(record.get(), signArgs.get(), nullptr), 0); }),
               "\x1b[32mSuccess\n\x1b[m");

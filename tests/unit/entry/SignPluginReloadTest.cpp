@@ -17,7 +17,7 @@ class SignPluginReload : public RunFlowTest {
     std::string m_path = m_folder.Path("sign.module");
 };
 
-TEST_F(SignPluginReload, Every_run_opens_the_plugin_again_and_none_closes_it) {
+TEST_F(SignPluginReload, Every_run_opens_sign_plugin_and_none_closes_it) {
     std::filesystem::copy_file(ModulePath("sign_full"), m_path);
     Act(1);
     EXPECT_EQ(RunWithOwnPlugin(), 0);

@@ -25,7 +25,7 @@ TEST_F(SignatureCheck, Signed_file_is_verified_before_programming) {
     }
 }
 
-TEST_F(SignatureCheck, Every_action_of_a_signed_command_is_verified) {
+TEST_F(SignatureCheck, Signature_is_verified_for_every_action_of_signed_line) {
     Act(9);
     SignedBySoftware(1);
     EXPECT_EQ(Check(), 0);
@@ -47,7 +47,7 @@ TEST_F(SignatureCheck, Only_software_signatures_in_normal_mode_are_verified) {
     }
 }
 
-TEST_F(SignatureCheck, Type_is_the_commands_and_mode_the_signatures) {
+TEST_F(SignatureCheck, Type_is_read_from_command_record_and_mode_from_sign_record) {
     SignedBySoftware(1);
     record->enumSWDigitalSignatureMode = static_cast<ENUM_CP_DIGITAL_SIGNATURE_SW_MODE>(4);
     signArgs->enumDigitalSignatureType = static_cast<ENUM_CP_DIGITAL_SIGNATURE_TYPE>(2);
@@ -55,7 +55,7 @@ TEST_F(SignatureCheck, Type_is_the_commands_and_mode_the_signatures) {
     EXPECT_THAT(module.Names(), ElementsAre("SetUIFunction", "VerifySignatureExport", "IspFlash"));
 }
 
-TEST_F(SignatureCheck, Bad_signature_stops_before_programming) {
+TEST_F(SignatureCheck, Invalid_signature_ends_run_before_programming) {
     SignedBySoftware(1);
     results["VerifySignatureExport"] = 0;
     EXPECT_EQ(Check(), 0x4003);
@@ -64,7 +64,7 @@ TEST_F(SignatureCheck, Bad_signature_stops_before_programming) {
     EXPECT_THAT(module.Names(), ElementsAre("SetUIFunction"));
 }
 
-TEST_F(SignatureCheck, Mode_4_reads_the_key_from_the_chip) {
+TEST_F(SignatureCheck, Mode_4_reads_key_from_flash) {
     SignedBySoftware(4);
     record->stMapFw.ulFwCount = 2;
     record->stMapFw.ulTargetBank[1] = 8;
@@ -102,7 +102,7 @@ TEST_F(SignatureCheck, Mode_4_reads_the_key_from_the_chip) {
     EXPECT_EQ(record->stMapFw.ulFwCount, 2U);
 }
 
-TEST_F(SignatureCheck, Key_that_cannot_be_read_ends_the_run) {
+TEST_F(SignatureCheck, Failed_key_read_ends_run) {
     SignedBySoftware(4);
     results["GetKeyFromFlash"] = 0x77;
     EXPECT_EQ(Check(), 0x77);
@@ -114,7 +114,7 @@ TEST_F(SignatureCheck, Key_that_cannot_be_read_ends_the_run) {
                 ElementsAre("SetUIFunction", "GetKeyFromFlash", "VerifySignatureExport"));
 }
 
-TEST_F(SignatureCheck, No_memory_for_the_copy_gives_D69) {
+TEST_F(SignatureCheck, Failed_allocation_of_copy_returns_D69) {
     SignedBySoftware(4);
     const RecordAllocationLimit heap(0);
     EXPECT_EQ(Check(), 0xD69);
@@ -134,7 +134,7 @@ void *Hub() {
 
 } // namespace
 
-TEST_F(SignatureCheck, Hub_asks_for_the_device_again) {
+TEST_F(SignatureCheck, Hub_device_is_queried_again) {
     SignedBySoftware(1);
     int place = 0;
     const struct {
@@ -159,7 +159,7 @@ TEST_F(SignatureCheck, Hub_asks_for_the_device_again) {
     }
 }
 
-TEST_F(SignatureCheck, Hub_is_not_asked_without_a_check_or_after_a_bad_one) {
+TEST_F(SignatureCheck, Hub_device_is_not_queried_without_valid_check) {
     g_hubCalls = 0;
     g_hubAnswer = nullptr;
     g_funcNxGetHubDev = &Hub;

@@ -82,7 +82,7 @@ int Operate(const wchar_t *line, bool extended) {
                     : OperateScaler(line, nullptr, nullptr, nullptr);
 }
 
-TEST(StandardOutput, Has_left_the_process_when_the_call_returns) {
+TEST(StandardOutput, Output_is_flushed_before_call_returns) {
     const ModuleCalls module;
     for (const Line &row : kLines) {
         for (const bool extended : {false, true}) {
@@ -101,7 +101,7 @@ TEST(StandardOutput, Has_left_the_process_when_the_call_returns) {
     }
 }
 
-TEST(StandardOutput, Is_not_flushed_during_the_call) {
+TEST(StandardOutput, Output_is_not_flushed_during_call) {
     ModuleCalls module;
     const Pipe pipe;
     std::string during = "never called";
@@ -122,7 +122,7 @@ TEST(StandardOutput, Is_not_flushed_during_the_call) {
     EXPECT_EQ(after, "non-option ARGV-elements: stray \nfrom the plug-in \x1b[32mSuccess\n\x1b[m");
 }
 
-TEST(StandardOutput, That_cannot_be_written_changes_no_result) {
+TEST(StandardOutput, Unwritable_output_does_not_change_result) {
     const ModuleCalls module;
     const int full = open("/dev/full", O_WRONLY | O_CLOEXEC);
     ASSERT_GE(full, 0);

@@ -67,12 +67,12 @@ constexpr NamedWrapper kNeverLookedUp[] = {{"GetFWInfo", &CCpIsp::GetFWInfo},
 
 } // namespace
 
-TEST_F(IspBinding, Object_is_a_table_pointer_a_handle_and_nineteen_functions) {
+TEST_F(IspBinding, Object_is_vtable_pointer_handle_and_19_functions) {
     EXPECT_EQ(sizeof(CCpIsp), 21 * sizeof(void *));
     EXPECT_TRUE(std::is_polymorphic_v<CCpIsp>);
 }
 
-TEST_F(IspBinding, Nothing_works_before_loading) {
+TEST_F(IspBinding, Functions_return_not_loaded_before_loading) {
     for (const NamedWrapper &row : kLookedUp) {
         EXPECT_EQ((isp.*row.wrapper)(record.get()), 6) << row.name;
     }
@@ -84,7 +84,7 @@ TEST_F(IspBinding, Nothing_works_before_loading) {
     EXPECT_THAT(module.calls, IsEmpty());
 }
 
-TEST_F(IspBinding, Wrappers_pass_the_record_and_the_result_on) {
+TEST_F(IspBinding, Wrappers_pass_record_and_return_result) {
     ASSERT_EQ(Load(isp, ModulePath("full")), 1);
     int next = -5;
     module.answer = [&](const ModuleCall &) { return next; };
@@ -99,7 +99,7 @@ TEST_F(IspBinding, Wrappers_pass_the_record_and_the_result_on) {
     isp.FreeIspDllFile();
 }
 
-TEST_F(IspBinding, Other_functions_pass_their_arguments_on) {
+TEST_F(IspBinding, Functions_without_record_result_pass_their_arguments) {
     ASSERT_EQ(Load(isp, ModulePath("full")), 1);
     module.answer = [](const ModuleCall &) { return 77; };
     EXPECT_EQ(isp.GetKeyFromFlash(record.get(), buffer), 77);
@@ -119,7 +119,7 @@ TEST_F(IspBinding, Other_functions_pass_their_arguments_on) {
     isp.FreeIspDllFile();
 }
 
-TEST_F(IspBinding, Functions_never_looked_up_answer_6) {
+TEST_F(IspBinding, Functions_never_looked_up_return_6) {
     ASSERT_EQ(Load(isp, ModulePath("extras")), 1);
     for (const NamedWrapper &row : kNeverLookedUp) {
         EXPECT_EQ((isp.*row.wrapper)(record.get()), 6) << row.name;
@@ -131,7 +131,7 @@ TEST_F(IspBinding, Functions_never_looked_up_answer_6) {
     isp.FreeIspDllFile();
 }
 
-TEST_F(IspBinding, Missing_required_function_closes_the_plugin_silently) {
+TEST_F(IspBinding, Missing_required_function_closes_plugin_silently) {
     for (const char *name : {"IspFlash", "SetCommInterface", "RecordFWVersion", "GetKeyFromFlash",
                              "SetUIFunction", "DumpFlash"}) {
         const std::string path = ModulePath(std::string("without_") + name);
@@ -143,7 +143,7 @@ TEST_F(IspBinding, Missing_required_function_closes_the_plugin_silently) {
     EXPECT_THAT(module.calls, IsEmpty());
 }
 
-TEST_F(IspBinding, Missing_optional_function_answers_6) {
+TEST_F(IspBinding, Missing_optional_function_returns_6) {
     for (std::size_t missing = 3; missing < std::size(kLookedUp); ++missing) {
         ASSERT_EQ(Load(isp, ModulePath(std::string("without_") + kLookedUp[missing].name)), 1);
         for (std::size_t i = 0; i < std::size(kLookedUp); ++i) {
@@ -167,20 +167,20 @@ TEST_F(IspBinding, Open_failure_message_ends_in_the_letter_n) {
     EXPECT_EQ(isp.IspFlash(record.get()), 6);
 }
 
-TEST_F(IspBinding, Empty_path_is_no_plugin) {
+TEST_F(IspBinding, Empty_path_fails) {
     std::string out;
     EXPECT_EQ(Load(isp, "", &out), 0);
     EXPECT_EQ(out.substr(0, 9), "dlopen - ");
     EXPECT_EQ(out.back(), 'n');
 }
 
-TEST_F(IspBinding, All_symbols_are_bound_at_once) {
+TEST_F(IspBinding, Unresolved_symbol_fails_load) {
     std::string out;
     EXPECT_EQ(Load(isp, ModulePath("unresolved"), &out), 0);
     EXPECT_NE(out.find("nobody_defines_this"), std::string::npos);
 }
 
-TEST_F(IspBinding, Freeing_forgets_everything) {
+TEST_F(IspBinding, Free_resets_handle_and_functions) {
     ASSERT_EQ(Load(isp, ModulePath("full")), 1);
     EXPECT_TRUE(IsLoaded(ModulePath("full")));
     isp.FreeIspDllFile();
@@ -195,7 +195,7 @@ TEST_F(IspBinding, Freeing_forgets_everything) {
     EXPECT_THAT(module.calls, IsEmpty());
 }
 
-TEST_F(IspBinding, Loading_again_frees_the_first_plugin) {
+TEST_F(IspBinding, Second_load_frees_first_plugin) {
     ASSERT_EQ(Load(isp, ModulePath("full")), 1);
     ASSERT_EQ(Load(isp, ModulePath("required_only")), 1);
     EXPECT_FALSE(IsLoaded(ModulePath("full")));
@@ -207,7 +207,7 @@ TEST_F(IspBinding, Loading_again_frees_the_first_plugin) {
     EXPECT_EQ(isp.IspFlash(record.get()), 6);
 }
 
-TEST_F(IspBinding, Init_forgets_without_closing) {
+TEST_F(IspBinding, Init_resets_pointers_without_closing) {
     ASSERT_EQ(Load(isp, ModulePath("full")), 1);
     CCpIsp second;
     ASSERT_EQ(Load(second, ModulePath("full")), 1);

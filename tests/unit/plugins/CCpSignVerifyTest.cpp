@@ -30,11 +30,11 @@ class SignVerifyBinding : public testing::Test {
 
 } // namespace
 
-TEST_F(SignVerifyBinding, Object_is_a_table_pointer_a_handle_and_two_functions) {
+TEST_F(SignVerifyBinding, Object_is_vtable_pointer_handle_and_two_functions) {
     EXPECT_EQ(sizeof(CCpSignVerify), 4 * sizeof(void *));
 }
 
-TEST_F(SignVerifyBinding, Nothing_works_before_loading) {
+TEST_F(SignVerifyBinding, Functions_return_not_loaded_before_loading) {
     char key[4] = {};
     EXPECT_EQ(OutputOf([&] {
                   EXPECT_EQ(binding.SignFw(&args), 0x4004);
@@ -45,7 +45,7 @@ TEST_F(SignVerifyBinding, Nothing_works_before_loading) {
               "");
 }
 
-TEST_F(SignVerifyBinding, Any_non_zero_answer_is_success) {
+TEST_F(SignVerifyBinding, Any_non_zero_return_value_is_success) {
     ASSERT_EQ(Load(ModulePath("sign_full")), 1);
     char key[4] = {};
     for (const int answer : {1, -1, 2, 0x4002}) {
@@ -59,7 +59,7 @@ TEST_F(SignVerifyBinding, Any_non_zero_answer_is_success) {
     binding.FreeSignVerfiyDllFile();
 }
 
-TEST_F(SignVerifyBinding, Arguments_are_passed_on) {
+TEST_F(SignVerifyBinding, Functions_pass_their_arguments) {
     ASSERT_EQ(Load(ModulePath("sign_full")), 1);
     char key[4] = {};
     binding.VerifySignature(&args, key);
@@ -74,13 +74,13 @@ TEST_F(SignVerifyBinding, Arguments_are_passed_on) {
     binding.FreeSignVerfiyDllFile();
 }
 
-TEST_F(SignVerifyBinding, Open_failure_prints_the_loaders_words_and_a_line_end) {
+TEST_F(SignVerifyBinding, Open_failure_prints_message_of_loader_and_newline) {
     EXPECT_EQ(Load("/nowhere/libSignVerify.dylib", "dlopen - "), 0);
     EXPECT_NE(out.find("/nowhere/libSignVerify.dylib"), std::string::npos);
     EXPECT_EQ(Load("", "dlopen - "), 0);
 }
 
-TEST_F(SignVerifyBinding, Missing_function_is_named_and_the_plugin_closed) {
+TEST_F(SignVerifyBinding, Missing_function_is_reported_and_plugin_closed) {
     EXPECT_EQ(Load(ModulePath("sign_only"), "dlsym - "), 0);
     EXPECT_NE(out.find("VerifySignatureExport"), std::string::npos);
     EXPECT_FALSE(IsLoaded(ModulePath("sign_only")));
@@ -93,7 +93,7 @@ TEST_F(SignVerifyBinding, Missing_function_is_named_and_the_plugin_closed) {
     EXPECT_EQ(binding.SignFw(&args), 0x4004);
 }
 
-TEST_F(SignVerifyBinding, Freeing_forgets_everything) {
+TEST_F(SignVerifyBinding, Free_resets_handle_and_functions) {
     ASSERT_EQ(Load(ModulePath("sign_full")), 1);
     EXPECT_TRUE(IsLoaded(ModulePath("sign_full")));
     binding.FreeSignVerfiyDllFile();
@@ -103,20 +103,20 @@ TEST_F(SignVerifyBinding, Freeing_forgets_everything) {
     EXPECT_THAT(module.calls, testing::IsEmpty());
 }
 
-TEST_F(SignVerifyBinding, Loading_again_frees_the_first_plugin) {
+TEST_F(SignVerifyBinding, Second_load_frees_first_plugin) {
     ASSERT_EQ(Load(ModulePath("sign_full")), 1);
     EXPECT_EQ(Load("/nowhere", "dlopen - "), 0);
     EXPECT_FALSE(IsLoaded(ModulePath("sign_full")));
 }
 
-TEST_F(SignVerifyBinding, Init_forgets_without_closing_and_so_does_the_destructor) {
+TEST_F(SignVerifyBinding, Init_and_destructor_do_not_close_plugin) {
     ASSERT_EQ(Load(ModulePath("sign_full")), 1);
     binding.Init();
     EXPECT_EQ(binding.SignFw(&args), 0x4004);
     EXPECT_TRUE(IsLoaded(ModulePath("sign_full")));
 }
 
-TEST_F(SignVerifyBinding, One_call_load_uses_the_full_path_only) {
+TEST_F(SignVerifyBinding, LoadSignVerfiyDll_uses_last_path_argument_only) {
     const std::string path = ModulePath("sign_full");
     CCpNxString full(std::wstring(path.begin(), path.end()).c_str());
     EXPECT_EQ(LoadSignVerfiyDll(binding, CCpNxString(L"/no/such/folder/"), full), 0);

@@ -192,7 +192,7 @@ class CNxCommForwarding : public testing::Test {
     unsigned char *m_result = nullptr;
 };
 
-TEST(CNxCommTable, Slots_4_to_159_are_the_156_methods) {
+TEST(CNxCommTable, Slots_4_to_159_are_156_methods) {
     ASSERT_EQ(std::size(kRows), 156U);
     for (unsigned i = 0; i < 156; ++i) {
         EXPECT_EQ(kRows[i].slot, i + 4) << kRows[i].method;
@@ -218,7 +218,7 @@ TEST_F(CNxCommForwarding, Every_slot_passes_arguments_and_result_unchanged) {
     EXPECT_EQ(calls, 136);
 }
 
-TEST_F(CNxCommForwarding, Methods_without_a_symbol_call_nothing_even_when_it_is_exported) {
+TEST_F(CNxCommForwarding, Methods_without_symbol_call_nothing_even_if_exported) {
     int without = 0;
     for (const Row &row : kRows) {
         if (row.symbol != nullptr) {
@@ -232,7 +232,7 @@ TEST_F(CNxCommForwarding, Methods_without_a_symbol_call_nothing_even_when_it_is_
     EXPECT_EQ(m_record->calls, 0);
 }
 
-TEST_F(CNxCommForwarding, Sector_and_bank_erase_answer_6_although_the_library_is_loaded) {
+TEST_F(CNxCommForwarding, Sector_and_bank_erase_return_6_with_loaded_library) {
     EXPECT_EQ(m_comm.SectorErase(1, 2), 6U);
     EXPECT_EQ(m_comm.BankErase(1), 6U);
     EXPECT_EQ(m_record->calls, 0);
@@ -255,7 +255,7 @@ void SetPointer(CNxComm &comm, std::size_t number, void *function) {
     std::memcpy(reinterpret_cast<char *>(&comm) + 64 + 8 * number, &function, sizeof function);
 }
 
-TEST(CNxCommPointers, Every_method_calls_its_own_pointer_with_its_arguments_in_order) {
+TEST(CNxCommPointers, Every_method_calls_its_pointer_with_arguments_in_order) {
     for (unsigned char i = 0; i < 16; ++i) {
         g_answer[i] = static_cast<unsigned char>(0xD1 + i);
     }
@@ -278,7 +278,7 @@ TEST(CNxCommPointers, Every_method_calls_its_own_pointer_with_its_arguments_in_o
         << "the former values are the users'";
 }
 
-TEST(CNxCommEmpty, Every_method_answers_as_not_loaded_and_prints_nothing) {
+TEST(CNxCommEmpty, Every_method_returns_not_loaded_and_prints_nothing) {
     CNxComm comm;
     CapturedOutput output(CapturedOutput::Stream::Output);
     CapturedOutput error(CapturedOutput::Stream::Error);
@@ -289,7 +289,7 @@ TEST(CNxCommEmpty, Every_method_answers_as_not_loaded_and_prints_nothing) {
     EXPECT_EQ(output.Take(), "");
 }
 
-TEST(CNxCommEmpty, Counts_are_6_and_slaves_0) {
+TEST(CNxCommEmpty, Counting_methods_return_6_and_slave_methods_0) {
     CNxComm comm;
     EXPECT_EQ(comm.GetDebugSlave(), 0);
     EXPECT_EQ(comm.GetCommCount(), 6);

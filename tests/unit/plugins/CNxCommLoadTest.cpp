@@ -71,14 +71,14 @@ class CNxCommLoad : public testing::Test {
     TempFolder m_folder;
 };
 
-TEST_F(CNxCommLoad, Object_is_former_values_handle_and_156_pointers) {
+TEST_F(CNxCommLoad, Object_is_reserved_values_handle_and_156_pointers) {
     EXPECT_EQ(sizeof(CNxComm), 8U + 48U + 8U + 156U * 8U);
     CNxComm comm;
     EXPECT_TRUE(IsEmpty(comm));
     ExpectDefaultFormerValues(comm);
 }
 
-TEST_F(CNxCommLoad, Complete_library_loads_with_1_and_fills_all_but_20_pointers) {
+TEST_F(CNxCommLoad, Complete_library_returns_1_and_sets_all_but_20_pointers) {
     CNxComm comm;
     EXPECT_EQ(Load(comm, COMM_RECORDER_FILE), 1);
     std::vector<std::uintptr_t> words = HandleAndPointers(comm);
@@ -91,7 +91,7 @@ TEST_F(CNxCommLoad, Complete_library_loads_with_1_and_fills_all_but_20_pointers)
     ExpectDefaultFormerValues(comm);
 }
 
-TEST_F(CNxCommLoad, Pointers_are_the_functions_of_the_methods_in_their_order) {
+TEST_F(CNxCommLoad, Pointers_are_in_order_of_methods) {
     const char *const symbols[] = {
 #define COMM_ROW(SLOT, METHOD, SYMBOL, ...) SYMBOL,
 #include "comm/comm_rows.def"
@@ -109,7 +109,7 @@ TEST_F(CNxCommLoad, Pointers_are_the_functions_of_the_methods_in_their_order) {
     comm.FreeCommDllFile();
 }
 
-TEST_F(CNxCommLoad, Each_of_the_124_required_symbols_is_needed) {
+TEST_F(CNxCommLoad, Each_of_124_required_symbols_is_needed) {
     const std::vector<std::string> required = RequiredSymbols();
     ASSERT_EQ(required.size(), 124U);
     for (const std::string &symbol : required) {
@@ -125,7 +125,7 @@ TEST_F(CNxCommLoad, Each_of_the_124_required_symbols_is_needed) {
     }
 }
 
-TEST_F(CNxCommLoad, Each_of_the_12_optional_symbols_may_be_missing) {
+TEST_F(CNxCommLoad, Each_of_12_optional_symbols_may_be_missing) {
     ASSERT_EQ(kOptionalCommSymbols.size(), 12U);
     for (const std::string &symbol : kOptionalCommSymbols) {
         CNxComm comm;
@@ -136,7 +136,7 @@ TEST_F(CNxCommLoad, Each_of_the_12_optional_symbols_may_be_missing) {
     }
 }
 
-TEST_F(CNxCommLoad, Without_all_optional_symbols_their_methods_answer_6) {
+TEST_F(CNxCommLoad, Methods_of_missing_optional_symbols_return_6) {
     CNxComm comm;
     EXPECT_EQ(Load(comm, Copy("few.so", kOptionalCommSymbols)), 1);
     unsigned int word = 0;
@@ -156,7 +156,7 @@ TEST_F(CNxCommLoad, Without_all_optional_symbols_their_methods_answer_6) {
     comm.FreeCommDllFile();
 }
 
-TEST_F(CNxCommLoad, Optional_symbols_of_an_earlier_library_are_forgotten) {
+TEST_F(CNxCommLoad, Load_resets_optional_symbols_of_earlier_library) {
     CNxComm comm;
     EXPECT_EQ(Load(comm, COMM_RECORDER_FILE), 1);
     EXPECT_EQ(Load(comm, Copy("few.so", kOptionalCommSymbols)), 1);
@@ -165,7 +165,7 @@ TEST_F(CNxCommLoad, Optional_symbols_of_an_earlier_library_are_forgotten) {
     comm.FreeCommDllFile();
 }
 
-TEST_F(CNxCommLoad, Missing_file_is_told_on_standard_error) {
+TEST_F(CNxCommLoad, Missing_file_is_reported_on_standard_error) {
     CNxComm comm;
     const std::string path = m_folder.Path("none.so");
     int result = 1;
@@ -177,7 +177,7 @@ TEST_F(CNxCommLoad, Missing_file_is_told_on_standard_error) {
     EXPECT_TRUE(IsEmpty(comm));
 }
 
-TEST_F(CNxCommLoad, File_that_is_no_library_is_told_on_standard_error) {
+TEST_F(CNxCommLoad, File_that_is_not_library_is_reported_on_standard_error) {
     CNxComm comm;
     const std::string path = m_folder.Write("text.so", "no library at all");
     EXPECT_THAT(ErrorOutputOf([&] { EXPECT_EQ(Load(comm, path), 0); }),
@@ -185,7 +185,7 @@ TEST_F(CNxCommLoad, File_that_is_no_library_is_told_on_standard_error) {
                                EndsWith("\n")));
 }
 
-TEST_F(CNxCommLoad, Empty_path_fails_and_never_opens_the_main_program) {
+TEST_F(CNxCommLoad, Empty_path_fails_and_never_opens_main_program) {
     CNxComm comm;
     // Opening the program itself would find no function and say nothing.
     EXPECT_THAT(ErrorOutputOf([&] { EXPECT_EQ(Load(comm, ""), 0); }),
@@ -195,7 +195,7 @@ TEST_F(CNxCommLoad, Empty_path_fails_and_never_opens_the_main_program) {
     EXPECT_TRUE(IsEmpty(comm));
 }
 
-TEST_F(CNxCommLoad, Path_is_converted_to_the_encoding_of_the_environment) {
+TEST_F(CNxCommLoad, Path_is_converted_to_encoding_of_environment) {
     Copy("d\xC3\xBCnn.so");
     const std::wstring wide = Wide(m_folder.Path()) + L"d\u00FCnn.so";
     CNxComm comm;
@@ -213,7 +213,7 @@ TEST_F(CNxCommLoad, Path_is_converted_to_the_encoding_of_the_environment) {
     comm.FreeCommDllFile();
 }
 
-TEST_F(CNxCommLoad, Second_load_of_the_same_path_closes_the_first_before_it_opens) {
+TEST_F(CNxCommLoad, Second_load_of_same_path_closes_first_library_before_opening) {
     CNxComm comm;
     ASSERT_EQ(Load(comm, COMM_RECORDER_FILE), 1);
     comm.ScalerRun();
@@ -230,7 +230,7 @@ TEST_F(CNxCommLoad, Second_load_of_the_same_path_closes_the_first_before_it_open
     EXPECT_FALSE(IsLoaded(COMM_RECORDER_FILE));
 }
 
-TEST_F(CNxCommLoad, Failed_load_leaves_the_object_empty_and_the_first_library_closed) {
+TEST_F(CNxCommLoad, Failed_load_resets_object_and_closes_first_library) {
     CNxComm comm;
     ASSERT_EQ(Load(comm, COMM_RECORDER_FILE), 1);
     ErrorOutputOf([&] { EXPECT_EQ(Load(comm, m_folder.Path("none.so")), 0); });
@@ -239,7 +239,7 @@ TEST_F(CNxCommLoad, Failed_load_leaves_the_object_empty_and_the_first_library_cl
     EXPECT_EQ(comm.ScalerRun(), 6U);
 }
 
-TEST_F(CNxCommLoad, Load_frees_through_the_virtual_method) {
+TEST_F(CNxCommLoad, Load_calls_virtual_free_method) {
     struct Counting : CNxComm {
         void FreeCommDllFile() override {
             ++calls;
@@ -268,14 +268,14 @@ TEST_F(CNxCommLoad, Load_and_free_are_slots_2_and_3) {
     EXPECT_TRUE(IsEmpty(comm));
 }
 
-TEST_F(CNxCommLoad, Slot_1_destroys_and_deletes) {
+TEST_F(CNxCommLoad, Slot_1_is_deleting_destructor) {
     auto *comm = new CNxComm; // a leak is found by the sanitizer
     void **table = nullptr;
     std::memcpy(&table, static_cast<void *>(comm), sizeof table);
     reinterpret_cast<void (*)(CNxComm *)>(table[1])(comm);
 }
 
-TEST_F(CNxCommLoad, Destructor_leaves_the_library_loaded) {
+TEST_F(CNxCommLoad, Destructor_leaves_library_loaded) {
     const std::string path = Copy("left.so");
     { // slot 0 destroys without freeing the memory
         alignas(CNxComm) unsigned char memory[sizeof(CNxComm)];
@@ -292,7 +292,7 @@ TEST_F(CNxCommLoad, Destructor_leaves_the_library_loaded) {
     EXPECT_FALSE(IsLoaded(path));
 }
 
-TEST_F(CNxCommLoad, Init_forgets_without_closing) {
+TEST_F(CNxCommLoad, Init_resets_pointers_without_closing) {
     const std::string path = Copy("forgotten.so");
     CNxComm comm;
     ASSERT_EQ(Load(comm, path), 1);
@@ -305,7 +305,7 @@ TEST_F(CNxCommLoad, Init_forgets_without_closing) {
     dlclose(reinterpret_cast<void *>(handle));
 }
 
-TEST_F(CNxCommLoad, Former_values_of_the_user_outlive_load_and_free) {
+TEST_F(CNxCommLoad, Load_and_free_keep_reserved_values) {
     CNxComm comm;
     std::memset(reinterpret_cast<char *>(&comm) + 8, 0x5A, 48);
     Load(comm, COMM_RECORDER_FILE);

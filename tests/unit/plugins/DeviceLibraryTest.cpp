@@ -171,7 +171,7 @@ class DeviceLibrary : public testing::Test {
     TempFolder m_folder;
 };
 
-TEST_F(DeviceLibrary, All_79_pointers_are_null_at_first) {
+TEST_F(DeviceLibrary, All_79_pointers_are_null_before_load) {
     ASSERT_EQ(std::size(kLoaded), 37U);
     ASSERT_EQ(std::size(kNeverLoaded), 42U);
     ExpectUnloaded();
@@ -190,7 +190,7 @@ TEST_F(DeviceLibrary, Only_the_first_37_pointers_are_ever_set) {
     }
 }
 
-TEST_F(DeviceLibrary, Types_are_those_of_the_communication_functions_with_the_same_name) {
+TEST_F(DeviceLibrary, Pointer_types_equal_those_of_communication_functions) {
     const auto types = CommTypes();
     std::size_t opaque = 0;
     const auto check = [&](const Pointer &pointer) {
@@ -210,14 +210,14 @@ TEST_F(DeviceLibrary, Types_are_those_of_the_communication_functions_with_the_sa
     EXPECT_EQ(opaque, 13U);
 }
 
-TEST_F(DeviceLibrary, Free_clears_the_37_pointers_and_closes) {
+TEST_F(DeviceLibrary, Free_clears_37_pointers_and_closes) {
     ASSERT_EQ(Load(DEVICE_STUB_FILE), 1);
     nxdFreeDeviceDllFile();
     ExpectUnloaded();
     EXPECT_FALSE(IsLoaded(DEVICE_STUB_FILE));
 }
 
-TEST_F(DeviceLibrary, Neither_load_nor_free_touches_the_other_42_pointers) {
+TEST_F(DeviceLibrary, Neither_load_nor_free_touches_other_42_pointers) {
     int marks[42] = {};
     for (std::size_t i = 0; i < 42; ++i) {
         Set(kNeverLoaded[i], &marks[i]);
@@ -231,7 +231,7 @@ TEST_F(DeviceLibrary, Neither_load_nor_free_touches_the_other_42_pointers) {
     }
 }
 
-TEST_F(DeviceLibrary, Free_without_a_library_leaves_even_foreign_pointers) {
+TEST_F(DeviceLibrary, Free_without_library_keeps_pointers_set_by_caller) {
     int mark = 0;
     Set(kLoaded[0], &mark);
     nxdFreeDeviceDllFile();
@@ -245,7 +245,7 @@ TEST_F(DeviceLibrary, Missing_InitialDev_or_ReleaseDev_returns_5) {
     EXPECT_EQ(OutputOf([&] { EXPECT_EQ(Load(Copy({"GetCommID"})), 0); }), "nxdGetCommID Fail\n");
 }
 
-TEST_F(DeviceLibrary, Each_of_the_35_required_functions_names_its_pointer) {
+TEST_F(DeviceLibrary, Each_of_35_required_functions_names_its_pointer) {
     for (std::size_t i = 0; i < 35; ++i) {
         const Pointer &pointer = kLoaded[i];
         const std::string path = Copy({pointer.symbol});
@@ -259,12 +259,12 @@ TEST_F(DeviceLibrary, Each_of_the_35_required_functions_names_its_pointer) {
     }
 }
 
-TEST_F(DeviceLibrary, Two_pointers_are_named_otherwise_than_their_symbols) {
+TEST_F(DeviceLibrary, Two_pointers_have_names_other_than_their_symbols) {
     EXPECT_EQ(OutputOf([&] { Load(Copy({"SetWaitingMode"})); }), "nxdSetUsbWaitingMode Fail\n");
     EXPECT_EQ(OutputOf([&] { Load(Copy({"SetSettingFilePath"})); }), "nxdSetConfigFilePath Fail\n");
 }
 
-TEST_F(DeviceLibrary, First_missing_function_in_the_order_of_the_look_up_is_named) {
+TEST_F(DeviceLibrary, First_missing_function_in_lookup_order_is_reported) {
     std::vector<std::string> missing;
     for (std::size_t i = 35; i-- > 0;) {
         missing.push_back(kLoaded[i].symbol);
@@ -290,7 +290,7 @@ TEST_F(DeviceLibrary, Either_packet_function_may_be_missing) {
     EXPECT_NE(nxdSendUsbPacket, nullptr);
 }
 
-TEST_F(DeviceLibrary, Path_that_does_not_exist_returns_5_and_speaks_on_standard_error_only) {
+TEST_F(DeviceLibrary, Missing_path_returns_5_and_prints_to_standard_error_only) {
     ASSERT_EQ(Load(DEVICE_STUB_FILE), 1);
     const std::string path = m_folder.Path("none.so");
     std::string error;
@@ -301,14 +301,14 @@ TEST_F(DeviceLibrary, Path_that_does_not_exist_returns_5_and_speaks_on_standard_
     EXPECT_FALSE(IsLoaded(DEVICE_STUB_FILE));
 }
 
-TEST_F(DeviceLibrary, Empty_path_returns_5_and_never_opens_the_main_program) {
+TEST_F(DeviceLibrary, Empty_path_returns_5_and_never_opens_main_program) {
     const auto message = testing::MatchesRegex("Failed to open libaray  error:.+\n");
     EXPECT_THAT(ErrorOutputOf([&] { EXPECT_EQ(Load(""), 5); }), message);
     EXPECT_THAT(ErrorOutputOf([&] { EXPECT_EQ(nxdLoadDeviceDllFile(nullptr), 5); }), message);
     EXPECT_EQ(g_hDeviceDll, nullptr);
 }
 
-TEST_F(DeviceLibrary, Path_is_converted_to_the_encoding_of_the_environment) {
+TEST_F(DeviceLibrary, Path_is_converted_to_encoding_of_environment) {
     if (!HasTestLocale("de_DE.ISO-8859-1")) {
         GTEST_SKIP() << "the locale de_DE.ISO-8859-1 was not made";
     }
@@ -319,7 +319,7 @@ TEST_F(DeviceLibrary, Path_is_converted_to_the_encoding_of_the_environment) {
     EXPECT_EQ(nxdLoadDeviceDllFile(path.data()), 1);
 }
 
-TEST_F(DeviceLibrary, Second_load_closes_the_first) {
+TEST_F(DeviceLibrary, Second_load_closes_first_library) {
     const std::string first = Copy({});
     ASSERT_EQ(Load(first), 1);
     ASSERT_EQ(Load(DEVICE_STUB_FILE), 1);

@@ -98,7 +98,7 @@ const char *const kDeviceSymbols[] = {"InitialDev",
                                       "I2CWriteSegment",
                                       "I2CReadSegment"};
 
-TEST_F(LookUpOrder, Communication_library_is_asked_for_what_it_must_have_first) {
+TEST_F(LookUpOrder, Communication_library_looks_up_required_symbols_first) {
     Names told = ToldBy(comm, LOOK_UPS_FILE);
     Names required = {"opened"};
     for (const std::string &symbol : CalledCommSymbols()) {
@@ -117,7 +117,7 @@ TEST_F(LookUpOrder, Communication_library_is_asked_for_what_it_must_have_first) 
     EXPECT_THAT(Names(optional, told.end()), UnorderedElementsAreArray(kOptionalCommSymbols));
 }
 
-TEST_F(LookUpOrder, Isp_plugin_is_asked_for_eleven_functions) {
+TEST_F(LookUpOrder, Isp_plugin_looks_up_11_functions_in_order) {
     EXPECT_THAT(ToldBy(isp, LOOK_UPS_FILE),
                 ElementsAre("opened", "IspFlash", "SetCommInterface", "RecordFWVersion",
                             "GetKeyFromFlash", "SetUIFunction", "DumpFlash",
@@ -125,12 +125,12 @@ TEST_F(LookUpOrder, Isp_plugin_is_asked_for_eleven_functions) {
                             "ResetMCUExport", "GetScalerType"));
 }
 
-TEST_F(LookUpOrder, Sign_plugin_is_asked_for_verifying_first) {
+TEST_F(LookUpOrder, Sign_plugin_looks_up_verify_function_first) {
     EXPECT_THAT(ToldBy(sign, LOOK_UPS_FILE),
                 ElementsAre("opened", "VerifySignatureExport", "SignFwExport"));
 }
 
-TEST_F(LookUpOrder, Device_library_is_asked_for_37_functions) {
+TEST_F(LookUpOrder, Device_library_looks_up_37_functions_in_order) {
     const Names told = ToldBy(device, DEVICE_LOOK_UPS_FILE);
     Names required = {"opened"};
     required.insert(required.end(), std::begin(kDeviceSymbols), std::end(kDeviceSymbols));
@@ -140,7 +140,7 @@ TEST_F(LookUpOrder, Device_library_is_asked_for_37_functions) {
                 testing::UnorderedElementsAre("SendUsbPacket", "ReceiveUsbPacket"));
 }
 
-TEST_F(LookUpOrder, First_missing_function_ends_the_load) {
+TEST_F(LookUpOrder, First_missing_function_ends_load) {
     EXPECT_THAT(ToldBy(comm, Without(LOOK_UPS_FILE, "GetCommName")),
                 ElementsAre("opened", "Initiallize", "GetCommCount", "GetCommID", "closed"));
     EXPECT_THAT(ToldBy(isp, Without(LOOK_UPS_FILE, "RecordFWVersion")),
@@ -153,7 +153,7 @@ TEST_F(LookUpOrder, First_missing_function_ends_the_load) {
                 ElementsAre("opened", "InitialDev", "ReleaseDev", "closed"));
 }
 
-TEST_F(LookUpOrder, Second_load_closes_the_first_library_before_it_opens) {
+TEST_F(LookUpOrder, Second_load_closes_first_library_before_opening) {
     const std::string other = m_folder.Write("other.so", FileBytes(LOOK_UPS_FILE));
     const std::string otherDevice = m_folder.Write("device.so", FileBytes(DEVICE_LOOK_UPS_FILE));
     const auto expectReopened = [&](auto &binding, const std::string &first,
@@ -174,7 +174,7 @@ TEST_F(LookUpOrder, Second_load_closes_the_first_library_before_it_opens) {
     expectReopened(device, DEVICE_LOOK_UPS_FILE, otherDevice);
 }
 
-TEST_F(LookUpOrder, Functions_of_a_library_are_not_lent_to_others) {
+TEST_F(LookUpOrder, Symbols_of_loaded_library_are_not_global) {
     ToldBy(isp, LOOK_UPS_FILE);
     EXPECT_EQ(dlsym(RTLD_DEFAULT, "IspFlash"), nullptr);
     ToldBy(sign, LOOK_UPS_FILE);

@@ -50,7 +50,7 @@ class NoMemory : public testing::Test {
     int m_last = -1;
 };
 
-TEST_F(NoMemory, Isp_plugin_is_loaded_or_closed) {
+TEST_F(NoMemory, Failed_allocation_never_leaves_isp_plugin_half_loaded) {
     CCpIsp isp;
     const auto load = [&](wchar_t *path) { return isp.LoadIspDllFile(path); };
     const auto expectUnloaded = [&] { EXPECT_EQ(isp.IspFlash(nullptr), 6); };
@@ -59,7 +59,7 @@ TEST_F(NoMemory, Isp_plugin_is_loaded_or_closed) {
     isp.FreeIspDllFile();
 }
 
-TEST_F(NoMemory, Sign_plugin_is_loaded_or_closed) {
+TEST_F(NoMemory, Failed_allocation_never_leaves_sign_plugin_half_loaded) {
     CCpSignVerify sign;
     const auto load = [&](wchar_t *path) { return sign.LoadSignVerfiyDllFile(path); };
     const auto expectUnloaded = [&] {
@@ -71,7 +71,7 @@ TEST_F(NoMemory, Sign_plugin_is_loaded_or_closed) {
     sign.FreeSignVerfiyDllFile();
 }
 
-TEST_F(NoMemory, Communication_library_is_loaded_or_closed) {
+TEST_F(NoMemory, Failed_allocation_never_leaves_comm_library_half_loaded) {
     CNxComm comm;
     const auto load = [&](wchar_t *path) { return comm.LoadCommDllFile(path); };
     const auto expectUnloaded = [&] { EXPECT_EQ(comm.Initiallize(), 6U); };
@@ -80,7 +80,7 @@ TEST_F(NoMemory, Communication_library_is_loaded_or_closed) {
     comm.FreeCommDllFile();
 }
 
-TEST_F(NoMemory, Device_library_is_loaded_or_closed) {
+TEST_F(NoMemory, Failed_allocation_never_leaves_device_library_half_loaded) {
     const auto expectUnloaded = [] { EXPECT_EQ(nxdInitialDev, nullptr); };
     Try(DEVICE_STUB_FILE, 1, nxdLoadDeviceDllFile, expectUnloaded);
     Try(Without(DEVICE_STUB_FILE, "ReleaseDev"), 5, nxdLoadDeviceDllFile, expectUnloaded);

@@ -28,7 +28,7 @@ template <class Base> std::size_t Slots() {
     return (offset & ~std::uintptr_t{1}) / sizeof(void *);
 }
 
-TEST(ObjectLayout, Destructor_is_all_that_is_virtual_in_the_plugin_bindings) {
+TEST(ObjectLayout, Plugin_bindings_have_no_virtual_function_but_destructor) {
     EXPECT_EQ(Slots<CCpIsp>(), 2U);
     EXPECT_EQ(Slots<CCpSignVerify>(), 2U);
 }
@@ -116,7 +116,7 @@ template <class Binding> class Placed {
     Binding *m_binding;
 };
 
-TEST(ObjectLayout, Isp_object_is_a_handle_and_nineteen_functions_in_order) {
+TEST(ObjectLayout, Isp_object_is_handle_and_nineteen_functions_in_order) {
     Placed<CCpIsp> isp;
     EXPECT_EQ(isp.Words(), Nothing<CCpIsp>());
     ASSERT_EQ((*isp).LoadIspDllFile(Path("extras").data()), 1);
@@ -128,7 +128,7 @@ TEST(ObjectLayout, Isp_object_is_a_handle_and_nineteen_functions_in_order) {
     EXPECT_EQ(isp.Words(), Nothing<CCpIsp>());
 }
 
-TEST(ObjectLayout, Isp_object_keeps_its_words_when_it_is_destroyed) {
+TEST(ObjectLayout, Destructor_of_isp_object_keeps_its_members) {
     Placed<CCpIsp> isp;
     ASSERT_EQ((*isp).LoadIspDllFile(Path("extras").data()), 1);
     const auto loaded = isp.Words();
@@ -139,7 +139,7 @@ TEST(ObjectLayout, Isp_object_keeps_its_words_when_it_is_destroyed) {
     EXPECT_FALSE(IsLoaded(ModulePath("extras")));
 }
 
-TEST(ObjectLayout, Init_clears_every_word_of_the_isp_object) {
+TEST(ObjectLayout, Init_clears_every_member_of_isp_object) {
     CCpIsp isp;
     for (std::size_t i = 0; i < 20; ++i) {
         SetWord(isp, i, &isp);
@@ -148,7 +148,7 @@ TEST(ObjectLayout, Init_clears_every_word_of_the_isp_object) {
     EXPECT_EQ(Words<CCpIsp>(&isp), Nothing<CCpIsp>());
 }
 
-TEST(ObjectLayout, Sign_object_is_a_handle_and_two_functions_in_order) {
+TEST(ObjectLayout, Sign_object_is_handle_and_two_functions_in_order) {
     constexpr const char *kFunctions[] = {"SignFwExport", "VerifySignatureExport"};
     Placed<CCpSignVerify> sign;
     EXPECT_EQ(sign.Words(), Nothing<CCpSignVerify>());
@@ -161,7 +161,7 @@ TEST(ObjectLayout, Sign_object_is_a_handle_and_two_functions_in_order) {
     dlclose(reinterpret_cast<void *>(loaded[0]));
 }
 
-TEST(ObjectLayout, Init_clears_every_word_of_the_sign_object) {
+TEST(ObjectLayout, Init_clears_every_member_of_sign_object) {
     CCpSignVerify sign;
     for (std::size_t i = 0; i < 3; ++i) {
         SetWord(sign, i, &sign);
@@ -211,7 +211,7 @@ class IspPointers : public testing::Test {
     unsigned char m_buffer[8] = {};
 };
 
-TEST_F(IspPointers, Each_wrapper_of_a_setting_calls_its_own) {
+TEST_F(IspPointers, Each_record_wrapper_calls_its_own_pointer) {
     const struct {
         std::size_t number;
         int (CCpIsp::*wrapper)(Record *);
@@ -239,7 +239,7 @@ TEST_F(IspPointers, Each_wrapper_of_a_setting_calls_its_own) {
     }
 }
 
-TEST_F(IspPointers, Device_is_handed_over_and_reported) {
+TEST_F(IspPointers, SetIDev_passes_device_and_returns_whether_function_exists) {
     Only(1, TakeDevice);
     EXPECT_EQ(m_isp.SetIDev(m_buffer), 1);
     EXPECT_EQ(g_received.first, m_buffer);
@@ -247,7 +247,7 @@ TEST_F(IspPointers, Device_is_handed_over_and_reported) {
     EXPECT_EQ(m_isp.SetIDev(m_buffer), 0);
 }
 
-TEST_F(IspPointers, Buffers_follow_the_setting) {
+TEST_F(IspPointers, Buffer_is_passed_after_record) {
     Only(3, TakeBuffer);
     EXPECT_EQ(m_isp.GetKeyFromFlash(m_record.get(), m_buffer), -78);
     EXPECT_EQ(g_received.first, m_record.get());
@@ -259,7 +259,7 @@ TEST_F(IspPointers, Buffers_follow_the_setting) {
     EXPECT_EQ(g_received.second, m_buffer);
 }
 
-TEST_F(IspPointers, Banks_stand_before_the_setting) {
+TEST_F(IspPointers, Bank_numbers_are_passed_before_record) {
     Only(19, TakeBanks);
     EXPECT_EQ(m_isp.BankEraseFlash(3, 4, m_record.get()), -79);
     EXPECT_EQ(g_received.first, m_record.get());

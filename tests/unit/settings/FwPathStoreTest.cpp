@@ -23,7 +23,7 @@ class FwPathStore : public testing::Test {
     std::string m_firmware = m_folder.Path("f.bin");
 };
 
-TEST_F(FwPathStore, Banks_of_the_file_go_to_following_flash_banks) {
+TEST_F(FwPathStore, Banks_of_file_are_stored_for_consecutive_flash_banks) {
     EXPECT_EQ(Saved(131073, 16),
               "[ISP_Fw]\nfwFileCount=3\n"
               "fw0_TargetBank=16\nfw0_FileBank=0\nfw0_Path=" +
@@ -31,7 +31,7 @@ TEST_F(FwPathStore, Banks_of_the_file_go_to_following_flash_banks) {
                   "\nfw2_TargetBank=18\nfw2_FileBank=2\nfw2_Path=" + m_firmware + "\n");
 }
 
-TEST_F(FwPathStore, Empty_firmware_writes_its_count_only) {
+TEST_F(FwPathStore, Empty_firmware_writes_count_only) {
     EXPECT_EQ(Saved(0, 3), "[ISP_Fw]\nfwFileCount=0\n");
 }
 
@@ -42,7 +42,7 @@ TEST_F(FwPathStore, Bank_numbers_wrap_at_32_bits) {
                   m_firmware + "\nfw1_TargetBank=0\nfw1_FileBank=1\nfw1_Path=" + m_firmware + "\n");
 }
 
-TEST_F(FwPathStore, Missing_firmware_is_reported_and_nothing_written) {
+TEST_F(FwPathStore, Missing_firmware_is_reported_and_no_key_written) {
     const std::string ini = m_folder.Write("s.ini", " [ISP_Fw] \nx");
     const std::string missing = m_folder.Path("no.bin");
     EXPECT_EQ(OutputOf([&] {
@@ -55,7 +55,7 @@ TEST_F(FwPathStore, Missing_firmware_is_reported_and_nothing_written) {
     EXPECT_FALSE(m_folder.Exists("new.ini"));
 }
 
-TEST_F(FwPathStore, Settings_that_cannot_be_written_are_reported_for_every_key) {
+TEST_F(FwPathStore, Unwritable_settings_are_reported_for_every_key) {
     const std::string firmware = m_folder.Write("f.bin", "x");
     const std::string folder = m_folder.MakeFolder("d");
     EXPECT_EQ(
@@ -63,7 +63,7 @@ TEST_F(FwPathStore, Settings_that_cannot_be_written_are_reported_for_every_key) 
         "Open file error \nOpen file error \nOpen file error \nOpen file error \n");
 }
 
-TEST_F(FwPathStore, Saving_equals_one_write_for_each_key) {
+TEST_F(FwPathStore, Saving_gives_bytes_of_one_write_per_key) {
     const std::string contents[] = {
         "[ISP_Fw]\nfw0_Path=/old\n\nfw1_Path=/hidden\n", "[A]\nk=v\n[ISP_Fw]\nfw1_FileBank=9",
         "[ISP_Fw]\nfwFileCount = 1\nfw2_TargetBank=0\n[B]\n", "x\n\n[ISP_Fw] y\n"};
@@ -88,7 +88,7 @@ TEST_F(FwPathStore, Saving_equals_one_write_for_each_key) {
     }
 }
 
-TEST_F(FwPathStore, Free_bank_count_rounds_up) {
+TEST_F(FwPathStore, Free_function_GetFwBankCount_rounds_up) {
     const std::pair<std::size_t, unsigned int> rows[] = {{0, 0},     {1, 1},     {65535, 1},
                                                          {65536, 1}, {65537, 2}, {131072, 2}};
     for (const auto &[size, banks] : rows) {
@@ -99,7 +99,7 @@ TEST_F(FwPathStore, Free_bank_count_rounds_up) {
     }
 }
 
-TEST_F(FwPathStore, Free_bank_count_of_a_missing_file_leaves_the_count) {
+TEST_F(FwPathStore, Free_function_GetFwBankCount_keeps_count_if_file_is_missing) {
     unsigned int count = 99;
     const std::string missing = m_folder.Path("no.bin");
     EXPECT_EQ(OutputOf([&] { EXPECT_EQ(::GetFwBankCount(Wide(missing).c_str(), count), 0); }),

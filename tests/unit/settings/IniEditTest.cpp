@@ -110,7 +110,7 @@ template <class Write> Edited KeyByKey(const std::string &before, const Map &map
     return result;
 }
 
-TEST(IniEdit, All_small_files_give_the_bytes_of_single_writes) {
+TEST(IniEdit, Single_pass_equals_single_writes_for_all_small_files) {
     const Map maps[] = {{1, {{1, 0, L"/a"}}}, {2, {{1, 0, L"/a=b "}, {1, 1, L"/c "}}}};
     const std::vector<std::string> lines = {
         "", "[ISP_Fw]", "fw0_Path=/o=p", " fw1_TargetBank=7 ", "fw0_FileBank =1", "x"};
@@ -122,7 +122,7 @@ TEST(IniEdit, All_small_files_give_the_bytes_of_single_writes) {
     }
 }
 
-TEST(IniEdit, Path_that_cannot_be_expressed_is_left_out_of_all_small_files) {
+TEST(IniEdit, Unencodable_path_is_left_out_of_all_small_files) {
     const EnvironmentLocaleGuard locale("C");
     const Map map{2, {{0, 0, L"/\x4E2D"}, {1, 1, L"/a"}}};
     for (const std::string &file : reference::SmallFiles(6, {"", "[ISP_Fw]", "fw0_Path=/o"})) {
@@ -131,7 +131,7 @@ TEST(IniEdit, Path_that_cannot_be_expressed_is_left_out_of_all_small_files) {
     }
 }
 
-TEST(IniEdit, Target_written_twice_at_the_limit_of_a_line_is_that_of_single_writes) {
+TEST(IniEdit, Target_written_twice_at_line_limit_equals_single_writes) {
     const unsigned int values[] = {1, 0xFFFFFFFFU, 1234, 0x80000000U};
     for (std::size_t filler = 998; filler < 1010; ++filler) {
         const std::string file =
@@ -238,7 +238,7 @@ template <class Write> void CompareRandomInputs(unsigned int seed, Write &&write
     }
 }
 
-TEST(IniEdit, Random_inputs_give_the_bytes_of_single_writes_in_UTF_8) {
+TEST(IniEdit, Single_pass_equals_single_writes_for_random_UTF8_inputs) {
     CompareRandomInputs(1, SecondVersion(Encoding::Utf8));
 }
 
@@ -254,7 +254,7 @@ void PrintTo(const LocaleCase &row, std::ostream *stream) {
 
 class IniEditInLocale : public testing::TestWithParam<LocaleCase> {};
 
-TEST_P(IniEditInLocale, Random_inputs_give_the_bytes_of_single_writes) {
+TEST_P(IniEditInLocale, Single_pass_equals_single_writes_for_random_inputs) {
     if (GetParam().mayBeMissing && !HasTestLocale(GetParam().locale)) {
         GTEST_SKIP() << "the locale was not made";
     }
@@ -270,12 +270,12 @@ INSTANTIATE_TEST_SUITE_P(Locales, IniEditInLocale,
                                          LocaleCase{"EUC_JP", "ja_JP.EUC-JP", true}),
                          [](const auto &row) { return row.param.name; });
 
-TEST(IniEdit, Bytes_are_those_of_single_writes_without_a_valid_locale) {
+TEST(IniEdit, Single_pass_equals_single_writes_without_valid_locale) {
     const EnvironmentLocaleGuard locale("xx_YY.nothing");
     CompareRandomInputs(3, SecondVersion(Encoding::Bytes));
 }
 
-TEST(IniEdit, Paths_of_several_lines_are_written_as_by_single_writes) {
+TEST(IniEdit, Paths_of_several_lines_are_written_one_by_one) {
     std::mt19937 random(5);
     const std::wstring paths[] = {L"/a",
                                   L"/b\nq",
@@ -309,7 +309,7 @@ TEST(IniEdit, Paths_of_several_lines_are_written_as_by_single_writes) {
     }
 }
 
-TEST(IniEdit, File_can_be_read_again_once_the_last_unreadable_line_is_replaced) {
+TEST(IniEdit, File_is_readable_after_last_unreadable_line_is_replaced) {
     const std::string file = "[ISP_Fw]\nfw1_Path=\xE4\n";
     const Map map{
         4, {{0, 0, L"/m\nfw2_Path=/\x00E4"}, {1, 1, L"/a"}, {2, 2, L"/b"}, {3, 3, L"/\x00E4"}}};
@@ -318,7 +318,7 @@ TEST(IniEdit, File_can_be_read_again_once_the_last_unreadable_line_is_replaced) 
     EXPECT_NE(edited.file.find("fw3_Path=/\xC3\xA4\n"), std::string::npos);
 }
 
-TEST(IniEdit, Section_that_occurs_often_is_written_as_by_single_writes) {
+TEST(IniEdit, Repeated_sections_are_written_as_by_single_writes) {
     std::mt19937 random(4);
     Map map{40, {}};
     for (unsigned int i = 0; i < 40; ++i) {
@@ -338,7 +338,7 @@ TEST(IniEdit, Section_that_occurs_often_is_written_as_by_single_writes) {
 }
 
 /// 512 entries, and the file they make.
-TEST(IniEdit, Full_map_is_written_to_the_last_byte) {
+TEST(IniEdit, Full_map_of_512_banks_is_written_completely) {
     Map map{512, {}};
     std::string expected = "[ISP_Fw]\nfwFileCount=512\n";
     for (unsigned int i = 0; i < 512; ++i) {

@@ -97,7 +97,7 @@ void ExpectOneState(const Record &record, const std::vector<std::size_t> &offset
     EXPECT_EQ(values.size(), 1U);
 }
 
-TEST(LoadOnce, Setting_comes_from_one_state_of_the_file) {
+TEST(LoadOnce, LoadSetting_reads_one_state_of_file) {
     const TempFolder folder;
     const auto setting = std::make_unique<STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING>();
     SetPath(setting->wszSettingFile, folder.Path("IspSetting.ini"));
@@ -106,7 +106,7 @@ TEST(LoadOnce, Setting_comes_from_one_state_of_the_file) {
     ExpectOneState(*setting, {28, 0, 4, 8, 68, 72, 12, 20, 24, 40, 80, 56});
 }
 
-TEST(LoadOnce, Switches_come_from_one_state_of_the_file) {
+TEST(LoadOnce, UI_settings_are_loaded_from_one_state_of_file) {
     const TempFolder folder;
     STRUCT_CP_ISP_UI_SETTING setting;
     SetPath(setting.wszSettingFile, folder.Path("IspSetting.ini"));

@@ -34,7 +34,7 @@ class ProfileLocale : public testing::Test {
     std::string m_printed;
 };
 
-TEST_F(ProfileLocale, UTF_8_is_read_and_written_as_characters) {
+TEST_F(ProfileLocale, UTF8_locale_reads_and_writes_characters) {
     EXPECT_EQ(Get("[S]\n\xC3\xA4=\xE4\xB8\xAD\n", L"\x00E4"), L"\x4E2D");
     EXPECT_EQ(Write("[S]\n\xC3\xA4=1\n", L"\x00E4", L"\x1F600"),
               "[S]\n\xC3\xA4=\xF0\x9F\x98\x80\n");
@@ -55,7 +55,7 @@ TEST_F(ProfileLocale, Line_limit_counts_characters_and_not_bytes) {
     EXPECT_EQ(Write("[S]\nK=" + bytes + "x\nL=1\n", L"L", L"2"), "[S]\nL=2\n");
 }
 
-TEST_F(ProfileLocale, File_that_is_no_UTF_8_is_taken_byte_for_byte) {
+TEST_F(ProfileLocale, File_that_is_not_UTF8_is_read_byte_for_byte) {
     const std::string bytes = "; \xE4\n[S]\nK=\xC3\xA4\n";
     EXPECT_EQ(Get(bytes, L"K"), L"\x00C3\x00A4");
     EXPECT_EQ(Write(bytes, L"L", L"1"), "; \xE4\n[S]\nK=\xC3\xA4\nL=1\n");
@@ -65,7 +65,7 @@ TEST_F(ProfileLocale, File_that_is_no_UTF_8_is_taken_byte_for_byte) {
     EXPECT_EQ(Write("[S]\nK=1\n\xE2\x82", L"K", L"2"), "[S]\nK=2\n\xE2\x82\n");
 }
 
-TEST_F(ProfileLocale, Character_that_cannot_be_written_leaves_the_file_alone) {
+TEST_F(ProfileLocale, Unencodable_character_leaves_file_unchanged) {
     EXPECT_EQ(Write("  [S]  \nK=\xE4", L"K", L"\x4E2D"), "  [S]  \nK=\xE4");
     EXPECT_EQ(m_result, 0);
     EXPECT_EQ(m_printed, "");
@@ -77,13 +77,13 @@ TEST_F(ProfileLocale, Character_that_cannot_be_written_leaves_the_file_alone) {
     EXPECT_EQ(m_printed, "");
 }
 
-TEST_F(ProfileLocale, Unwritable_text_creates_no_file) {
+TEST_F(ProfileLocale, Unencodable_text_creates_no_file) {
     const std::wstring path = Wide(m_folder.Path("new.ini"));
     EXPECT_EQ(CpNxWritePrivateProfileStringW(L"S", L"K", L"\xD800", path.c_str()), 0);
     EXPECT_FALSE(m_folder.Exists("new.ini"));
 }
 
-TEST_F(ProfileLocale, Plain_ASCII_locale_takes_bytes) {
+TEST_F(ProfileLocale, Plain_ASCII_locale_reads_byte_for_byte) {
     for (const char *name : {"C", "POSIX", "xx_YY.nothing"}) {
         SCOPED_TRACE(name);
         const EnvironmentLocaleGuard locale(name);
@@ -96,14 +96,14 @@ TEST_F(ProfileLocale, Plain_ASCII_locale_takes_bytes) {
     }
 }
 
-TEST_F(ProfileLocale, Unset_environment_is_a_plain_ASCII_locale) {
+TEST_F(ProfileLocale, Unset_environment_is_treated_as_ASCII_locale) {
     const EnvGuard all("LC_ALL", std::nullopt);
     const EnvGuard type("LC_CTYPE", std::nullopt);
     const EnvGuard lang("LANG", std::nullopt);
     EXPECT_EQ(Get("[S]\nK=\xC3\xA4\n", L"K"), L"\x00C3\x00A4");
 }
 
-TEST_F(ProfileLocale, Unknown_other_category_does_not_cost_the_encoding) {
+TEST_F(ProfileLocale, Invalid_LC_TIME_does_not_change_encoding) {
     const EnvGuard all("LC_ALL", std::nullopt);
     const EnvGuard time("LC_TIME", "bogus");
     {
@@ -167,14 +167,14 @@ TEST_F(ProfileLocale, Narrow_family_never_converts) {
     EXPECT_EQ(m_folder.Read("p.ini"), "[\xE4]\nK=\xC3\xA4\n\xFF=\xFE\n");
 }
 
-TEST_F(ProfileLocale, Wide_file_name_is_UTF_8_in_every_locale) {
+TEST_F(ProfileLocale, Wide_file_name_is_UTF8_in_every_locale) {
     const EnvironmentLocaleGuard locale("C");
     const std::wstring path = Wide(m_folder.Path()) + L"\x00E4.ini";
     EXPECT_EQ(CpNxWritePrivateProfileStringW(L"S", L"K", L"1", path.c_str()), 1);
     EXPECT_EQ(m_folder.Read("\xC3\xA4.ini"), "[S]\nK=1\n");
 }
 
-TEST_F(ProfileLocale, Process_locale_stays_as_it_is) {
+TEST_F(ProfileLocale, Reading_and_writing_keep_process_locale) {
     const std::string before = setlocale(LC_ALL, nullptr);
     Write("[S]\nK=\xC3\xA4\n", L"K", L"\x00E4");
     EXPECT_EQ(std::string(setlocale(LC_ALL, nullptr)), before);

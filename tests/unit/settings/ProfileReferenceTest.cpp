@@ -75,7 +75,7 @@ void CompareSingle(const std::string &bytes, Encoding encoding, const ProfileWri
     }
 }
 
-TEST(ProfileReference, All_small_files_agree) {
+TEST(ProfileReference, All_small_files_agree_with_reference) {
     const std::vector<std::string> lines = {"", "[S]", "K=1", "L=2", " K = 3 ", "x"};
     for (const std::string &file : reference::SmallFiles(5, lines)) {
         CompareSingle(file, Encoding::Utf8, {L"S", L"K", L"9"});
@@ -186,21 +186,21 @@ void CompareRandomInputs(Encoding encoding, unsigned int seed) {
     }
 }
 
-TEST(ProfileReference, Random_inputs_agree_in_UTF_8) {
+TEST(ProfileReference, Random_inputs_agree_with_reference_in_UTF8) {
     CompareRandomInputs(Encoding::Utf8, 1);
 }
 
-TEST(ProfileReference, Random_inputs_agree_in_a_plain_ASCII_locale) {
+TEST(ProfileReference, Random_inputs_agree_with_reference_in_ASCII_locale) {
     const EnvironmentLocaleGuard locale("C");
     CompareRandomInputs(Encoding::Bytes, 2);
 }
 
-TEST(ProfileReference, Random_inputs_agree_without_a_valid_locale) {
+TEST(ProfileReference, Random_inputs_agree_with_reference_in_invalid_locale) {
     const EnvironmentLocaleGuard locale("xx_YY.nothing");
     CompareRandomInputs(Encoding::Bytes, 3);
 }
 
-TEST(ProfileReference, Random_inputs_agree_in_Latin_1) {
+TEST(ProfileReference, Random_inputs_agree_with_reference_in_Latin_1) {
     if (!HasTestLocale("de_DE.ISO-8859-1")) {
         GTEST_SKIP() << "the locale de_DE.ISO-8859-1 was not made";
     }

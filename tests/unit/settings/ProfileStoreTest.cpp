@@ -21,20 +21,20 @@ template <class Family> class ProfileReader : public testing::Test {
 using Families = testing::Types<WideFamily, NarrowFamily>;
 TYPED_TEST_SUITE(ProfileReader, Families);
 
-TYPED_TEST(ProfileReader, Value_and_its_length_are_returned) {
+TYPED_TEST(ProfileReader, Getter_returns_value_and_length) {
     EXPECT_EQ(this->Get("[S]\nK=value\n", "S", "K"), (ReadResult{5, "value"}));
 }
 
-TYPED_TEST(ProfileReader, Key_of_another_section_is_not_seen) {
+TYPED_TEST(ProfileReader, Key_of_different_section_is_not_found) {
     EXPECT_EQ(this->Get("[A]\nK=1\n[S]\nK=2\n[B]\nK=3\n", "S", "K"), (ReadResult{1, "2"}));
 }
 
-TYPED_TEST(ProfileReader, Missing_section_gives_the_default) {
+TYPED_TEST(ProfileReader, Missing_section_returns_default) {
     EXPECT_EQ(this->Get("[S]\nK=1\n", "T", "K"), (ReadResult{0, "dflt"}));
     EXPECT_EQ(this->Get("", "S", "K"), (ReadResult{0, "dflt"}));
 }
 
-TYPED_TEST(ProfileReader, Missing_key_at_the_end_of_the_file_gives_the_default) {
+TYPED_TEST(ProfileReader, Missing_key_at_end_of_file_returns_default) {
     EXPECT_EQ(this->Get("[S]\nK=1\n", "S", "J"), (ReadResult{0, "dflt"}));
     EXPECT_EQ(this->Get("[S]", "S", "J"), (ReadResult{0, "dflt"}));
 }
@@ -48,17 +48,17 @@ TYPED_TEST(ProfileReader, Line_without_equals_ends_the_section) {
     EXPECT_EQ(this->Get("[S]\n[S]\nX=1\n", "S", "X"), (ReadResult{0, kUntouched}));
 }
 
-TYPED_TEST(ProfileReader, Blanks_around_header_key_and_value_are_trimmed) {
+TYPED_TEST(ProfileReader, Spaces_around_header_key_and_value_are_trimmed) {
     EXPECT_EQ(this->Get("  [S]  \n  K  =  V  \n", "S", "K"), (ReadResult{1, "V"}));
     EXPECT_EQ(this->Get("[S]\nK y = a b \n", "S", "K y"), (ReadResult{3, "a b"}));
 }
 
-TYPED_TEST(ProfileReader, Only_the_space_character_is_a_blank) {
+TYPED_TEST(ProfileReader, Tab_is_not_trimmed) {
     EXPECT_EQ(this->Get("[S]\n\tK=1\nK=\t2\t\n", "S", "K"), (ReadResult{3, "\t2\t"}));
     EXPECT_EQ(this->Get("\t[S]\nK=1\n", "S", "K"), (ReadResult{0, "dflt"}));
 }
 
-TYPED_TEST(ProfileReader, Asked_names_are_not_trimmed) {
+TYPED_TEST(ProfileReader, Names_passed_to_getter_are_not_trimmed) {
     EXPECT_EQ(this->Get("[S]\nK=1\n", "S", " K"), (ReadResult{0, "dflt"}));
     EXPECT_EQ(this->Get("[S]\nK=1\n", " S", "K"), (ReadResult{0, "dflt"}));
     EXPECT_EQ(this->Get("[ S ]\nK=1\n", " S ", "K"), (ReadResult{1, "1"}));
@@ -69,7 +69,7 @@ TYPED_TEST(ProfileReader, Names_are_case_sensitive) {
     EXPECT_EQ(this->Get("[s]\nK=1\n[S]\nk=2\nK=3\n", "S", "K"), (ReadResult{1, "3"}));
 }
 
-TYPED_TEST(ProfileReader, Key_stands_before_the_first_equals_and_value_after_the_last) {
+TYPED_TEST(ProfileReader, Key_ends_at_first_equals_sign_and_value_follows_last) {
     EXPECT_EQ(this->Get("[S]\nA = x = y\n", "S", "A"), (ReadResult{1, "y"}));
     EXPECT_EQ(this->Get("[S]\nK=a=b\n", "S", "K"), (ReadResult{1, "b"}));
     EXPECT_EQ(this->Get("[S]\nK=a=\n", "S", "K"), (ReadResult{0, ""}));
@@ -77,36 +77,36 @@ TYPED_TEST(ProfileReader, Key_stands_before_the_first_equals_and_value_after_the
     EXPECT_EQ(this->Get("[S]\nA=x=y\n", "S", "A=x"), (ReadResult{0, "dflt"}));
 }
 
-TYPED_TEST(ProfileReader, There_is_no_comment_syntax) {
+TYPED_TEST(ProfileReader, Comment_characters_have_no_meaning) {
     EXPECT_EQ(this->Get("[S]\n; x=1\nK=2\n", "S", "; x"), (ReadResult{1, "1"}));
     EXPECT_EQ(this->Get("[S]\n; x=1\nK=2 ; two\n", "S", "K"), (ReadResult{7, "2 ; two"}));
 }
 
-TYPED_TEST(ProfileReader, First_of_two_equal_keys_counts) {
+TYPED_TEST(ProfileReader, First_of_two_equal_keys_wins) {
     EXPECT_EQ(this->Get("[S]\nK=1\nK=2\n", "S", "K"), (ReadResult{1, "1"}));
 }
 
-TYPED_TEST(ProfileReader, First_of_two_equal_sections_counts) {
+TYPED_TEST(ProfileReader, First_of_two_equal_sections_wins) {
     EXPECT_EQ(this->Get("[S]\nJ=1\n\n[S]\nK=2\n", "S", "K"), (ReadResult{0, kUntouched}));
 }
 
-TYPED_TEST(ProfileReader, Header_with_equals_is_a_header_and_a_key_line) {
+TYPED_TEST(ProfileReader, Header_with_equals_sign_is_both_header_and_key_line) {
     EXPECT_EQ(this->Get("[a=b]\nK=1\n", "a=b", "K"), (ReadResult{1, "1"}));
     EXPECT_EQ(this->Get("[S]\n[a=b]\nK=1\n", "S", "K"), (ReadResult{1, "1"}));
     EXPECT_EQ(this->Get("[S]\n[a=b]\nK=1\n", "S", "[a"), (ReadResult{2, "b]"}));
 }
 
-TYPED_TEST(ProfileReader, Carriage_return_is_part_of_the_text) {
+TYPED_TEST(ProfileReader, Carriage_return_is_part_of_line) {
     EXPECT_EQ(this->Get("[S]\r\nK=1\r\n", "S", "K"), (ReadResult{0, "dflt"}));
     EXPECT_EQ(this->Get("[S]\nK=1\r\n", "S", "K"), (ReadResult{2, "1\r"}));
     EXPECT_EQ(this->Get("[S]\r\nK=1\r\n", "S\r", "K"), (ReadResult{0, "dflt"}));
 }
 
-TYPED_TEST(ProfileReader, Byte_order_mark_hides_the_first_header) {
+TYPED_TEST(ProfileReader, Byte_order_mark_hides_first_header) {
     EXPECT_EQ(this->Get("\xEF\xBB\xBF[S]\nK=1\n", "S", "K"), (ReadResult{0, "dflt"}));
 }
 
-TYPED_TEST(ProfileReader, Last_line_needs_no_line_feed) {
+TYPED_TEST(ProfileReader, Last_line_is_read_without_newline) {
     EXPECT_EQ(this->Get("[S]\nK=last", "S", "K"), (ReadResult{4, "last"}));
 }
 
@@ -117,7 +117,7 @@ TYPED_TEST(ProfileReader, Line_of_1023_characters_is_read) {
     EXPECT_EQ(this->Get("[S]\nK=" + value, "S", "K"), (ReadResult{1021, value}));
 }
 
-TYPED_TEST(ProfileReader, Line_of_1024_characters_ends_the_reading) {
+TYPED_TEST(ProfileReader, Line_of_1024_characters_ends_reading) {
     const std::string value(1022, 'v');
     EXPECT_EQ(this->Get("[S]\nK=" + value + "\nL=1\n", "S", "K"), (ReadResult{0, "dflt"}));
     EXPECT_EQ(this->Get("[S]\nK=" + value + "\nL=1\n", "S", "L"), (ReadResult{0, "dflt"}));
@@ -127,7 +127,7 @@ TYPED_TEST(ProfileReader, Line_of_1024_characters_ends_the_reading) {
     EXPECT_EQ(this->Get(std::string(1023, ' ') + "\n[S]\nK=1\n", "S", "K"), (ReadResult{1, "1"}));
 }
 
-TYPED_TEST(ProfileReader, Line_is_cut_at_a_NUL) {
+TYPED_TEST(ProfileReader, Line_is_truncated_at_NUL) {
     const std::string nul(1, '\0');
     EXPECT_EQ(this->Get("[S]" + nul + "x\nK=1" + nul + "2\n", "S", "K"), (ReadResult{1, "1"}));
     EXPECT_EQ(this->Get("[S]\nJ" + nul + "=1\nK=2\n", "S", "K"), (ReadResult{0, kUntouched}));
@@ -137,7 +137,7 @@ TYPED_TEST(ProfileReader, Line_is_cut_at_a_NUL) {
               (ReadResult{1, "2"}));
 }
 
-TYPED_TEST(ProfileReader, Copy_is_bounded_by_the_size) {
+TYPED_TEST(ProfileReader, Copied_value_is_truncated_to_capacity) {
     const std::string file = this->m_folder.Write("p.ini", "[S]\nK=value\n");
     EXPECT_EQ(TypeParam::Get(file, "S", "K", "dflt", 6), (ReadResult{5, "value"}));
     EXPECT_EQ(TypeParam::Get(file, "S", "K", "dflt", 5), (ReadResult{4, "valu"}));
@@ -147,7 +147,7 @@ TYPED_TEST(ProfileReader, Copy_is_bounded_by_the_size) {
     EXPECT_EQ(TypeParam::Get(file, "S", "X", "dflt", 0), (ReadResult{0, kUntouched}));
 }
 
-TYPED_TEST(ProfileReader, Numbers_take_their_base_from_the_prefix) {
+TYPED_TEST(ProfileReader, Number_is_read_with_base_of_prefix) {
     EXPECT_EQ(this->GetInt("0x10"), 16);
     EXPECT_EQ(this->GetInt("0XfF"), 255);
     EXPECT_EQ(this->GetInt("010"), 8);
@@ -158,7 +158,7 @@ TYPED_TEST(ProfileReader, Numbers_take_their_base_from_the_prefix) {
     EXPECT_EQ(this->GetInt("\t0x10"), 16);
 }
 
-TYPED_TEST(ProfileReader, Number_stops_at_the_first_character_that_does_not_fit) {
+TYPED_TEST(ProfileReader, Number_ends_at_first_character_that_is_not_digit) {
     EXPECT_EQ(this->GetInt("12abc"), 12);
     EXPECT_EQ(this->GetInt("09"), 0);
     EXPECT_EQ(this->GetInt("0x1g"), 1);
@@ -174,7 +174,7 @@ TYPED_TEST(ProfileReader, Text_without_a_number_is_zero) {
     EXPECT_EQ(this->GetInt("   "), -77);
 }
 
-TYPED_TEST(ProfileReader, Numbers_are_cut_to_32_bits) {
+TYPED_TEST(ProfileReader, Number_is_truncated_to_32_bits) {
     EXPECT_EQ(this->GetInt("4294967295"), -1);
     EXPECT_EQ(this->GetInt("4294967298"), 2);
     EXPECT_EQ(this->GetInt("0x80000000"), -2147483647 - 1);
@@ -184,24 +184,24 @@ TYPED_TEST(ProfileReader, Numbers_are_cut_to_32_bits) {
     EXPECT_EQ(this->GetInt(std::string(1020, ' ') + "9"), 9);
 }
 
-TYPED_TEST(ProfileReader, Number_of_a_long_text_is_read_whole) {
+TYPED_TEST(ProfileReader, Number_of_long_string_is_read_completely) {
     EXPECT_EQ(this->GetInt(std::string(1000, '0') + "17"), 15);
 }
 
-TYPED_TEST(ProfileReader, Number_gets_the_default_wherever_the_text_is_missing) {
+TYPED_TEST(ProfileReader, Number_is_default_if_key_is_missing) {
     const std::string file = this->m_folder.Write("p.ini", "[S]\nK=1\n\nX=2\n");
     EXPECT_EQ(TypeParam::GetInt(file, "S", "X", 5), 5);
     EXPECT_EQ(TypeParam::GetInt(file, "T", "X", 6), 6);
     EXPECT_EQ(TypeParam::GetInt(file, "S", "K", 7), 1);
 }
 
-TYPED_TEST(ProfileReader, Folder_reads_as_an_empty_file) {
+TYPED_TEST(ProfileReader, Directory_is_read_as_empty_file) {
     const std::string folder = this->m_folder.MakeFolder("d");
     EXPECT_EQ(TypeParam::Get(folder, "S", "K"), (ReadResult{0, "dflt"}));
     EXPECT_EQ(TypeParam::GetInt(folder, "S", "K", 4), 4);
 }
 
-TYPED_TEST(ProfileReader, Every_call_reads_the_file_anew) {
+TYPED_TEST(ProfileReader, Every_call_reads_file_again) {
     EXPECT_EQ(this->Get("[S]\nK=1\n", "S", "K"), (ReadResult{1, "1"}));
     EXPECT_EQ(this->Get("[S]\nK=22\n", "S", "K"), (ReadResult{2, "22"}));
 }
@@ -212,7 +212,7 @@ TYPED_TEST(ProfileReader, Reading_prints_nothing_and_changes_nothing) {
     EXPECT_EQ(this->m_folder.Read("p.ini"), bytes);
 }
 
-TEST(ProfileStore, Wide_getter_copies_the_default_for_a_missing_file) {
+TEST(ProfileStore, Wide_getter_copies_default_for_missing_file) {
     const TempFolder folder;
     const std::string printed = OutputOf([&] {
         EXPECT_EQ(WideFamily::Get(folder.Path("none"), "S", "K"), (ReadResult{0, "dflt"}));
@@ -233,7 +233,7 @@ TEST(ProfileStore, Narrow_getter_copies_no_default_for_a_missing_file) {
         "Error \n");
 }
 
-TEST(ProfileStore, Null_counts_as_empty) {
+TEST(ProfileStore, Null_is_treated_as_empty_string) {
     const TempFolder folder;
     const std::string path = folder.Write("p.ini", "[]\n=v\nK=w\n");
     const std::wstring widePath = Wide(path);

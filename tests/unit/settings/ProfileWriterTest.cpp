@@ -33,45 +33,45 @@ TYPED_TEST(ProfileWriter, Missing_file_is_created) {
     EXPECT_EQ(this->m_folder.Read("new.ini"), "[S]\nK=V\n");
 }
 
-TYPED_TEST(ProfileWriter, Value_of_an_existing_key_is_replaced) {
+TYPED_TEST(ProfileWriter, Value_of_existing_key_is_replaced) {
     EXPECT_EQ(this->Written("[S]\nK=1\n[T]\n", "S", "K", "2"), "[S]\nK=2\n[T]\n");
 }
 
-TYPED_TEST(ProfileWriter, New_key_lands_before_the_next_line_without_equals) {
+TYPED_TEST(ProfileWriter, New_key_is_inserted_before_next_line_without_equals_sign) {
     EXPECT_EQ(this->Written("[S]\nK=1\n[T]\n", "S", "J", "3"), "[S]\nK=1\nJ=3\n[T]\n");
     EXPECT_EQ(this->Written("[S]\nK=1\n\nL=2\n[T]\n", "S", "J", "3"),
               "[S]\nK=1\nJ=3\n\nL=2\n[T]\n");
     EXPECT_EQ(this->Written("[S]\n; note\nK=1\n", "S", "K", "3"), "[S]\nK=3\n; note\nK=1\n");
 }
 
-TYPED_TEST(ProfileWriter, New_key_of_the_last_section_lands_at_the_end) {
+TYPED_TEST(ProfileWriter, New_key_of_last_section_is_appended) {
     EXPECT_EQ(this->Written("[S]\nK=1", "S", "J", "3"), "[S]\nK=1\nJ=3\n");
     EXPECT_EQ(this->Written("[S]", "S", "J", "3"), "[S]\nJ=3\n");
 }
 
-TYPED_TEST(ProfileWriter, New_section_lands_at_the_end) {
+TYPED_TEST(ProfileWriter, New_section_is_appended) {
     EXPECT_EQ(this->Written("[S]\nK=1\n", "T", "K", "2"), "[S]\nK=1\n[T]\nK=2\n");
     EXPECT_EQ(this->Written("", "T", "K", "2"), "[T]\nK=2\n");
 }
 
-TYPED_TEST(ProfileWriter, Text_up_to_the_last_equals_is_kept) {
+TYPED_TEST(ProfileWriter, Line_is_kept_up_to_last_equals_sign) {
     EXPECT_EQ(this->Written("[S]\nK=a=b\n", "S", "K", "c"), "[S]\nK=a=c\n");
     EXPECT_EQ(this->Written("[S]\nK=a= b \n", "S", "K", ""), "[S]\nK=a=\n");
 }
 
-TYPED_TEST(ProfileWriter, Writer_compares_the_raw_name) {
+TYPED_TEST(ProfileWriter, Writer_compares_untrimmed_name) {
     EXPECT_EQ(this->Written("[S]\nK = 1\n", "S", "K", "2"), "[S]\nK = 1\nK=2\n");
     EXPECT_EQ(TypeParam::Get(this->m_folder.Path("p.ini"), "S", "K"), (ReadResult{1, "1"}));
     EXPECT_EQ(this->Written("[S]\nK = 1\n", "S", "K ", "2"), "[S]\nK =2\n");
     EXPECT_EQ(this->Written("[S]\n  K= 1\n", "S", "K", "2"), "[S]\nK=2\n");
 }
 
-TYPED_TEST(ProfileWriter, All_lines_are_trimmed) {
+TYPED_TEST(ProfileWriter, Rewrite_trims_all_lines) {
     EXPECT_EQ(this->Written("  a  \n  [S] \n \n\tb\n  c = d  \n[T]", "T", "K", "1"),
               "a\n[S]\n\n\tb\nc = d\n[T]\nK=1\n");
 }
 
-TYPED_TEST(ProfileWriter, Written_text_itself_is_not_trimmed) {
+TYPED_TEST(ProfileWriter, Written_value_is_not_trimmed) {
     EXPECT_EQ(this->Written("", "S", " K ", " V "), "[S]\n K = V \n");
     EXPECT_EQ(this->Written("[S]\nK=1\n", "S", "K", " V "), "[S]\nK= V \n");
     EXPECT_EQ(this->Written("[S]\n K = V \n", "T", "J", "1"), "[S]\nK = V\n[T]\nJ=1\n");
@@ -81,7 +81,7 @@ TYPED_TEST(ProfileWriter, First_of_two_equal_keys_is_replaced) {
     EXPECT_EQ(this->Written("[S]\nK=1\nK=2\n", "S", "K", "3"), "[S]\nK=3\nK=2\n");
 }
 
-TYPED_TEST(ProfileWriter, Key_is_replaced_in_every_section_of_the_name) {
+TYPED_TEST(ProfileWriter, Key_is_replaced_in_every_section_of_that_name) {
     EXPECT_EQ(this->Written("[S]\nK=1\n\n[S]\nK=2\n[T]\nK=3\n", "S", "K", "9"),
               "[S]\nK=9\n\n[S]\nK=9\n[T]\nK=3\n");
     EXPECT_EQ(this->Written("[S]\nK=1\n[S]\nK=2\n", "S", "K", "9"), "[S]\nK=9\n[S]\nK=9\n");
@@ -97,19 +97,19 @@ TYPED_TEST(ProfileWriter, Key_is_added_only_once) {
     EXPECT_EQ(this->Written("[S]\nK=1\n\n[S]\nL=2\n", "S", "K", "3"), "[S]\nK=3\n\n[S]\nL=2\n");
 }
 
-TYPED_TEST(ProfileWriter, Header_that_ends_a_section_is_passed_over) {
+TYPED_TEST(ProfileWriter, Header_that_ends_section_is_skipped) {
     EXPECT_EQ(this->Written("[S]\nK=1\n[S]\nK=2\n", "S", "J", "3"), "[S]\nK=1\nJ=3\n[S]\nK=2\n");
     EXPECT_EQ(this->Written("[S]\nK=1\n[S]\nJ=2\n", "S", "J", "3"), "[S]\nK=1\nJ=3\n[S]\nJ=2\n");
     EXPECT_EQ(this->Written("[S]\n[S]\n[S]\nJ=2\n", "S", "J", "3"), "[S]\nJ=3\n[S]\n[S]\nJ=3\n");
 }
 
-TYPED_TEST(ProfileWriter, Section_with_equals_is_a_key_line_inside_another) {
+TYPED_TEST(ProfileWriter, Header_with_equals_sign_is_key_line_inside_other_section) {
     EXPECT_EQ(this->Written("[a=b]\nK=1\n", "a=b", "K", "2"), "[a=b]\nK=2\n");
     EXPECT_EQ(this->Written("[S]\n[a=b]\nK=1\n", "S", "K", "2"), "[S]\n[a=b]\nK=2\n");
     EXPECT_EQ(this->Written("[a=b]\n[a=b]\nK=1\n", "a=b", "J", "2"), "[a=b]\n[a=b]\nK=1\nJ=2\n");
 }
 
-TYPED_TEST(ProfileWriter, Carriage_returns_never_match_the_header) {
+TYPED_TEST(ProfileWriter, Carriage_returns_never_match_header) {
     EXPECT_EQ(this->Written("[S]\r\nK=1\r\n", "S", "K", "2"), "[S]\r\nK=1\r\n[S]\nK=2\n");
 }
 
@@ -126,11 +126,11 @@ TYPED_TEST(ProfileWriter, Overlong_value_is_written_but_never_read) {
     EXPECT_EQ(TypeParam::Get(this->m_folder.Path("p.ini"), "S", "K"), (ReadResult{0, "dflt"}));
 }
 
-TYPED_TEST(ProfileWriter, Line_is_cut_at_a_NUL) {
+TYPED_TEST(ProfileWriter, Rewritten_line_is_truncated_at_NUL) {
     EXPECT_EQ(this->Written(std::string("[S]\0x\nK=1\0y=2\n", 14), "S", "K", "2"), "[S]\nK=2\n");
 }
 
-TYPED_TEST(ProfileWriter, Value_can_hold_equals_and_line_feeds) {
+TYPED_TEST(ProfileWriter, Value_may_contain_equals_signs_and_newlines) {
     EXPECT_EQ(this->Written("[S]\nK=1\n", "S", "K", "a=b"), "[S]\nK=a=b\n");
     EXPECT_EQ(this->Written("[S]\nK=1\n", "S", "K", "a\n[T]"), "[S]\nK=a\n[T]\n");
 }
@@ -169,7 +169,7 @@ class FileSizeLimit {
     void (*m_handler)(int);
 };
 
-TYPED_TEST(ProfileWriter, Full_disk_keeps_the_old_file) {
+TYPED_TEST(ProfileWriter, Full_disk_keeps_previous_file) {
     const std::string before = "  [S]  \r\nK = 1\n[T]";
     const std::string path = this->m_folder.Write("p.ini", before);
     int result = -1;
@@ -183,7 +183,7 @@ TYPED_TEST(ProfileWriter, Full_disk_keeps_the_old_file) {
     EXPECT_FALSE(this->m_folder.Exists(".ScalerIsp.tmp"));
 }
 
-TYPED_TEST(ProfileWriter, Old_bytes_return_in_place_when_not_all_new_ones_can_be_written) {
+TYPED_TEST(ProfileWriter, Previous_bytes_are_restored_in_place_if_write_fails) {
     const std::string before = "  [S]  \r\nK = 1\n[T]";
     const std::string path = this->m_folder.Write("p.ini", before);
     ASSERT_EQ(::link(path.c_str(), this->m_folder.Path("second.ini").c_str()), 0);
@@ -196,7 +196,7 @@ TYPED_TEST(ProfileWriter, Old_bytes_return_in_place_when_not_all_new_ones_can_be
     EXPECT_EQ(this->m_folder.Read("second.ini"), before);
 }
 
-TYPED_TEST(ProfileWriter, Missing_file_stays_missing_when_it_cannot_be_written) {
+TYPED_TEST(ProfileWriter, Missing_file_is_not_created_if_it_cannot_be_written) {
     const std::string path = this->m_folder.Path("new.ini");
     int result = -1;
     {
@@ -207,7 +207,7 @@ TYPED_TEST(ProfileWriter, Missing_file_stays_missing_when_it_cannot_be_written) 
     EXPECT_FALSE(this->m_folder.Exists("new.ini"));
 }
 
-TYPED_TEST(ProfileWriter, Full_device_gives_0_without_a_message) {
+TYPED_TEST(ProfileWriter, Full_device_returns_0_without_message) {
     if (::access("/dev/full", W_OK) != 0) {
         GTEST_SKIP() << "this system has no /dev/full";
     }
@@ -215,7 +215,7 @@ TYPED_TEST(ProfileWriter, Full_device_gives_0_without_a_message) {
     EXPECT_EQ(TypeParam::Get("/dev/full", "S", "K"), (ReadResult{0, "dflt"}));
 }
 
-TEST(ProfileWriterNull, Null_deletes_neither_a_key_nor_a_section) {
+TEST(ProfileWriterNull, Null_deletes_neither_key_nor_section) {
     const TempFolder folder;
     const std::string path = folder.Write("p.ini", "[S]\nK=1\n[T]\nL=2\n");
     EXPECT_EQ(CpNxWritePrivateProfileStringW(L"S", L"K", nullptr, Wide(path).c_str()), 1);

@@ -55,7 +55,7 @@ constexpr const char *kFile = "[S]\nK=1\n";
 
 const ReadFault::Kind kKinds[] = {ReadFault::Kind::Error, ReadFault::Kind::EarlyEnd};
 
-TEST(ReadFailure, File_that_was_not_read_to_its_end_is_not_rewritten) {
+TEST(ReadFailure, Partly_read_file_is_not_rewritten) {
     const TempFolder folder;
     const std::string path = folder.Write("p.ini", kFile);
     for (const ReadFault::Kind kind : kKinds) {
@@ -74,7 +74,7 @@ TEST(ReadFailure, File_that_was_not_read_to_its_end_is_not_rewritten) {
     EXPECT_EQ(WideFamily::Write(path, "S", "K", "2"), 1);
 }
 
-TEST(ReadFailure, Map_is_not_saved_into_a_file_that_was_not_read_to_its_end) {
+TEST(ReadFailure, Map_is_not_saved_to_partly_read_file) {
     const TempFolder folder;
     const auto setting = std::make_unique<STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING>();
     Wide(folder.Write("p.ini", kFile)).copy(setting->wszSettingFile, SCALER_ISP_PATH_CHARS);
@@ -85,7 +85,7 @@ TEST(ReadFailure, Map_is_not_saved_into_a_file_that_was_not_read_to_its_end) {
     EXPECT_EQ(folder.Read("p.ini"), kFile);
 }
 
-TEST(ReadFailure, Inner_reader_throws) {
+TEST(ReadFailure, Reader_throws_if_read_fails) {
     const TempFolder folder;
     const std::string path = folder.Write("p.ini", kFile);
     for (const ReadFault::Kind kind : kKinds) {
@@ -95,7 +95,7 @@ TEST(ReadFailure, Inner_reader_throws) {
     EXPECT_EQ(IniReader(path).String(L"S", L"K"), L"1");
 }
 
-TEST(ReadFailure, Inner_reader_takes_a_path_that_leads_nowhere_as_an_empty_file) {
+TEST(ReadFailure, Reader_treats_unresolvable_path_as_empty_file) {
     const TempFolder folder;
     for (const std::string &path :
          {folder.Path("none"), folder.MakeFolder("d"), folder.Write("f", "") + "/x"}) {
@@ -105,7 +105,7 @@ TEST(ReadFailure, Inner_reader_takes_a_path_that_leads_nowhere_as_an_empty_file)
     }
 }
 
-TEST(ReadFailure, Getter_returns_the_default) {
+TEST(ReadFailure, Getter_returns_default_if_read_fails) {
     const TempFolder folder;
     const std::string path = folder.Write("p.ini", kFile);
     {
@@ -116,7 +116,7 @@ TEST(ReadFailure, Getter_returns_the_default) {
     EXPECT_EQ(WideFamily::GetInt(path, "S", "K", 7), 7);
 }
 
-TEST(ReadFailure, Record_stays_as_it_was) {
+TEST(ReadFailure, LoadSetting_keeps_record_if_read_fails) {
     const TempFolder folder;
     const std::string path =
         folder.Write("p.ini", "[ISP_Fw]\nulProgStartBank=5\n[ISP_Flash]\nbShowDumpFlash=1\n");

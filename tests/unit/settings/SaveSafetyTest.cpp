@@ -83,7 +83,7 @@ class SaveSafety : public testing::Test {
     TempFolder m_folder;
 };
 
-TEST_F(SaveSafety, New_file_is_another_one_with_the_same_mode) {
+TEST_F(SaveSafety, Save_replaces_file_and_keeps_mode) {
     const std::string path = m_folder.Write("p.ini", kOld);
     ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
     const struct stat before = StatusOf(path);
@@ -94,7 +94,7 @@ TEST_F(SaveSafety, New_file_is_another_one_with_the_same_mode) {
     EXPECT_FALSE(m_folder.Exists(kTemporary));
 }
 
-TEST_F(SaveSafety, Owner_stays) {
+TEST_F(SaveSafety, Save_keeps_owner) {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "only root can give a file away";
     }
@@ -121,7 +121,7 @@ TEST_F(SaveSafety, File_of_another_owner_is_overwritten_in_place) {
 }
 
 #if defined(__linux__)
-TEST_F(SaveSafety, Extended_attributes_stay) {
+TEST_F(SaveSafety, Save_keeps_extended_attributes) {
     const std::string path = m_folder.Write("p.ini", kOld);
     if (::setxattr(path.c_str(), "user.note", "value", 5, 0) != 0) {
         GTEST_SKIP() << "the file system has no extended attributes";
@@ -135,7 +135,7 @@ TEST_F(SaveSafety, Extended_attributes_stay) {
 }
 #endif
 
-TEST_F(SaveSafety, Symbolic_links_stay_and_their_target_is_replaced) {
+TEST_F(SaveSafety, Save_keeps_symbolic_link_and_replaces_target) {
     const std::string target = m_folder.Write("d/p.ini", kOld);
     ASSERT_EQ(::symlink("d/p.ini", m_folder.Path("link.ini").c_str()), 0);
     ASSERT_EQ(::symlink("link.ini", m_folder.Path("second.ini").c_str()), 0);
@@ -146,7 +146,7 @@ TEST_F(SaveSafety, Symbolic_links_stay_and_their_target_is_replaced) {
     EXPECT_EQ(m_folder.Read("d/p.ini"), kNew);
 }
 
-TEST_F(SaveSafety, Target_of_a_dangling_link_is_created) {
+TEST_F(SaveSafety, Save_creates_target_of_dangling_link) {
     m_folder.MakeFolder("d");
     ASSERT_EQ(::symlink("d/new.ini", m_folder.Path("link.ini").c_str()), 0);
     EXPECT_EQ(Save(m_folder.Path("link.ini")), 1);
@@ -154,7 +154,7 @@ TEST_F(SaveSafety, Target_of_a_dangling_link_is_created) {
     EXPECT_EQ(m_folder.Read("d/new.ini"), kNew);
 }
 
-TEST_F(SaveSafety, File_with_two_names_keeps_both) {
+TEST_F(SaveSafety, Save_keeps_both_names_of_hard_linked_file) {
     const std::string path = m_folder.Write("p.ini", "[S]\nK=12345\n");
     const std::string second = m_folder.Path("second.ini");
     ASSERT_EQ(::link(path.c_str(), second.c_str()), 0);
@@ -163,7 +163,7 @@ TEST_F(SaveSafety, File_with_two_names_keeps_both) {
     EXPECT_EQ(m_folder.Read("second.ini"), kNew);
 }
 
-TEST_F(SaveSafety, Temporary_file_of_a_killed_process_is_removed) {
+TEST_F(SaveSafety, Save_removes_temporary_file_of_killed_process) {
     const std::string path = m_folder.Write("p.ini", kOld);
     m_folder.Write(kTemporary, "left over");
     EXPECT_EQ(Save(path), 1);
@@ -171,7 +171,7 @@ TEST_F(SaveSafety, Temporary_file_of_a_killed_process_is_removed) {
     EXPECT_FALSE(m_folder.Exists(kTemporary));
 }
 
-TEST_F(SaveSafety, Link_of_the_temporary_name_is_not_followed) {
+TEST_F(SaveSafety, Save_does_not_follow_symbolic_link_at_temporary_name) {
     const std::string path = m_folder.Write("p.ini", kOld);
     m_folder.Write("victim", "untouched");
     ASSERT_EQ(::symlink("victim", m_folder.Path(kTemporary).c_str()), 0);
@@ -180,14 +180,14 @@ TEST_F(SaveSafety, Link_of_the_temporary_name_is_not_followed) {
     EXPECT_EQ(m_folder.Read("p.ini"), kNew);
 }
 
-TEST_F(SaveSafety, File_is_overwritten_where_the_temporary_name_is_a_directory) {
+TEST_F(SaveSafety, Save_writes_in_place_if_temporary_name_is_directory) {
     const std::string path = m_folder.Write("p.ini", kOld);
     m_folder.MakeFolder(kTemporary);
     EXPECT_EQ(Save(path), 1);
     EXPECT_EQ(m_folder.Read("p.ini"), kNew);
 }
 
-TEST_F(SaveSafety, File_in_a_read_only_directory_is_overwritten) {
+TEST_F(SaveSafety, File_in_read_only_directory_is_overwritten) {
     const std::string path = Write("p.ini", kOld);
     ASSERT_EQ(::chmod(m_folder.Path().c_str(), 0555), 0);
     std::string printed;
@@ -208,7 +208,7 @@ void PrintTo(const RefusedCase &row, std::ostream *stream) {
 
 class RefusedSave : public SaveSafety, public testing::WithParamInterface<RefusedCase> {};
 
-TEST_P(RefusedSave, Leaves_the_file_alone) {
+TEST_P(RefusedSave, Failed_save_leaves_file_unchanged) {
     const std::string path = Write("p.ini", kOld);
     ASSERT_EQ(::chmod(path.c_str(), GetParam().mode), 0);
     std::string printed;
@@ -225,7 +225,7 @@ INSTANTIATE_TEST_SUITE_P(
                     RefusedCase{"that_may_not_be_touched", 0000, "Open file error \n"}),
     [](const auto &row) { return row.param.name; });
 
-TEST_F(SaveSafety, Missing_file_in_a_read_only_directory_cannot_be_opened) {
+TEST_F(SaveSafety, Missing_file_in_read_only_directory_cannot_be_opened) {
     ASSERT_EQ(::chmod(m_folder.Path().c_str(), 0555), 0);
     std::string printed;
     EXPECT_EQ(SaveAsNobody(m_folder.Path("new.ini"), printed), 0);
@@ -235,7 +235,7 @@ TEST_F(SaveSafety, Missing_file_in_a_read_only_directory_cannot_be_opened) {
 #ifndef __SANITIZE_ADDRESS__
 // The sanitizer looks at objects through a pipe; without descriptors it takes every one for
 // invalid.
-TEST_F(SaveSafety, Nothing_is_written_without_descriptors) {
+TEST_F(SaveSafety, Save_writes_nothing_if_descriptors_run_out) {
     const std::string path = m_folder.Write("p.ini", kOld);
     for (rlim_t spare = 0; spare < 4; ++spare) {
         const std::string printed = OutputOf([&] {
@@ -257,7 +257,7 @@ TEST_F(SaveSafety, Nothing_is_written_without_descriptors) {
 }
 #endif
 
-TEST_F(SaveSafety, Killed_process_leaves_the_old_or_the_new_file) {
+TEST_F(SaveSafety, Killed_process_leaves_previous_or_new_file) {
     const std::string filler = std::string(900, 'x') + "\n";
     std::string many;
     for (int i = 0; i < 200; ++i) {
@@ -294,7 +294,7 @@ int WriteKeys(const std::string &path, char writer, int count) {
     return written;
 }
 
-TEST_F(SaveSafety, Two_processes_lose_nothing) {
+TEST_F(SaveSafety, Saves_of_two_processes_lose_no_key) {
     const std::string path = m_folder.Write("p.ini", "");
     const pid_t child = ::fork();
     if (child == 0) {
@@ -310,7 +310,7 @@ TEST_F(SaveSafety, Two_processes_lose_nothing) {
     }
 }
 
-TEST_F(SaveSafety, Two_threads_lose_nothing) {
+TEST_F(SaveSafety, Saves_of_two_threads_lose_no_key) {
     const std::string path = m_folder.Write("p.ini", "");
     std::thread other([&] { EXPECT_EQ(WriteKeys(path, 'a', 60), 60); });
     EXPECT_EQ(WriteKeys(path, 'b', 60), 60);
@@ -321,7 +321,7 @@ TEST_F(SaveSafety, Two_threads_lose_nothing) {
     }
 }
 
-TEST_F(SaveSafety, Writer_whose_turn_does_not_come_gives_up) {
+TEST_F(SaveSafety, Save_fails_if_lock_is_not_released) {
     const std::string path = m_folder.Write("p.ini", kOld);
     const int directory = ::open(m_folder.Path().c_str(), O_RDONLY | O_DIRECTORY);
     ASSERT_EQ(::flock(directory, LOCK_EX), 0);
@@ -335,7 +335,7 @@ TEST_F(SaveSafety, Writer_whose_turn_does_not_come_gives_up) {
     EXPECT_EQ(Save(path), 1);
 }
 
-TEST_F(SaveSafety, Nothing_stays_open_or_locked) {
+TEST_F(SaveSafety, Save_leaves_no_descriptor_or_lock) {
     const std::string path = m_folder.Write("p.ini", kOld);
     OutputOf([] {}); // which opens what the second one needs, too
     const int before = ::open("/dev/null", O_RDONLY);

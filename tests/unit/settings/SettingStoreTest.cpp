@@ -83,7 +83,7 @@ TEST_F(SettingStore, Missing_keys_load_their_defaults) {
     }
 }
 
-TEST_F(SettingStore, Missing_file_loads_the_defaults_in_silence) {
+TEST_F(SettingStore, Missing_file_loads_defaults_silently) {
     SetPath(m_setting->wszSettingFile, m_folder.Path("nowhere/IspSetting.ini"));
     m_setting->enumActionType = {};
     EXPECT_EQ(OutputOf([&] { m_setting->LoadSetting(); }), "");
@@ -107,7 +107,7 @@ TEST_F(SettingStore, Each_key_fills_its_own_field_only) {
     }
 }
 
-TEST_F(SettingStore, Loading_leaves_the_map_alone) {
+TEST_F(SettingStore, LoadSetting_keeps_firmware_map) {
     AddBank(5, "/fw");
     Load("[ISP_Fw]\nfwFileCount=7\nfw0_Path=/other\nfw0_TargetBank=9\n");
     EXPECT_EQ(m_setting->stMapFw.ulFwCount, 1U);
@@ -123,31 +123,31 @@ TEST_F(SettingStore, SaveSetting_numbers_the_target_key_by_its_bank) {
                        "fw7_TargetBank=1\nfw1_FileBank=1\nfw1_Path=/fw/b.bin\n");
 }
 
-TEST_F(SettingStore, Empty_map_saves_its_count_only) {
+TEST_F(SettingStore, Empty_map_writes_count_only) {
     EXPECT_EQ(Saved(), "[ISP_Fw]\nfwFileCount=0\n");
 }
 
-TEST_F(SettingStore, Other_keys_survive_a_save) {
+TEST_F(SettingStore, Save_keeps_unrelated_keys) {
     AddBank(0, "/new");
     EXPECT_EQ(Saved("[ISP_Basic]\nbAutoSearchFW=1\n[ISP_Fw]\nulProgStartBank=3\nfw0_Path=/old\n"),
               "[ISP_Basic]\nbAutoSearchFW=1\n[ISP_Fw]\nulProgStartBank=3\nfw0_Path=/new\n"
               "fwFileCount=1\nfw0_TargetBank=0\nfw0_FileBank=0\n");
 }
 
-TEST_F(SettingStore, Second_entry_of_a_bank_replaces_the_first_value) {
+TEST_F(SettingStore, Second_entry_of_same_bank_replaces_value_of_first) {
     AddBank(5, "/a");
     AddBank(5, "/b");
     EXPECT_EQ(Saved(), "[ISP_Fw]\nfwFileCount=2\nfw5_TargetBank=1\nfw0_FileBank=0\nfw0_Path=/a\n"
                        "fw1_FileBank=1\nfw1_Path=/b\n");
 }
 
-TEST_F(SettingStore, Numbers_are_signed_and_a_path_needs_no_terminator) {
+TEST_F(SettingStore, Numbers_are_signed_and_path_needs_no_terminator) {
     AddBank(4294967295U, std::string(260, 'p'));
     EXPECT_EQ(Saved(), "[ISP_Fw]\nfwFileCount=1\nfw-1_TargetBank=0\nfw0_FileBank=0\nfw0_Path=" +
                            std::string(260, 'p') + "\n");
 }
 
-TEST_F(SettingStore, Count_beyond_the_map_is_written_but_not_followed) {
+TEST_F(SettingStore, Count_above_512_is_written_but_only_512_banks_saved) {
     AddBank(1, "/a");
     m_setting->stMapFw.ulFwCount = 600;
     const std::string text = Saved();
@@ -156,7 +156,7 @@ TEST_F(SettingStore, Count_beyond_the_map_is_written_but_not_followed) {
     EXPECT_EQ(text.find("fw512_FileBank"), std::string::npos);
 }
 
-TEST_F(SettingStore, File_that_cannot_be_written_is_reported_for_every_key) {
+TEST_F(SettingStore, Unwritable_file_is_reported_for_every_key) {
     AddBank(5, "/a");
     SetPath(m_setting->wszSettingFile, m_folder.MakeFolder("d"));
     EXPECT_EQ(OutputOf([&] { m_setting->SaveSetting(); }),
@@ -178,7 +178,7 @@ TEST_F(SettingStore, ClearMapFW_clears_file_bank_and_path_of_the_first_entry_onl
     }
 }
 
-TEST_F(SettingStore, Saving_equals_one_write_for_each_key) {
+TEST_F(SettingStore, Saving_gives_bytes_of_one_write_per_key) {
     std::mt19937 random(11);
     const std::vector<std::string> lines = {"[ISP_Fw]",
                                             "[ISP_Basic]",
@@ -222,7 +222,7 @@ TEST_F(SettingStore, Saving_equals_one_write_for_each_key) {
     }
 }
 
-TEST_F(SettingStore, Switches_have_keys_of_their_names) {
+TEST_F(SettingStore, UI_switches_are_saved_under_their_names) {
     const char *names[] = {"bShowEraseUI",      "bShowFWInfoUI",   "bShowFWVersion",
                            "bShowMergeFW",      "bShowDualBankFW", "bShowResetMCU",
                            "bShowEnterIspMode", "bShowDumpFlash"};
@@ -241,7 +241,7 @@ TEST_F(SettingStore, Switches_have_keys_of_their_names) {
     }
 }
 
-TEST_F(SettingStore, Path_of_the_settings_needs_no_terminator) {
+TEST_F(SettingStore, Settings_path_is_read_without_terminator) {
     const std::string name(260 - m_folder.Path().size(), 'n');
     const std::string path = m_folder.Write(name, "[ISP_Action]\nenumActionType=9\n"
                                                   "[ISP_Flash]\nbShowDumpFlash=1\n[ISP_Fw]\n");
@@ -264,7 +264,7 @@ TEST_F(SettingStore, Path_of_the_settings_needs_no_terminator) {
     EXPECT_EQ(switches.setting.bShowDumpFlash, 1U);
 }
 
-TEST_F(SettingStore, Path_of_the_switches_lies_behind_them) {
+TEST_F(SettingStore, Path_of_UI_setting_follows_its_switches) {
     EXPECT_EQ(offsetof(STRUCT_CP_ISP_UI_SETTING, wszSettingFile), 32U);
     STRUCT_CP_ISP_UI_SETTING setting;
     setting.bShowDumpFlash = 1;

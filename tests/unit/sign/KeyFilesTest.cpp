@@ -2,7 +2,7 @@
 
 using KeyFiles = SignTest;
 
-TEST_F(KeyFiles, Lenovo_needs_a_verify_key) {
+TEST_F(KeyFiles, Lenovo_needs_verify_key) {
     Field key;
     EXPECT_REFUSES(handle.CheckLenovoKeyFile(key.Data(), nullptr),
                    "Digital signature: Lenovo verify key file should not be empty!\n");
@@ -17,7 +17,7 @@ TEST_F(KeyFiles, Lenovo_needs_a_verify_key) {
     EXPECT_TRUE(key.IsClean());
 }
 
-TEST_F(KeyFiles, Lenovo_sub_certificate_is_checked_where_given) {
+TEST_F(KeyFiles, Lenovo_sub_certificate_is_checked_if_given) {
     folder.Write("c.pem", "certificate");
     Field key("none.pem");
     Field certificate;
@@ -42,7 +42,7 @@ TEST_F(KeyFiles, Lenovo_sub_certificate_is_checked_where_given) {
     EXPECT_EQ(certificate.Text(), Full("c.pem"));
 }
 
-TEST_F(KeyFiles, Internal_key_is_a_number_from_zero_to_four) {
+TEST_F(KeyFiles, Internal_key_pair_outside_0_to_4_is_rejected) {
     const struct {
         const char *text;
         int key;
@@ -66,7 +66,7 @@ TEST_F(KeyFiles, Internal_key_is_a_number_from_zero_to_four) {
     }
 }
 
-TEST_F(KeyFiles, External_key_depends_on_the_action) {
+TEST_F(KeyFiles, External_key_file_depends_on_action) {
     Field empty;
     Field missing("none.pem");
     Field key("k.pem");
@@ -89,7 +89,7 @@ TEST_F(KeyFiles, External_key_depends_on_the_action) {
     EXPECT_EQ(missing.Text(), "none.pem");
 }
 
-TEST_F(KeyFiles, External_key_of_another_action_is_not_checked) {
+TEST_F(KeyFiles, Unknown_action_checks_no_external_key) {
     Field key("none.pem");
     EXPECT_PASSES(handle.CheckVxmExternalKeyFile(kNone, key.Data(), key.Data()));
     EXPECT_PASSES(handle.CheckVxmExternalKeyFile(
@@ -97,7 +97,7 @@ TEST_F(KeyFiles, External_key_of_another_action_is_not_checked) {
     EXPECT_EQ(key.Text(), "none.pem");
 }
 
-TEST_F(KeyFiles, Next_verify_key_comes_before_the_sign_key) {
+TEST_F(KeyFiles, Next_verify_key_is_checked_before_sign_key) {
     Field empty;
     Field missing("none.pem");
     Field key("k.pem");
@@ -119,7 +119,7 @@ TEST_F(KeyFiles, Next_verify_key_comes_before_the_sign_key) {
     EXPECT_EQ(missing.Text(), "none.pem");
 }
 
-TEST_F(KeyFiles, Sign_key_behind_the_next_verify_key_is_for_signing_only) {
+TEST_F(KeyFiles, Next_key_check_ignores_sign_key_unless_signing) {
     for (const int action : {0, 3}) {
         Field next("k.pem");
         Field missing("none.pem");
@@ -130,7 +130,7 @@ TEST_F(KeyFiles, Sign_key_behind_the_next_verify_key_is_for_signing_only) {
     }
 }
 
-TEST_F(KeyFiles, Hardware_sign_key_is_optional_and_comes_first) {
+TEST_F(KeyFiles, Hardware_sign_key_is_optional_and_checked_first) {
     Field empty;
     Field missing("none.pem");
     Field key("k.pem");
@@ -149,7 +149,7 @@ TEST_F(KeyFiles, Hardware_sign_key_is_optional_and_comes_first) {
     EXPECT_EQ(next.Text(), Full("k.pem"));
 }
 
-TEST_F(KeyFiles, Absolute_path_is_kept_as_given) {
+TEST_F(KeyFiles, Absolute_key_path_is_kept_unchanged) {
     const std::string path =
         folder.Path() + "../" +
         folder.Path().substr(folder.Path().rfind('/', folder.Path().size() - 2) + 1) + "k.pem";
@@ -158,7 +158,7 @@ TEST_F(KeyFiles, Absolute_path_is_kept_as_given) {
     EXPECT_EQ(key.Text(), path);
 }
 
-TEST_F(KeyFiles, Full_field_is_read_and_written_with_its_bound) {
+TEST_F(KeyFiles, Full_field_is_read_and_written_up_to_260_bytes) {
     std::string deep;
     for (int i = 0; i < 4; ++i) {
         deep += std::string(60, static_cast<char>('a' + i)) + "/";

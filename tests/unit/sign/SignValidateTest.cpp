@@ -1,7 +1,7 @@
 #include "SignFixture.h"
 
 /// All checks of one run on one record.
-class SignJudge : public SignTest {
+class SignValidate : public SignTest {
   protected:
     using Args = STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS;
 
@@ -30,12 +30,12 @@ class SignJudge : public SignTest {
     Args args;
 };
 
-TEST_F(SignJudge, Null_record_is_refused) {
+TEST_F(SignValidate, Null_record_is_rejected) {
     EXPECT_REFUSES(handle.JudgeArgument(nullptr), "");
     EXPECT_REFUSES(handle.JudgeArgumentFwFileAndSigFile(nullptr), "");
 }
 
-TEST_F(SignJudge, Each_mode_has_its_keys) {
+TEST_F(SignValidate, Each_mode_checks_its_own_keys) {
     const std::string gone = " is not exist! ";
     const struct {
         int action, type, mode;
@@ -58,7 +58,7 @@ TEST_F(SignJudge, Each_mode_has_its_keys) {
     }
 }
 
-TEST_F(SignJudge, Other_types_and_modes_pass_after_the_signature_file) {
+TEST_F(SignValidate, Unknown_type_or_mode_is_accepted_after_signature_file) {
     for (const int mode : {0, 5}) {
         Set(1, 1, mode);
         EXPECT_PASSES(handle.JudgeArgument(&args));
@@ -71,7 +71,7 @@ TEST_F(SignJudge, Other_types_and_modes_pass_after_the_signature_file) {
     }
 }
 
-TEST_F(SignJudge, Fields_that_passed_stay_rewritten) {
+TEST_F(SignValidate, Fields_that_passed_keep_absolute_path) {
     Set(2, 1, 3);
     EXPECT_REFUSES(handle.JudgeArgument(&args),
                    "Digital signature: Vxm external verify key file is not exist! " + Full("v") +
@@ -81,7 +81,7 @@ TEST_F(SignJudge, Fields_that_passed_stay_rewritten) {
     EXPECT_EQ(Get(args.szVerifyKeyFile), "v");
 }
 
-TEST_F(SignJudge, Firmware_comes_before_the_signature) {
+TEST_F(SignValidate, Firmware_is_checked_before_signature_file) {
     Set(2, 1, 3);
     Put(args.szFwFile, "none.bin");
     Put(args.szSignatureFile, "");
@@ -92,14 +92,14 @@ TEST_F(SignJudge, Firmware_comes_before_the_signature) {
     EXPECT_REFUSES(handle.JudgeArgument(&args), "Digital signature: Signature file is missing!\n");
 }
 
-TEST_F(SignJudge, Type_comes_before_the_firmware) {
+TEST_F(SignValidate, Type_is_checked_before_firmware) {
     Set(1, 1, 1);
     Put(args.szFwFile, "none.bin");
     EXPECT_REFUSES(handle.JudgeArgument(&args),
                    "Digital signature: Lenovo digital signature can not support sign function!\n");
 }
 
-TEST_F(SignJudge, Default_signature_stands_behind_the_full_firmware_path) {
+TEST_F(SignValidate, Default_signature_path_is_firmware_path_with_sig) {
     Set(1, 1, 2);
     Put(args.szSignatureFile, "");
     Put(args.szKeyPair, "0x4");
@@ -111,7 +111,7 @@ TEST_F(SignJudge, Default_signature_stands_behind_the_full_firmware_path) {
     EXPECT_EQ(args.nKeyPair, 0);
 }
 
-TEST_F(SignJudge, Hardware_mode_1_needs_no_firmware_file) {
+TEST_F(SignValidate, Hardware_mode_1_needs_no_firmware_file) {
     Set(1, 2, 0, 1);
     Put(args.szFwFile, "none.bin");
     Put(args.szSignatureFile, "");
@@ -130,7 +130,7 @@ TEST_F(SignJudge, Hardware_mode_1_needs_no_firmware_file) {
                    "Digital signature: fw file is not exist! " + Full("none.bin") + "\n");
 }
 
-TEST_F(SignJudge, Lenovo_check_of_a_run_ignores_the_sub_certificate) {
+TEST_F(SignValidate, Lenovo_check_of_run_ignores_sub_certificate) {
     for (const char *certificate : {"", "none.pem"}) {
         Set(2, 1, 1);
         Put(args.szVerifyKeyFile, "k.pem");
@@ -141,7 +141,7 @@ TEST_F(SignJudge, Lenovo_check_of_a_run_ignores_the_sub_certificate) {
     }
 }
 
-TEST_F(SignJudge, Short_check_leaves_the_keys_alone) {
+TEST_F(SignValidate, Firmware_and_signature_check_keeps_key_fields) {
     Set(2, 1, 4);
     EXPECT_PASSES(handle.JudgeArgumentFwFileAndSigFile(&args));
     EXPECT_EQ(Get(args.szFwFile), Full("fw.bin"));
@@ -149,7 +149,7 @@ TEST_F(SignJudge, Short_check_leaves_the_keys_alone) {
     EXPECT_EQ(Get(args.szNextVerifyKeyFile), "n");
 }
 
-TEST_F(SignJudge, Short_check_has_the_same_order_and_no_hardware_exception) {
+TEST_F(SignValidate, Firmware_and_signature_check_has_no_hardware_exception) {
     Set(2, 2, 0, 1);
     Put(args.szFwFile, "none.bin");
     EXPECT_REFUSES(handle.JudgeArgumentFwFileAndSigFile(&args),
@@ -163,7 +163,7 @@ TEST_F(SignJudge, Short_check_has_the_same_order_and_no_hardware_exception) {
                    "Digital signature: Digital signature action type illegal! 0\n");
 }
 
-TEST_F(SignJudge, Unterminated_fields_are_read_with_their_bound) {
+TEST_F(SignValidate, Unterminated_fields_are_read_up_to_260_bytes) {
     Set(2, 1, 3);
     Put(args.szFwFile, "/" + std::string(300, 'f'));
     EXPECT_REFUSES(handle.JudgeArgument(&args),

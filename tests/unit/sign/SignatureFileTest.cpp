@@ -2,12 +2,12 @@
 
 using SignatureFile = SignTest;
 
-TEST_F(SignatureFile, Folder_is_empty_at_first) {
+TEST_F(SignatureFile, Current_directory_is_empty_before_it_is_set) {
     EXPECT_EQ(CCpDigitalSignArgsHandle().GetCurrentDir(), "");
     EXPECT_EQ(handle.GetCurrentDir(), folder.Path());
 }
 
-TEST_F(SignatureFile, Two_combinations_are_refused) {
+TEST_F(SignatureFile, Lenovo_signing_and_hardware_verifying_are_rejected) {
     for (int action = 0; action <= 3; ++action) {
         for (int type = 0; type <= 3; ++type) {
             for (int mode = 0; mode <= 5; ++mode) {
@@ -35,7 +35,7 @@ TEST_F(SignatureFile, Two_combinations_are_refused) {
     }
 }
 
-TEST_F(SignatureFile, Signing_writes_beside_the_firmware_unless_told_otherwise) {
+TEST_F(SignatureFile, Default_signature_file_is_in_firmware_directory) {
     Field field;
     EXPECT_PASSES(handle.GetSignatureFile(kSign, "/any/fw.bin", field.Data()));
     EXPECT_EQ(field.Text(), "/any/fw.bin.sig");
@@ -49,7 +49,7 @@ TEST_F(SignatureFile, Signing_writes_beside_the_firmware_unless_told_otherwise) 
     EXPECT_TRUE(field.IsClean());
 }
 
-TEST_F(SignatureFile, Verifying_needs_an_existing_signature) {
+TEST_F(SignatureFile, Verifying_needs_existing_signature_file) {
     Field field;
     EXPECT_REFUSES(handle.GetSignatureFile(kVerify, Full("fw.bin"), field.Data()),
                    "Digital signature: Signature file is missing!\n");
@@ -62,7 +62,7 @@ TEST_F(SignatureFile, Verifying_needs_an_existing_signature) {
     EXPECT_EQ(field.Text(), Full("k.pem"));
 }
 
-TEST_F(SignatureFile, Other_actions_are_illegal) {
+TEST_F(SignatureFile, Action_other_than_sign_and_verify_is_rejected) {
     for (const int action : {0, 3, 77}) {
         Field field("k.pem");
         EXPECT_REFUSES(

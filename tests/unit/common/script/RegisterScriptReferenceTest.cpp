@@ -200,7 +200,7 @@ class RegisterScriptReference : public testing::Test {
     std::mt19937 m_random{3};
 };
 
-TEST_F(RegisterScriptReference, Random_bytes_run_alike) {
+TEST_F(RegisterScriptReference, Random_bytes_run_as_by_reference) {
     for (int round = 0; round < 300 && !HasFatalFailure(); ++round) {
         Bytes bytes(Below(16));
         for (unsigned char &byte : bytes) {
@@ -210,7 +210,7 @@ TEST_F(RegisterScriptReference, Random_bytes_run_alike) {
     }
 }
 
-TEST_F(RegisterScriptReference, Random_records_run_alike) {
+TEST_F(RegisterScriptReference, Random_records_run_as_by_reference) {
     const std::vector<std::size_t> sizes = {3, 1, 1, 3, 4, 2, 3, 2, 4, 3, 1, 1, 2, 8,
                                             5, 4, 4, 5, 3, 7, 6, 6, 5, 5, 6, 6, 9};
     for (int round = 0; round < 1500 && !HasFatalFailure(); ++round) {

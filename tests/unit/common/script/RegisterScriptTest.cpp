@@ -87,20 +87,20 @@ TEST_F(RegisterScript, Every_opcode_makes_its_call) {
     }
 }
 
-TEST_F(RegisterScript, Reads_fill_the_output_one_after_the_other) {
+TEST_F(RegisterScript, Reads_fill_output_one_after_another) {
     m_count = 100;
     EXPECT_EQ(Run({5, 1, 7, 2, 9, 3, 4, 12, 5, 18, 0, 6, 23, 7, 0, 3, 1, 5, 8}), 0);
     EXPECT_EQ(Out(10), (Bytes{1, 2, 3, 4, 5, 6, 7, 8, 9, 0}));
     EXPECT_EQ(m_count, 109U);
 }
 
-TEST_F(RegisterScript, Counter_may_be_missing) {
+TEST_F(RegisterScript, Null_counter_is_accepted) {
     Bytes script = {5, 1, 21, 0, 1, 0, 2, 1, 7, 2};
     EXPECT_EQ(RunCommand(script.data(), 10, &m_comm, m_out, nullptr), 0);
     EXPECT_EQ(Out(5), (Bytes{1, 2, 3, 4, 0}));
 }
 
-TEST_F(RegisterScript, Reads_of_one_byte_need_an_output_pointer) {
+TEST_F(RegisterScript, Single_byte_read_fails_without_output_pointer) {
     for (const Bytes &script :
          {Bytes{5, 0x10}, Bytes{7, 1}, Bytes{9, 1, 2}, Bytes{12, 1}, Bytes{18, 1, 2}}) {
         EXPECT_EQ(RunWithoutOutput(script), 2) << int{script[0]};
@@ -122,7 +122,7 @@ TEST_F(RegisterScript, Empty_script_succeeds) {
     EXPECT_EQ(RunCommand(nullptr, 1, &m_comm, m_out, &m_count), 1);
 }
 
-TEST_F(RegisterScript, Opcodes_from_27_are_unknown) {
+TEST_F(RegisterScript, Opcodes_from_27_return_unknown) {
     EXPECT_EQ(Run({0x1B}), 1);
     EXPECT_EQ(Run({0xFF}), 1);
     EXPECT_EQ(Run({1, 27, 2}), 1);
@@ -134,14 +134,14 @@ TEST_F(RegisterScript, Opcodes_10_and_11_are_unsupported) {
     EXPECT_EQ(Run({11}), 2);
 }
 
-TEST_F(RegisterScript, Script_stops_at_the_first_failure) {
+TEST_F(RegisterScript, Script_stops_at_first_failure) {
     m_comm.failures[3] = 0x80000001;
     EXPECT_EQ(Run({5, 1, 5, 2, 5, 3, 5, 4}), static_cast<int>(0x80000001));
     EXPECT_EQ(m_comm.calls.size(), 3U);
     EXPECT_EQ(m_count, 2U) << "a failed read is not counted";
 }
 
-TEST_F(RegisterScript, Failed_block_read_keeps_what_was_delivered_before) {
+TEST_F(RegisterScript, Failed_block_read_keeps_earlier_output) {
     for (const Bytes &block :
          {Bytes{21, 0, 1, 0, 2, 1}, Bytes{23, 1, 0, 2, 1}, Bytes{25, 0, 1, 0, 2, 1}}) {
         m_comm.calls.clear();
@@ -156,12 +156,12 @@ TEST_F(RegisterScript, Failed_block_read_keeps_what_was_delivered_before) {
     }
 }
 
-TEST_F(RegisterScript, Waits_are_milliseconds) {
+TEST_F(RegisterScript, Wait_operand_is_in_milliseconds) {
     EXPECT_EQ(Run({0, 0, 5, 0, 0xFF, 0xFF, 0, 0, 0}), 0);
     EXPECT_EQ(g_waits, (std::vector<unsigned int>{5000, 65535000, 0}));
 }
 
-TEST_F(RegisterScript, Poll_ends_at_the_first_match) {
+TEST_F(RegisterScript, Poll_ends_at_first_match) {
     m_comm.reads = {0x01, 0x12, 0xF3};
     EXPECT_EQ(Run({13, 0x20, 0x0F, 0xA3, 0, 9, 0x01, 0x00, 2}), 0);
     EXPECT_EQ(m_comm.calls,
@@ -170,7 +170,7 @@ TEST_F(RegisterScript, Poll_ends_at_the_first_match) {
     EXPECT_EQ(m_count, 0U) << "a poll delivers nothing";
 }
 
-TEST_F(RegisterScript, Poll_waits_after_its_last_try_too) {
+TEST_F(RegisterScript, Poll_also_waits_after_last_try) {
     EXPECT_EQ(Run({13, 0x20, 0xFF, 0x99, 0, 2, 0, 7, 2}), 3);
     EXPECT_EQ(m_comm.calls, (Calls{"ReadMcuReg 20", "ReadMcuReg 20"}));
     EXPECT_EQ(g_waits, (std::vector<unsigned int>{7000, 7000}));
@@ -182,12 +182,12 @@ TEST_F(RegisterScript, Poll_without_tries_fails_at_once) {
     EXPECT_TRUE(g_waits.empty());
 }
 
-TEST_F(RegisterScript, Poll_counts_its_tries_in_two_bytes) {
+TEST_F(RegisterScript, Poll_count_is_operand_of_two_bytes) {
     EXPECT_EQ(Run({13, 0x20, 0xFF, 0x00, 1, 2, 0, 0}), 0) << "0 comes after 255 reads";
     EXPECT_EQ(m_comm.calls.size(), 256U);
 }
 
-TEST_F(RegisterScript, Failed_read_ends_a_poll_with_its_status) {
+TEST_F(RegisterScript, Failed_read_ends_poll_with_its_status) {
     m_comm.failures[2] = 77;
     EXPECT_EQ(Run({13, 0x20, 0xFF, 0x02, 0, 9, 0, 1}), 77) << "though the value would match";
     EXPECT_EQ(m_comm.calls.size(), 2U);
@@ -208,19 +208,19 @@ TEST_F(RegisterScript, Opcode_26_skips_the_last_block_length) {
                      "WriteRegs 1 0 inc 0", "Write32BitRegEx 1 2", "ScalerRun"}));
 }
 
-TEST_F(RegisterScript, Block_length_does_not_outlive_a_run) {
+TEST_F(RegisterScript, Block_length_is_reset_for_each_run) {
     EXPECT_EQ(Run({23, 1, 0, 3, 0}), 0);
     EXPECT_EQ(Run({26, 0, 0, 0, 1, 0, 0, 0, 2, 1}), 0);
     EXPECT_EQ(m_comm.calls.back(), "ScalerRun");
 }
 
-TEST_F(RegisterScript, Operands_are_read_beyond_the_length) {
+TEST_F(RegisterScript, Operands_are_read_past_given_length) {
     Bytes script = {1, 3, 0x10, 0x20, 1};
     EXPECT_EQ(RunCommand(script.data(), 2, &m_comm, m_out, &m_count), 0);
     EXPECT_EQ(m_comm.calls, (Calls{"ScalerRun", "WriteReg 10 20"}));
 }
 
-TEST_F(RegisterScript, Largest_block_ends_behind_the_length) {
+TEST_F(RegisterScript, Largest_block_is_read_past_given_length) {
     Bytes script = {20, 0, 1, 0xFF, 0xFF, 1};
     script.resize(6 + 65535, 0x5A);
     script.push_back(2);
@@ -230,7 +230,7 @@ TEST_F(RegisterScript, Largest_block_ends_behind_the_length) {
     EXPECT_EQ(m_comm.calls.size(), 3U);
 }
 
-TEST_F(RegisterScript, Without_a_library_records_that_need_it_end_with_6) {
+TEST_F(RegisterScript, Records_that_need_library_return_6_without_it) {
     Bytes script = {0, 0, 1, 1};
     EXPECT_EQ(RunCommand(script.data(), 4, nullptr, m_out, &m_count), 6);
     EXPECT_EQ(g_waits, std::vector<unsigned int>{1000});
@@ -249,7 +249,7 @@ class ThrowingComm : public CNxComm {
     }
 };
 
-TEST_F(RegisterScript, Exception_of_the_library_ends_the_script) {
+TEST_F(RegisterScript, Exception_of_library_ends_script) {
     ThrowingComm comm;
     unsigned char script = 1;
     EXPECT_EQ(RunCommand(&script, 1, &comm, nullptr, nullptr), 6);
