@@ -65,7 +65,7 @@ expect 0 'cmp $D/monitor.bin $D/dump.bin && echo identical'
 say 'A file that was changed after signing is refused; nothing is programmed.'
 expect 0 'cp $D/monitor.bin $D/changed.bin'
 expect 0 'printf "VS27-6.66" | dd of=$D/changed.bin bs=1 seek=65504 conv=notrunc 2>/dev/null'
-expect 1 'ispctl run --virtual --isp --sw --dsmode 3 --fw $D/changed.bin --signfile $D/monitor.sig --vkfile $D/verify.pem'
+expect 6 'ispctl run --virtual --isp --sw --dsmode 3 --fw $D/changed.bin --signfile $D/monitor.sig --vkfile $D/verify.pem'
 expect 0 'ispctl run --virtual --recordver --flash'
 
 say 'A device that fails at bank 3.'

@@ -126,7 +126,7 @@ ValueForm FormOf(const OptionFacts &option) {
     if (option.form.starts_with("bytes")) {
         return BytesForm(option);
     }
-    if (option.form == "file") {
+    if (option.form.starts_with("file")) {
         ValueForm form;
         form.kind = ValueForm::Kind::File;
         return form;
@@ -178,7 +178,7 @@ std::string ExampleOf(const OptionFacts &option) {
 }
 
 bool IsPassedAsTyped(const OptionFacts &option) {
-    return Contains(option.meaning, "exactly as given");
+    return option.form == "file as given";
 }
 
 std::string JoinWithOr(const std::vector<std::string> &words) {

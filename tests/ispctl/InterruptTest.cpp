@@ -93,7 +93,7 @@ TEST(Interrupt, SIGTERM_does_not_count_as_first_interrupt) {
 // As on a terminal, where both processes get the signal.
 TEST(Interrupt, Library_process_leaves_signals_to_ispctl) {
     const ConsoleResult result =
-        RunShell("setsid sh -c '$ISPCTL run --lib $SCRIPTED sleep:1500 message:done & "
+        RunShell("setsid sh -c '$ISPCTL run --verbatim --lib $SCRIPTED sleep:1500 message:done & "
                  "sleep 0.5; trap : INT TERM HUP QUIT; "
                  "for signal in INT TERM HUP QUIT; do kill -$signal 0; done; wait $!; wait $!'");
     EXPECT_EQ(result.status, 0);

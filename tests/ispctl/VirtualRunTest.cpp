@@ -90,7 +90,7 @@ TEST_F(VirtualRun, Failing_bank_returns_code_of_plugin) {
     SetFaults("fail-bank 1 code 0x7003\n");
     const ConsoleResult result = Run({"--isp", "--fw", m_firmware});
     EXPECT_EQ(result.status, 1);
-    EXPECT_THAT(result.out, EndsWith("\033[31mFail! Error Code: 0x7003\n\033[m"));
+    EXPECT_THAT(result.out, EndsWith("Fail! Error Code: 0x7003\n"));
     EXPECT_THAT(result.err,
                 testing::ContainsRegex("ispctl: failed with 0x7003 at [0-9]+ %: error "
                                        "code of the plug-in \\(see its documentation\\); "
@@ -146,8 +146,9 @@ TEST_F(VirtualRun, Modified_firmware_is_rejected_before_programming) {
     const ConsoleResult refused = run("--isp");
 
     EXPECT_EQ(refused.status, 6);
-    EXPECT_THAT(refused.err, HasSubstr("ispctl: failed with 0x4003: the signature of the firmware "
-                                       "is not good; the state of the device is unknown\n"));
+    EXPECT_THAT(refused.err,
+                HasSubstr("ispctl: failed with 0x4003: the firmware signature is invalid; "
+                          "the state of the device is unknown\n"));
     EXPECT_THAT(m_folder.Read("device/journal.txt"), Not(HasSubstr("IspFlash")));
 }
 #endif
@@ -158,7 +159,8 @@ TEST_F(VirtualRun, Moved_ispctl_finds_its_libraries) {
     fs::create_directories(m_folder.Path("moved/lib"));
     fs::copy_file(ISPCTL_EXECUTABLE, m_folder.Path("moved/bin/ispctl"));
     fs::copy_file(library, m_folder.Path("moved/lib/") + library.filename().string());
-    const std::string command = m_folder.Path("moved/bin/ispctl") + " run --isp --fw no.bin 2>&1";
+    const std::string command =
+        m_folder.Path("moved/bin/ispctl") + " run --verbatim --isp --fw no.bin 2>&1";
     std::FILE *pipe = ::popen(command.c_str(), "r");
     ASSERT_NE(pipe, nullptr);
     std::array<char, 4096> buffer{};

@@ -197,6 +197,10 @@ TEST_F(ExplainedCall, Boot_pass_comes_before_the_action) {
     const auto document = Explain(line);
     EXPECT_TRUE(Call(line));
     EXPECT_EQ(CallsOfPlugIns(), (Words{"SetUIFunction", "IspFlash", "IspFlash"}));
+    // Both passes call the same function; the record of the last call is the action's.
+    const auto &plan = document["plan"];
+    EXPECT_EQ(plan[plan.size() - 4]["step"], "program-boot-firmware");
+    EXPECT_EQ(plan[plan.size() - 3]["step"], "call-action");
     EXPECT_EQ(FunctionsOf(document["plan"]), CallsOfPlugIns());
     ExpectSameRecord("command.rec", "explained");
 }

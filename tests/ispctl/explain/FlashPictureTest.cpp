@@ -20,6 +20,10 @@ struct PictureCase {
     std::vector<std::string> remarks;
 };
 
+void PrintTo(const PictureCase &row, std::ostream *stream) {
+    *stream << row.name;
+}
+
 const PictureCase kPictures[] = {
     {"Nothing", {}, "................", {}, {}, {}},
     {"OneFile", {{"/a", 0, 0}, {"/a", 1, 1}}, "AA..............", {}, {}, {}},

@@ -94,7 +94,7 @@ bool HasFatal(const std::vector<Finding> &findings) {
 TEST_F(RandomLine, Fatal_findings_exist_exactly_if_the_library_refuses) {
     int refused = 0;
     int accepted = 0;
-    for (int i = 0; i < 1500; ++i) {
+    for (int i = 0; i < 300; ++i) {
         const Words line = Make();
         const Findings findings = Check(line);
         const bool isRefused = !m_context.parse(line).accepted;

@@ -64,7 +64,7 @@ TEST_F(ScriptRun, Failed_initialisation_of_library_runs_no_script) {
 TEST_F(ScriptRun, Library_that_exits_fails_run) {
     const EnvGuard exits("RECORDING_COMM_EXITS", "ScalerRun");
     const ConsoleResult result = Run("ScalerStop\nScalerRun\nScalerStop");
-    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.status, 7);
     EXPECT_EQ(
         result.err,
         "comm Initiallize\ncomm ScalerStop\ncomm ScalerRun\n"
