@@ -43,6 +43,24 @@ TEST(VirtualScalerPage, Page_lists_every_result_code_with_meaning_and_no_other) 
     }
 }
 
+TEST(VirtualScalerCodes, File_gives_meaning_and_remedy_of_every_plugin_code) {
+    std::ifstream file(VIRTUAL_ISP_CODES);
+    std::ostringstream codes;
+    codes << file.rdbuf();
+    for (const Row &row : {
+#define ROW(NAME, VALUE, MEANING) Row{VALUE, MEANING},
+             VIRTUAL_ISP_RESULT_CODES(ROW)
+#undef ROW
+         }) {
+        if (row.code != 0) {
+            char line[200];
+            std::snprintf(line, sizeof line, "\n0x%X %s | ", static_cast<unsigned>(row.code),
+                          row.meaning);
+            EXPECT_THAT(codes.str(), testing::HasSubstr(line));
+        }
+    }
+}
+
 TEST(VirtualScalerPage, Codes_differ_from_those_of_library) {
     for (const Row &row : kRows) {
         EXPECT_TRUE(row.code == 0 || (row.code >= 0x5A01 && row.code <= 0x5BFF)) << row.meaning;
