@@ -17,12 +17,15 @@
 #include "JsonEvents.h"
 #include "LibraryArguments.h"
 #include "LibraryProcess.h"
+#include "ParserHint.h"
 #include "RunCommand.h"
 #include "Session.h"
 #include "doctor/AddDoctor.h"
 #include "edid/AddEdid.h"
 #include "explain/AddExplain.h"
 #include "explain/ExplainCommand.h"
+#include "line/FindingTable.h"
+#include "line/NearestName.h"
 #include "script/AddScript.h"
 
 namespace {
@@ -40,6 +43,26 @@ Examples:
 
 )";
 
+/// Throws CLI::ValidationError, with the nearest name, for a finding that does not exist: a
+/// misspelt name would accept nothing.
+void AddAllowed(const std::string &names, std::vector<std::string> &allowed) {
+    std::istringstream words(names);
+    for (std::string name; std::getline(words, name, ',');) {
+        if (ispctl::FindFindingRow(name) == nullptr) {
+            std::vector<std::string_view> known;
+            for (const ispctl::FindingRow &row : ispctl::kFindingRows) {
+                known.push_back(row.name);
+            }
+            const auto nearest = ispctl::NearestName(name, known);
+            throw CLI::ValidationError(
+                "--allow",
+                "there is no finding " + name +
+                    (nearest.empty() ? "" : "; did you mean " + std::string(nearest) + "?"));
+        }
+        allowed.push_back(name);
+    }
+}
+
 CLI::App *AddRun(CLI::App &app, ispctl::RunOptions &options) {
     CLI::App *run = app.add_subcommand(
         "run", "Passes ARGS to the library as one command line and shows the run.");
@@ -54,10 +77,9 @@ CLI::App *AddRun(CLI::App &app, ispctl::RunOptions &options) {
         ->disable_flag_override();
     run->add_option("--log", options.log, "append the run to FILE, with timestamps")
         ->type_name("FILE");
-    run->add_option("--allow", options.allowed,
-                    "run in spite of these findings, by name, separated by commas")
-        ->delimiter(',')
-        ->expected(1)
+    run->add_option_function<std::string>(
+           "--allow", [&options](const std::string &names) { AddAllowed(names, options.allowed); },
+           "run in spite of these findings, by name, separated by commas")
         ->type_name("NAME,...");
     run->add_flag("--verbatim", options.verbatim, "pass ARGS unchecked and show text unchanged")
         ->disable_flag_override();
@@ -87,7 +109,8 @@ bool CutOffLibraryArguments(const CLI::App &command, std::vector<std::string> &a
 
 /// Prints the parser's help, version or error through the streams, so that a failed write is
 /// noticed.
-ispctl::ExitStatus ShowParserEnd(const CLI::App &app, const CLI::ParseError &end, bool json,
+ispctl::ExitStatus ShowParserEnd(const CLI::App &app, const std::vector<std::string> &arguments,
+                                 const CLI::ParseError &end, bool json,
                                  ispctl::ConsoleStreams &streams) {
     std::ostringstream output;
     std::ostringstream error;
@@ -96,6 +119,9 @@ ispctl::ExitStatus ShowParserEnd(const CLI::App &app, const CLI::ParseError &end
         return ispctl::kExitSuccess;
     }
     streams.Print(ispctl::Stream::Error, error.str());
+    if (const std::string hint = ispctl::NearestArgument(app, arguments); !hint.empty()) {
+        streams.PrintMessage(hint);
+    }
     if (json) {
         ispctl::JsonEvents::WriteNotCalled(streams, ispctl::kExitUsage, "usage", end.what(), {});
     }
@@ -122,10 +148,10 @@ ispctl::ExitStatus Main(ispctl::Session &session, ispctl::RunOptions &runOptions
     const bool json = CutOffLibraryArguments(*run, arguments, runOptions.arguments);
     CutOffLibraryArguments(*explain, arguments, explainOptions.arguments);
     try {
-        std::reverse(arguments.begin(), arguments.end()); // the parser expects the last one first
-        app.parse(std::move(arguments));
+        // The parser expects the last one first.
+        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::ParseError &end) {
-        return ShowParserEnd(app, end, json, session.streams);
+        return ShowParserEnd(app, arguments, end, json, session.streams);
     }
     if (!run->parsed()) {
         return status;
