@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds the #include lines against the picture of the rooms: includes go downward only.
+"""Holds the #include lines against the picture of the layers: includes go downward only.
 
     entry --> args --> settings, sign --> common --> abi
     entry --> plugins ------------------> common
@@ -14,7 +14,7 @@ import sys
 
 from tracked_files import ROOT, report, tracked_texts
 
-# Room -> the rooms directly below it.
+# Layer -> the layers directly below it.
 BELOW = {
     "entry": ["args", "plugins"],
     "args": ["settings", "sign"],
@@ -31,25 +31,25 @@ ENTRY_HEADER = "scaler_isp/OperateScaler.h"
 INCLUDE = re.compile(r'^\s*#\s*include\s+([<"])([^>"]+)[>"]', re.MULTILINE)
 
 
-def reachable(room):
-    """A room and all rooms below it."""
-    rooms = {room}
-    for below in BELOW[room]:
-        rooms |= reachable(below)
-    return rooms
+def reachable(layer):
+    """A layer and all layers below it."""
+    layers = {layer}
+    for below in BELOW[layer]:
+        layers |= reachable(below)
+    return layers
 
 
-def room_of(path):
-    """The room of a file of the library, None for the two headers at the top."""
+def layer_of(path):
+    """The layer of a file of the library, None for the two headers at the top."""
     parts = path.split("/")[1:-1]
     return "/".join(parts) if parts else None
 
 
-def may_include(room, target):
-    """The two headers at the top stand above all rooms; one of them declares what entry defines."""
-    if room is None:
+def may_include(layer, target):
+    """The two headers at the top stand above all layers; one of them declares what entry defines."""
+    if layer is None:
         return True
-    return target == ENTRY_HEADER and room == "entry" or room_of(target) in reachable(room)
+    return target == ENTRY_HEADER and layer == "entry" or layer_of(target) in reachable(layer)
 
 
 def public_headers():
@@ -60,14 +60,14 @@ def public_headers():
 
 
 def library_problems(name, text, public):
-    room = room_of(name)
-    if room is not None and room not in BELOW:
-        return [f"{name}: the picture has no room {room}"]
+    layer = layer_of(name)
+    if layer is not None and layer not in BELOW:
+        return [f"{name}: the picture has no layer {layer}"]
     problems = []
     for style, target in INCLUDE.findall(text):
         if target.startswith("scaler_isp/"):
-            if not may_include(room, target):
-                problems.append(f"{name}: {room} must not include {target}")
+            if not may_include(layer, target):
+                problems.append(f"{name}: {layer} must not include {target}")
             if name in public and target not in public:
                 problems.append(f"{name}: an installed header must not include the internal {target}")
             if not (ROOT / target).is_file():

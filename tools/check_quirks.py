@@ -26,7 +26,7 @@ def main():
     names = test_names()
     problems += [f"{entry.place}: no test is called {entry.test}"
                  for entry in kept if entry.test not in names]
-    return report(f"kept ({len(kept)} comments)", problems)
+    return report(f"quirks ({len(kept)} comments)", problems)
 
 
 if __name__ == "__main__":

@@ -27,14 +27,14 @@ TITLES = {
 
 def page():
     kept, problems = all_kept()
-    rooms = {}
+    layers = {}
     for entry in kept:
         folder = entry.place.split(":")[0].split("/", 1)[1].rpartition("/")[0]
-        rooms.setdefault(folder, []).append(entry)
+        layers.setdefault(folder, []).append(entry)
     parts = [HEAD]
-    for room in sorted(rooms, key=lambda name: TITLES.get(name, name)):
-        lines = sorted({f"- **{e.test.replace('_', ' ')}**: {e.sentence}\n" for e in rooms[room]})
-        parts.append(f"\n## {TITLES.get(room, room)}\n\n" + "".join(lines))
+    for layer in sorted(layers, key=lambda name: TITLES.get(name, name)):
+        lines = sorted({f"- **{e.test.replace('_', ' ')}**: {e.sentence}\n" for e in layers[layer]})
+        parts.append(f"\n## {TITLES.get(layer, layer)}\n\n" + "".join(lines))
     return "".join(parts), problems
 
 

@@ -90,17 +90,17 @@ void journal_bytes(FILE *file, const char *name, const unsigned char *bytes, siz
     }
 }
 
-void journal_wide_value(FILE *file, const wchar_t *text, size_t room) {
+void journal_wide_value(FILE *file, const wchar_t *text, size_t capacity) {
     size_t i = 0;
     fputc('"', file);
-    for (; i < room && text[i] != L'\0'; ++i) {
+    for (; i < capacity && text[i] != L'\0'; ++i) {
         put_wide_char(file, (unsigned long)text[i]);
     }
-    fputs(i == room ? "\"(full)" : "\"", file);
-    for (; i < room; ++i) {
+    fputs(i == capacity ? "\"(full)" : "\"", file);
+    for (; i < capacity; ++i) {
         if (text[i] != L'\0') {
             fprintf(file, "+%lu\"", (unsigned long)i);
-            for (; i < room && text[i] != L'\0'; ++i) {
+            for (; i < capacity && text[i] != L'\0'; ++i) {
                 put_wide_char(file, (unsigned long)text[i]);
             }
             fputc('"', file);
@@ -108,10 +108,10 @@ void journal_wide_value(FILE *file, const wchar_t *text, size_t room) {
     }
 }
 
-void journal_wide(FILE *file, const char *name, const wchar_t *text, size_t room) {
+void journal_wide(FILE *file, const char *name, const wchar_t *text, size_t capacity) {
     if (file != NULL) {
         fprintf(file, " %s=", name);
-        journal_wide_value(file, text, room);
+        journal_wide_value(file, text, capacity);
     }
 }
 
@@ -125,20 +125,20 @@ static void put_narrow_char(FILE *file, char value) {
     }
 }
 
-void journal_narrow(FILE *file, const char *name, const char *text, size_t room) {
+void journal_narrow(FILE *file, const char *name, const char *text, size_t capacity) {
     size_t i = 0;
     if (file == NULL) {
         return;
     }
     fprintf(file, " %s=\"", name);
-    for (; i < room && text[i] != '\0'; ++i) {
+    for (; i < capacity && text[i] != '\0'; ++i) {
         put_narrow_char(file, text[i]);
     }
-    fputs(i == room ? "\"(full)" : "\"", file);
-    for (; i < room; ++i) {
+    fputs(i == capacity ? "\"(full)" : "\"", file);
+    for (; i < capacity; ++i) {
         if (text[i] != '\0') {
             fprintf(file, "+%lu\"", (unsigned long)i);
-            for (; i < room && text[i] != '\0'; ++i) {
+            for (; i < capacity && text[i] != '\0'; ++i) {
                 put_narrow_char(file, text[i]);
             }
             fputc('"', file);

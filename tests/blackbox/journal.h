@@ -44,10 +44,10 @@ void journal_number(FILE *file, const char *name, int64_t value, int64_t usual);
 void journal_bytes(FILE *file, const char *name, const unsigned char *bytes, size_t count);
 /* The quoted text up to the first zero; "(full)" follows when there is none, and everything that is
  * not zero behind it as +POSITION"…". */
-void journal_wide(FILE *file, const char *name, const wchar_t *text, size_t room);
+void journal_wide(FILE *file, const char *name, const wchar_t *text, size_t capacity);
 /* The value alone; file is not null. */
-void journal_wide_value(FILE *file, const wchar_t *text, size_t room);
-void journal_narrow(FILE *file, const char *name, const char *text, size_t room);
+void journal_wide_value(FILE *file, const wchar_t *text, size_t capacity);
+void journal_narrow(FILE *file, const char *name, const char *text, size_t capacity);
 
 #ifdef __cplusplus
 }

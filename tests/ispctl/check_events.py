@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Validates every event of ispctl run --json against its JSON Schema: check_events.py ISPCTL JSONSCHEMA SCHEMA"""
+"""Validates every event of ispctl run --json: check_events.py ISPCTL JSONSCHEMA SCHEMA"""
 
 import json
 import os

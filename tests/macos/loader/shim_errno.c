@@ -52,8 +52,8 @@ static char *error_text(int number) {
 
 extern int __xpg_strerror_r(int, char *, size_t);
 
-static int error_text_into(int number, char *text, size_t room) {
-    return errno_to_macos(__xpg_strerror_r(errno_to_linux(number), text, room));
+static int error_text_into(int number, char *text, size_t capacity) {
+    return errno_to_macos(__xpg_strerror_r(errno_to_linux(number), text, capacity));
 }
 
 const struct shim shims_errno[] = {SHIM("___error", error_cell), SHIM("_strerror", error_text),

@@ -27,11 +27,11 @@ static void stack_was_overrun(void) {
 }
 
 /* The host program plays the executable. */
-static int path_of_process(int process, char *path, uint32_t room) {
+static int path_of_process(int process, char *path, uint32_t capacity) {
     char link[64];
     ssize_t length;
     snprintf(link, sizeof link, "/proc/%d/exe", process);
-    length = readlink(link, path, room - 1);
+    length = readlink(link, path, capacity - 1);
     if (length < 0) {
         return 0;
     }

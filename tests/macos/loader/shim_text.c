@@ -57,11 +57,11 @@ static size_t plain_wcrtomb(char *to, wchar_t value) {
     return 1;
 }
 
-/* At most n bytes to at most room characters. */
-static size_t plain_to_wide(wchar_t *to, const char **from, size_t n, size_t room) {
+/* At most n bytes to at most capacity characters. */
+static size_t plain_to_wide(wchar_t *to, const char **from, size_t n, size_t capacity) {
     const char *place = *from;
     size_t count = 0;
-    while (n-- > 0 && (to == NULL || count < room)) {
+    while (n-- > 0 && (to == NULL || count < capacity)) {
         if (to != NULL) {
             to[count] = (unsigned char)*place;
         }
@@ -76,10 +76,10 @@ static size_t plain_to_wide(wchar_t *to, const char **from, size_t n, size_t roo
     return count;
 }
 
-static size_t plain_to_bytes(char *to, const wchar_t **from, size_t n, size_t room) {
+static size_t plain_to_bytes(char *to, const wchar_t **from, size_t n, size_t capacity) {
     const wchar_t *place = *from;
     size_t count = 0;
-    while (n-- > 0 && (to == NULL || count < room)) {
+    while (n-- > 0 && (to == NULL || count < capacity)) {
         if (*place < 0 || *place > 255) {
             *from = to == NULL ? *from : place;
             errno = EILSEQ;
@@ -109,20 +109,25 @@ static size_t s_wcrtomb(char *to, wchar_t value, mbstate_t *state) {
     return is_plain() ? plain_wcrtomb(to, value) : wcrtomb(to, value, state);
 }
 
-static size_t s_mbsnrtowcs(wchar_t *to, const char **from, size_t n, size_t room, mbstate_t *s) {
-    return is_plain() ? plain_to_wide(to, from, n, room) : mbsnrtowcs(to, from, n, room, s);
+static size_t s_mbsnrtowcs(wchar_t *to, const char **from, size_t n, size_t capacity,
+                           mbstate_t *s) {
+    return is_plain() ? plain_to_wide(to, from, n, capacity) : mbsnrtowcs(to, from, n, capacity, s);
 }
 
-static size_t s_wcsnrtombs(char *to, const wchar_t **from, size_t n, size_t room, mbstate_t *s) {
-    return is_plain() ? plain_to_bytes(to, from, n, room) : wcsnrtombs(to, from, n, room, s);
+static size_t s_wcsnrtombs(char *to, const wchar_t **from, size_t n, size_t capacity,
+                           mbstate_t *s) {
+    return is_plain() ? plain_to_bytes(to, from, n, capacity)
+                      : wcsnrtombs(to, from, n, capacity, s);
 }
 
-static size_t s_mbsrtowcs(wchar_t *to, const char **from, size_t room, mbstate_t *s) {
-    return is_plain() ? plain_to_wide(to, from, SIZE_MAX, room) : mbsrtowcs(to, from, room, s);
+static size_t s_mbsrtowcs(wchar_t *to, const char **from, size_t capacity, mbstate_t *s) {
+    return is_plain() ? plain_to_wide(to, from, SIZE_MAX, capacity)
+                      : mbsrtowcs(to, from, capacity, s);
 }
 
-static size_t s_wcsrtombs(char *to, const wchar_t **from, size_t room, mbstate_t *s) {
-    return is_plain() ? plain_to_bytes(to, from, SIZE_MAX, room) : wcsrtombs(to, from, room, s);
+static size_t s_wcsrtombs(char *to, const wchar_t **from, size_t capacity, mbstate_t *s) {
+    return is_plain() ? plain_to_bytes(to, from, SIZE_MAX, capacity)
+                      : wcsrtombs(to, from, capacity, s);
 }
 
 static int mb_cur_max(void) {
@@ -161,22 +166,23 @@ static int s_mbtowc_l(wchar_t *to, const char *from, size_t n, void *l) {
     IN_LOCALE(int, is_plain() ? (int)plain_mbrtowc(to, from, n) : mbtowc(to, from, n));
 }
 
-static size_t s_mbsnrtowcs_l(wchar_t *to, const char **from, size_t n, size_t room, mbstate_t *s,
-                             void *l) {
-    IN_LOCALE(size_t, s_mbsnrtowcs(to, from, n, room, s));
+static size_t s_mbsnrtowcs_l(wchar_t *to, const char **from, size_t n, size_t capacity,
+                             mbstate_t *s, void *l) {
+    IN_LOCALE(size_t, s_mbsnrtowcs(to, from, n, capacity, s));
 }
 
-static size_t s_mbsrtowcs_l(wchar_t *to, const char **from, size_t room, mbstate_t *s, void *l) {
-    IN_LOCALE(size_t, s_mbsrtowcs(to, from, room, s));
+static size_t s_mbsrtowcs_l(wchar_t *to, const char **from, size_t capacity, mbstate_t *s,
+                            void *l) {
+    IN_LOCALE(size_t, s_mbsrtowcs(to, from, capacity, s));
 }
 
 static size_t s_wcrtomb_l(char *to, wchar_t value, mbstate_t *s, void *l) {
     IN_LOCALE(size_t, s_wcrtomb(to, value, s));
 }
 
-static size_t s_wcsnrtombs_l(char *to, const wchar_t **from, size_t n, size_t room, mbstate_t *s,
-                             void *l) {
-    IN_LOCALE(size_t, s_wcsnrtombs(to, from, n, room, s));
+static size_t s_wcsnrtombs_l(char *to, const wchar_t **from, size_t n, size_t capacity,
+                             mbstate_t *s, void *l) {
+    IN_LOCALE(size_t, s_wcsnrtombs(to, from, n, capacity, s));
 }
 
 /* ---- character classes: macOS's headers read a table, bits as there ---- */
@@ -274,7 +280,7 @@ static int is_character(const char *place) {
     return value <= 0x10FFFF;
 }
 
-static size_t convert(iconv_t conversion, char **from, size_t *left, char **to, size_t *room) {
+static size_t convert(iconv_t conversion, char **from, size_t *left, char **to, size_t *capacity) {
     if (conversion == substitute && substitute_reads_wide && from != NULL && *from != NULL) {
         size_t i;
         for (i = 0; i + 4 <= *left; i += 4) {
@@ -284,7 +290,7 @@ static size_t convert(iconv_t conversion, char **from, size_t *left, char **to, 
             }
         }
     }
-    return iconv(conversion, from, left, to, room);
+    return iconv(conversion, from, left, to, capacity);
 }
 
 const struct shim shims_text[] = {SHIM("_mbrtowc", s_mbrtowc),
