@@ -142,7 +142,7 @@ TEST_F(RunChecks, Misspelt_argument_of_ispctl_is_answered_with_the_nearest_one) 
         {{"explian"}, "explian: did you mean explain?"},
         {{"--versoin"}, "--versoin: did you mean --version?"},
         {{"edid", "--txt", "x"}, "--txt: did you mean --text?"},
-        {{"script", "chek", "x"}, "chek: did you mean check?"},
+        {{"script", "lists", "x"}, "lists: did you mean list?"},
         {{"doctor", "--jsno"}, "--jsno: did you mean --json?"},
         {{"run", "--allow", "no-efect", "--isp"}, "did you mean no-effect?"},
     };
