@@ -10,7 +10,7 @@ namespace ispctl {
 /* clang-format off */
 #define ISPCTL_EXIT_STATUSES(X) \
     X(kExitSuccess, 0, "success") \
-    X(kExitFailed, 1, "failed, or read and found wrong") \
+    X(kExitFailed, 1, "failed, or the input is wrong") \
     X(kExitUsage, 2, "usage error of ispctl itself, or the library could not be opened") \
     X(kExitFindings, 3, "findings that the library would accept (explain, doctor)") \
     X(kExitRefused, 4, "refused: by a finding about the command line, or by the library") \

@@ -7,6 +7,10 @@
 #include <system_error>
 #include <unistd.h>
 
+#if defined(__SANITIZE_ADDRESS__)
+#include <sanitizer/lsan_interface.h>
+#endif
+
 #include "Environment.h"
 #include "LibrarySymbols.h"
 #include "Pipe.h"
@@ -105,7 +109,10 @@ ParsedLine LibraryParser::Parse(const std::vector<std::string> &arguments) const
     const int count = static_cast<int>(argv.size());
     argv.push_back(nullptr);
     // Made in the library and never destroyed: its destructor is not a function of the library.
-    // Few are made, and the process that makes them is short-lived.
+    // What it holds besides its storage is lost, a few strings; the process is short-lived.
+#if defined(__SANITIZE_ADDRESS__)
+    const __lsan::ScopedDisabler deliberateLeak;
+#endif
     void *parser =
         ::operator new(sizeof(CCpIspArgsParse), std::align_val_t(alignof(CCpIspArgsParse)));
     m_construct(parser);

@@ -74,14 +74,19 @@ bool CheckAndReport(const RunOptions &options, Call &call, ParentLink &link) {
     std::string missing;
     const auto parser = LibraryParser::Find(call.library, missing);
     if (parser) {
-        call.records = parser->Parse(options.arguments).records;
-        context.parse = [&](const auto &arguments) { return parser->Parse(arguments); };
+        context.parse = [&](const std::vector<std::string> &arguments) {
+            ParsedLine parsed = parser->Parse(arguments);
+            if (arguments == options.arguments) {
+                call.records = parsed.records;
+            }
+            return parsed;
+        };
     } else {
         report.notice = "the library does not offer its parser (" + missing +
                         "), so the command line is checked in part only";
     }
     if (options.verbatim) {
-        return true;
+        return true; // not even parsed: a pipe that is named as a file would be opened for it
     }
     report.findings = CheckLine(options.arguments, context);
     return link.Send(FrameKind::Findings, EncodeLineReport(report, kMaxFrame));

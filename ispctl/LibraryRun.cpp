@@ -114,7 +114,10 @@ std::optional<Frame> LibraryRun::WaitForFrame() {
     std::optional<Frame> frame;
     while (!frame && !m_child.Status()) {
         m_child.Wait(-1);
-        ReportSignals();
+        if (!m_child.DrainSignals().empty()) {
+            m_stoppedBeforeCall = true; // nothing is programmed yet
+            m_child.Kill();
+        }
         frame = m_child.NextFrame();
         m_child.DrainAvailable([this](Stream, std::string_view bytes) {
             m_earlyText += bytes.substr(0, kMaxEarlyText - m_earlyText.size());

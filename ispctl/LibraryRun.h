@@ -20,6 +20,10 @@ class LibraryRun {
     /// Waits for a frame before the call: each but the last one is answered by the caller.
     /// RETURNS nothing if the process ended without one.
     std::optional<Frame> WaitForFrame();
+    /// Whether a signal ended the process before the call.
+    bool WasStoppedBeforeCall() const {
+        return m_stoppedBeforeCall;
+    }
     /// The text written before the call, at most 64 KiB.
     const std::string &EarlyText() const {
         return m_earlyText;
@@ -51,6 +55,7 @@ class LibraryRun {
     std::string m_detail;
     std::optional<int> m_percent;
     bool m_calledBack = false;
+    bool m_stoppedBeforeCall = false;
     std::string m_problem;
     bool m_readable = true; ///< false: reading frames has failed
 };

@@ -90,8 +90,11 @@ std::string AdviceAfterStop(const RunOutcome &outcome) {
         return kRepeat;
     }
     const std::size_t index = outcome.banks.size() * static_cast<std::size_t>(percent) / 100;
-    return fmt::format("after {} % of {} banks, bank {} may be half written; {}", percent,
-                       outcome.banks.size(), outcome.banks[index], kRepeat);
+    // A plug-in may report a bank as soon as it is written, or only after it is verified.
+    const std::string next =
+        index + 1 < outcome.banks.size() ? fmt::format(" or {}", outcome.banks[index + 1]) : "";
+    return fmt::format("after {} % of {} banks, bank {}{} may be half written; {}", percent,
+                       outcome.banks.size(), outcome.banks[index], next, kRepeat);
 }
 
 } // namespace

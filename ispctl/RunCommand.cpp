@@ -35,12 +35,21 @@ class RunSession {
         std::optional<Frame> frame = m_run.WaitForFrame();
         if (frame && frame->kind == FrameKind::Findings) {
             if (!IsAccepted(DecodeLineReport(frame->payload))) {
+                const bool fatal =
+                    std::any_of(m_findings.begin(), m_findings.end(), [](const Finding &finding) {
+                        return finding.severity == FindingClass::Fatal;
+                    });
                 return NotCalled(kExitRefused, "check",
-                                 "refused, the library was not called; --allow NAME accepts single "
-                                 "findings, --verbatim passes the line unchecked");
+                                 fatal
+                                     ? "refused, the library was not called"
+                                     : "refused, the library was not called; --allow NAME accepts "
+                                       "single findings, --verbatim passes the line unchecked");
             }
             m_child.Answer();
             frame = m_run.WaitForFrame();
+        }
+        if (m_run.WasStoppedBeforeCall()) {
+            return NotCalled(kExitInterrupted, "check", "stopped before the library was called");
         }
         if (!frame) {
             m_streams.Print(Stream::Error, m_run.EarlyText());

@@ -59,6 +59,11 @@ void AddAllowed(const std::string &names, std::vector<std::string> &allowed) {
                 "there is no finding " + name +
                     (nearest.empty() ? "" : "; did you mean " + std::string(nearest) + "?"));
         }
+        if (name == "ispctl-option") {
+            throw CLI::ValidationError("--allow", name +
+                                                      " cannot be accepted: the library that was "
+                                                      "meant would not be opened");
+        }
         allowed.push_back(name);
     }
 }

@@ -11,11 +11,13 @@
 ///    are separated by spaces; a tab does not separate. Double quotes keep spaces inside an
 ///    argument. A line holds at most 10,239 bytes of UTF-8.
 ///  - Diagnostics go to standard output and standard error through C stdio. Standard output is
-///    flushed once, when the call returns; a flush that fails changes no result. A run that reaches
-///    the plug-in ends with one coloured line, "Success" or "Fail! Error Code: 0x…".
+///    flushed once, when the call returns; a flush that fails changes no result. A run that loads a
+///    plug-in or fails to ends with one coloured line, "Success" or "Fail! Error Code: 0x…"; only a
+///    successful --userdefinedinfo prints none.
 ///    WARNING: once a host has made stdout wide-oriented (fwide, wprintf, std::wcout), printf to it
 ///    fails and all diagnostics on it are lost.
-///  - Paths are converted in a thread locale made from the environment (LC_ALL, LC_CTYPE, LANG).
+///  - The path of the library is converted in a thread locale made from the environment (LC_ALL,
+///  LC_CTYPE, LANG).
 ///    The locale of the process and the host's uselocale neither matter nor change. For paths
 ///    outside ASCII the environment should name a UTF-8 locale.
 ///  - Nothing is thrown: an exception of a callback or plug-in ends here, with result -1.

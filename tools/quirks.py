@@ -10,7 +10,7 @@ TARGET = ROOT / "docs/quirks.md"
 HEAD = """# Quirks that stay
 
 Host tools, plug-ins and scripts of factory lines rely on the behaviour below, so it is kept on
-purpose. A test of the name in front holds each of them. Written by `tools/quirks.py` from the comments
+purpose. Each has a test of the same name. Written by `tools/quirks.py` from the comments
 in the code; change it there.
 """
 TITLES = {

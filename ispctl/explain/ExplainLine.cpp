@@ -11,6 +11,7 @@
 #include "Utf8.h"
 #include "explain/GivenBanks.h"
 #include "line/CheckLine.h"
+#include "line/Checks.h"
 
 namespace ispctl {
 namespace {
@@ -72,6 +73,12 @@ std::optional<Explanation> ExplainLine(const ExplainOptions &options, std::strin
     const ParseArguments parse = [&](const std::vector<std::string> &arguments) {
         return parser->Parse(arguments);
     };
+    std::error_code ignored;
+    const LineContext context{library->Directory(), fs::current_path(ignored), parse};
+    explanation.findings = CheckLine(options.arguments, context);
+    if (NamesBlockingFile(options.arguments, context)) {
+        return explanation; // parsing would wait for a writer of the pipe
+    }
     const ParsedLine parsed = parse(options.arguments);
     explanation.accepted = parsed.accepted;
     explanation.printed = parsed.printed;
@@ -80,9 +87,6 @@ std::optional<Explanation> ExplainLine(const ExplainOptions &options, std::strin
         explanation.command = BytesOfRecord(parsed.records->command);
         explanation.sign = BytesOfRecord(parsed.records->sign);
     }
-    std::error_code ignored;
-    explanation.findings =
-        CheckLine(options.arguments, {library->Directory(), fs::current_path(ignored), parse});
     AddFlash(explanation, parsed, parse);
     return explanation;
 }

@@ -56,7 +56,17 @@ std::string_view WithoutDashes(std::string_view typed) {
 /// Names of one unknown option: that of ispctl, or the nearest of the library.
 std::string_view NearestOption(const GivenArgument &given) {
     const std::string_view name = WithoutDashes(given.typed);
-    return FindOwnOption(name) != nullptr ? name : NearestName(name, AllNames());
+    if (FindOwnOption(name) != nullptr) {
+        return name;
+    }
+    // An abbreviation of --virtual must not become a run on the real library.
+    constexpr std::size_t kFewest = 2;
+    for (const OwnOption &own : kOwnOptions) {
+        if (name.size() >= kFewest && own.name.starts_with(name)) {
+            return own.name;
+        }
+    }
+    return NearestName(name, AllNames());
 }
 
 bool HasJoinedValue(const LineUnderCheck &line, const GivenArgument &given) {
@@ -75,22 +85,10 @@ std::string AndItsValue(const GivenArgument *value) {
     return value != nullptr ? fmt::format(", and \"{}\" after it", value->typed) : "";
 }
 
-void ReportOwnOption(LineUnderCheck &line, const GivenArgument &given, const GivenArgument *value,
-                     const OwnOption &own) {
-    ArgumentList rest = Without(line.Arguments(), given);
-    std::string first = fmt::format("ispctl run --{}", own.name);
-    if (own.takesValue && value != nullptr) {
-        rest.erase(rest.begin() + static_cast<std::ptrdiff_t>(given.position));
-        first += " " + QuoteForShell(value->typed);
-    } else if (own.takesValue) {
-        const std::string &typed = line.Arguments()[given.position];
-        first += HasJoinedValue(line, given)
-                     ? " " + QuoteForShell(typed.substr(given.typed.size() + 1))
-                     : " ...";
-    }
-    line.Report("ispctl-option", given, Underline::Name,
-                {.other = "--" + std::string(own.name),
-                 .example = rest.empty() ? first : first + " " + QuoteForShell(rest)});
+/// Without a corrected line: what stands before the arguments is not known here, and a line without
+/// --virtual would touch the device.
+void ReportOwnOption(LineUnderCheck &line, const GivenArgument &given, const OwnOption &own) {
+    line.Report("ispctl-option", given, Underline::Name, {.other = "--" + std::string(own.name)});
 }
 
 void CheckUnknown(LineUnderCheck &line, std::size_t index) {
@@ -98,7 +96,7 @@ void CheckUnknown(LineUnderCheck &line, std::size_t index) {
     const std::string_view nearest = NearestOption(given);
     const GivenArgument *value = MeantValue(line, index);
     if (const OwnOption *own = FindOwnOption(nearest)) {
-        ReportOwnOption(line, given, value, *own);
+        ReportOwnOption(line, given, *own);
         return;
     }
     FindingWords words;

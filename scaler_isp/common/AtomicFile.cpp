@@ -83,6 +83,20 @@ int CopyAttributes(const FileDescriptor &oldFile, const struct stat &old,
     return ::fchmod(newFile.Get(), old.st_mode & kModeBits) != 0 ? errno : 0;
 }
 
+struct UnlinkUnlessRenamed {
+    explicit UnlinkUnlessRenamed(const std::string &file) : path(file) {}
+    ~UnlinkUnlessRenamed() {
+        if (!renamed) {
+            ::unlink(path.c_str());
+        }
+    }
+    UnlinkUnlessRenamed(const UnlinkUnlessRenamed &) = delete;
+    UnlinkUnlessRenamed &operator=(const UnlinkUnlessRenamed &) = delete;
+
+    const std::string &path;
+    bool renamed = false;
+};
+
 /// Writes before it truncates, so that the old bytes can be restored even on a full disk.
 bool Overwrite(FileDescriptor &file, bool regular, const std::string &bytes) {
     const bool written =
@@ -172,6 +186,8 @@ int AtomicFile::ReplaceByRename(const std::string &bytes, OldFile *old) const {
     if (::unlink(temporary.c_str()) != 0 && errno != ENOENT) {
         return errno;
     }
+    // On every way out, also if memory runs out, unless the file has got its name.
+    UnlinkUnlessRenamed guard{temporary};
     int error = WriteTemporary(temporary, bytes, old);
     if (old != nullptr) {
         old->file.Close(); // after the rename, closing would wait for the disk
@@ -179,9 +195,7 @@ int AtomicFile::ReplaceByRename(const std::string &bytes, OldFile *old) const {
     if (error == 0 && ::rename(temporary.c_str(), m_path.c_str()) != 0) {
         error = errno;
     }
-    if (error != 0) {
-        ::unlink(temporary.c_str());
-    }
+    guard.renamed = error == 0;
     return error;
 }
 

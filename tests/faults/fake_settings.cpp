@@ -92,9 +92,11 @@ bool Replace(const std::string &path, const std::string &text) {
         good = ::fchmod(file, status.st_mode) == 0 &&
                ::fchown(file, status.st_uid, status.st_gid) == 0;
         std::array<char, 64> note{};
-        const ssize_t size = ::getxattr(path.c_str(), "user.note", note.data(), note.size());
-        good = good && (size < 0 || ::fsetxattr(file, "user.note", note.data(),
-                                                static_cast<std::size_t>(size), 0) == 0);
+        const ssize_t size = ::getxattr(path.c_str(), "user.a-note-too-long-for-a-small-string",
+                                        note.data(), note.size());
+        good =
+            good && (size < 0 || ::fsetxattr(file, "user.a-note-too-long-for-a-small-string",
+                                             note.data(), static_cast<std::size_t>(size), 0) == 0);
     }
     if (file >= 0) {
         good = WriteTo(file, text) && good;

@@ -158,7 +158,8 @@ void Stage(const std::string &scenario) {
         fs::create_symlink("real/target.ini", file);
     }
     WriteAll(real, ReadAll(g_folder / "old.ini"));
-    ::setxattr(real.c_str(), "user.note", "kept", 4, 0); // not every file system has them
+    ::setxattr(real.c_str(), "user.a-note-too-long-for-a-small-string", "kept", 4,
+               0); // not every file system has them
     Own(real, 0640, 1234);
     if (scenario == "second_link") {
         fs::create_hard_link(file, run / "other.ini");
@@ -186,7 +187,8 @@ std::string Surroundings() {
         line << entry.path().lexically_relative(g_folder / "run").string() << " mode " << std::oct
              << status.st_mode << std::dec << " owner " << status.st_uid << ":" << status.st_gid;
         if (S_ISREG(status.st_mode)) {
-            ::getxattr(entry.path().c_str(), "user.note", note.data(), note.size() - 1);
+            ::getxattr(entry.path().c_str(), "user.a-note-too-long-for-a-small-string", note.data(),
+                       note.size() - 1);
             line << " links " << status.st_nlink << " note " << note.data();
         }
         lines.push_back(line.str());

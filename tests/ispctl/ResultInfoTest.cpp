@@ -79,7 +79,7 @@ TEST(ResultInfoAdvice, Stop_names_the_bank_that_may_be_half_written) {
     outcome.banks = {4, 5, 6, 7};
     EXPECT_EQ(
         ispctl::AdviceAfter(outcome).front(),
-        "after 50 % of 4 banks, bank 6 may be half written; run the same command again before "
+        "after 50 % of 4 banks, bank 6 or 7 may be half written; run the same command again before "
         "the device is switched off or disconnected");
     outcome.banks.clear();
     EXPECT_EQ(ispctl::AdviceAfter(outcome).front(),

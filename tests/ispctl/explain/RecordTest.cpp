@@ -143,10 +143,10 @@ TEST(RecordJson, Values_are_nested_and_named_as_in_the_header) {
     bytes[545123] = '\x01';
     const auto values = RecordValues(RecordKind::Command, bytes);
     EXPECT_EQ(values["stMapFw"]["ulFwCount"], 1);
-    EXPECT_EQ(values["stMapFw"]["ulTargetBank"], nlohmann::json::array({7}));
+    EXPECT_EQ(values["stMapFw"]["ulTargetBank"], nlohmann::ordered_json::array({7}));
     EXPECT_EQ(values["stMapFw"]["stFwBank"][0]["wszFwPath"], "/\xE2\x82\xAC.bin");
     EXPECT_EQ(values["stMapFw"]["stFwBank"].size(), 1U);
-    EXPECT_EQ(values["stI2CWrite"]["ucI2CData"], nlohmann::json::array({1}));
+    EXPECT_EQ(values["stI2CWrite"]["ucI2CData"], nlohmann::ordered_json::array({1}));
     EXPECT_EQ(values["nSlaveAddressState"], -1);
     EXPECT_EQ(values["ucSlaveAddress"], 0x94);
 }

@@ -37,8 +37,8 @@ const char *const kGoodLines[] = {
     "--ispcopy --fw1 @g.bin --bank1 16",
     "--dumpflash --dumpaddr 0x100000 --dumplen 1000 --dumpname @dump.bin",
     "--dumpflash --dumplen 1000",
-    "--recordver --flash --veraddr 0x100 --totalverlen 4 --majorverlen 2 --subverlen 2 "
-    "--recordvermode 1",
+    ("--recordver --flash --veraddr 0x100 --totalverlen 4 --majorverlen 2 --subverlen 2 "
+     "--recordvermode 1"),
     "--recordver --reg",
     "--recordver --fwbin --fw @f.bin",
     "--recordver --userdefined 3 --comparever",
