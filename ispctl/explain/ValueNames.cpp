@@ -102,11 +102,22 @@ constexpr KeywordField kKeywordFields[] = {
     {"enumSendExtraCmdMode", "sendextracmd"},
 };
 
-static_assert(std::all_of(std::begin(kKeywordFields), std::end(kKeywordFields),
-                          [](const KeywordField &row) {
-                              const auto *option = ScalerIspFacts::FindOption(row.option);
-                              return option != nullptr && !option->effect.keywords.empty();
-                          }));
+/// By index: under the undefined behaviour sanitizer g++ takes pointers into the table for no
+/// constants.
+constexpr bool HaveKeywords() {
+    for (const KeywordField &row : kKeywordFields) {
+        bool found = false;
+        for (std::size_t i = 0; i < ScalerIspFacts::kOptions.size(); ++i) {
+            const auto &option = ScalerIspFacts::kOptions[i];
+            found = found || (option.name == row.option && !option.effect.keywords.empty());
+        }
+        if (!found) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(HaveKeywords(), "a row names an option without keywords");
 
 std::string_view KeywordAt(std::string_view keywords, std::uint32_t position) {
     for (; position > 1 && !keywords.empty(); --position) {

@@ -1,6 +1,8 @@
 #ifndef ISPCTL_LINE_FINDING_TABLE_H
 #define ISPCTL_LINE_FINDING_TABLE_H
 
+#include <cstddef>
+#include <iterator>
 #include <span>
 #include <string>
 #include <string_view>
@@ -33,18 +35,32 @@ constexpr const FindingRow *FindFindingRow(std::string_view name) {
     return nullptr;
 }
 
-/// The name of a row; a name that has none does not compile.
+/// The index of the row with this name; the number of rows if there is none.
+constexpr std::size_t IndexOfFindingRow(std::string_view name) {
+    std::size_t index = 0;
+    while (index < std::size(kFindingRows) && kFindingRows[index].name != name) {
+        ++index;
+    }
+    return index;
+}
+
+/// The name of a row; a name that has none does not compile. An index and no pointer: under the
+/// undefined behaviour sanitizer g++ takes a pointer into the table for no constant.
 class FindingName {
   public:
     consteval FindingName(const char *name) // NOLINT(google-explicit-constructor)
-        : m_row(FindFindingRow(name) != nullptr ? FindFindingRow(name) : throw "no such finding") {}
+        : m_index(IndexOfFindingRow(name)) {
+        if (m_index == std::size(kFindingRows)) {
+            throw "no such finding";
+        }
+    }
 
     const FindingRow &Row() const {
-        return *m_row;
+        return kFindingRows[m_index];
     }
 
   private:
-    const FindingRow *m_row;
+    std::size_t m_index;
 };
 
 /// What stands for the names in the texts of a row.
