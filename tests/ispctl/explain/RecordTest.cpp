@@ -28,8 +28,11 @@ std::string DefaultCommand() {
     for (const RecordField &field : FieldsOf(RecordKind::Command)) {
         const bool array = field.kind == FieldKind::BYTES;
         for (std::size_t i = 0; i < field.width; ++i) {
-            const auto byte = array ? field.defaultValue : field.defaultValue >> (8 * i);
-            bytes[field.offset + i] = field.width > 8 && !array ? '\0' : static_cast<char>(byte);
+            const bool isNumber = !array && field.width <= 8;
+            const auto byte = array      ? field.defaultValue
+                              : isNumber ? field.defaultValue >> (8 * i)
+                                         : 0;
+            bytes[field.offset + i] = static_cast<char>(byte);
         }
     }
     return bytes;
