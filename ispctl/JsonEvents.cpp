@@ -2,40 +2,16 @@
 
 #include <algorithm>
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
+#include "JsonText.h"
 #include "ResultInfo.h"
 #include "line/FindingJson.h"
 
 namespace ispctl {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-// Someone may view the raw JSON on a terminal, so characters that act on a terminal are escaped as
-// well.
-std::string EscapedLine(const std::string &line) {
-    std::string escaped;
-    for (std::string_view rest = line; !rest.empty();) {
-        const FirstCharacter first = DecodeFirst(rest);
-        const std::size_t length = std::max<std::size_t>(first.length, 1);
-        if (first.length == 0 || !IsControl(first.value)) {
-            escaped += rest.substr(0, length);
-        } else if (first.value < 0x10000) {
-            escaped += fmt::format("\\u{:04x}", static_cast<unsigned>(first.value));
-        } else {
-            const auto above = static_cast<unsigned>(first.value) - 0x10000U;
-            escaped += fmt::format("\\u{:04x}\\u{:04x}", 0xD800U + (above >> 10U),
-                                   0xDC00U + (above & 0x3FFU));
-        }
-        rest.remove_prefix(length);
-    }
-    return escaped;
-}
-
 void WriteLine(ConsoleStreams &streams, const Json &event) {
-    const bool ascii = streams.TheCharset() == Charset::Ascii;
-    streams.Write(Stream::Output, EscapedLine(event.dump(-1, ' ', ascii)) + "\n");
+    streams.Write(Stream::Output, JsonLine(event, streams.TheCharset()));
 }
 
 /// How the process ended, if it did not return by itself.
@@ -67,11 +43,6 @@ Json ResultEvent(ExitStatus status, std::string_view source, std::string_view st
             {"name", nullptr},   {"meaning", nullptr},
             {"source", source},  {"stage", stage},
             {"percent", nullptr}};
-}
-
-/// Strings from elsewhere may hold any bytes; JSON may not.
-std::string Text(std::string_view bytes) {
-    return EscapeBytes(bytes).text;
 }
 
 } // namespace
@@ -115,7 +86,7 @@ void JsonEvents::OnEnd(const RunOutcome &outcome, ExitStatus status) {
         event["hex"] = FormatResultCode(*outcome.code);
         event["name"] = name.empty() ? Json(nullptr) : Json(name);
     }
-    event["meaning"] = Text(MeaningOf(outcome));
+    event["meaning"] = JsonString(MeaningOf(outcome));
     if (outcome.percent) {
         event["percent"] = *outcome.percent;
     }
@@ -124,7 +95,7 @@ void JsonEvents::OnEnd(const RunOutcome &outcome, ExitStatus status) {
         event["device"] = outcome.pluginCalled ? "unknown" : "untouched";
         event["advice"] = Json::array();
         for (const std::string &line : AdviceAfter(outcome)) {
-            event["advice"].push_back(Text(line));
+            event["advice"].push_back(JsonString(line));
         }
     }
     event["findings"] = FindingsJson(outcome.findings);
@@ -134,7 +105,7 @@ void JsonEvents::OnEnd(const RunOutcome &outcome, ExitStatus status) {
 void JsonEvents::WriteNotCalled(ConsoleStreams &streams, ExitStatus status, std::string_view stage,
                                 std::string_view reason, const std::vector<Finding> &findings) {
     Json event = ResultEvent(status, "ispctl", stage);
-    event["meaning"] = Text(reason);
+    event["meaning"] = JsonString(reason);
     event["device"] = "untouched";
     event["findings"] = FindingsJson(findings);
     WriteLine(streams, event);

@@ -4,9 +4,9 @@
 #include <cstdlib>
 #include <fmt/format.h>
 
+#include "JsonText.h"
 #include "LibraryPaths.h"
 #include "doctor/FileState.h"
-#include "doctor/JsonText.h"
 
 namespace ispctl::doctor {
 namespace {
@@ -76,7 +76,7 @@ ExitStatus PathsCommand(const Options &options, Session &session) {
                         Visible(row.path.string(), Layout::OneLine, streams.TheCharset())));
     }
     if (options.json) {
-        WriteDocument(Json{{"paths", paths}}, streams);
+        streams.Write(Stream::Output, JsonDocument(Json{{"paths", paths}}, Charset::Ascii));
     }
     return kExitSuccess;
 }

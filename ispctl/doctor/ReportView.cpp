@@ -2,8 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "JsonText.h"
 #include "VisibleText.h"
-#include "doctor/JsonText.h"
 
 namespace ispctl::doctor {
 namespace {
@@ -70,7 +70,7 @@ void ShowJson(const Places &places, const Report &report, ExitStatus status,
     for (const Finding &finding : report.Findings()) {
         findings.push_back(JsonOf(finding));
     }
-    WriteDocument(document, streams);
+    streams.Write(Stream::Output, JsonDocument(document, Charset::Ascii));
 }
 
 } // namespace ispctl::doctor

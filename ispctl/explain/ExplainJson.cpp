@@ -2,18 +2,13 @@
 
 #include <fmt/format.h>
 
+#include "JsonText.h"
 #include "ResultInfo.h"
-#include "explain/JsonText.h"
 #include "explain/RecordJson.h"
+#include "line/FindingJson.h"
 
 namespace ispctl {
 namespace {
-
-using Json = nlohmann::ordered_json;
-
-Json StringOrNull(std::string_view bytes) {
-    return bytes.empty() ? Json(nullptr) : JsonString(bytes);
-}
 
 Json Strings(const std::vector<std::string> &strings) {
     Json list = Json::array();
@@ -49,30 +44,6 @@ Json Plan(const Explanation &explanation) {
                         {"plug_in", StringOrNull(step.plugIn)},
                         {"function", StringOrNull(step.function)},
                         {"results", Results(step)}});
-    }
-    return list;
-}
-
-Json Findings(const Explanation &explanation) {
-    Json list = Json::array();
-    for (const Finding &finding : explanation.findings) {
-        Json entry{{"name", finding.name},
-                   {"class", NameOf(finding.severity)},
-                   {"option", StringOrNull(finding.option)},
-                   {"value", StringOrNull(finding.value)},
-                   {"argument", nullptr},
-                   {"offset", finding.offset},
-                   {"length", finding.length},
-                   {"message", JsonString(finding.message)},
-                   {"suggestion", StringOrNull(finding.suggestion)},
-                   {"corrected", nullptr}};
-        if (finding.argument) {
-            entry["argument"] = *finding.argument;
-        }
-        if (!finding.corrected.empty()) {
-            entry["corrected"] = Strings(finding.corrected);
-        }
-        list.push_back(std::move(entry));
     }
     return list;
 }
@@ -126,7 +97,7 @@ std::string ExplainJson(const Explanation &explanation, Charset charset) {
                   {"library", StringOrNull(explanation.library)},
                   {"command_line", StringOrNull(explanation.commandLine)},
                   {"arguments", Strings(explanation.arguments)},
-                  {"findings", Findings(explanation)},
+                  {"findings", FindingsJson(explanation.findings)},
                   {"plan", Plan(explanation)},
                   {"flash", Flash(explanation)}};
     AddRecords(document, explanation);

@@ -1,10 +1,10 @@
 #include "explain/ExplainRelay.h"
 
-#include <cstdlib>
 #include <fmt/format.h>
 
 #include "ChildProcess.h"
 #include "LibraryRun.h"
+#include "RelayedText.h"
 #include "ResultInfo.h"
 #include "Utf8.h"
 #include "explain/FlashText.h"
@@ -13,31 +13,20 @@ namespace ispctl {
 namespace {
 
 /// Shows the explanation, which comes as messages, and what the library prints of its own accord.
-class ExplanationView : public RunObserver {
+class ExplanationView : public RelayedText {
   public:
     ExplanationView(const ExplainOptions &options, ConsoleStreams &streams)
-        : m_streams(streams), m_output(streams.TheCharset()), m_error(streams.TheCharset()),
-          m_json(options.json) {}
+        : RelayedText(streams), m_json(options.json) {}
 
-    void OnProgress(int) override {}
     void OnMessage(std::wstring_view text) override {
-        ShowExplanation(EscapeWide(text).text, m_streams);
+        ShowExplanation(EscapeWide(text).text, Streams());
     }
     // With --json standard output is one document, whatever the library prints.
     void OnConsole(Stream stream, std::string_view bytes) override {
-        const bool output = stream == Stream::Output && !m_json;
-        m_streams.Write(output ? Stream::Output : Stream::Error,
-                        (output ? m_output : m_error).Add(bytes));
-    }
-    void OnEnd(const RunOutcome &, ExitStatus) override {
-        m_streams.Write(Stream::Output, m_output.Finish());
-        m_streams.Write(Stream::Error, m_error.Finish());
+        RelayedText::OnConsole(m_json ? Stream::Error : stream, bytes);
     }
 
   private:
-    ConsoleStreams &m_streams;
-    VisibleStream m_output;
-    VisibleStream m_error;
     bool m_json;
 };
 

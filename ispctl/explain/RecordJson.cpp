@@ -1,12 +1,10 @@
 #include "explain/RecordJson.h"
 
+#include "JsonText.h"
 #include "explain/FieldValues.h"
-#include "explain/JsonText.h"
 
 namespace ispctl {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 Json PlainValue(const FieldValue &field) {
     switch (field.kind) {

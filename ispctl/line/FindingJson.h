@@ -3,19 +3,18 @@
 
 #include <vector>
 
-#include <nlohmann/json.hpp>
-
+#include "JsonText.h"
 #include "line/Finding.h"
 
 namespace ispctl {
 
 /// {"name":T,"class":"warning" or "error" or "fatal","option":T,"value":T,"argument":N,
-///  "message":T,"suggestion":T,"corrected":[T,...]}
-/// "argument" is an index in ARGS, 0 first. What a finding does not have is null. Bytes that are
-/// not UTF-8 are escaped, see EscapedText.
-nlohmann::ordered_json FindingJson(const Finding &finding);
+///  "offset":N,"length":N,"message":T,"suggestion":T,"corrected":[T,...]}
+/// "argument" is an index in ARGS, 0 first; "offset" and "length" are bytes in it. What a finding
+/// does not have is null. Bytes that are not UTF-8 are escaped, see EscapedText.
+Json FindingJson(const Finding &finding);
 
-nlohmann::ordered_json FindingsJson(const std::vector<Finding> &findings);
+Json FindingsJson(const std::vector<Finding> &findings);
 
 } // namespace ispctl
 

@@ -55,7 +55,7 @@ Window CutAround(const std::vector<Cell> &cells, std::size_t width) {
         return {0, cells.size()};
     }
     const std::size_t ellipses = 2 * kEllipsis.size();
-    const std::size_t room = width > ellipses ? width - ellipses : 1;
+    const std::size_t available = width > ellipses ? width - ellipses : 1;
     const auto marked =
         std::find_if(cells.begin(), cells.end(), [](const Cell &cell) { return cell.isMarked; });
     Window window;
@@ -63,17 +63,17 @@ Window CutAround(const std::vector<Cell> &cells, std::size_t width) {
     window.last = window.first;
     std::size_t used = 0;
     while (window.last < cells.size() && cells[window.last].isMarked &&
-           used + cells[window.last].width <= room) {
+           used + cells[window.last].width <= available) {
         used += cells[window.last++].width;
     }
     // Then in turn one more on both sides, so that the word stands in the middle.
     for (bool hasGrown = true; hasGrown;) {
         hasGrown = false;
-        if (window.first > 0 && used + cells[window.first - 1].width <= room) {
+        if (window.first > 0 && used + cells[window.first - 1].width <= available) {
             used += cells[--window.first].width;
             hasGrown = true;
         }
-        if (window.last < cells.size() && used + cells[window.last].width <= room) {
+        if (window.last < cells.size() && used + cells[window.last].width <= available) {
             used += cells[window.last++].width;
             hasGrown = true;
         }

@@ -61,6 +61,25 @@ void PrintReport(const std::string &file, const ScriptReport &report, Session &s
     }
 }
 
+struct CheckedScript {
+    Bytes bytes;
+    ScriptReport report;
+};
+
+/// Reads a script and prints what is to be said about it. RETURNS nothing if it cannot be read,
+/// with the exit status in status.
+std::optional<CheckedScript> ReadAndCheck(const std::string &file, bool isText, ExitStatus &status,
+                                          Session &session) {
+    auto bytes = ReadScript(file, isText, status, session);
+    if (!bytes) {
+        return std::nullopt;
+    }
+    CheckedScript script{std::move(*bytes), {}};
+    script.report = CheckScript(script.bytes);
+    PrintReport(file, script.report, session);
+    return script;
+}
+
 ExitStatus RunWithLibrary(const ScriptOptions &options, const Bytes &script,
                           const ScriptReport &report, Session &session) {
     std::string error;
@@ -109,12 +128,11 @@ ExitStatus RunWithLibrary(const ScriptOptions &options, const Bytes &script,
 
 ExitStatus CheckAndRun(const ScriptOptions &options, Session &session) {
     ExitStatus status = kExitSuccess;
-    const auto script = ReadScript(options.file, options.text, status, session);
+    const auto script = ReadAndCheck(options.file, options.text, status, session);
     if (!script) {
         return status;
     }
-    const ScriptReport report = CheckScript(*script);
-    PrintReport(options.file, report, session);
+    const ScriptReport &report = script->report;
     if (!report.problems.empty()) {
         return session.Fail(kExitFailed, "the script was not run");
     }
@@ -124,7 +142,7 @@ ExitStatus CheckAndRun(const ScriptOptions &options, Session &session) {
                                         "maximum of {}",
                                         report.outputBytes, kMaxOutput));
     }
-    return RunWithLibrary(options, *script, report, session);
+    return RunWithLibrary(options, script->bytes, report, session);
 }
 
 } // namespace
@@ -150,19 +168,17 @@ std::string DescribeScriptResult(int code) {
 
 ExitStatus AssembleCommand(const ScriptOptions &options, Session &session) {
     ExitStatus status = kExitSuccess;
-    const auto script = ReadScript(options.file, true, status, session);
+    const auto script = ReadAndCheck(options.file, true, status, session);
     if (!script) {
         return status;
     }
-    const ScriptReport report = CheckScript(*script);
-    PrintReport(options.file, report, session);
     if (options.output.empty()) {
-        session.streams.Print(Stream::Output, ByteListOfScript(*script));
+        session.streams.Print(Stream::Output, ByteListOfScript(script->bytes));
         return status;
     }
     std::string error;
-    const bool written =
-        WriteOutputFile(options.output, std::string(script->begin(), script->end()), error);
+    const bool written = WriteOutputFile(
+        options.output, std::string(script->bytes.begin(), script->bytes.end()), error);
     return written ? status : session.Fail(kExitFileError, error);
 }
 
@@ -176,15 +192,14 @@ ExitStatus ListCommand(const ScriptOptions &options, Session &session) {
 
 ExitStatus CheckCommand(const ScriptOptions &options, Session &session) {
     ExitStatus status = kExitSuccess;
-    const auto script = ReadScript(options.file, options.text, status, session);
+    const auto script = ReadAndCheck(options.file, options.text, status, session);
     if (!script) {
         return status;
     }
-    const ScriptReport report = CheckScript(*script);
-    PrintReport(options.file, report, session);
+    const ScriptReport &report = script->report;
     session.streams.Print(Stream::Output,
                           fmt::format("{} bytes, {} records, {} bytes read, {} problems\n",
-                                      script->size(), report.records, report.outputBytes,
+                                      script->bytes.size(), report.records, report.outputBytes,
                                       report.problemCount));
     return report.problems.empty() ? kExitSuccess : kExitFailed;
 }

@@ -4,32 +4,11 @@
 
 #include "ChildProcess.h"
 #include "LibraryRun.h"
+#include "RelayedText.h"
 #include "ResultInfo.h"
 
 namespace ispctl {
 namespace {
-
-/// Shows the output of the library's process only: a script reports no progress and no messages.
-class TextView : public RunObserver {
-  public:
-    explicit TextView(ConsoleStreams &streams)
-        : m_streams(streams), m_output(streams.TheCharset()), m_error(streams.TheCharset()) {}
-
-    void OnProgress(int) override {}
-    void OnMessage(std::wstring_view) override {}
-    void OnConsole(Stream stream, std::string_view bytes) override {
-        m_streams.Write(stream, (stream == Stream::Output ? m_output : m_error).Add(bytes));
-    }
-    void OnEnd(const RunOutcome &, ExitStatus) override {
-        m_streams.Write(Stream::Output, m_output.Finish());
-        m_streams.Write(Stream::Error, m_error.Finish());
-    }
-
-  private:
-    ConsoleStreams &m_streams;
-    VisibleStream m_output;
-    VisibleStream m_error;
-};
 
 std::string DescribeEnd(const RunOutcome &outcome) {
     switch (outcome.end) {
@@ -50,7 +29,7 @@ ExitStatus RelayScript(Session &session) {
     ChildProcess child(session.arguments, ordering, RunSignals::Stop::AtFirst);
     LibraryRun run(child, session.streams);
     run.WaitForFrame();
-    TextView view(session.streams);
+    RelayedText view(session.streams);
     const RunOutcome outcome = run.Run({&view});
     run.NotifyEnd(view, outcome, kExitSuccess);
     if (outcome.end == RunEnd::Interrupted) {

@@ -128,7 +128,7 @@ TEST(FindingJson, Everything_that_a_finding_has_is_there) {
     finding.corrected = {"--isp"};
     EXPECT_EQ(ispctl::FindingJson(finding).dump(),
               R"({"name":"unknown-option","class":"error","option":"--bnak","value":null,)"
-              R"("argument":2,"message":"there is no option --bnak",)"
+              R"("argument":2,"offset":0,"length":6,"message":"there is no option --bnak",)"
               R"("suggestion":"did you mean --bank?","corrected":["--isp"]})");
     EXPECT_TRUE(ispctl::FindingJson(Finding{})["argument"].is_null());
     EXPECT_TRUE(ispctl::FindingJson(Finding{})["corrected"].is_null());
