@@ -26,10 +26,10 @@ A library exports plain, unmangled C names. Of the {rows} methods
 Two methods do not call the function of their own name:
 
 {redirections}
-As not loaded, a method calls nothing, prints nothing and returns the value of the last column: 6 for a
-status. The statuses other than 6, and what the functions do, are the library's own; those of the virtual
-one are on the page about [the virtual scaler](virtual-scaler.md). An include of the table makes the
-exports of a library of one's own: `simulator/bus/CommExports.cpp` does so in a few lines.
+If no library is loaded, a method calls nothing, prints nothing and returns the value in the last column: 6
+for a status. All other statuses, and what the functions do, are defined by the communication library; those
+of the virtual one are described in [the virtual scaler](virtual-scaler.md). To write a communication library,
+include the table to generate its exports, as `simulator/bus/CommExports.cpp` does in a few lines.
 
 Slots 0 and 1 are the destructors, 2 is `LoadCommDllFile`, 3 is `FreeCommDllFile`.
 

@@ -1,5 +1,5 @@
 # shellcheck shell=sh
-# ./dev lint: what reads the files and builds nothing, in seconds. Sourced by ./dev.
+# ./dev lint: checks that only read the sources; they take seconds. Sourced by ./dev.
 
 tracked() {
     git -c safe.directory='*' ls-files "$@"

@@ -8,7 +8,7 @@
 #define NAME(A, B) JOIN(A, B)
 #define HOLDS(CONDITION) typedef char NAME(holds_, __COUNTER__)[(CONDITION) ? 1 : -1];
 
-/* The alignment of a type is where a member of it lands behind a single byte. */
+/* The alignment of a type is where a member of it lands after a single byte. */
 #define RECORD(TYPE, SIZE, ALIGNMENT)                                                              \
     struct alignment_of_##TYPE {                                                                   \
         char first;                                                                                \

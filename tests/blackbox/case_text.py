@@ -34,7 +34,7 @@ def block_bytes(lines):
 
 
 def escape_line(data):
-    """One line of output, visible; bytes that are no UTF-8 as \\xHH, a final blank as \\s."""
+    """One line of output, visible; bytes that are no UTF-8 as \\xHH, a final space as \\s."""
     text = ""
     for char in data.decode("utf-8", "surrogateescape"):
         code = ord(char)
@@ -99,7 +99,7 @@ def expand(text, macros):
 
 
 def _split_fields(line):
-    """The blank-separated words of a journal line; blanks inside quotes do not separate."""
+    """The words of a journal line, separated by spaces; spaces inside quotes do not separate."""
     return re.findall(r'(?:[^ "]|"(?:[^"\\]|\\.)*")+', line)
 
 

@@ -65,8 +65,8 @@ void journal_end(FILE *file) {
     }
 }
 
-void journal_number(FILE *file, const char *name, int64_t value, int64_t usual) {
-    if (file != NULL && value != usual) {
+void journal_number(FILE *file, const char *name, int64_t value, int64_t expected) {
+    if (file != NULL && value != expected) {
         fprintf(file, " %s=%lld", name, (long long)value);
     }
 }

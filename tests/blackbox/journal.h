@@ -39,11 +39,11 @@ size_t journal_answers(const char *function, int call, struct answer *answers);
 FILE *journal_begin(const char *function);
 void journal_end(FILE *file);
 
-void journal_number(FILE *file, const char *name, int64_t value, int64_t usual);
+void journal_number(FILE *file, const char *name, int64_t value, int64_t expected);
 /* Bytes in hexadecimal, equal neighbours as XX*COUNT. */
 void journal_bytes(FILE *file, const char *name, const unsigned char *bytes, size_t count);
 /* The quoted text up to the first zero; "(full)" follows when there is none, and everything that is
- * not zero behind it as +POSITION"…". */
+ * not zero after it as +POSITION"…". */
 void journal_wide(FILE *file, const char *name, const wchar_t *text, size_t capacity);
 /* The value alone; file is not null. */
 void journal_wide_value(FILE *file, const wchar_t *text, size_t capacity);

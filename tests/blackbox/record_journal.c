@@ -44,10 +44,10 @@ static int64_t number_at(const unsigned char *p, enum kind kind) {
 }
 
 /* An array of bytes or characters of which every element is the default. */
-static int all_are(const unsigned char *p, size_t width, int usual) {
+static int all_are(const unsigned char *p, size_t width, int expected) {
     size_t i;
     for (i = 0; i < width; ++i) {
-        if (p[i] != (unsigned char)usual) {
+        if (p[i] != (unsigned char)expected) {
             return 0;
         }
     }
@@ -55,30 +55,30 @@ static int all_are(const unsigned char *p, size_t width, int usual) {
 }
 
 static void field(struct walk *walk, enum kind kind, const char *name, size_t offset, size_t width,
-                  int usual) {
+                  int expected) {
     const unsigned char *p = walk->bytes + offset;
     step(walk, offset, width);
     switch (kind) {
     case KIND_BANKS:
         break; /* printed with the entries */
     case KIND_BYTES:
-        if (!all_are(p, width, usual)) {
+        if (!all_are(p, width, expected)) {
             journal_bytes(walk->file, name, p, width);
         }
         break;
     case KIND_WIDE:
-        if (!all_are(p, width, usual)) {
+        if (!all_are(p, width, expected)) {
             journal_wide(walk->file, name, (const wchar_t *)(const void *)p,
                          width / sizeof(wchar_t));
         }
         break;
     case KIND_NARROW:
-        if (!all_are(p, width, usual)) {
+        if (!all_are(p, width, expected)) {
             journal_narrow(walk->file, name, (const char *)p, width);
         }
         break;
     default:
-        journal_number(walk->file, name, number_at(p, kind), usual);
+        journal_number(walk->file, name, number_at(p, kind), expected);
         break;
     }
 }

@@ -4,7 +4,7 @@
   run_cases.py --host HOST --library FILE --plugins FOLDER [options] CASE-FILE...
 
 A case file is a text file. Lines that begin with # are comments; the others are KEY: VALUE. A block is
-a key without value, followed by lines "  |TEXT"; everything behind the bar counts.
+a key without value, followed by lines "  |TEXT"; everything after the bar counts.
 
   include: FILE            takes the definitions of another file
   define: NAME = TEXT      @NAME@ stands for TEXT from here on
@@ -34,7 +34,7 @@ a key without value, followed by lines "  |TEXT"; everything behind the bar coun
   exit: NUMBER             exit status of the host (0)
 
 Escapes in command lines, files, stdout and stderr (not in events, where the host and the plug-ins have
-escaped already): \\e ESC, \\0 NUL, \\t, \\r, \\n, \\\\, \\xHH any byte, \\s a blank at the end of a line.
+escaped already): \\e ESC, \\0 NUL, \\t, \\r, \\n, \\\\, \\xHH any byte, \\s a space at the end of a line.
 Each line of a block ends with a line feed; one that ends with \\c has none.
 
 Macros: @DIR@ the library's folder, without the last slash; @ROOT@ the staged folder around it;

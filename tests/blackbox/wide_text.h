@@ -8,8 +8,8 @@
 #include <stddef.h>
 #include <stdio.h>
 
-/* Decodes a NUL-terminated text. RETURNS the number of characters; out needs room for as many as
- * the text has bytes, and one more. A byte that starts no sequence stands for itself. */
+/* Decodes a NUL-terminated text. RETURNS the number of characters; out needs capacity for as many
+ * as the text has bytes, and one more. A byte that starts no sequence stands for itself. */
 static inline size_t utf8_to_wide(const char *text, wchar_t *out) {
     const unsigned char *p = (const unsigned char *)text;
     size_t count = 0;

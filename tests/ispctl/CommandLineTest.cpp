@@ -70,7 +70,7 @@ TEST_F(BuiltCommandLine, BuildCommandLine_rejects_outer_spaces_that_are_misread)
 }
 
 TEST_F(BuiltCommandLine, BuildCommandLine_accepts_at_most_10239_bytes) {
-    const std::string longest(10239 - 7, 'x'); // behind "ispctl "
+    const std::string longest(10239 - 7, 'x'); // after "ispctl "
     EXPECT_EQ(Build({longest}).line.size(), 10239U);
     EXPECT_EQ(Build({longest + "x"}).error,
               "the command line is 10240 bytes long; the library reads at most 10239");

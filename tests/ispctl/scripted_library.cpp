@@ -1,4 +1,4 @@
-// A stand-in for the library. Each word of the command line behind the program word is one step:
+// A stand-in for the library. Each word of the command line after the program word is one step:
 //   out:T err:T    T to standard output or standard error, through stdio
 //   many:N         N lines of 100 bytes to standard output
 //   message:T      T to the message callback; progress:N to the progress callback

@@ -1,4 +1,4 @@
-# Installs a build twice afresh: into PREFIX, and as a copy of that into MOVED.
+# Installs a build twice: into PREFIX, and as a copy of that into MOVED.
 file(REMOVE_RECURSE ${PREFIX} ${MOVED})
 execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${PREFIX}
     COMMAND_ERROR_IS_FATAL ANY)

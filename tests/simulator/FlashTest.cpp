@@ -269,7 +269,7 @@ TEST(VirtualFlash, Relative_dump_name_starts_at_current_directory) {
 
 TEST(VirtualFlash, Full_path_field_is_read_up_to_260_characters) {
     VirtualIsp isp;
-    // 260 characters exactly: the field has no terminator, the bytes behind it are not zero.
+    // 260 characters exactly: the field has no terminator, the bytes after it are not zero.
     std::string path = isp.folder.MakeFolder(std::string(100, 'd')) + "/";
     path += std::string(260 - path.size(), 'f');
     ASSERT_EQ(path.size(), 260U);

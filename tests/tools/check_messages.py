@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Every message of the library stands once, beside the step that prints it."""
+"""Checks that each message of the library is written in one place only: next to the code that prints it."""
 
 import collections
 import pathlib

@@ -45,7 +45,7 @@ struct image *image_open(const char *path);
 struct image *image_find(const char *path); /* already loaded, or null */
 void image_close(struct image *image);
 struct image *image_of_address(const void *address);
-struct image *image_at(int index); /* null between and behind the loaded ones, up to MAX_IMAGES */
+struct image *image_at(int index); /* null between and after the loaded ones, up to MAX_IMAGES */
 
 /* calls.c: the text that macho_dlerror tells next. RETURNS null. */
 void *image_error(const char *format, ...) __attribute__((format(printf, 1, 2)));

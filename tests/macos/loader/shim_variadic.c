@@ -26,7 +26,7 @@ struct linux_va_list {
     va_list arguments;                                                                             \
     memcpy(&arguments, &made, sizeof arguments)
 
-/* ENTRY(NAME, FIXED): entry_NAME hands the stack pointer to stack_NAME behind FIXED arguments. */
+/* ENTRY(NAME, FIXED): entry_NAME hands the stack pointer to stack_NAME after FIXED arguments. */
 #define ENTRY(NAME, FIXED)                                                                         \
     __asm__(".text\n.type entry_" #NAME ",%function\nentry_" #NAME ":\n mov x" #FIXED              \
             ",sp\n b stack_" #NAME "\n");                                                          \

@@ -16,7 +16,7 @@ namespace option_engine {
 
 using Words = std::vector<std::string>;
 
-/// The words behind a program called "prog", as an argument vector.
+/// The words after a program called "prog", as an argument vector.
 class Arguments {
   public:
     // NOLINTNEXTLINE(*-explicit-*): reads as a command line

@@ -157,9 +157,9 @@ int OptionEngineModel::ShortStep() {
         m_unknown = letter;
         return 63;
     }
-    const std::string behind = m_shorts.substr(m_shorts.find(letter) + 1, 2);
+    const std::string following = m_shorts.substr(m_shorts.find(letter) + 1, 2);
     const int found = static_cast<unsigned char>(letter);
-    if (behind == "::") {
+    if (following == "::") {
         if (!rest.empty()) {
             m_argument = m_next;
             m_index++;
@@ -167,7 +167,7 @@ int OptionEngineModel::ShortStep() {
         m_next = {};
         return found;
     }
-    if (behind.substr(0, 1) == ":") {
+    if (following.substr(0, 1) == ":") {
         if (!rest.empty()) {
             m_argument = m_next;
             m_index++;

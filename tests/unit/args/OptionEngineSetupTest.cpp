@@ -18,7 +18,7 @@ TEST_F(OptionEngine, Long_option_record_has_layout_of_getopt) {
     EXPECT_EQ(sizeof(CpNxCmdLindParse), 88U);
 }
 
-/// The members in their order behind the table of virtual functions and the array of long options.
+/// The members in their order after the table of virtual functions and the array of long options.
 void ExpectFresh(const CpNxCmdLindParse &engine) {
     EXPECT_STREQ(At<const char *>(&engine, 32), "") << "short options";
     EXPECT_EQ(At<int>(&engine, 40), 0) << "initialised";

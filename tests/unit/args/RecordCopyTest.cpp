@@ -141,7 +141,7 @@ TEST(RecordCopy, Boot_firmware_is_read_up_to_260_bytes) {
     parser->SetISPCmdSetting(*given.record);
     EXPECT_EQ(parser->GetOneBootFactoryModeBootFw(), "/fw/b\xC3\xA9.bin");
 
-    // A full field has no terminator; what stands behind it is not part of the path.
+    // A full field has no terminator; what stands after it is not part of the path.
     std::memset(given.record->szBootFwPath, 'p', 260);
     given.record->stMergeFwInfo.ulMergeDataCount = 0x41414141;
     parser->SetISPCmdSetting(*given.record);

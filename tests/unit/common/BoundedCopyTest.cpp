@@ -15,13 +15,13 @@ TEST(BoundedCopy, CopyBounded_pads_short_string_with_zeros) {
 TEST(BoundedCopy, CopyBounded_fills_field_without_terminator) {
     struct {
         wchar_t field[4] = {L'#', L'#', L'#', L'#'};
-        wchar_t behind[2] = {L'!', L'!'};
+        wchar_t after[2] = {L'!', L'!'};
     } record;
     CopyBounded(record.field, std::wstring_view(L"abcd"));
     EXPECT_EQ(std::wstring(record.field, 4), L"abcd");
     CopyBounded(record.field, std::wstring_view(L"wxyz and more"));
     EXPECT_EQ(std::wstring(record.field, 4), L"wxyz");
-    EXPECT_EQ(std::wstring(record.behind, 2), L"!!");
+    EXPECT_EQ(std::wstring(record.after, 2), L"!!");
 }
 
 TEST(BoundedCopy, CopyBounded_to_pointer_writes_exactly_given_size) {

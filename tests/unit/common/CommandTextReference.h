@@ -11,7 +11,7 @@ namespace reference {
 struct Token {
     int result = 0;
     std::wstring word;
-    std::size_t next = 0; ///< the position behind the token
+    std::size_t next = 0; ///< the position after the token
 };
 
 Token NextToken(const std::wstring &text, std::size_t pos);

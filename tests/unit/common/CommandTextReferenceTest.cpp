@@ -9,7 +9,7 @@ namespace {
 
 constexpr unsigned int kBufferChars = 8;
 
-/// A copy of exactly the text, so that a sanitizer sees reads behind it.
+/// A copy of exactly the text, so that a sanitizer sees reads after it.
 std::vector<wchar_t> Exact(const std::wstring &text) {
     return {text.begin(), text.end()};
 }
@@ -68,7 +68,7 @@ using Reference = reference::Bytes (*)(const std::wstring &, std::size_t);
             convert(buffer.data(), static_cast<unsigned int>(text.size()), bytes.data(), capacity);
         if (result != expected.result ||
             !std::equal(expected.stored.begin(), expected.stored.end(), bytes.begin())) {
-            return Differ(text, "bytes with room for " + std::to_string(capacity));
+            return Differ(text, "bytes with capacity " + std::to_string(capacity));
         }
     }
     return ::testing::AssertionSuccess();

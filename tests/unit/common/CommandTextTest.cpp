@@ -243,7 +243,7 @@ TEST(CommandText, FindNextBytes_ignores_names_without_definitions) {
     unsigned int value = 77;
     EXPECT_EQ(FindNextBytes(text.data(), pos, 7, nullptr, &value), 0U);
     EXPECT_EQ(pos, 4U);
-    EXPECT_EQ(FindNextBytes(text.data(), pos, 7, nullptr, nullptr), 1U) << "the 1 behind the comma";
+    EXPECT_EQ(FindNextBytes(text.data(), pos, 7, nullptr, nullptr), 1U) << "the 1 after the comma";
 }
 
 struct DefineRow {

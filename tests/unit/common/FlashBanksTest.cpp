@@ -12,7 +12,7 @@
 
 namespace {
 
-/// A file of that size that takes no room on the disk.
+/// A file of that size that takes no space on the disk.
 std::string SparseFile(const TempFolder &folder, std::int64_t size) {
     const std::string path = folder.Write("sparse.bin", "");
     EXPECT_EQ(truncate(path.c_str(), size), 0) << size;

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// One trailing "/" goes, then everything behind the last one: letter by letter.
+/// One trailing "/" goes, then everything after the last one: letter by letter.
 std::wstring SlowParent(std::wstring path) {
     if (!path.empty() && path[path.size() - 1] == L'/') {
         path = path.substr(0, path.size() - 1);

@@ -96,7 +96,7 @@ TEST(ProcessDir, Image_without_name_returns_empty_string) {
 }
 
 TEST(ProcessDir, Path_is_truncated_to_260_bytes_before_directory_is_cut_off) {
-    // The slash behind the second folder is byte 260, 261 or 259.
+    // The slash after the second folder is byte 260, 261 or 259.
     const auto path = [](std::size_t slashAt) {
         return "/first/" + std::string(slashAt - 7, 'd') + "/lib.so";
     };

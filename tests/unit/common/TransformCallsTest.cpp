@@ -106,7 +106,7 @@ TEST(TransformCalls, Each_conversion_opens_converts_once_and_closes) {
         {"nothing",
          [](const CCpTransform &t) { EXPECT_EQ(t.ConvertUnicodeStringToUTF8(L""), ""); },
          {"open UTF-32LE to UTF-8", "convert 0 into 10240", "close"}},
-        {"behind a NUL",
+        {"after a NUL",
          [](const CCpTransform &t) {
              EXPECT_EQ(t.ConvertUTF8StringToUnicode(std::string("a\0b", 3)), L"a");
          },

@@ -105,7 +105,7 @@ TEST(TransformLocale, Text_ends_at_first_NUL) {
     EXPECT_EQ(kTransform.ConvertUnicodeStringToANSI(std::wstring(L"ab\0cd", 5)), "ab");
     EXPECT_EQ(kTransform.ConvertANSIStringToUnicode(std::string("ab\0cd", 5)), L"ab");
     EXPECT_EQ(kTransform.ConvertCHARToUnicodeString("ab\0cd"), L"ab");
-    // Nothing behind it is looked at, either.
+    // Nothing after it is looked at, either.
     EXPECT_EQ(kTransform.ConvertUnicodeStringToANSI(
                   std::wstring{L'a', L'\0', static_cast<wchar_t>(0xD800)}),
               "a");

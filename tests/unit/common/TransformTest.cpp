@@ -233,17 +233,17 @@ TEST(Transform, Random_texts_convert_as_by_table) {
 }
 
 /// The stated call and nothing else.
-std::string BareIconv(const char *to, const char *from, std::string input, std::size_t room) {
+std::string BareIconv(const char *to, const char *from, std::string input, std::size_t capacity) {
     iconv_t descriptor = iconv_open(to, from);
-    std::string output(room, '\0');
+    std::string output(capacity, '\0');
     char *in = input.data();
     char *out = output.data();
     std::size_t inLeft = input.size();
-    std::size_t outLeft = room;
+    std::size_t outLeft = capacity;
     const std::size_t result = iconv(descriptor, &in, &inLeft, &out, &outLeft);
     iconv_close(descriptor);
-    output.resize(room - outLeft);
-    return result == static_cast<std::size_t>(-1) || output.size() == room ? "" : output;
+    output.resize(capacity - outLeft);
+    return result == static_cast<std::size_t>(-1) || output.size() == capacity ? "" : output;
 }
 
 TEST(Transform, Conversions_agree_with_iconv_of_system) {

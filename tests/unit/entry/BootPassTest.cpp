@@ -11,15 +11,15 @@ class BootPass : public RunFlowTest {
     }
     int Program() {
         flashed.clear();
-        const auto usual = module.answer;
+        const auto standardAnswer = module.answer;
         module.answer = [&](const ModuleCall &call) {
             if (call.name == "IspFlash") {
                 flashed.push_back(std::make_unique<Record>(*static_cast<Record *>(call.first)));
             }
-            return usual(call);
+            return standardAnswer(call);
         };
         const int result = Run("without_EnterISPModeExport");
-        module.answer = usual;
+        module.answer = standardAnswer;
         return result;
     }
 

@@ -42,12 +42,13 @@ class RecordBytes : public RunFlowTest {
 
     /// Notes the records of all calls of a function.
     void Watch(const std::string &name, bool signRecord = false) {
-        module.answer = [this, name, signRecord, usual = module.answer](const ModuleCall &call) {
+        module.answer = [this, name, signRecord,
+                         standardAnswer = module.answer](const ModuleCall &call) {
             if (call.name == name) {
                 seen.push_back(signRecord ? BytesOf(*static_cast<Sign *>(call.first))
                                           : BytesOf(*static_cast<Record *>(call.first)));
             }
-            return usual(call);
+            return standardAnswer(call);
         };
     }
 

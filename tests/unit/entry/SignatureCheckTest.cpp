@@ -70,7 +70,7 @@ TEST_F(SignatureCheck, Mode_4_reads_key_from_flash) {
     record->stMapFw.ulTargetBank[1] = 8;
     record->enumCommID = static_cast<STRUCT_ENUM_COMM_ID>(5);
     record->ulReserved4C = 0x55;
-    const auto usual = module.answer;
+    const auto standardAnswer = module.answer;
     const void *copyPlace = nullptr;
     const void *keyPlace = nullptr;
     module.answer = [&](const ModuleCall &call) {
@@ -90,7 +90,7 @@ TEST_F(SignatureCheck, Mode_4_reads_key_from_flash) {
             EXPECT_EQ(call.second, keyPlace);
             EXPECT_EQ(std::string(static_cast<char *>(call.second), 1220), std::string(1220, 'K'));
         }
-        return usual(call);
+        return standardAnswer(call);
     };
     const int living = LivingRecords();
     EXPECT_EQ(Check(), 0);

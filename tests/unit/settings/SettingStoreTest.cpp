@@ -257,7 +257,7 @@ TEST_F(SettingStore, Settings_path_is_read_without_terminator) {
                                    "bShowDumpFlash=1\n[ISP_Fw]\nfwFileCount=0\n");
     struct {
         STRUCT_CP_ISP_UI_SETTING setting;
-        wchar_t behind[2] = L"x";
+        wchar_t after[2] = L"x";
     } switches;
     SetPath(switches.setting.wszSettingFile, path);
     switches.setting.LoadUISetting();

@@ -78,7 +78,7 @@ TEST_F(RegisterScript, Every_opcode_makes_its_call) {
         m_comm.calls.clear();
         EXPECT_EQ(Run(row.script), 0) << row.call;
         EXPECT_EQ(m_comm.calls, Calls{row.call});
-        // The record has exactly this length: the next one begins right behind it.
+        // The record has exactly this length: the next one begins right after it.
         Bytes twice = row.script;
         twice.push_back(2);
         m_comm.calls.clear();
