@@ -21,6 +21,7 @@
 #include "ScalerLibrary.h"
 #include "Utf8.h"
 #include "line/CheckLine.h"
+#include "line/CheckPassable.h"
 #include "line/LineReport.h"
 
 namespace ispctl {
@@ -49,6 +50,14 @@ struct Call {
     std::shared_ptr<const Records> records; ///< null if the library lacks its parser
 };
 
+/// Reports why the line cannot be passed: first with the argument that is the reason.
+void ReportUnpassable(const RunOptions &options, const std::string &error, ParentLink &link) {
+    const LineReport report{"", CheckPassable(options.arguments, error), {}};
+    if (options.verbatim || link.Send(FrameKind::Findings, EncodeLineReport(report, kMaxFrame))) {
+        link.Send(FrameKind::Unpassable, error.substr(0, kMaxFrame));
+    }
+}
+
 /// RETURNS nothing if the library cannot be called, after reporting why.
 std::optional<Call> Prepare(const RunOptions &options, ParentLink &link) {
     std::string error;
@@ -60,7 +69,7 @@ std::optional<Call> Prepare(const RunOptions &options, ParentLink &link) {
     CommandLine line = BuildCommandLine(options.arguments,
                                         [&](const std::string &l) { return library->Split(l); });
     if (!line.IsValid()) {
-        link.Send(FrameKind::Unpassable, line.error.substr(0, kMaxFrame));
+        ReportUnpassable(options, line.error, link);
         return std::nullopt;
     }
     return Call{std::move(*library), std::move(line.line), nullptr};
@@ -89,6 +98,7 @@ bool CheckAndReport(const RunOptions &options, Call &call, ParentLink &link) {
         return true; // not even parsed: a pipe that is named as a file would be opened for it
     }
     report.findings = CheckLine(options.arguments, context);
+    report.mended = MendLine(options.arguments, report.findings, options.allowed, context);
     return link.Send(FrameKind::Findings, EncodeLineReport(report, kMaxFrame));
 }
 

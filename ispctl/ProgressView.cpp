@@ -40,8 +40,10 @@ int BarWidth() {
 } // namespace
 
 ProgressView::ProgressView(ConsoleStreams &streams, bool verbatim)
-    : m_streams(streams), m_output(streams.TheCharset(), ColoursOf(Stream::Output, verbatim)),
-      m_error(streams.TheCharset(), ColoursOf(Stream::Error, verbatim)),
+    : m_streams(streams), m_output(streams.TheCharset(), ColoursOf(Stream::Output, verbatim),
+                                   verbatim ? Nul::Keep : Nul::Show),
+      m_error(streams.TheCharset(), ColoursOf(Stream::Error, verbatim),
+              verbatim ? Nul::Keep : Nul::Show),
       m_bar(ConsoleStreams::IsTerminal(Stream::Error)),
       m_sharedTarget(ConsoleStreams::ShareOneTarget()) {}
 

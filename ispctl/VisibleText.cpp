@@ -83,7 +83,10 @@ std::string VisibleStream::Convert(bool complete) {
     std::string_view rest = m_pending;
     while (!rest.empty()) {
         const std::size_t colour = ColourLength(rest);
-        if (colour > 0) {
+        if (rest.front() == '\0' && m_nul == Nul::Keep) {
+            shown += '\0';
+            rest.remove_prefix(1);
+        } else if (colour > 0) {
             shown += rest.substr(0, m_colours == Colours::Keep ? colour : 0);
             rest.remove_prefix(colour);
         } else if (!complete && (CanBecomeColour(rest) || UnfinishedTail(rest) == rest.size())) {

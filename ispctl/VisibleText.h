@@ -27,12 +27,15 @@ std::string Visible(std::string_view bytes, Layout layout, Charset charset);
 /// What becomes of the library's own colours, ESC[31m, ESC[32m and ESC[m.
 enum class Colours { Keep, Drop };
 
+/// What becomes of the NUL that the library prints as a part of some of its messages.
+enum class Nul { Keep, Show };
+
 /// Makes control characters visible in a stream that arrives in pieces of any length. Newlines and
 /// tabs are kept.
 class VisibleStream {
   public:
-    explicit VisibleStream(Charset charset, Colours colours = Colours::Keep)
-        : m_charset(charset), m_colours(colours) {}
+    explicit VisibleStream(Charset charset, Colours colours = Colours::Keep, Nul nul = Nul::Show)
+        : m_charset(charset), m_colours(colours), m_nul(nul) {}
 
     /// RETURNS what can be shown now; keeps an incomplete character or colour sequence.
     std::string Add(std::string_view bytes);
@@ -44,6 +47,7 @@ class VisibleStream {
 
     Charset m_charset;
     Colours m_colours;
+    Nul m_nul;
     std::string m_pending; ///< an incomplete character or colour
 };
 

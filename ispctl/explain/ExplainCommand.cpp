@@ -141,7 +141,8 @@ ExitStatus Present(const ExplainOptions &options, Explanation explanation, Sessi
         return session.Fail(kExitFileError, error);
     }
     const Charset charset = session.streams.TheCharset();
-    Show(options.json ? ExplainJson(explanation, charset) : ExplainText(explanation, charset),
+    Show(options.json ? ExplainJson(explanation, charset)
+                      : ExplainText(explanation, {charset, WidthOfExplanation(session)}),
          session);
     const bool ofRefusedLine = !explanation.library.empty() && !explanation.accepted;
     if (ofRefusedLine && !(options.record.empty() && options.diff.empty())) {

@@ -114,6 +114,10 @@ std::string FindingsHtml(const Explanation &explanation) {
         html += fmt::format("<pre class=\"{}\">{}</pre>\n", NameOf(finding.severity),
                             XmlLines(FindingText(finding, explanation.arguments, look)));
     }
+    const std::string mended = MendedText(explanation.mended, look);
+    if (!mended.empty()) {
+        html += fmt::format("<pre>{}</pre>\n", XmlLines(mended));
+    }
     return html;
 }
 

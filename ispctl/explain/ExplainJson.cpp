@@ -48,6 +48,13 @@ Json Plan(const Explanation &explanation) {
     return list;
 }
 
+/// Null unless the line is right with all corrections.
+Json Corrected(const Explanation &explanation) {
+    const MendedLine &mended = explanation.mended;
+    return mended.arguments.empty() || !mended.remaining.empty() ? Json()
+                                                                 : Strings(mended.arguments);
+}
+
 Json Flash(const Explanation &explanation) {
     Json banks = Json::array();
     for (const BankUse &use : explanation.banks) {
@@ -98,6 +105,7 @@ std::string ExplainJson(const Explanation &explanation, Charset charset) {
                   {"command_line", StringOrNull(explanation.commandLine)},
                   {"arguments", Strings(explanation.arguments)},
                   {"findings", FindingsJson(explanation.findings)},
+                  {"corrected", Corrected(explanation)},
                   {"plan", Plan(explanation)},
                   {"flash", Flash(explanation)}};
     AddRecords(document, explanation);

@@ -11,6 +11,7 @@
 #include "Utf8.h"
 #include "explain/GivenBanks.h"
 #include "line/CheckLine.h"
+#include "line/CheckPassable.h"
 #include "line/Checks.h"
 
 namespace ispctl {
@@ -67,6 +68,7 @@ std::optional<Explanation> ExplainLine(const ExplainOptions &options, std::strin
         options.arguments, [&](const std::string &text) { return library->Split(text); });
     if (!line.IsValid()) {
         explanation.notPassed = line.error;
+        explanation.findings = CheckPassable(options.arguments, line.error);
         return explanation;
     }
     explanation.commandLine = EscapeWide(line.line).text;
@@ -76,6 +78,7 @@ std::optional<Explanation> ExplainLine(const ExplainOptions &options, std::strin
     std::error_code ignored;
     const LineContext context{library->Directory(), fs::current_path(ignored), parse};
     explanation.findings = CheckLine(options.arguments, context);
+    explanation.mended = MendLine(options.arguments, explanation.findings, {}, context);
     if (NamesBlockingFile(options.arguments, context)) {
         return explanation; // parsing would wait for a writer of the pipe
     }

@@ -1,5 +1,9 @@
 #include "explain/ExplainRelay.h"
 
+#include <algorithm>
+#include <charconv>
+#include <cstdlib>
+#include <cstring>
 #include <fmt/format.h>
 
 #include "ChildProcess.h"
@@ -30,6 +34,9 @@ class ExplanationView : public RelayedText {
     bool m_json;
 };
 
+// Of the library's process only: it has no other use for its environment, as no plug-in is opened.
+constexpr const char *kWidthVariable = "ISPCTL_COLUMNS";
+
 std::string DescribeEnd(const RunOutcome &outcome) {
     if (outcome.end == RunEnd::Unheard) {
         return "its process could not be heard to the end";
@@ -42,6 +49,8 @@ std::string DescribeEnd(const RunOutcome &outcome) {
 } // namespace
 
 ExitStatus RelayExplanation(const ExplainOptions &options, Session &session) {
+    const std::string width = std::to_string(ConsoleStreams::Width(Stream::Output));
+    ::setenv(kWidthVariable, width.c_str(), 1);
     ChildProcess child(session.arguments, ChildProcess::Ordering::TwoPipes,
                        RunSignals::Stop::AtFirst);
     LibraryRun run(child, session.streams);
@@ -59,6 +68,15 @@ ExitStatus RelayExplanation(const ExplainOptions &options, Session &session) {
         return session.Fail(kExitFileError, "the output is incomplete: " + run.Problem());
     }
     return static_cast<ExitStatus>(outcome.code.value_or(kExitUsage));
+}
+
+std::size_t WidthOfExplanation(const Session &session) {
+    int width = ConsoleStreams::Width(Stream::Output);
+    if (const char *text = std::getenv(kWidthVariable);
+        session.link != nullptr && text != nullptr) {
+        std::from_chars(text, text + std::strlen(text), width);
+    }
+    return static_cast<std::size_t>(std::max(width, 1));
 }
 
 void ShowExplanation(std::string_view text, ConsoleStreams &streams) {

@@ -16,6 +16,10 @@ ExitStatus RelayExplanation(const ExplainOptions &options, Session &session);
 /// NO_COLOR is not set.
 void ShowExplanation(std::string_view text, ConsoleStreams &streams);
 
+/// How wide the terminal is at which the explanation is shown, in either process: the library's has
+/// a pipe instead of it. UNITS: columns.
+std::size_t WidthOfExplanation(const Session &session);
+
 } // namespace ispctl
 
 #endif

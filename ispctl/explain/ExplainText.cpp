@@ -6,6 +6,7 @@
 #include "ResultInfo.h"
 #include "explain/FlashText.h"
 #include "line/FindingText.h"
+#include "line/WrapText.h"
 
 namespace ispctl {
 namespace {
@@ -13,14 +14,14 @@ namespace {
 /// Collects the parts of the explanation; everything but the picture is made visible.
 class TextWriter {
   public:
-    explicit TextWriter(Charset charset) : m_charset(charset) {}
+    explicit TextWriter(const ExplainLook &look) : m_charset(look.charset), m_width(look.width) {}
 
     std::string Write(const Explanation &explanation) {
         if (!explanation.library.empty()) {
             Heading("Command line");
             Line("  library: " + explanation.library);
             if (!explanation.notPassed.empty()) {
-                Line("  cannot be passed to the library: " + explanation.notPassed);
+                Sentences("cannot be passed to the library: " + explanation.notPassed, {2, 4});
             } else {
                 Line("  " + explanation.commandLine);
             }
@@ -46,6 +47,9 @@ class TextWriter {
     void Line(std::string_view text) {
         m_text += Visible(text, Layout::OneLine, m_charset) + "\n";
     }
+    void Sentences(std::string_view text, Indent indent) {
+        m_text += WrapText(Visible(text, Layout::OneLine, m_charset), m_width, indent);
+    }
 
     void Findings(const Explanation &explanation) {
         Heading("Findings");
@@ -54,8 +58,10 @@ class TextWriter {
         }
         FindingLook look;
         look.command = "ispctl explain";
+        look.width = m_width;
         look.charset = m_charset;
-        m_text += FindingsText(explanation.findings, explanation.arguments, look);
+        m_text +=
+            FindingsText(explanation.findings, explanation.mended, explanation.arguments, look);
     }
 
     void Plan(const std::vector<PlanStep> &plan) {
@@ -63,13 +69,13 @@ class TextWriter {
             Heading("What happens, in this order");
         }
         for (std::size_t i = 0; i < plan.size(); ++i) {
-            Line(fmt::format("  {}. {}", i + 1, plan[i].text));
+            Sentences(fmt::format("{:>3}. {}", i + 1, plan[i].text), {0, 5});
             const std::string call = DescribePlanCall(plan[i]);
             if (!call.empty()) {
                 Line("     " + call);
             }
             for (const PlanResult &result : plan[i].results) {
-                Line("     result " + DescribePlanResult(result));
+                Sentences(DescribePlanResult(result), {5, 7});
             }
         }
     }
@@ -109,28 +115,31 @@ class TextWriter {
     }
 
     Charset m_charset;
+    std::size_t m_width;
     std::string m_text;
 };
 
 } // namespace
 
 std::string DescribePlanResult(const PlanResult &result) {
-    const std::string code = !result.code        ? "(plug-in)"
-                             : *result.code < 10 ? fmt::format("{} (library)", *result.code)
-                                                 : FormatResultCode(*result.code) + " (library)";
-    return fmt::format("{}: {}", code, result.text);
+    if (!result.code) {
+        return fmt::format("result of the {}: {}", result.source, result.text);
+    }
+    const std::string code =
+        *result.code < 10 ? std::to_string(*result.code) : FormatResultCode(*result.code);
+    return fmt::format("result {} of the {}: {}", code, result.source, result.text);
 }
 
 std::string DescribePlanCall(const PlanStep &step) {
     if (step.plugIn.empty()) {
         return "";
     }
-    return step.function.empty() ? "plug-in " + step.plugIn
+    return step.function.empty() ? "file " + step.plugIn
                                  : fmt::format("calls {} of {}", step.function, step.plugIn);
 }
 
-std::string ExplainText(const Explanation &explanation, Charset charset) {
-    return TextWriter(charset).Write(explanation);
+std::string ExplainText(const Explanation &explanation, const ExplainLook &look) {
+    return TextWriter(look).Write(explanation);
 }
 
 } // namespace ispctl

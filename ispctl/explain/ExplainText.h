@@ -1,6 +1,7 @@
 #ifndef ISPCTL_EXPLAIN_EXPLAIN_TEXT_H
 #define ISPCTL_EXPLAIN_EXPLAIN_TEXT_H
 
+#include <cstddef>
 #include <string>
 
 #include "VisibleText.h"
@@ -8,10 +9,16 @@
 
 namespace ispctl {
 
-/// The explanation for a terminal, with the colours of FlashText.
-std::string ExplainText(const Explanation &explanation, Charset charset);
+/// How an explanation is shown.
+struct ExplainLook {
+    Charset charset = Charset::Utf8;
+    std::size_t width = 80; ///< UNITS: columns of the terminal
+};
 
-/// A result of a step: "0xD67 (library): the ISP plug-in ... cannot be loaded".
+/// The explanation for a terminal, with the colours of FlashText.
+std::string ExplainText(const Explanation &explanation, const ExplainLook &look);
+
+/// A result of a step: "result 0xD67 of the library: the ISP plug-in ...".
 std::string DescribePlanResult(const PlanResult &result);
 
 /// The plug-in and the function of a step: "calls IspFlash of /opt/PlugIn/libIsp.dylib"; empty if

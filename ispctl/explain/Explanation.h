@@ -9,7 +9,7 @@
 #include "explain/RecordDiff.h"
 #include "explain/RecordRows.h"
 #include "explain/RunPlan.h"
-#include "line/Finding.h"
+#include "line/MendLine.h"
 
 namespace ispctl {
 
@@ -23,6 +23,7 @@ struct Explanation {
     std::string printed;                ///< by the library while it validated the line
     std::vector<PlanStep> plan;
     std::vector<Finding> findings;
+    MendedLine mended;
     std::string command; ///< bytes of the command record; empty: there is none
     std::string sign;    ///< bytes of the sign record; empty: there is none
     FieldChoice choice = FieldChoice::NotDefault;

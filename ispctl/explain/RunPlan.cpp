@@ -44,9 +44,10 @@ PlanResult OfLibrary(ScalerIspResultCode code) {
 }
 
 PlanResult OfPlugIn() {
-    return {std::nullopt, "plug-in",
-            "any other number but 0: the plug-in's own error code, returned unchanged; its "
-            "documentation says what it means"};
+    return {
+        std::nullopt, "plug-in",
+        "any number but 0 is an error code of the plug-in, returned unchanged; PlugIn/libIsp.codes "
+        "or the plug-in's documentation says what it means"};
 }
 
 /// What stands between the parentheses of the column CALL: "CALL(IspFlash)" gives "IspFlash".
@@ -73,14 +74,15 @@ class PlanWriter {
 
     std::vector<PlanStep> Write(const ActionFacts &action) {
         if (action.call.starts_with("SIGN_VERIFY")) {
-            LoadSignPlugIn("The ISP plug-in is not loaded: the device is not accessed.");
+            LoadSignPlugIn("The ISP plug-in is not loaded, and the device is not accessed.");
             CallSignPlugIn(action);
         } else {
             LoadIspPlugIn();
             CheckSignature(action);
             ProgramBootFirmware();
             CallAction(action);
-            m_steps.push_back({"unload-isp-plugin", "The ISP plug-in is unloaded.", m_isp, "", {}});
+            m_steps.push_back(
+                {"unload-isp-plugin", "The library unloads the ISP plug-in.", m_isp, "", {}});
         }
         Report(action);
         return std::move(m_steps);
@@ -89,35 +91,36 @@ class PlanWriter {
   private:
     void LoadIspPlugIn() {
         m_steps.push_back({"load-isp-plugin",
-                           "The ISP plug-in is loaded. It must export " + RequiredFunctions() +
-                               ". Whether it does is not examined here.",
+                           "The library loads the ISP plug-in, which must have the functions " +
+                               RequiredFunctions() + ". (ispctl doctor examines whether it has.)",
                            m_isp,
                            "",
                            {OfLibrary(SCALER_ISP_PLUGIN_NOT_LOADED)}});
         m_steps.push_back({"set-callbacks",
-                           "The plug-in gets the callbacks for progress and messages.",
+                           "The plug-in is told where to report progress and messages.",
                            m_isp,
                            "SetUIFunction",
                            {}});
     }
 
     void LoadSignPlugIn(std::string_view remark) {
-        m_steps.push_back({"load-sign-plugin",
-                           fmt::format("The sign/verify plug-in is loaded. It must export "
-                                       "VerifySignatureExport, SignFwExport. {}",
-                                       remark),
-                           m_sign,
-                           "",
-                           {OfLibrary(SCALER_ISP_SIGN_PLUGIN_MISSING)}});
+        m_steps.push_back(
+            {"load-sign-plugin",
+             fmt::format("The library loads the sign/verify plug-in, which must have the "
+                         "functions VerifySignatureExport and SignFwExport. {}",
+                         remark),
+             m_sign,
+             "",
+             {OfLibrary(SCALER_ISP_SIGN_PLUGIN_MISSING)}});
     }
 
     void CallSignPlugIn(const ActionFacts &action) {
         const bool signs = action.action == ENUM_ACTION_SIGN;
         m_steps.push_back(
             {signs ? "sign" : "verify-signature",
-             signs ? "The plug-in writes the signature of the firmware file."
-                   : "The plug-in verifies the signature of the firmware file, without a key from "
-                     "the flash.",
+             signs ? "The plug-in signs the firmware file and writes the signature to a file."
+                   : "The plug-in verifies the signature of the firmware file, with the key that "
+                     "the line names.",
              m_sign,
              FunctionOf(action.call) + "Export",
              {OfLibrary(signs ? SCALER_ISP_SIGNING_FAILED : SCALER_ISP_BAD_SIGNATURE)}});
@@ -138,7 +141,8 @@ class PlanWriter {
         if (fromFlash) {
             m_steps.push_back({"key-from-flash",
                                "The ISP plug-in reads the key of the next generation from the "
-                               "flash, with a copy of the command record without firmware.",
+                               "flash of the device. For this it gets a command record without "
+                               "firmware.",
                                m_isp,
                                "GetKeyFromFlash",
                                {OfPlugIn(), OfLibrary(SCALER_ISP_NO_WORKING_COPY)}});
@@ -147,7 +151,7 @@ class PlanWriter {
                            fmt::format("The sign/verify plug-in verifies the firmware file {}. "
                                        "Nothing is programmed unless the signature is valid.",
                                        fromFlash ? "with the key from the flash"
-                                                 : "without a key from the flash"),
+                                                 : "with the key that the line names"),
                            m_sign,
                            "VerifySignatureExport",
                            {OfLibrary(SCALER_ISP_BAD_SIGNATURE)}});
@@ -155,13 +159,13 @@ class PlanWriter {
 
     std::string WhyUnverified() const {
         const auto &setting = m_records.command;
-        std::string reason = "no signature type is given (--sw)";
+        std::string_view reason = "because the line has no --sw";
         if (setting.enumDigitalSignatureType == ENUM_SIGN_TYPE_HW) {
-            reason = "a hardware signature (--hw) is the concern of the ISP plug-in";
+            reason = "because --hw leaves that to the device and its plug-in";
         } else if (setting.enumDigitalSignatureType == ENUM_SIGN_TYPE_SW) {
-            reason = "--factory is given";
+            reason = "because of --factory";
         }
-        return fmt::format("The library verifies no signature: {}.", reason);
+        return fmt::format("The library verifies no signature before programming, {}.", reason);
     }
 
     void ProgramBootFirmware() {
@@ -173,9 +177,9 @@ class PlanWriter {
         const char *path = setting.szBootFwPath;
         m_steps.push_back(
             {kBootStep,
-             fmt::format("The boot firmware {} is programmed first, from bank 0 on, with a record "
-                         "of its own: action ENUM_ACTION_ISP, everything else default. If the file "
-                         "cannot be read, the plug-in is called all the same, with no banks.",
+             fmt::format("The boot firmware {} is programmed first, from bank 0 on, as by a line "
+                         "with nothing but --isp. If the file cannot be read, the plug-in is "
+                         "called all the same, with no banks.",
                          EscapeBytes({path, ::strnlen(path, SCALER_ISP_PATH_CHARS)}).text),
              m_isp,
              "IspFlash",
@@ -199,23 +203,24 @@ class PlanWriter {
         std::string text = fmt::format("--{} calls no function of the plug-in", action.name);
         std::vector<PlanResult> results;
         if (action.call == "NO_CALL") {
-            text += " and is a success.";
+            text += " and still ends with success: the device is not touched.";
         } else {
-            text += ": the library never looks its function up, whatever the plug-in exports. The "
-                    "result is always 6.";
+            text +=
+                ": the library never looks for it, whatever the plug-in has. The run always ends "
+                "with 0x6, and the device is not touched.";
             results.push_back(OfLibrary(SCALER_ISP_FUNCTION_MISSING));
         }
         m_steps.push_back({kNoCallStep, std::move(text), "", "", std::move(results)});
     }
 
     std::string Purpose(const ActionFacts &action) const {
-        const auto *option = ScalerIspFacts::FindOption(action.name);
-        std::string text = fmt::format("The plug-in is called for --{}: it {}.", action.name,
-                                       option != nullptr ? option->meaning : "acts");
+        const auto *option = ScalerIspFacts::FindOption(action.name); // every action is one
+        std::string text = fmt::format("--{} {}.", action.name, option->meaning);
         const std::size_t banks =
             std::min<std::size_t>(m_records.command.stMapFw.ulFwCount, SCALER_ISP_MAX_BANKS);
         if (action.files == "PROGRAM") {
-            text += fmt::format(" The record names {} flash bank{}.", banks, banks == 1 ? "" : "s");
+            text +=
+                fmt::format(" The plug-in gets {} bank{} of 64 KiB.", banks, banks == 1 ? "" : "s");
         }
         return text;
     }
@@ -223,13 +228,15 @@ class PlanWriter {
     void Report(const ActionFacts &action) {
         const bool fails = HasOnlyResult(SCALER_ISP_FUNCTION_MISSING);
         const bool silent = action.action == ENUM_ACTION_USERDEFINEDINFO;
-        std::string text = "The library prints \"Success\"";
-        if (fails || silent) {
-            text = silent ? "The library prints nothing after a success" : "";
+        std::string text =
+            silent ? "If no step failed, the library returns 0 and prints nothing. "
+                   : "If no step failed, the library prints \"Success\" and returns 0. ";
+        text += "Otherwise it prints ";
+        if (fails) {
+            text = "The library prints ";
         }
-        text += text.empty() ? "The library prints" : ", or";
         text +=
-            " \"Fail! Error Code: 0x...\" with the first result that is not 0, and returns that "
+            "\"Fail! Error Code: 0x...\" with the result of the step that failed, and returns that "
             "result. It returns -1 if a plug-in throws or the system is out of memory.";
         std::vector<PlanResult> results;
         if (!fails) {

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "line/NamedFile.h"
 #include "line/ShellQuote.h"
 
 namespace ispctl {
@@ -30,7 +31,25 @@ std::string FreeName(const fs::path &path) {
     }
 }
 
+void CheckExisting(LineUnderCheck &line, const GivenArgument &given, const fs::path &path) {
+    std::error_code ignored;
+    if (fs::exists(path, ignored)) {
+        line.Report(
+            "dump-overwritten", given, given.value ? Underline::Value : Underline::Name,
+            {.other = path.string(), .example = "--dumpname " + QuoteForShell(FreeName(path))});
+    }
+}
+
 } // namespace
+
+bool CheckWritable(LineUnderCheck &line, const GivenArgument &given, const fs::path &path) {
+    const std::string reason = WhyUnwritable(path);
+    if (!reason.empty()) {
+        line.Report("unwritable-file", given, given.value ? Underline::Value : Underline::Name,
+                    {.other = path.string(), .detail = reason});
+    }
+    return reason.empty();
+}
 
 void CheckDump(LineUnderCheck &line) {
     const GivenArgument *given = line.Find("dumpname");
@@ -53,16 +72,9 @@ void CheckDump(LineUnderCheck &line) {
         }
     }
     const fs::path path = line.Context().callerDirectory / name;
-    std::error_code ignored;
-    if (!fs::exists(path, ignored)) {
-        return;
-    }
-    const FindingWords words{.other = path.string(),
-                             .example = "--dumpname " + QuoteForShell(FreeName(path))};
-    if (given != nullptr) {
-        line.Report("dump-overwritten", *given, Underline::Value, words);
-    } else {
-        line.Report("dump-overwritten", *line.Find("dumpflash"), Underline::Name, words);
+    const GivenArgument &subject = given != nullptr ? *given : *line.Find("dumpflash");
+    if (CheckWritable(line, subject, path)) {
+        CheckExisting(line, subject, path);
     }
 }
 

@@ -189,11 +189,17 @@ void CheckFiles(LineUnderCheck &line) {
         const GivenArgument &given = *line.Options()[i];
         const bool isRead = NamesFile(given) && !given.value->empty() && line.IsUsable(i) &&
                             (!line.IsReplaced(i) || IsFirmware(*given.option));
-        if (!isRead || HasFinding(line, given, "value-like-option")) {
+        if (!isRead || line.IsExplained(given.valuePosition) ||
+            HasFinding(line, given, "value-like-option")) {
             continue;
         }
-        if (CheckPath(line, given) && !IsWritten(line, *given.option)) {
+        if (!CheckPath(line, given)) {
+            continue;
+        }
+        if (!IsWritten(line, *given.option)) {
             FileCheck(line, given).Check();
+        } else if (given.option->section != "dump") {
+            CheckWritable(line, given, FileOf(given, line.Context()).path);
         }
     }
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <tuple>
 
 #include "line/Checks.h"
 
@@ -44,25 +45,14 @@ void SettleClasses(LineUnderCheck &line) {
     }
 }
 
-void Sort(std::vector<Finding> &findings) {
-    const auto position = [](const Finding &finding) {
-        return finding.argument.value_or(std::numeric_limits<std::size_t>::max());
-    };
-    std::stable_sort(findings.begin(), findings.end(), [&](const Finding &a, const Finding &b) {
-        return a.severity != b.severity ? a.severity > b.severity : position(a) < position(b);
-    });
-}
-
-} // namespace
-
-std::vector<Finding> CheckLine(const std::vector<std::string> &arguments,
-                               const LineContext &context) {
-    LineUnderCheck line(arguments, context, !NamesBlockingFile(arguments, context));
+void CheckAll(LineUnderCheck &line) {
+    CheckSpaces(line);
     CheckNames(line);
     CheckActions(line);
     CheckValues(line);
     CheckNeeds(line);
     CheckSignatures(line);
+    CheckCompanions(line);
     CheckFiles(line);
     CheckBanks(line);
     CheckRanges(line);
@@ -70,7 +60,76 @@ std::vector<Finding> CheckLine(const std::vector<std::string> &arguments,
     CheckSearch(line);
     ExplainRefusal(line);
     SettleClasses(line);
-    Sort(line.Findings());
+}
+
+std::vector<Finding> FindAll(const ArgumentList &arguments, const LineContext &context) {
+    LineUnderCheck line(arguments, context, !NamesBlockingFile(arguments, context));
+    CheckAll(line);
+    return std::move(line.Findings());
+}
+
+using Probe = LineUnderCheck::Probe;
+
+bool IsOfProbe(const Finding &finding, const Probe &probe) {
+    return finding.name == probe.name && finding.argument == probe.argument;
+}
+
+/// Whether findings about another line have one that says the same.
+bool Has(const std::vector<Finding> &findings, const Finding &finding) {
+    return std::any_of(findings.begin(), findings.end(), [&](const Finding &other) {
+        return other.name == finding.name && other.option == finding.option &&
+               other.value == finding.value;
+    });
+}
+
+/// What is not found about a line in which another finding is mended follows from that one. Causes
+/// themselves never do.
+void FindCauses(LineUnderCheck &line) {
+    constexpr std::size_t kMostProbes = 16; // each is a check of its own
+    const std::vector<Probe> &probes = line.Probes();
+    for (std::size_t i = 0; i < std::min(probes.size(), kMostProbes); ++i) {
+        const std::vector<Finding> without = FindAll(probes[i].mended, line.Context());
+        for (Finding &finding : line.Findings()) {
+            const bool isCause = std::any_of(probes.begin(), probes.end(), [&](const Probe &probe) {
+                return IsOfProbe(finding, probe);
+            });
+            if (!isCause && finding.followsFrom.empty() && !Has(without, finding)) {
+                finding.followsFrom = probes[i].typed;
+            }
+        }
+    }
+}
+
+/// 0: nothing else can be judged before it is mended; 1: all others; 2: consequences.
+int RankOf(const LineUnderCheck &line, const Finding &finding) {
+    const bool isUnread = finding.argument && SubjectOf(line, finding) == nullptr;
+    const bool isCause = std::any_of(line.Probes().begin(), line.Probes().end(),
+                                     [&](const Probe &probe) { return IsOfProbe(finding, probe); });
+    return !finding.followsFrom.empty() ? 2 : isUnread || isCause ? 0 : 1;
+}
+
+void Sort(LineUnderCheck &line) {
+    const auto key = [&](const Finding &finding) {
+        const int severity = finding.severity == FindingClass::Fatal   ? 0
+                             : finding.severity == FindingClass::Error ? 1
+                                                                       : 2;
+        const int rank = RankOf(line, finding);
+        return std::tuple(rank, rank == 0 ? 0 : severity,
+                          finding.argument.value_or(std::numeric_limits<std::size_t>::max()));
+    };
+    std::vector<Finding> &findings = line.Findings();
+    std::stable_sort(findings.begin(), findings.end(),
+                     [&](const Finding &a, const Finding &b) { return key(a) < key(b); });
+}
+
+} // namespace
+
+std::vector<Finding> CheckLine(const std::vector<std::string> &arguments,
+                               const LineContext &context) {
+    LineUnderCheck line(arguments, context, !NamesBlockingFile(arguments, context));
+    CheckAll(line);
+    FindCauses(line);
+    Sort(line);
     return std::move(line.Findings());
 }
 

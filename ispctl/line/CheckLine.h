@@ -20,8 +20,9 @@ struct LineContext {
     std::function<ParsedLine(const std::vector<std::string> &arguments)> parse;
 };
 
-/// Everything that a user should know before these arguments are passed to the library: fatal
-/// findings first, then errors, then warnings, each in the order of the arguments.
+/// Everything that a user should know before these arguments are passed to the library: first what
+/// was not read as an option or value at all, then fatal findings, errors and warnings, each in the
+/// order of the arguments, and at the end what follows from an earlier finding.
 /// REQUIRES: BuildCommandLine accepts the arguments.
 std::vector<Finding> CheckLine(const std::vector<std::string> &arguments,
                                const LineContext &context);

@@ -1,12 +1,10 @@
 #include "line/Checks.h"
 
 #include <algorithm>
-#include <array>
-#include <filesystem>
 #include <fmt/format.h>
-#include <iterator>
-#include <system_error>
+#include <span>
 
+#include "line/LikelyOptions.h"
 #include "line/NearestName.h"
 #include "line/ShellQuote.h"
 #include "line/ValueForm.h"
@@ -14,19 +12,27 @@
 namespace ispctl {
 namespace {
 
-namespace fs = std::filesystem;
 using Kind = GivenArgument::Kind;
 using ScalerIspFacts::OptionFacts;
 
 /// An option of ispctl itself that people write after those of the library.
 struct OwnOption {
     std::string_view name;
-    bool takesValue;
+    std::string_view command; ///< the only one that has it; empty: several do
 };
 
-constexpr OwnOption kOwnOptions[] = {{"virtual", false},  {"json", false},    {"help", false},
-                                     {"log", true},       {"lib", true},      {"allow", true},
-                                     {"verbatim", false}, {"dry-run", false}, {"version", false}};
+// An unknown option that is as near to one of these as to one of the library is one of these: the
+// library that was meant would otherwise not be opened.
+constexpr OwnOption kOwnOptions[] = {
+    {"virtual", ""},  {"json", ""},        {"help", ""},       {"log", "run"},  {"lib", ""},
+    {"allow", "run"}, {"verbatim", "run"}, {"dry-run", "run"}, {"version", ""},
+};
+
+// Of these the library's are the more likely ones.
+constexpr OwnOption kExplainOptions[] = {
+    {"svg", "explain"},    {"html", "explain"}, {"record", "explain"},
+    {"decode", "explain"}, {"diff", "explain"}, {"all", "explain"},
+};
 
 const std::vector<std::string_view> &AllNames() {
     static const std::vector<std::string_view> names = [] {
@@ -37,15 +43,24 @@ const std::vector<std::string_view> &AllNames() {
         for (const OptionFacts &option : ScalerIspFacts::kOptions) {
             all.push_back(option.name);
         }
+        for (const OwnOption &own : kExplainOptions) {
+            all.push_back(own.name);
+        }
         return all;
     }();
     return names;
 }
 
 const OwnOption *FindOwnOption(std::string_view name) {
-    const auto *found = std::find_if(std::begin(kOwnOptions), std::end(kOwnOptions),
-                                     [&](const OwnOption &own) { return own.name == name; });
-    return found != std::end(kOwnOptions) ? found : nullptr;
+    for (const std::span<const OwnOption> options :
+         {std::span<const OwnOption>(kOwnOptions), std::span<const OwnOption>(kExplainOptions)}) {
+        for (const OwnOption &own : options) {
+            if (own.name == name) {
+                return &own;
+            }
+        }
+    }
+    return nullptr;
 }
 
 std::string_view WithoutDashes(std::string_view typed) {
@@ -69,45 +84,55 @@ std::string_view NearestOption(const GivenArgument &given) {
     return NearestName(name, AllNames());
 }
 
-bool HasJoinedValue(const LineUnderCheck &line, const GivenArgument &given) {
-    return line.Arguments()[given.position].size() > given.typed.size();
-}
-
-/// The argument after an option that the library does not know, which was meant as its value.
-const GivenArgument *MeantValue(const LineUnderCheck &line, std::size_t index) {
-    const auto &all = line.Given();
-    const bool follows = index + 1 < all.size() && all[index + 1].kind == Kind::NonOption &&
-                         all[index + 1].position == all[index].position + 1;
-    return follows && !HasJoinedValue(line, all[index]) ? &all[index + 1] : nullptr;
-}
-
 std::string AndItsValue(const GivenArgument *value) {
     return value != nullptr ? fmt::format(", and \"{}\" after it", value->typed) : "";
 }
 
 /// Without a corrected line: what stands before the arguments is not known here, and a line without
 /// --virtual would touch the device.
-void ReportOwnOption(LineUnderCheck &line, const GivenArgument &given, const OwnOption &own) {
-    line.Report("ispctl-option", given, Underline::Name, {.other = "--" + std::string(own.name)});
+void ReportOwnOption(LineUnderCheck &line, std::size_t index, const OwnOption &own) {
+    const GivenArgument &given = line.Given()[index];
+    const std::string name = "--" + std::string(own.name);
+    const std::string place = own.command.empty() ? " of ispctl" : " of ispctl ";
+    line.Report("ispctl-option", given, Underline::Name,
+                {.other = name, .detail = name + place + std::string(own.command)});
+    ArgumentList without = line.Arguments();
+    const GivenArgument *value = MeantValue(line, index);
+    const auto first = without.begin() + static_cast<std::ptrdiff_t>(given.position);
+    without.erase(first, first + (value != nullptr ? 2 : 1));
+    line.AddProbe(std::move(without));
 }
+
+/// With the likely options as probes: whichever was meant, findings that it would not have follow.
+void ReportLikely(LineUnderCheck &line, std::size_t index, FindingName name, FindingWords words,
+                  const std::vector<std::string> &likely) {
+    const GivenArgument &given = line.Given()[index];
+    if (likely.size() == 1) {
+        words.other = likely.front();
+    }
+    Finding &finding = line.Report(name, given, Underline::Name, words);
+    if (likely.size() == 1) {
+        finding.corrected = WithName(line.Arguments(), given, words.other);
+    }
+    for (const std::string &option : likely) {
+        line.AddProbe(WithName(line.Arguments(), given, option));
+    }
+}
+
+constexpr std::size_t kMostNamed = 4;
 
 void CheckUnknown(LineUnderCheck &line, std::size_t index) {
     const GivenArgument &given = line.Given()[index];
-    const std::string_view nearest = NearestOption(given);
-    const GivenArgument *value = MeantValue(line, index);
-    if (const OwnOption *own = FindOwnOption(nearest)) {
-        ReportOwnOption(line, given, *own);
+    if (const OwnOption *own = FindOwnOption(NearestOption(given))) {
+        ReportOwnOption(line, index, *own);
         return;
     }
     FindingWords words;
-    words.detail = AndItsValue(value);
-    if (nearest.empty()) {
-        line.Report("unknown-option", given, Underline::Name, words);
-        return;
-    }
-    words.other = "--" + std::string(nearest);
-    const ArgumentList corrected = WithName(line.Arguments(), given, words.other);
-    line.Report("unknown-option", given, Underline::Name, words).corrected = corrected;
+    words.detail = AndItsValue(MeantValue(line, index));
+    std::vector<std::string> likely = LikelyOptions(line, index);
+    likely.resize(std::min(likely.size(), kMostNamed));
+    words.allowed = JoinWithOr(likely);
+    ReportLikely(line, index, "unknown-option", words, likely);
 }
 
 void CheckAmbiguous(LineUnderCheck &line, std::size_t index) {
@@ -118,30 +143,16 @@ void CheckAmbiguous(LineUnderCheck &line, std::size_t index) {
             names.push_back("--" + std::string(option.name));
         }
     }
-    FindingWords words{.example = names.front(), .detail = AndItsValue(MeantValue(line, index))};
-    constexpr std::size_t kShown = 4;
-    if (names.size() > kShown) {
+    std::vector<std::string> likely = LikelyOptions(line, index);
+    FindingWords words{.example = likely.front(), .detail = AndItsValue(MeantValue(line, index))};
+    if (names.size() > kMostNamed) {
         words.allowed = fmt::format("{} options, such as ", names.size());
-        names.resize(kShown);
+        names.assign(likely.begin(), likely.begin() + static_cast<std::ptrdiff_t>(
+                                                          std::min(likely.size(), kMostNamed)));
     }
     words.allowed += JoinWithOr(names);
-    line.Report("ambiguous-option", given, Underline::Name, words);
-}
-
-/// Both halves of a path with a space that was not quoted.
-std::string UnquotedPath(const LineUnderCheck &line, const GivenArgument &given) {
-    if (given.position == 0) {
-        return "";
-    }
-    const std::string &before = line.Arguments()[given.position - 1];
-    const std::string value = before.substr(
-        before.find('=') == std::string::npos || !before.starts_with("--") ? 0
-                                                                           : before.find('=') + 1);
-    const std::string path = value + " " + given.typed;
-    std::error_code ignored;
-    const bool exists = fs::exists(line.Context().libraryDirectory / path, ignored) ||
-                        fs::exists(line.Context().callerDirectory / path, ignored);
-    return exists ? path : "";
+    likely.resize(std::min(likely.size(), kMostNamed));
+    ReportLikely(line, index, "ambiguous-option", words, likely);
 }
 
 void CheckNonOption(LineUnderCheck &line, std::size_t index) {
@@ -153,18 +164,15 @@ void CheckNonOption(LineUnderCheck &line, std::size_t index) {
     }
     FindingWords words{.value = given.typed};
     ArgumentList corrected;
-    const std::string path = UnquotedPath(line, given);
     const OptionFacts *option = ScalerIspFacts::FindOption(WithoutDashes(given.typed));
-    if (!path.empty()) {
-        words.example = QuoteForShell(path);
-        corrected = line.Arguments();
-        corrected[given.position - 1] += " " + given.typed;
-        corrected.erase(corrected.begin() + static_cast<std::ptrdiff_t>(given.position));
-    } else if (option != nullptr && !option->takesValue && !given.typed.starts_with('-')) {
+    if (option != nullptr && !option->takesValue && !given.typed.starts_with('-')) {
         words.other = "--" + std::string(option->name);
         corrected = WithName(line.Arguments(), given, words.other);
     }
     line.Report("leftover-argument", given, Underline::Name, words).corrected = corrected;
+    if (!corrected.empty()) {
+        line.AddProbe(std::move(corrected));
+    }
 }
 
 void CheckRepeated(LineUnderCheck &line, std::size_t index) {
@@ -201,10 +209,12 @@ void CheckOption(LineUnderCheck &line, const GivenArgument &given) {
     if (given.kind == Kind::MissingValue) {
         line.Report("missing-value", given, Underline::Name,
                     {.allowed = AllowedValue(*given.option), .example = ExampleOf(*given.option)});
+        line.AddProbe(WithAfter(line.Arguments(), given, {ExampleValue(*given.option)}));
     } else if (given.kind == Kind::UnwantedValue) {
         ArgumentList corrected = line.Arguments();
         corrected[given.position] = name;
         line.Report("unwanted-value", given, Underline::Name, {}).corrected = corrected;
+        line.AddProbe(std::move(corrected));
     }
     if (given.option != nullptr && given.abbreviated) {
         line.Report("abbreviated-option", given, Underline::Name, {.other = name}).corrected =
@@ -216,6 +226,9 @@ void CheckOption(LineUnderCheck &line, const GivenArgument &given) {
 
 void CheckNames(LineUnderCheck &line) {
     for (std::size_t i = 0; i < line.Given().size(); ++i) {
+        if (line.IsExplained(line.Given()[i].position)) {
+            continue;
+        }
         switch (line.Given()[i].kind) {
         case Kind::Unknown:
             CheckUnknown(line, i);

@@ -2,13 +2,12 @@
 
 #include <fmt/format.h>
 
-#include "line/Companions.h"
-#include "line/ValueForm.h"
+#include "line/ExcludingOption.h"
+#include "line/NeedText.h"
 
 namespace ispctl {
 namespace {
 
-using ScalerIspFacts::Describe;
 using ScalerIspFacts::OptionFacts;
 
 /// Whether the library refuses the line for this option: without it the line is accepted, or
@@ -54,9 +53,10 @@ void CheckExcluded(LineUnderCheck &line, std::size_t index) {
     }
     line.Report("no-effect", given, Underline::Name,
                 {.detail = other != nullptr
-                               ? fmt::format("{} makes the library ignore it", other->typed)
-                               : fmt::format("the library ignores it together with {}",
-                                             Describe(*given.option, given.option->excludes))});
+                               ? fmt::format("next to {}, which makes the library ignore it",
+                                             other->typed)
+                               : "next to the other options of this line"})
+        .corrected = Without(line.Arguments(), given);
 }
 
 /// Needs that do not hold. Signature options without a type have a check of their own.
@@ -67,14 +67,17 @@ void CheckUnmet(LineUnderCheck &line, std::size_t index) {
     if (!isAction && line.HasFatal(given)) {
         return; // its value is wrong, so what it needs is not known
     }
-    FindingWords words{.allowed = Describe(option, option.needs),
-                       .example = MissingCompanion(line, index, option.needs)};
-    if ((isAction && option.needs != "NEVER") || (!isAction && IsReason(line, given))) {
-        line.Report("missing-need", given, Underline::Name, words);
-    } else if (!isAction) {
-        words.detail = "it needs " + words.allowed;
-        line.Report("no-effect", given, Underline::Name, words);
+    const NeedText need = DescribeNeed(line, index, option.needs);
+    const FindingWords words{.example = need.example, .detail = need.detail};
+    const bool isReason = isAction ? option.needs != "NEVER" : IsReason(line, given);
+    if (isAction && !isReason) {
+        return; // that it is always refused is said elsewhere
     }
+    const ArgumentList corrected =
+        need.isForOtherAction ? Without(line.Arguments(), given) : ArgumentList();
+    line.Report(isReason ? FindingName("missing-need") : FindingName("no-effect"), given,
+                Underline::Name, words)
+        .corrected = corrected;
 }
 
 /// An expression without the demands for a side.
@@ -109,11 +112,12 @@ void CheckOrder(LineUnderCheck &line, std::size_t index) {
             isAfter ? other->valuePosition + 1 - both.size() : other->position;
         moved.insert(moved.begin() + static_cast<std::ptrdiff_t>(target), both.begin(), both.end());
         line.Report("wrong-order", given, Underline::Name,
-                    {.allowed = Describe(option, option.goesWith)})
+                    {.allowed = (isAfter ? "after " : "before ") + other->typed})
             .corrected = moved;
     } else if (option.effect.group == ScalerIspFacts::Group::MergeInfoRw) {
+        const NeedText need = DescribeNeed(line, index, option.goesWith);
         line.Report("value-lost", given, Underline::Name,
-                    {.allowed = Describe(option, option.goesWith)});
+                    {.example = need.example, .detail = need.detail});
     }
 }
 

@@ -2,12 +2,11 @@
 
 #include <fmt/format.h>
 
-#include "line/Companions.h"
+#include "line/NeedText.h"
 
 namespace ispctl {
 namespace {
 
-using ScalerIspFacts::Describe;
 using ScalerIspFacts::OptionFacts;
 
 bool Programs(const LineUnderCheck &line) {
@@ -38,11 +37,13 @@ void CheckKey(LineUnderCheck &line, std::size_t index) {
     if (!isKey || !line.IsUsable(index) || HasCompany(option, line.LineFor(index))) {
         return;
     }
+    const NeedText need = DescribeNeed(line, index, option.goesWith);
     const bool lacksScheme = line.Holds("sw, !dsmode");
-    const std::string meantFor = "it is meant for " + Describe(option, option.goesWith);
     line.Report("key-not-used", *line.Options()[index], Underline::Name,
-                {.example = MissingCompanion(line, index, option.goesWith),
-                 .detail = lacksScheme ? "without --dsmode no key is checked" : meantFor});
+                {.example = need.example,
+                 .detail = lacksScheme          ? "without --dsmode no key is checked"
+                           : need.words.empty() ? "it has no use " + need.detail
+                                                : "it is meant for " + need.words});
 }
 
 /// What is programmed although nobody verifies it.

@@ -1,13 +1,16 @@
 #ifndef ISPCTL_LINE_CHECKS_H
 #define ISPCTL_LINE_CHECKS_H
 
+#include <filesystem>
+
 #include "line/LineUnderCheck.h"
 
 namespace ispctl {
 
 /// Each adds what it finds. The order in which they are called decides nothing but the order of
-/// findings about one argument.
+/// findings about one argument, unless said otherwise.
 
+void CheckSpaces(LineUnderCheck &line);     ///< no path was split at its spaces; before CheckNames
 void CheckNames(LineUnderCheck &line);      ///< every argument is an option or a value
 void CheckActions(LineUnderCheck &line);    ///< exactly one action, which does something
 void CheckValues(LineUnderCheck &line);     ///< numbers, bytes and keywords
@@ -15,9 +18,14 @@ void CheckNeeds(LineUnderCheck &line);      ///< every option has what it needs
 void CheckSignatures(LineUnderCheck &line); ///< what is programmed is verified, every key is used
 void CheckFiles(LineUnderCheck &line);      ///< every file is where the library looks for it
 void CheckBanks(LineUnderCheck &line);      ///< the firmware files fit into the flash
+void CheckCompanions(LineUnderCheck &line); ///< what is meant to be used together is
 void CheckDump(LineUnderCheck &line);       ///< where the dump goes
 void CheckRanges(LineUnderCheck &line);     ///< values that belong together
 void CheckSearch(LineUnderCheck &line);     ///< the firmware search finds a file
+
+/// Reports a file that cannot be written. RETURNS whether it can.
+bool CheckWritable(LineUnderCheck &line, const GivenArgument &given,
+                   const std::filesystem::path &path);
 
 /// Whether opening a file of this line could block for ever.
 bool NamesBlockingFile(const ArgumentList &arguments, const LineContext &context);

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <fmt/format.h>
 
-#include "line/Companions.h"
+#include "line/NeedText.h"
 #include "line/ValueForm.h"
 
 namespace ispctl {
@@ -62,13 +62,13 @@ ArgumentList WithoutAllBut(const LineUnderCheck &line,
 /// Several options can lack something at once, so that none of them is the reason alone.
 bool ExplainByNeeds(LineUnderCheck &line) {
     std::vector<const GivenArgument *> lacking;
-    std::vector<std::string> needs;
+    std::vector<NeedText> needs;
     for (std::size_t i = 0; i < line.Options().size(); ++i) {
         const auto &option = *line.Options()[i]->option;
         if (option.effect.group != ScalerIspFacts::Group::Action &&
             !HasNeeds(option, line.LineFor(i))) {
             lacking.push_back(line.Options()[i]);
-            needs.push_back(MissingCompanion(line, i, option.needs));
+            needs.push_back(DescribeNeed(line, i, option.needs));
         }
     }
     if (!line.Parse(WithoutAllBut(line, lacking, nullptr)).accepted) {
@@ -83,7 +83,7 @@ bool ExplainByNeeds(LineUnderCheck &line) {
             return finding.name == "no-effect" && finding.argument == given.position;
         });
         line.Report("missing-need", given, Underline::Name,
-                    {.allowed = Describe(*given.option, given.option->needs), .example = needs[i]});
+                    {.example = needs[i].example, .detail = needs[i].detail});
     }
     return HasFatalFinding(line);
 }

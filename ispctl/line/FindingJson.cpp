@@ -18,6 +18,7 @@ Json FindingJson(const Finding &finding) {
             {"length", finding.length},
             {"message", JsonString(finding.message)},
             {"suggestion", StringOrNull(finding.suggestion)},
+            {"follows_from", StringOrNull(finding.followsFrom)},
             {"corrected", corrected}};
 }
 

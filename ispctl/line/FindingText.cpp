@@ -4,6 +4,7 @@
 
 #include "line/DisplayWidth.h"
 #include "line/ShellQuote.h"
+#include "line/WrapText.h"
 
 namespace ispctl {
 namespace {
@@ -106,28 +107,6 @@ std::string LineAndMarks(const std::vector<Cell> &cells, std::size_t width) {
     return line + "\n" + (hasMarks ? marks + "\n" : "");
 }
 
-/// Text in lines of at most this width, if its words allow; later lines are indented.
-std::string Wrapped(std::string_view text, std::size_t width) {
-    std::string wrapped;
-    std::size_t column = 0;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find(' '), text.size());
-        const std::string_view word = text.substr(0, end);
-        const std::size_t wordWidth = DisplayWidth(word);
-        if (column > kIndent.size() && column + 1 + wordWidth > width) {
-            wrapped += "\n" + std::string(kIndent);
-            column = kIndent.size();
-        } else if (!wrapped.empty()) {
-            wrapped += ' ';
-            ++column;
-        }
-        wrapped += word;
-        column += wordWidth;
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
-    return wrapped + "\n";
-}
-
 std::string Shown(std::string_view text, const FindingLook &look) {
     return Visible(text, Layout::OneLine, look.charset);
 }
@@ -138,27 +117,43 @@ std::string FindingText(const Finding &finding, const std::vector<std::string> &
                         const FindingLook &look) {
     std::string text = std::string(NameOf(finding.severity)) + ": " + Shown(finding.message, look) +
                        " [" + std::string(finding.name) + "]";
-    text = Wrapped(text, look.width);
+    if (!finding.followsFrom.empty()) {
+        text += "; follows from " + Shown(finding.followsFrom, look);
+        return WrapText(text, look.width);
+    }
+    text = WrapText(text, look.width);
     if (!arguments.empty()) {
         text += LineAndMarks(CellsOf(finding, arguments, look.charset), look.width);
     }
     if (!finding.suggestion.empty()) {
-        text += Wrapped("help: " + Shown(finding.suggestion, look), look.width);
-    }
-    if (!finding.corrected.empty()) {
-        text += std::string(kIndent) + look.command + " " +
-                QuoteForShell(finding.corrected, look.charset) + "\n";
+        text += WrapText("help: " + Shown(finding.suggestion, look), look.width);
     }
     return text;
 }
 
-std::string FindingsText(const std::vector<Finding> &findings,
+std::string MendedText(const MendedLine &mended, const FindingLook &look) {
+    if (mended.arguments.empty()) {
+        return "";
+    }
+    std::string text =
+        mended.remaining.empty() ? "corrected line:\n" : "corrected in part; this remains:\n";
+    for (const Finding &finding : mended.remaining) {
+        text += WrapText(Shown(finding.message, look) + " [" + std::string(finding.name) + "]",
+                         look.width, {kIndent.size(), 2 * kIndent.size()});
+    }
+    text += mended.remaining.empty() ? "" : "line so far:\n";
+    return text + std::string(kIndent) + look.command + " " +
+           QuoteForShell(mended.arguments, look.charset) + "\n";
+}
+
+std::string FindingsText(const std::vector<Finding> &findings, const MendedLine &mended,
                          const std::vector<std::string> &arguments, const FindingLook &look) {
     std::string text;
     for (const Finding &finding : findings) {
         text += (text.empty() ? "" : "\n") + FindingText(finding, arguments, look);
     }
-    return text;
+    const std::string last = MendedText(mended, look);
+    return text + (text.empty() || last.empty() ? "" : "\n") + last;
 }
 
 } // namespace ispctl

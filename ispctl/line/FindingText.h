@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "VisibleText.h"
-#include "line/Finding.h"
+#include "line/MendLine.h"
 
 namespace ispctl {
 
@@ -18,13 +18,17 @@ struct FindingLook {
 };
 
 /// A finding for people: class, message and name; the line as a shell needs it, cut around the word
-/// that it is about to the width, and that word underlined; the suggestion, and the mended line in
-/// full.
+/// that it is about to the width, and that word underlined; the suggestion. Of what follows from
+/// another finding only the message and that finding.
 std::string FindingText(const Finding &finding, const std::vector<std::string> &arguments,
                         const FindingLook &look);
 
-/// All of them, with an empty line between.
-std::string FindingsText(const std::vector<Finding> &findings,
+/// The line to copy; if something remains to be mended, with what that is. Empty if nothing has a
+/// correction.
+std::string MendedText(const MendedLine &mended, const FindingLook &look);
+
+/// All findings and the mended line, with an empty line between.
+std::string FindingsText(const std::vector<Finding> &findings, const MendedLine &mended,
                          const std::vector<std::string> &arguments, const FindingLook &look);
 
 } // namespace ispctl

@@ -11,6 +11,14 @@ namespace {
 
 using Json = nlohmann::json;
 
+Json Encoded(const std::vector<std::string> &arguments) {
+    Json json = Json::array();
+    for (const std::string &argument : arguments) {
+        json.push_back(EscapeBytes(argument).text);
+    }
+    return json;
+}
+
 Json Encoded(const Finding &finding, bool withCorrected) {
     Json json{{"n", finding.name},
               {"s", static_cast<int>(finding.severity)},
@@ -23,11 +31,11 @@ Json Encoded(const Finding &finding, bool withCorrected) {
     if (finding.argument) {
         json["a"] = *finding.argument;
     }
+    if (!finding.followsFrom.empty()) {
+        json["f"] = EscapeBytes(finding.followsFrom).text;
+    }
     if (withCorrected) {
-        json["c"] = Json::array();
-        for (const std::string &argument : finding.corrected) {
-            json["c"].push_back(EscapeBytes(argument).text);
-        }
+        json["c"] = Encoded(finding.corrected);
     }
     return json;
 }
@@ -36,6 +44,13 @@ std::string Encoded(const LineReport &report, bool withCorrected, std::size_t co
     Json json{{"notice", EscapeBytes(report.notice).text}, {"findings", Json::array()}};
     for (std::size_t i = 0; i < count; ++i) {
         json["findings"].push_back(Encoded(report.findings[i], withCorrected));
+    }
+    if (withCorrected) {
+        json["mended"] = Encoded(report.mended.arguments);
+        json["remaining"] = Json::array();
+        for (const Finding &finding : report.mended.remaining) {
+            json["remaining"].push_back(Encoded(finding, false));
+        }
     }
     if (count < report.findings.size()) {
         json["notice"] =
@@ -62,6 +77,9 @@ Finding Decoded(const Json &json) {
     finding.length = json.at("l").get<std::size_t>();
     if (json.contains("a")) {
         finding.argument = json.at("a").get<std::size_t>();
+    }
+    if (json.contains("f")) {
+        finding.followsFrom = json.at("f").get<std::string>();
     }
     if (json.contains("c")) {
         finding.corrected = json.at("c").get<std::vector<std::string>>();
@@ -90,6 +108,12 @@ LineReport DecodeLineReport(std::string_view bytes) {
     report.notice = json.at("notice").get<std::string>();
     for (const Json &finding : json.at("findings")) {
         report.findings.push_back(Decoded(finding));
+    }
+    if (json.contains("mended")) {
+        report.mended.arguments = json.at("mended").get<std::vector<std::string>>();
+        for (const Json &finding : json.at("remaining")) {
+            report.mended.remaining.push_back(Decoded(finding));
+        }
     }
     return report;
 }

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "line/Finding.h"
+#include "line/MendLine.h"
 
 namespace ispctl {
 
@@ -13,9 +13,10 @@ namespace ispctl {
 struct LineReport {
     std::string notice; ///< why not everything was checked; may be empty
     std::vector<Finding> findings;
+    MendedLine mended;
 };
 
-/// The bytes of a report of at most `limit` bytes: corrected lines are left out first, then
+/// The bytes of a report of at most `limit` bytes: all corrected lines are left out first, then
 /// findings from the end, which the notice mentions.
 std::string EncodeLineReport(const LineReport &report, std::size_t limit);
 

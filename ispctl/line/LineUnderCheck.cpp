@@ -99,6 +99,13 @@ Finding &LineUnderCheck::Report(FindingName name, const FindingWords &words) {
     return m_findings.emplace_back(MakeFinding(name, words));
 }
 
+void LineUnderCheck::AddProbe(ArgumentList mended) {
+    const Finding &finding = m_findings.back();
+    m_probes.push_back({finding.name, finding.argument,
+                        finding.option.empty() ? finding.value : finding.option,
+                        std::move(mended)});
+}
+
 bool LineUnderCheck::HasFatal(const GivenArgument &given) const {
     return std::any_of(m_findings.begin(), m_findings.end(), [&](const Finding &finding) {
         return finding.severity == FindingClass::Fatal && finding.argument &&

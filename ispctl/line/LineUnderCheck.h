@@ -5,6 +5,7 @@
 #include <deque>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -50,7 +51,10 @@ class LineUnderCheck {
         return m_facts;
     }
     bool Holds(std::string_view expression) const {
-        return ScalerIspFacts::Holds(expression, LineFor(0));
+        return HoldsFor(0, expression);
+    }
+    bool HoldsFor(std::size_t index, std::string_view expression) const {
+        return ScalerIspFacts::Holds(expression, LineFor(index));
     }
     /// The last one with this whole name, or null.
     const GivenArgument *Find(std::string_view name) const;
@@ -81,6 +85,26 @@ class LineUnderCheck {
     std::vector<Finding> &Findings() {
         return m_findings;
     }
+    /// Notes what the line would be with the finding mended that was reported last: what is not
+    /// found about that line follows from this finding.
+    void AddProbe(ArgumentList mended);
+    /// The noted lines, with name and argument of their finding.
+    struct Probe {
+        std::string_view name;
+        std::optional<std::size_t> argument;
+        std::string typed;
+        ArgumentList mended;
+    };
+    const std::vector<Probe> &Probes() const {
+        return m_probes;
+    }
+    /// Leaves an argument to the finding that explains it: no other one is needed.
+    void MarkExplained(std::size_t position) {
+        m_explained.insert(position);
+    }
+    bool IsExplained(std::size_t position) const {
+        return m_explained.contains(position);
+    }
     /// Whether a finding that may be the reason of a refusal is about this argument.
     bool HasFatal(const GivenArgument &given) const;
 
@@ -96,6 +120,8 @@ class LineUnderCheck {
     std::optional<ParsedLine> m_parsed;
     mutable std::map<ArgumentList, ParsedLine> m_similar; ///< several checks try the same lines
     std::vector<Finding> m_findings;
+    std::vector<Probe> m_probes;
+    std::set<std::size_t> m_explained;
 };
 
 } // namespace ispctl

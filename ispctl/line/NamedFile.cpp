@@ -1,6 +1,9 @@
 #include "line/NamedFile.h"
 
+#include <cerrno>
+#include <cstring>
 #include <system_error>
+#include <unistd.h>
 
 #include "line/ValueForm.h"
 
@@ -27,6 +30,28 @@ NamedFile FileOf(const GivenArgument &given, const LineContext &context) {
         file.size = error ? 0 : size;
     }
     return file;
+}
+
+std::string WhyUnwritable(const fs::path &path) {
+    std::error_code ignored;
+    const fs::file_status status = fs::status(path, ignored);
+    if (fs::is_directory(status)) {
+        return "it is a directory";
+    }
+    if (fs::exists(status)) {
+        return ::access(path.c_str(), W_OK) == 0 ? "" : std::strerror(errno);
+    }
+    const fs::path directory = path.parent_path();
+    const fs::file_status above = fs::status(directory, ignored);
+    if (!fs::exists(above)) {
+        return "there is no directory " + directory.string();
+    }
+    if (!fs::is_directory(above)) {
+        return directory.string() + " is not a directory";
+    }
+    return ::access(directory.c_str(), W_OK | X_OK) == 0
+               ? ""
+               : directory.string() + ": " + std::strerror(errno);
 }
 
 std::string KindOf(const fs::file_status &status) {

@@ -38,6 +38,9 @@ NamedFile FileOf(const GivenArgument &given, const LineContext &context);
 /// Such as "a directory"; for what is neither a file nor missing.
 std::string KindOf(const std::filesystem::file_status &status);
 
+/// Why no file can be written there; empty if one can. Nothing is created.
+std::string WhyUnwritable(const std::filesystem::path &path);
+
 /// The banks of a flash of 16 MiB.
 inline constexpr std::uintmax_t kFlashBanks = 256;
 

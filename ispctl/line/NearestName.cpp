@@ -46,15 +46,20 @@ std::size_t EditDistance(std::string_view a, std::string_view b) {
     return last[b.size()];
 }
 
-std::string_view NearestName(std::string_view word, std::span<const std::string_view> candidates) {
+std::optional<std::size_t> NameDistance(std::string_view word, std::string_view candidate) {
     const std::string lower = LowerCase(word);
+    const bool isBeginning = lower.size() >= kShortestBeginning && candidate.starts_with(lower) &&
+                             lower.size() < candidate.size();
+    const std::size_t distance = isBeginning ? 1 : EditDistance(lower, candidate);
+    return distance <= LargestDistance(lower.size()) ? std::optional(distance) : std::nullopt;
+}
+
+std::string_view NearestName(std::string_view word, std::span<const std::string_view> candidates) {
     std::string_view nearest;
-    std::size_t smallest = LargestDistance(lower.size()) + 1;
+    std::optional<std::size_t> smallest;
     for (const std::string_view candidate : candidates) {
-        const bool isBeginning = lower.size() >= kShortestBeginning && candidate.starts_with(lower);
-        const std::size_t distance =
-            isBeginning && lower.size() < candidate.size() ? 1 : EditDistance(lower, candidate);
-        if (distance < smallest) {
+        const auto distance = NameDistance(word, candidate);
+        if (distance && (!smallest || *distance < *smallest)) {
             smallest = distance;
             nearest = candidate;
         }

@@ -6,6 +6,7 @@
 
 #include "line/FindingTable.h"
 #include "line/LineFixture.h"
+#include "line/MendLine.h"
 
 namespace {
 
@@ -72,10 +73,86 @@ TEST_F(CheckLine, Search_that_finds_a_file_is_good) {
     EXPECT_THAT(names, IsEmpty());
 }
 
-TEST_F(CheckLine, Fatal_findings_come_first_then_errors_then_warnings) {
+TEST_F(CheckLine, Spelling_comes_first_then_fatal_findings_errors_and_warnings) {
     EXPECT_THAT(Names(Check("--isp --comm 010 --fw @f.bin --slave 999 --bnak 3 --factory")),
-                ElementsAre("fatal number-out-of-range", "error unknown-option",
+                ElementsAre("error unknown-option", "fatal number-out-of-range",
                             "warning octal-number", "warning unsigned-programming"));
+}
+
+struct Cause {
+    const char *line;
+    const char *cause;       ///< name
+    const char *typed;       ///< what the consequence names
+    const char *consequence; ///< class and name
+};
+
+const Cause kCauses[] = {
+    {"--isp --fww @f.bin", "unknown-option", "--fww", "fatal missing-need"},
+    {"--isp --f @f.bin", "ambiguous-option", "--f", "fatal missing-need"},
+    {"--ips --fw @f.bin", "unknown-option", "--ips", "fatal no-action"},
+    {"isp --fw @f.bin", "leftover-argument", "isp", "fatal no-action"},
+    {"--isp=1 --fw @f.bin", "unwanted-value", "--isp", "fatal no-action"},
+    {"--isp --fw", "missing-value", "--fw", "fatal missing-need"},
+    {"--isp --fw --bank 3", "value-like-option", "--fw", "error leftover-argument"},
+    {"--isp --fw @f.bin --sww --signfile @s.sig", "unknown-option", "--sww",
+     "error unverified-signature"},
+};
+
+TEST_F(CheckLine, Consequence_of_a_spelling_mistake_comes_last_and_names_it) {
+    for (const Cause &row : kCauses) {
+        const Words arguments = Line(row.line);
+        const Findings findings = Check(arguments);
+        SCOPED_TRACE(Shown(arguments, findings));
+        ASSERT_EQ(findings.size(), 2U);
+        EXPECT_EQ(findings[0].name, row.cause);
+        EXPECT_EQ(findings[0].followsFrom, "");
+        EXPECT_EQ(Names(findings)[1], row.consequence);
+        EXPECT_EQ(findings[1].followsFrom, row.typed);
+    }
+}
+
+TEST_F(CheckLine, Finding_that_stays_after_the_correction_follows_from_nothing) {
+    for (const ispctl::Finding &finding : Check("--isp --fw @f.bin --bnak 3 --slave 999")) {
+        EXPECT_EQ(finding.followsFrom, "") << finding.name;
+    }
+}
+
+struct Mended {
+    const char *line;
+    const char *mended;
+    std::vector<std::string> remaining; ///< class and name
+};
+
+const Mended kMended[] = {
+    {"--ips --fww @f.bin --bnak 3 --slave 0X",
+     "--isp --fw @f.bin --bank 3 --slave 0X",
+     {"fatal not-a-number"}},
+    {"--ips --fww f.bin --bnak 16k", "--isp --fw @f.bin --bank 16", {}},
+    {"--isp --fw @f.bin --signfile @s.sig --vkfile @k.pem --dsmod 3 --comm 010",
+     "--isp --fw @f.bin --sw --signfile @s.sig --vkfile @k.pem --dsmode 3 --comm 10",
+     {}},
+    {"--isp --fw @f.bin --zzzzzz --bnak 3",
+     "--isp --fw @f.bin --zzzzzz --bank 3",
+     {"error unknown-option"}},
+    {"--isp --fw @f.bin --zzzzzz", "", {"error unknown-option"}},
+    {"--isp --fw @f.bin", "", {}},
+};
+
+TEST_F(CheckLine, Mended_line_has_all_corrections) {
+    for (const Mended &row : kMended) {
+        const Words arguments = Line(row.line);
+        const auto mended = ispctl::MendLine(arguments, Check(arguments), {}, m_context);
+        EXPECT_EQ(mended.arguments, Line(row.mended)) << row.line;
+        EXPECT_EQ(Names(mended.remaining), row.remaining) << row.line;
+    }
+}
+
+TEST_F(CheckLine, Allowed_finding_stays_in_the_mended_line) {
+    const Words arguments = Line("--isp --fw @f.bin --bnak 3 --sww");
+    const auto mended =
+        ispctl::MendLine(arguments, Check(arguments), {"unknown-option"}, m_context);
+    EXPECT_THAT(mended.arguments, IsEmpty());
+    EXPECT_THAT(mended.remaining, IsEmpty());
 }
 
 TEST_F(CheckLine, Finding_about_something_else_is_not_the_reason) {

@@ -35,15 +35,37 @@ Words LinesOf(const std::string &text) {
     return lines;
 }
 
-TEST(FindingText, Word_is_underlined_and_mended_line_follows) {
-    Finding finding = About(2, 0, 6);
-    finding.corrected = {"--isp", "--fw", "my file", "--bank"};
-    EXPECT_EQ(ispctl::FindingText(finding, {"--isp", "--fw=my file", "--bnak"}, {}),
+TEST(FindingText, Word_is_underlined_and_suggestion_follows) {
+    EXPECT_EQ(ispctl::FindingText(About(2, 0, 6), {"--isp", "--fw=my file", "--bnak"}, {}),
               "error: there is no option --bnak [unknown-option]\n"
               "  --isp '--fw=my file' --bnak\n"
               "                       ^~~~~~\n"
-              "help: did you mean --bank?\n"
-              "  ispctl run --isp --fw 'my file' --bank\n");
+              "help: did you mean --bank?\n");
+}
+
+TEST(FindingText, One_line_that_mends_all_findings_is_at_the_end) {
+    const ispctl::MendedLine mended{{"--isp", "--fw", "my file", "--bank"}, {}};
+    const std::string text =
+        ispctl::FindingsText({About(1, 0, 6), About(1, 0, 6)}, mended, {"--isp", "--bnak"}, {});
+    EXPECT_THAT(text, testing::EndsWith("help: did you mean --bank?\n\ncorrected line:\n"
+                                        "  ispctl run --isp --fw 'my file' --bank\n"));
+    EXPECT_EQ(text.find("ispctl run"), text.rfind("ispctl run"));
+}
+
+TEST(FindingText, Line_that_is_not_right_yet_says_what_remains) {
+    const ispctl::MendedLine mended{{"--isp"}, {About(0, 0, 5)}};
+    EXPECT_EQ(ispctl::MendedText(mended, {}), "corrected in part; this remains:\n"
+                                              "  there is no option --bnak [unknown-option]\n"
+                                              "line so far:\n"
+                                              "  ispctl run --isp\n");
+    EXPECT_EQ(ispctl::MendedText({{}, {About(0, 0, 5)}}, {}), "");
+}
+
+TEST(FindingText, Consequence_is_one_sentence_that_names_its_cause) {
+    Finding finding = About(0, 0, 5);
+    finding.followsFrom = "--fww";
+    EXPECT_EQ(ispctl::FindingText(finding, {"--isp"}, {}),
+              "error: there is no option --bnak [unknown-option]; follows from --fww\n");
 }
 
 TEST(FindingText, Part_of_a_quoted_argument_is_underlined) {
@@ -129,7 +151,7 @@ TEST(FindingJson, Everything_that_a_finding_has_is_there) {
     EXPECT_EQ(ispctl::FindingJson(finding).dump(),
               R"({"name":"unknown-option","class":"error","option":"--bnak","value":null,)"
               R"("argument":2,"offset":0,"length":6,"message":"there is no option --bnak",)"
-              R"("suggestion":"did you mean --bank?","corrected":["--isp"]})");
+              R"("suggestion":"did you mean --bank?","follows_from":null,"corrected":["--isp"]})");
     EXPECT_TRUE(ispctl::FindingJson(Finding{})["argument"].is_null());
     EXPECT_TRUE(ispctl::FindingJson(Finding{})["corrected"].is_null());
     EXPECT_EQ(ispctl::FindingsJson({}).dump(), "[]");

@@ -88,5 +88,5 @@ LineFixture::Words LineFixture::Names(const Findings &findings) {
 }
 
 std::string LineFixture::Shown(const Words &arguments, const Findings &findings) {
-    return ispctl::FindingsText(findings, arguments, {.width = 100});
+    return ispctl::FindingsText(findings, {}, arguments, {.width = 100});
 }
