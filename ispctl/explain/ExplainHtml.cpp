@@ -134,7 +134,7 @@ std::string PlanHtml(const Explanation &explanation) {
         }
         html += step.results.empty() ? "" : "\n<ul>\n";
         for (const PlanResult &result : step.results) {
-            html += Element("li", "result " + DescribePlanResult(result)) + "\n";
+            html += Element("li", DescribePlanResult(result)) + "\n";
         }
         html += step.results.empty() ? "</li>\n" : "</ul>\n</li>\n";
     }

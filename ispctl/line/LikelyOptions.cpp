@@ -21,7 +21,8 @@ bool IsAction(std::string_view name) {
     return ScalerIspFacts::FindAction(name) != nullptr;
 }
 
-/// How badly the option suits the rest of the line; 0: it could stand there.
+/// How badly the option suits the rest of the line; 0: it could stand there. A value too many or
+/// missing counts twice.
 std::size_t MisfitOf(const LineUnderCheck &line, const OptionFacts &option, bool hasValue) {
     std::vector<GivenOption> options(line.Facts());
     options.push_back({option.name, {}});
@@ -29,10 +30,13 @@ std::size_t MisfitOf(const LineUnderCheck &line, const OptionFacts &option, bool
     const bool hasAction =
         std::any_of(line.Facts().begin(), line.Facts().end(),
                     [](const GivenOption &given) { return IsAction(given.name); });
-    std::size_t misfit = option.takesValue != hasValue ? 2 : 0;
-    misfit += line.Find(option.name) != nullptr ? 1 : 0;
-    misfit += IsAction(option.name) && hasAction ? 1 : 0;
-    misfit += HasNeeds(option, with) && !IsExcluded(option, with) ? 0 : 1;
+    const bool hasUse = HasNeeds(option, with) && !IsExcluded(option, with);
+    std::size_t misfit = 0;
+    for (const bool isWrong :
+         {option.takesValue != hasValue, option.takesValue != hasValue,
+          line.Find(option.name) != nullptr, IsAction(option.name) && hasAction, !hasUse}) {
+        misfit += isWrong ? 1U : 0U;
+    }
     return misfit;
 }
 
@@ -54,7 +58,7 @@ std::optional<std::size_t> CostOf(const LineUnderCheck &line, std::size_t index,
     } else {
         return std::nullopt;
     }
-    return 4 * distance + 2 * MisfitOf(line, option, hasValue) + (isBeginning ? 0 : 1);
+    return 4 * distance + 2 * MisfitOf(line, option, hasValue) + (isBeginning ? 0U : 1U);
 }
 
 } // namespace

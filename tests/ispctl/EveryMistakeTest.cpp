@@ -123,7 +123,7 @@ const Mistake kMistakes[] = {
     {"file over 16 MiB",
      "--isp --fw @big.bin",
      kRefused,
-     kRefused,
+     kFound,
      {"at most 16 MiB", "check that this is the firmware"}},
     {"file over 4 GiB",
      "--isp --fw @huge.bin",

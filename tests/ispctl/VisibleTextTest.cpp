@@ -97,4 +97,12 @@ TEST(VisibleStream, Text_is_passed_on_as_soon_as_it_is_complete) {
     EXPECT_EQ(stream.Finish(), "");
 }
 
+TEST(VisibleStream, Nul_is_visible_or_kept_as_demanded) {
+    const std::string text("a\0\033[31m\0b\x01", 10);
+    ispctl::VisibleStream shown(Charset::Utf8, ispctl::Colours::Keep, ispctl::Nul::Show);
+    EXPECT_EQ(shown.Add(text), "a\\x00\033[31m\\x00b\\x01");
+    ispctl::VisibleStream kept(Charset::Utf8, ispctl::Colours::Keep, ispctl::Nul::Keep);
+    EXPECT_EQ(kept.Add(text), std::string("a\0\033[31m\0b\\x01", 13));
+}
+
 } // namespace
