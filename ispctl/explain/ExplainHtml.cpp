@@ -108,7 +108,7 @@ std::string FindingsHtml(const Explanation &explanation) {
         return html + Element("p", "none") + "\n";
     }
     FindingLook look;
-    look.command = "ispctl explain";
+    look.command = explanation.ownPart;
     look.width = kFindingColumns;
     for (const Finding &finding : explanation.findings) {
         html += fmt::format("<pre class=\"{}\">{}</pre>\n", NameOf(finding.severity),

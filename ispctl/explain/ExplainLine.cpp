@@ -13,6 +13,7 @@
 #include "line/CheckLine.h"
 #include "line/CheckPassable.h"
 #include "line/Checks.h"
+#include "line/ShellQuote.h"
 
 namespace ispctl {
 namespace {
@@ -64,6 +65,9 @@ std::optional<Explanation> ExplainLine(const ExplainOptions &options, std::strin
     Explanation explanation;
     explanation.library = library->Path().string();
     explanation.arguments = options.arguments;
+    explanation.ownPart += options.virtualScaler ? " --virtual" : "";
+    explanation.ownPart +=
+        options.library.empty() ? "" : " --lib " + QuoteForShell(options.library);
     const CommandLine line = BuildCommandLine(
         options.arguments, [&](const std::string &text) { return library->Split(text); });
     if (!line.IsValid()) {

@@ -57,7 +57,7 @@ class TextWriter {
             Line("  none");
         }
         FindingLook look;
-        look.command = "ispctl explain";
+        look.command = explanation.ownPart;
         look.width = m_width;
         look.charset = m_charset;
         m_text +=

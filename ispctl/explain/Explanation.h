@@ -15,12 +15,13 @@ namespace ispctl {
 
 /// Everything that `ispctl explain` shows. The writers of text, JSON and HTML add nothing to it.
 struct Explanation {
-    std::string library;                ///< absolute path; empty: a record of a file is shown
-    std::vector<std::string> arguments; ///< for the library, as typed
-    std::string commandLine;            ///< as the library would get it; empty: it cannot be passed
-    std::string notPassed;              ///< why it cannot be; empty: it can
-    bool accepted = false;              ///< by the library
-    std::string printed;                ///< by the library while it validated the line
+    std::string library;                    ///< absolute path; empty: a record of a file is shown
+    std::string ownPart = "ispctl explain"; ///< what stands before the arguments of a line to copy
+    std::vector<std::string> arguments;     ///< for the library, as typed
+    std::string commandLine; ///< as the library would get it; empty: it cannot be passed
+    std::string notPassed;   ///< why it cannot be; empty: it can
+    bool accepted = false;   ///< by the library
+    std::string printed;     ///< by the library while it validated the line
     std::vector<PlanStep> plan;
     std::vector<Finding> findings;
     MendedLine mended;

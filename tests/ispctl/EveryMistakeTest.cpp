@@ -469,7 +469,7 @@ TEST_F(MistakeWithPlugin, Plugin_of_another_architecture_is_named) {
                                     : 4;
     bytes[machine] = static_cast<char>(bytes[machine] ^ 0x15);
     m_folder.Write("lib/PlugIn/libIsp.dylib", bytes);
-    ExpectUnusable(m_line, {"@lib/PlugIn/libIsp.dylib", "architecture", "nothing was done"});
+    ExpectUnusable(m_line, {"@lib/PlugIn/libIsp.dylib", "cannot be loaded", "nothing was done"});
 }
 
 TEST_F(MistakeWithPlugin, Plugin_without_IspFlash_is_named_with_the_function) {

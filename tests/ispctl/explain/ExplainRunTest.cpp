@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "ConsoleProcess.h"
 #include "support/EnvGuard.h"
@@ -210,6 +211,24 @@ TEST_F(ExplainRun, File_that_cannot_be_written_leaves_none_behind) {
     if (fs::exists("/dev/full")) {
         EXPECT_EQ(ExplainLine({"--html", "/dev/full"}, m_line).status, 8);
     }
+}
+
+TEST_F(ExplainRun, Sentences_are_wrapped_to_80_columns_without_a_terminal) {
+    std::istringstream lines(ExplainLine({}, {"--erase", "--zzzzzz"}).out);
+    int sentences = 0;
+    for (std::string line; std::getline(lines, line);) {
+        const bool hasPath = line.find('/') != std::string::npos; // is never broken
+        EXPECT_TRUE(line.size() <= 80 || hasPath) << line;
+        sentences += line.starts_with("     ") ? 1 : 0;
+    }
+    EXPECT_GT(sentences, 10);
+}
+
+TEST_F(ExplainRun, Corrected_line_is_null_unless_it_mends_everything) {
+    EXPECT_EQ(JsonOf({"--isp", "--fww", m_firmware})["corrected"],
+              json({"--isp", "--fw", m_firmware}));
+    EXPECT_EQ(JsonOf({"--isp", "--fww", m_firmware, "--zzzzzz"})["corrected"], nullptr);
+    EXPECT_EQ(JsonOf(m_line)["corrected"], nullptr);
 }
 
 TEST_F(ExplainRun, Usage_errors_have_status_2) {

@@ -124,8 +124,8 @@ struct Mended {
 };
 
 const Mended kMended[] = {
-    {"--ips --fww @f.bin --bnak 3 --slave 0X",
-     "--isp --fw @f.bin --bank 3 --slave 0X",
+    {"--ips --fww @f.bin --bnak 3 --slave x",
+     "--isp --fw @f.bin --bank 3 --slave x",
      {"fatal not-a-number"}},
     {"--ips --fww f.bin --bnak 16k", "--isp --fw @f.bin --bank 16", {}},
     {"--isp --fw @f.bin --signfile @s.sig --vkfile @k.pem --dsmod 3 --comm 010",
@@ -175,14 +175,14 @@ TEST_F(CheckLine, Unknown_refusal_gives_what_the_library_prints) {
     // A library with a rule that this program does not know.
     m_context.parse = [](const Words &arguments) {
         ispctl::ParsedLine parsed;
-        parsed.accepted = std::count(arguments.begin(), arguments.end(), "--newboot") == 0;
-        parsed.printed = parsed.accepted ? "" : "no new boot code today\n";
+        parsed.accepted = std::count(arguments.begin(), arguments.end(), "--ispchannel") == 0;
+        parsed.printed = parsed.accepted ? "" : "no channel today\n";
         return parsed;
     };
-    const Findings findings = Check("--isp --fw @f.bin --newboot");
+    const Findings findings = Check("--isp --fw @f.bin --ispchannel");
     ASSERT_THAT(Names(findings), ElementsAre("fatal refused"));
     EXPECT_EQ(findings[0].argument, 3U);
-    EXPECT_THAT(findings[0].message, testing::HasSubstr("no new boot code today"));
+    EXPECT_THAT(findings[0].message, testing::HasSubstr("no channel today"));
     m_context.parse = [](const Words &) { return ispctl::ParsedLine{false, "never\n", nullptr}; };
     const Findings all = Check("--isp --fw @f.bin");
     ASSERT_THAT(Names(all), ElementsAre("fatal refused"));
