@@ -10,7 +10,8 @@ import tempfile
 STATUSES = {
     # arguments after "run --json", the expected exit status
     "success": (["--virtual", "--isp", "--fw", "FW"], 0),
-    "error of the plug-in": (["--virtual", "--allow", "unwritable-file", "--dumpflash", "--dumplen", "9", "--dumpname", "/no/x.bin"], 1),
+    "error of the plug-in": (["--virtual", "--allow", "unwritable-file", "--dumpflash", "--dumplen", "9",
+                              "--dumpname", "/no/x.bin"], 1),
     "usage": ([], 2),
     "no library": (["--lib", "/no/lib.so", "--isp", "--fw", "FW"], 2),
     "refused by findings": (["--virtual", "--isp", "--bnak", "3", "--fw", "FW", "--signfile", "\x1b[2J"], 4),
