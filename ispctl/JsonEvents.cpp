@@ -37,12 +37,17 @@ void AddEnd(Json &event, const RunOutcome &outcome) {
 }
 
 /// The keys that every result event has, in their order.
-Json ResultEvent(ExitStatus status, std::string_view source, std::string_view stage) {
-    return {{"event", "result"}, {"status", static_cast<int>(status)},
-            {"code", nullptr},   {"hex", nullptr},
-            {"name", nullptr},   {"meaning", nullptr},
-            {"source", source},  {"stage", stage},
-            {"percent", nullptr}};
+Json ResultEvent(ExitStatus status, std::string_view source, std::string_view stage,
+                 std::string_view run) {
+    Json event{{"event", "result"}, {"status", static_cast<int>(status)},
+               {"code", nullptr},   {"hex", nullptr},
+               {"name", nullptr},   {"meaning", nullptr},
+               {"source", source},  {"stage", stage},
+               {"percent", nullptr}};
+    if (!run.empty()) {
+        event["run"] = run;
+    }
+    return event;
 }
 
 } // namespace
@@ -79,7 +84,7 @@ void JsonEvents::OnPause() {
 
 void JsonEvents::OnEnd(const RunOutcome &outcome, ExitStatus status) {
     m_console.EmitAll();
-    Json event = ResultEvent(status, SourceOf(outcome), StageOf(outcome));
+    Json event = ResultEvent(status, SourceOf(outcome), StageOf(outcome), outcome.run);
     if (outcome.code) {
         const std::string_view name = NameOfCode(outcome);
         event["code"] = *outcome.code;
@@ -103,8 +108,9 @@ void JsonEvents::OnEnd(const RunOutcome &outcome, ExitStatus status) {
 }
 
 void JsonEvents::WriteNotCalled(ConsoleStreams &streams, ExitStatus status, std::string_view stage,
-                                std::string_view reason, const std::vector<Finding> &findings) {
-    Json event = ResultEvent(status, "ispctl", stage);
+                                std::string_view reason, const std::vector<Finding> &findings,
+                                std::string_view run) {
+    Json event = ResultEvent(status, "ispctl", stage, run);
     event["meaning"] = JsonString(reason);
     event["device"] = "untouched";
     event["findings"] = FindingsJson(findings);

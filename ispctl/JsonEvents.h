@@ -27,9 +27,11 @@ class JsonEvents : public RunObserver {
     void OnEnd(const RunOutcome &outcome, ExitStatus status) override;
 
     /// The result event of a run that did not call the library.
-    /// \param stage  "usage", "open" or "check"
+    /// \param stage  "usage", "open", "check", "log", "station", "lock", "files" or "backup"
+    /// \param run  id of the run; empty: it is recorded nowhere
     static void WriteNotCalled(ConsoleStreams &streams, ExitStatus status, std::string_view stage,
-                               std::string_view reason, const std::vector<Finding> &findings);
+                               std::string_view reason, const std::vector<Finding> &findings,
+                               std::string_view run = {});
 
   private:
     void WriteText(const char *event, const EscapedText &text);

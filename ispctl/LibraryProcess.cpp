@@ -23,6 +23,8 @@
 #include "line/CheckLine.h"
 #include "line/CheckPassable.h"
 #include "line/LineReport.h"
+#include "station/BackupCall.h"
+#include "station/RunPreparation.h"
 
 namespace ispctl {
 namespace {
@@ -48,6 +50,7 @@ struct Call {
     ScalerLibrary library;
     std::wstring line;
     std::shared_ptr<const Records> records; ///< null if the library lacks its parser
+    LineContext context;
 };
 
 /// Reports why the line cannot be passed: first with the argument that is the reason.
@@ -58,6 +61,10 @@ void ReportUnpassable(const RunOptions &options, const std::string &error, Paren
     }
 }
 
+CommandLine BuildLine(const std::vector<std::string> &arguments, const ScalerLibrary &library) {
+    return BuildCommandLine(arguments, [&](const std::string &l) { return library.Split(l); });
+}
+
 /// RETURNS nothing if the library cannot be called, after reporting why.
 std::optional<Call> Prepare(const RunOptions &options, ParentLink &link) {
     std::string error;
@@ -66,24 +73,25 @@ std::optional<Call> Prepare(const RunOptions &options, ParentLink &link) {
         link.Send(FrameKind::Unopened, error.substr(0, kMaxFrame));
         return std::nullopt;
     }
-    CommandLine line = BuildCommandLine(options.arguments,
-                                        [&](const std::string &l) { return library->Split(l); });
+    CommandLine line = BuildLine(options.arguments, *library);
     if (!line.IsValid()) {
         ReportUnpassable(options, line.error, link);
         return std::nullopt;
     }
-    return Call{std::move(*library), std::move(line.line), nullptr};
+    return Call{std::move(*library), std::move(line.line), nullptr, {}};
 }
 
 /// Checks the line with the library's own parser. RETURNS whether ispctl wants to continue.
 bool CheckAndReport(const RunOptions &options, Call &call, ParentLink &link) {
     LineReport report;
     std::error_code ignored;
-    LineContext context{call.library.Directory(), std::filesystem::current_path(ignored), {}};
+    LineContext &context = call.context;
+    context.libraryDirectory = call.library.Directory();
+    context.callerDirectory = std::filesystem::current_path(ignored);
     std::string missing;
     const auto parser = LibraryParser::Find(call.library, missing);
     if (parser) {
-        context.parse = [&](const std::vector<std::string> &arguments) {
+        context.parse = [parser, &options, &call](const std::vector<std::string> &arguments) {
             ParsedLine parsed = parser->Parse(arguments);
             if (arguments == options.arguments) {
                 call.records = parsed.records;
@@ -135,6 +143,20 @@ void OnMessage(wchar_t *text) {
     }
 }
 
+/// Calls the library, and finds out who formed its result.
+JudgedResult RunAndJudge(const ScalerLibrary &library, const std::wstring &line,
+                         const Records *records) {
+    const ImageWatch watch;
+    JudgedResult judged;
+    judged.result.code = library.Run(line, OnProgress, OnMessage);
+    judged.result.pluginLoaded = watch.MayHaveLoadedPlugin() ? 1 : 0;
+    ResultOrigin origin =
+        OriginOf(judged.result.code, library.Directory(), records, judged.result.pluginLoaded != 0);
+    judged.result.fromLibrary = origin.fromLibrary ? 1 : 0;
+    judged.detail = std::move(origin.detail);
+    return judged;
+}
+
 } // namespace
 
 std::unique_ptr<ParentLink> ParentLink::FromArguments(std::vector<std::string> &arguments) {
@@ -168,9 +190,21 @@ void BecomeLibraryProcess() {
 
 void RunLibrary(const RunOptions &options, ParentLink &link) {
     std::optional<Call> call;
+    std::optional<RunPreparation> preparation;
+    CommandLine line; // as prepared: with the paths of private copies
     try {
         call = Prepare(options, link);
         if (!call || !CheckAndReport(options, *call, link)) {
+            return; // nothing was done
+        }
+        preparation =
+            PrepareRun(options, call->library.Path(), call->context, call->records.get(), link);
+        if (!preparation) {
+            return; // nothing was done
+        }
+        line = BuildLine(preparation->arguments, call->library);
+        if (!line.IsValid()) {
+            link.Send(FrameKind::Unpassable, line.error.substr(0, kMaxFrame));
             return; // nothing was done
         }
     } catch (const std::exception &error) {
@@ -183,15 +217,14 @@ void RunLibrary(const RunOptions &options, ParentLink &link) {
                                     ProgrammedBanks(call->records.get())}))) {
         return; // ispctl has ended, before anything was done
     }
-    const ImageWatch watch;
-    RunResult result;
-    result.code = call->library.Run(call->line, OnProgress, OnMessage);
-    result.pluginLoaded = watch.MayHaveLoadedPlugin() ? 1 : 0;
-    const ResultOrigin origin = OriginOf(result.code, call->library.Directory(),
-                                         call->records.get(), result.pluginLoaded != 0);
-    result.fromLibrary = origin.fromLibrary ? 1 : 0;
+    const LibraryCall runLine = [&](const std::wstring &text, const Records *records) {
+        return RunAndJudge(call->library, text, records);
+    };
+    const auto failed = BackUp(preparation->backups, options.arguments, call->library,
+                               call->context, runLine, link);
+    const JudgedResult judged = failed ? *failed : runLine(line.line, call->records.get());
     link.Send(FrameKind::Result,
-              std::string(BytesOf(result)) + origin.detail.substr(0, kMaxMessage));
+              std::string(BytesOf(judged.result)) + judged.detail.substr(0, kMaxMessage));
 }
 
 } // namespace ispctl

@@ -74,6 +74,17 @@ bool LibraryRun::DrainText() {
     return any;
 }
 
+void LibraryRun::ShowNotice(const std::string &text) {
+    m_streams.PrintMessage(text);
+    Notify([&](RunObserver &observer) { observer.OnNotice(text); });
+}
+
+// The progress of a backup is none of what follows.
+void LibraryRun::BeginStage(RunStage stage) {
+    m_inBackup = stage == RunStage::Backup;
+    m_percent.reset();
+}
+
 void LibraryRun::HandleFrame(const Frame &frame) {
     switch (frame.kind) {
     case FrameKind::Progress:
@@ -84,6 +95,18 @@ void LibraryRun::HandleFrame(const Frame &frame) {
     case FrameKind::Message:
         m_calledBack = true;
         Notify([&](RunObserver &observer) { observer.OnMessage(MessageOf(frame)); });
+        break;
+    case FrameKind::Notice:
+        ShowNotice(frame.payload);
+        break;
+    case FrameKind::Stage:
+        BeginStage(ValueOf<RunStage>(frame.payload));
+        break;
+    case FrameKind::Backup:
+        Attempt([&] { m_backups.push_back(frame.payload); });
+        break;
+    case FrameKind::Refused:
+        m_refusal = DecodeRefusal(frame.payload);
         break;
     case FrameKind::Result:
         m_result = ValueOf<RunResult>(std::string_view(frame.payload).substr(0, sizeof(RunResult)));
@@ -159,6 +182,8 @@ RunOutcome LibraryRun::Outcome() const {
     RunOutcome outcome;
     const int status = m_child.Status().value_or(0);
     outcome.percent = m_percent;
+    outcome.inBackup = m_inBackup;
+    outcome.backups = m_backups;
     if (m_result) {
         outcome.code = m_result->code;
         outcome.fromLibrary = m_result->fromLibrary != 0;
@@ -174,6 +199,10 @@ RunOutcome LibraryRun::Outcome() const {
     } else if (!m_result || WEXITSTATUS(status) != 0) {
         outcome.end = RunEnd::Exit;
         outcome.number = WEXITSTATUS(status);
+    }
+    if (m_refusal && outcome.end == RunEnd::Returned) {
+        outcome.problem = m_refusal->text;
+        outcome.code.reset(); // that of a backup which is none
     }
     // A code that the library has not formed itself comes from a plug-in, so one was called.
     outcome.pluginCalled = !outcome.fromLibrary || m_result->pluginLoaded != 0 || m_calledBack ||

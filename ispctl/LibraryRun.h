@@ -44,6 +44,8 @@ class LibraryRun {
     bool DrainText();
     void HandleFrames();
     void HandleFrame(const Frame &frame);
+    void BeginStage(RunStage stage);
+    void ShowNotice(const std::string &text);
     void Follow();
     RunOutcome Outcome() const;
 
@@ -54,6 +56,9 @@ class LibraryRun {
     std::optional<RunResult> m_result;
     std::string m_detail;
     std::optional<int> m_percent;
+    std::optional<Refusal> m_refusal;
+    std::vector<std::string> m_backups;
+    bool m_inBackup = false;
     bool m_calledBack = false;
     bool m_stoppedBeforeCall = false;
     std::string m_problem;

@@ -120,7 +120,7 @@ std::vector<std::string> AdviceAfter(const RunOutcome &outcome) {
     if (!outcome.detail.empty()) {
         advice.push_back(outcome.detail);
     }
-    if (outcome.end != RunEnd::Returned) {
+    if (outcome.end != RunEnd::Returned && !outcome.inBackup) {
         advice.push_back(AdviceAfterStop(outcome));
     } else if (outcome.pluginWords && !outcome.pluginWords->remedy.empty()) {
         advice.push_back(outcome.pluginWords->remedy);
@@ -149,6 +149,9 @@ std::string DescribeStatus(int status) {
 }
 
 std::string MeaningOf(const RunOutcome &outcome) {
+    if (!outcome.problem.empty()) {
+        return outcome.problem;
+    }
     const std::string end = DescribeEnd(outcome);
     if (!outcome.code) {
         return end;
@@ -161,6 +164,9 @@ std::string MeaningOf(const RunOutcome &outcome) {
 }
 
 std::string_view DeviceAfter(const RunOutcome &outcome) {
+    if (outcome.inBackup) {
+        return "the backup failed, so nothing was programmed";
+    }
     return outcome.pluginCalled ? "the state of the device is unknown" : "nothing was done";
 }
 

@@ -17,22 +17,49 @@
 #include "line/FindingText.h"
 #include "line/LineReport.h"
 #include "line/ShellQuote.h"
+#include "station/OriginalNames.h"
+#include "station/PrivateCopies.h"
+#include "station/RunIdentity.h"
+#include "station/RunRecord.h"
+#include "station/StationRules.h"
 
 namespace ispctl {
 namespace {
 
 namespace fs = std::filesystem;
 
+/// What distinguishes a run from others, and what is kept of it.
+struct RecordedRun {
+    std::string id;
+    RunRecord record;
+    fs::path copies; ///< directory for private copies; empty: none are made
+    bool isKept;     ///< in a log or a station file
+
+    /// For results; empty if nobody could look the run up.
+    std::string ShownId() const {
+        return isKept ? id : "";
+    }
+};
+
+/// Such as "/srv/fw/a.bin: 5 bytes, SHA-256 2cf2...".
+std::string FileWords(const nlohmann::ordered_json &file) {
+    const std::string path = file["path"];
+    return file.contains("sha256")
+               ? fmt::format("{}: {} bytes, SHA-256 {}", path, file["size"].get<std::uint64_t>(),
+                             file["sha256"].get<std::string>())
+               : fmt::format("{}: {}", path, file["problem"].get<std::string>());
+}
+
 /// One `ispctl run`, from the checks to the exit status.
 class RunSession {
   public:
     RunSession(const RunOptions &options, const std::vector<std::string> &arguments,
-               ConsoleStreams &streams, ChildProcess &child)
+               ConsoleStreams &streams, ChildProcess &child, RecordedRun &recorded)
         : m_options(options), m_arguments(arguments), m_streams(streams), m_child(child),
-          m_run(child, streams) {}
+          m_recorded(recorded), m_copies(recorded.copies), m_run(child, streams) {}
 
     ExitStatus Execute() {
-        std::optional<Frame> frame = m_run.WaitForFrame();
+        std::optional<Frame> frame = WaitForDecision();
         if (frame && frame->kind == FrameKind::Findings) {
             if (!IsAccepted(DecodeLineReport(frame->payload))) {
                 const bool fatal =
@@ -46,7 +73,7 @@ class RunSession {
                                        "single findings, --verbatim passes the line unchecked");
             }
             m_child.Answer();
-            frame = m_run.WaitForFrame();
+            frame = WaitForDecision();
         }
         if (m_run.WasStoppedBeforeCall()) {
             return NotCalled(kExitInterrupted, "check", "stopped before the library was called");
@@ -62,6 +89,10 @@ class RunSession {
             return Call(DecodeReadyCall(frame->payload));
         case FrameKind::Unpassable:
             return NotCalled(kExitRefused, "check", frame->payload);
+        case FrameKind::Refused: {
+            const Refusal refusal = DecodeRefusal(frame->payload);
+            return NotCalled(static_cast<ExitStatus>(refusal.status), refusal.stage, refusal.text);
+        }
         default:
             m_streams.Print(Stream::Error, m_run.EarlyText());
             return NotCalled(kExitUsage, "open", frame->payload);
@@ -70,7 +101,28 @@ class RunSession {
 
   private:
     ExitStatus NotCalled(ExitStatus status, std::string_view stage, const std::string &reason) {
-        return ReportNotCalled(m_options.json, status, stage, reason, m_findings, m_streams);
+        std::string error;
+        if (!m_recorded.record.FinishUncalled(status, stage, reason, error)) {
+            m_streams.PrintMessage(error);
+        }
+        return ReportNotCalled(m_options.json, status, stage, reason, m_findings, m_streams,
+                               m_recorded.ShownId());
+    }
+
+    /// Waits for a frame that is more than news about the preparation.
+    std::optional<Frame> WaitForDecision() {
+        std::optional<Frame> frame;
+        while ((frame = m_run.WaitForFrame())) {
+            if (frame->kind == FrameKind::Notice) {
+                m_streams.PrintMessage(frame->payload);
+            } else if (frame->kind == FrameKind::Files) {
+                m_recorded.record.SetFiles(nlohmann::ordered_json::parse(frame->payload));
+            } else {
+                return frame;
+            }
+            m_child.Answer();
+        }
+        return frame;
     }
 
     /// Shows the findings. RETURNS whether none of them stops the run.
@@ -108,13 +160,15 @@ class RunSession {
         std::optional<RunLog> log;
         if (!m_options.log.empty()) {
             try {
-                log.emplace(m_options.log);
+                log.emplace(m_options.log, m_recorded.id);
             } catch (const std::system_error &error) {
                 return NotCalled(kExitFileError, "log", error.what());
             }
             log->Write("library", call.library);
             log->Write("command", call.line);
+            LogRecord(*log);
         }
+        m_recorded.record.SetLibrary(call.library);
         PrintNotices(directory);
         JsonEvents json(m_streams);
         ProgressView progress(m_streams, m_options.verbatim);
@@ -123,7 +177,10 @@ class RunSession {
         if (log) {
             observers.push_back(&*log);
         }
-        RunOutcome outcome = m_run.Run(std::move(observers));
+        OriginalNames names(m_recorded.record.Files(), std::move(observers));
+        RunOutcome outcome = m_run.Run({&names});
+        outcome.detail = names.Replace(std::move(outcome.detail));
+        outcome.run = m_recorded.ShownId();
         outcome.banks = call.banks;
         outcome.findings = m_findings;
         if (outcome.code && !outcome.fromLibrary) {
@@ -136,12 +193,26 @@ class RunSession {
         if (m_options.virtualScaler) {
             m_streams.PrintMessage("virtual scaler: no hardware is touched");
         }
+        for (const auto &file : m_recorded.record.Files()) {
+            if (file.contains("copy")) {
+                m_streams.PrintMessage("private copy of " + FileWords(file));
+            }
+        }
         if (!IsTextOfEnvironment(directory)) {
             m_streams.PrintMessage(
                 fmt::format("the library's directory {} cannot be expressed in the encoding of "
                             "the environment, {}: plug-ins get an empty directory; set a UTF-8 "
                             "locale, such as LC_ALL=C.UTF-8",
                             directory.string(), EnvironmentEncoding()));
+        }
+    }
+
+    void LogRecord(RunLog &log) const {
+        for (const auto &[key, value] : m_options.station.tags) {
+            log.Write("tag", key + "=" + value);
+        }
+        for (const auto &file : m_recorded.record.Files()) {
+            log.Write("file", file["role"].get<std::string>() + " " + FileWords(file));
         }
     }
 
@@ -165,6 +236,10 @@ class RunSession {
         if (!m_run.Problem().empty()) {
             fail("the output is incomplete: " + m_run.Problem());
         }
+        std::string error;
+        if (!m_recorded.record.Finish(outcome, status, error)) {
+            fail(error);
+        }
         const std::string problem = m_run.Problem();
         m_run.NotifyEnd(view, outcome, status);
         if (problem.empty() && !m_run.Problem().empty()) {
@@ -177,18 +252,30 @@ class RunSession {
     const std::vector<std::string> &m_arguments; ///< of this program
     ConsoleStreams &m_streams;
     ChildProcess &m_child;
+    RecordedRun &m_recorded;
+    PrivateDirectory m_copies; ///< removed before the signals are no longer handled
     LibraryRun m_run;
     std::vector<Finding> m_findings;
 };
+
+/// The process makes the same decisions from the same options, and gets what only ispctl can
+/// choose.
+std::vector<std::string> ArgumentsOfLibraryProcess(const std::vector<std::string> &arguments,
+                                                   const RecordedRun &recorded) {
+    auto all = WithRunOption(arguments, kRunIdOption, recorded.id);
+    return recorded.copies.empty()
+               ? all
+               : WithRunOption(std::move(all), kPrivateDirectoryOption, recorded.copies.string());
+}
 
 } // namespace
 
 ExitStatus ReportNotCalled(bool json, ExitStatus status, std::string_view stage,
                            const std::string &reason, const std::vector<Finding> &findings,
-                           ConsoleStreams &streams) {
+                           ConsoleStreams &streams, std::string_view run) {
     streams.PrintMessage(reason);
     if (json) {
-        JsonEvents::WriteNotCalled(streams, status, stage, reason, findings);
+        JsonEvents::WriteNotCalled(streams, status, stage, reason, findings, run);
     }
     return status;
 }
@@ -199,11 +286,30 @@ ExitStatus RunCommand(const RunOptions &options, const std::vector<std::string> 
         return ReportNotCalled(options.json, kExitUsage, "usage",
                                "no arguments for the library; see ispctl run --help", {}, streams);
     }
-    const bool onePipe = options.json || ConsoleStreams::ShareOneTarget();
-    ChildProcess child(arguments,
-                       onePipe ? ChildProcess::Ordering::OnePipe : ChildProcess::Ordering::TwoPipes,
-                       RunSignals::Stop::AtSecondInterrupt);
-    return RunSession(options, arguments, streams, child).Execute();
+    if (const std::string error = StationUsageError(options); !error.empty()) {
+        return ReportNotCalled(options.json, kExitUsage, "usage", error, {}, streams);
+    }
+    const std::string id = NewRunId();
+    const bool copies = WantsPrivateCopies(options.station, options.verbatim, options.arguments);
+    RecordedRun recorded{id,
+                         {options.station, id, arguments},
+                         copies ? PrivatePath(id) : fs::path(),
+                         !options.log.empty() || !options.station.file.empty()};
+    std::string error;
+    if (!recorded.record.Open(error)) {
+        return ReportNotCalled(options.json, kExitFileError, "station", error, {}, streams);
+    }
+    try {
+        const bool onePipe = options.json || ConsoleStreams::ShareOneTarget();
+        ChildProcess child(ArgumentsOfLibraryProcess(arguments, recorded),
+                           onePipe ? ChildProcess::Ordering::OnePipe
+                                   : ChildProcess::Ordering::TwoPipes,
+                           RunSignals::Stop::AtSecondInterrupt);
+        return RunSession(options, arguments, streams, child, recorded).Execute();
+    } catch (const std::exception &reason) {
+        recorded.record.FinishUncalled(kExitUsage, "open", reason.what(), error);
+        throw;
+    }
 }
 
 } // namespace ispctl

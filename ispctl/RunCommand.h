@@ -8,18 +8,20 @@
 #include "ConsoleStreams.h"
 #include "ExitStatus.h"
 #include "line/Finding.h"
+#include "station/StationOptions.h"
 
 namespace ispctl {
 
 /// The options of `ispctl run`.
 struct RunOptions {
-    std::string library;                ///< empty: the installed one
-    bool virtualScaler = false;         ///< use the virtual scaler's library
-    bool json = false;                  ///< standard output is JSON only
-    std::string log;                    ///< file to append to; empty: none
-    std::vector<std::string> allowed;   ///< names of findings that do not stop the run
-    bool verbatim = false;              ///< pass the line unchecked, and show text unchanged
-    bool dryRun = false;                ///< explain the line instead of running it
+    std::string library;              ///< empty: the installed one
+    bool virtualScaler = false;       ///< use the virtual scaler's library
+    bool json = false;                ///< standard output is JSON only
+    std::string log;                  ///< file to append to; empty: none
+    std::vector<std::string> allowed; ///< names of findings that do not stop the run
+    bool verbatim = false;            ///< pass the line unchecked, and show text unchanged
+    bool dryRun = false;              ///< explain the line instead of running it
+    StationOptions station;
     std::vector<std::string> arguments; ///< for the library, unchanged
 };
 
@@ -30,10 +32,10 @@ ExitStatus RunCommand(const RunOptions &options, const std::vector<std::string> 
                       ConsoleStreams &streams);
 
 /// Says why the library is not called, with `json` also as the result event. RETURNS the status.
-/// \param stage  "usage", "open", "check" or "log"
+/// \param stage  as in JsonEvents::WriteNotCalled
 ExitStatus ReportNotCalled(bool json, ExitStatus status, std::string_view stage,
                            const std::string &reason, const std::vector<Finding> &findings,
-                           ConsoleStreams &streams);
+                           ConsoleStreams &streams, std::string_view run = {});
 
 } // namespace ispctl
 

@@ -1,31 +1,19 @@
 #include "RunLog.h"
 
 #include <cerrno>
-#include <chrono>
-#include <ctime>
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <system_error>
+#include <unistd.h>
 
 #include "ConsoleStreams.h"
 #include "ResultInfo.h"
+#include "UtcTime.h"
 #include "Utf8.h"
 #include "VisibleText.h"
 
 namespace ispctl {
 namespace {
-
-std::string Now() {
-    using namespace std::chrono;
-    const auto now = system_clock::now();
-    const std::time_t seconds = system_clock::to_time_t(floor<std::chrono::seconds>(now));
-    const auto part = duration_cast<milliseconds>(now - floor<std::chrono::seconds>(now));
-    std::tm time{};
-    ::gmtime_r(&seconds, &time);
-    return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}.{:03}Z", time.tm_year + 1900,
-                       time.tm_mon + 1, time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec,
-                       part.count());
-}
 
 // One line per event, and no control characters that would act on the terminal of a reader.
 std::string Printable(std::string_view bytes) {
@@ -49,13 +37,14 @@ Descriptor OpenLog(const std::string &file) {
 
 } // namespace
 
-RunLog::RunLog(const std::string &file)
-    : m_file(OpenLog(file)), m_output([this](std::string_view text) { Write("console", text); }),
+RunLog::RunLog(const std::string &file, const std::string &runId)
+    : m_run(fmt::format("{}/{}", runId, ::getpid())), m_file(OpenLog(file)),
+      m_output([this](std::string_view text) { Write("console", text); }),
       m_error([this](std::string_view text) { Write("console", text); }) {}
 
 void RunLog::Write(std::string_view kind, std::string_view text) {
-    const int error =
-        WriteAll(m_file.Number(), fmt::format("{} {:<8} {}\n", Now(), kind, Printable(text)));
+    const int error = WriteAll(
+        m_file.Number(), fmt::format("{} {} {:<8} {}\n", UtcTime(), m_run, kind, Printable(text)));
     m_errno = m_errno != 0 ? m_errno : error;
 }
 
@@ -90,6 +79,9 @@ void RunLog::OnNotice(std::string_view text) {
 
 void RunLog::OnEnd(const RunOutcome &outcome, ExitStatus) {
     FinishConsole();
+    for (const std::string &backup : outcome.backups) {
+        Write("backup", backup);
+    }
     std::string text = outcome.code ? FormatResultCode(*outcome.code) + " " : "";
     text += MeaningOf(outcome);
     if (!outcome.IsSuccess()) {

@@ -10,13 +10,14 @@
 
 namespace ispctl {
 
-/// Appends a run to a file, one line per event: time (UTC, milliseconds), kind, text. The text is
-/// UTF-8 with control characters made visible.
+/// Appends a run to a file, one line per event: time (UTC, milliseconds), run id and process id,
+/// kind, text. The text is UTF-8 with control characters made visible.
 class RunLog : public RunObserver {
   public:
     /// Throws std::system_error if the file cannot be opened; does not wait for the reader of a
     /// pipe.
-    explicit RunLog(const std::string &file);
+    /// \param runId  distinguishes the lines of runs that share the file
+    RunLog(const std::string &file, const std::string &runId);
 
     /// RETURNS 0, or the errno of the first failed write.
     int Error() const {
@@ -34,6 +35,7 @@ class RunLog : public RunObserver {
   private:
     void FinishConsole();
 
+    std::string m_run; ///< run id and process id
     Descriptor m_file;
     int m_errno = 0;
     LineBuffer m_output;

@@ -25,6 +25,9 @@ ExitStatus StatusOfOutcome(const RunOutcome &outcome) {
     if (outcome.IsSuccess()) {
         return kExitSuccess;
     }
+    if (!outcome.problem.empty()) {
+        return kExitFileError;
+    }
     if (!outcome.code || !outcome.fromLibrary) {
         return kExitFailed;
     }
@@ -40,6 +43,9 @@ ExitStatus StatusOfOutcome(const RunOutcome &outcome) {
 std::string_view SourceOf(const RunOutcome &outcome) {
     switch (outcome.end) {
     case RunEnd::Returned:
+        if (!outcome.problem.empty()) {
+            return "ispctl";
+        }
         return outcome.fromLibrary ? "library" : "plug-in";
     case RunEnd::Exit:
     case RunEnd::Signal:
@@ -50,6 +56,9 @@ std::string_view SourceOf(const RunOutcome &outcome) {
 }
 
 std::string_view StageOf(const RunOutcome &outcome) {
+    if (outcome.inBackup) {
+        return "backup";
+    }
     if (outcome.end != RunEnd::Returned || !outcome.code || !outcome.fromLibrary) {
         return "call";
     }

@@ -34,10 +34,14 @@ struct RunOutcome {
     std::optional<PluginCode> pluginWords; ///< what the plug-in's maker says of the code
     std::vector<unsigned> banks;           ///< that the call programs, in their order
     std::vector<Finding> findings;         ///< about the command line
+    std::string run;                       ///< id; empty: the run is recorded nowhere
+    bool inBackup = false;            ///< it ended while the device was read, before programming
+    std::string problem;              ///< why ispctl ended the run after a success of the library
+    std::vector<std::string> backups; ///< JSON objects
 
     /// An exit status of 0 alone is not a success: a plug-in may have called exit(0).
     bool IsSuccess() const {
-        return end == RunEnd::Returned && code == 0;
+        return end == RunEnd::Returned && code == 0 && problem.empty();
     }
 };
 
@@ -48,7 +52,7 @@ ExitStatus StatusOfOutcome(const RunOutcome &outcome);
 /// "library", "plug-in" or "ispctl": who ended the run with what is reported.
 std::string_view SourceOf(const RunOutcome &outcome);
 
-/// How far the run was: "validate", "load", "verify", "call" or "done".
+/// How far the run was: "validate", "load", "verify", "backup", "call" or "done".
 std::string_view StageOf(const RunOutcome &outcome);
 
 } // namespace ispctl

@@ -16,6 +16,21 @@ std::string EncodeFrame(FrameKind kind, std::string_view payload) {
     return frame.append(BytesOf(length)).append(payload);
 }
 
+std::string EncodeRefusal(const Refusal &refusal) {
+    const std::string payload = std::to_string(refusal.status) + '\0' + refusal.stage + '\0';
+    return payload + refusal.text.substr(0, kMaxFrame - payload.size());
+}
+
+Refusal DecodeRefusal(const std::string &payload) {
+    Refusal refusal;
+    std::istringstream fields(payload);
+    fields >> refusal.status;
+    fields.ignore();
+    std::getline(fields, refusal.stage, '\0');
+    std::getline(fields, refusal.text, '\0');
+    return refusal;
+}
+
 std::string EncodeReadyCall(const ReadyCall &call) {
     std::string payload = call.library + '\0' + call.line + '\0';
     for (const unsigned bank : call.banks) {

@@ -18,7 +18,12 @@ enum class FrameKind : char {
     Unopened = 'U',   ///< a message: why the library cannot be opened
     Unpassable = 'A', ///< a message: why the arguments cannot be passed to it
     Findings = 'F',   ///< what EncodeFindings makes: the answer continues, whatever was found
+    Notice = 'N',     ///< a message for the user
+    Refused = 'X',    ///< a Refusal: the library is not called, or not again
+    Files = 'H',      ///< array of RunFileJson: the files of the run
     Ready = 'L',      ///< a ReadyCall: the answer starts the call
+    Stage = 'S',      ///< a RunStage: what the next call of the library is for
+    Backup = 'B',     ///< the JSON object of a backup that was made
     Progress = 'P',   ///< an int
     Message = 'M',    ///< 32-bit characters
     Result = 'E',     ///< a RunResult and a detail: the call has returned
@@ -37,6 +42,19 @@ struct ReadyCall {
     std::string line;
     std::vector<unsigned> banks; ///< that it programs, in their order; empty if not known
 };
+
+/// Why ispctl itself ends a run.
+struct Refusal {
+    int status = 0; ///< an ExitStatus
+    std::string stage;
+    std::string text;
+};
+
+std::string EncodeRefusal(const Refusal &refusal);
+Refusal DecodeRefusal(const std::string &payload);
+
+/// The calls of the library in one run.
+enum class RunStage : char { Backup = 'b', Call = 'c' };
 
 std::string EncodeReadyCall(const ReadyCall &call);
 ReadyCall DecodeReadyCall(const std::string &payload);

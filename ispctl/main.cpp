@@ -20,13 +20,16 @@
 #include "ParserHint.h"
 #include "RunCommand.h"
 #include "Session.h"
+#include "chip/LibraryChoice.h"
 #include "doctor/AddDoctor.h"
 #include "edid/AddEdid.h"
 #include "explain/AddExplain.h"
 #include "explain/ExplainCommand.h"
 #include "line/FindingTable.h"
 #include "line/NearestName.h"
+#include "log/AddLog.h"
 #include "script/AddScript.h"
+#include "station/AddStation.h"
 
 namespace {
 
@@ -72,12 +75,7 @@ CLI::App *AddRun(CLI::App &app, ispctl::RunOptions &options) {
     CLI::App *run = app.add_subcommand(
         "run", "Passes ARGS to the library as one command line and shows the run.");
     run->footer(kRunFooter + ispctl::ExitStatusHelp());
-    CLI::Option *file = run->add_option("--lib", options.library, "the library to open, by path")
-                            ->type_name("FILE");
-    run->add_flag("--virtual", options.virtualScaler,
-                  "use the virtual scaler's library: no hardware is touched")
-        ->disable_flag_override()
-        ->excludes(file);
+    ispctl::AddLibraryChoice(*run, options.library, options.virtualScaler);
     run->add_flag("--json", options.json, "write only JSON to standard output, one event per line")
         ->disable_flag_override();
     run->add_option("--log", options.log, "append the run to FILE, with timestamps")
@@ -90,6 +88,7 @@ CLI::App *AddRun(CLI::App &app, ispctl::RunOptions &options) {
         ->disable_flag_override();
     run->add_flag("--dry-run", options.dryRun, "explain ARGS instead of running them")
         ->disable_flag_override();
+    ispctl::AddStationOptions(*run, options.station);
     // For the help only: ARGS are split off before the parser sees them.
     run->add_option("ARGS", options.arguments, "the library's own options, passed unchanged")
         ->type_name("");
@@ -149,6 +148,8 @@ ispctl::ExitStatus Main(ispctl::Session &session, ispctl::RunOptions &runOptions
     ispctl::doctor::AddDoctor(app, doctorOptions, session, status);
     ispctl::ExplainOptions explainOptions;
     CLI::App *explain = ispctl::AddExplain(app, explainOptions, session, status);
+    ispctl::SummaryOptions summaryOptions;
+    ispctl::AddLog(app, summaryOptions, session, status);
     std::vector<std::string> arguments = session.arguments;
     const bool json = CutOffLibraryArguments(*run, arguments, runOptions.arguments);
     CutOffLibraryArguments(*explain, arguments, explainOptions.arguments);

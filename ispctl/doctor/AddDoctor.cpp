@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "chip/LibraryChoice.h"
 #include "doctor/DoctorCommand.h"
 #include "doctor/PathsCommand.h"
 #include "doctor/PluginCheck.h"
@@ -32,11 +33,7 @@ void AddOne(CLI::App &app, const char *name, const char *help, const char *foote
             Options &options, Session &session, ExitStatus &status) {
     CLI::App *one = app.add_subcommand(name, help);
     one->footer(footer);
-    CLI::Option *file = one->add_option("--lib", options.library, "the ScalerIsp library, by path")
-                            ->type_name("FILE");
-    one->add_flag("--virtual", options.virtualScaler, "the virtual scaler's library")
-        ->disable_flag_override()
-        ->excludes(file);
+    AddLibraryChoice(*one, options.library, options.virtualScaler);
     one->add_flag("--json", options.json, "print one JSON document")->disable_flag_override();
     one->callback([command, &options, &session, &status] { status = command(options, session); });
 }

@@ -6,6 +6,7 @@
 
 #include "JsonText.h"
 #include "LibraryPaths.h"
+#include "chip/ChipDirectories.h"
 #include "doctor/FileState.h"
 
 namespace ispctl::doctor {
@@ -32,8 +33,11 @@ std::vector<Row> RowsOf(const Options &options) {
     const fs::path working = fs::current_path(ignored);
     return {
         {"ispctl", ExecutableFile(), "this program"},
-        {"installed-library", InstalledLibraryPath(), "the library without --lib and --virtual"},
+        {"installed-library", InstalledLibraryPath(),
+         "the library without --lib, --chip and --virtual"},
         {"virtual-library", VirtualLibraryPath(), "the library with --virtual"},
+        {"chips", ChipRoots().back(), "--chip NAME opens the library of its directory NAME"},
+        {"chips-of-user", ChipRoots().front(), "the same, looked at first"},
         {"library", places.library, "the library that these options select"},
         {"library-directory", places.directory, "everything below is looked for from here"},
         {"isp-plugin", places.ispPlugin, "the ISP plug-in"},

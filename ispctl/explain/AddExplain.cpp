@@ -2,6 +2,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "chip/LibraryChoice.h"
+
 namespace ispctl {
 namespace {
 
@@ -30,12 +32,7 @@ CLI::App *AddExplain(CLI::App &app, ExplainOptions &options, Session &session, E
     CLI::App *explain =
         app.add_subcommand("explain", "Shows what a command line does, without opening a plug-in.");
     explain->footer(kFooter + ExitStatusHelp());
-    CLI::Option *library =
-        explain->add_option("--lib", options.library, "the library to open, by path")
-            ->type_name("FILE");
-    explain->add_flag("--virtual", options.virtualScaler, "open the virtual scaler's library")
-        ->disable_flag_override()
-        ->excludes(library);
+    AddLibraryChoice(*explain, options.library, options.virtualScaler);
     explain->add_flag("--json", options.json, "write one JSON document")->disable_flag_override();
     explain->add_flag("--all", options.all, "show fields with their default values, too")
         ->disable_flag_override();

@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <set>
 
 #include "ConsoleProcess.h"
 #include "support/TempFolder.h"
@@ -113,12 +114,16 @@ TEST(Run, Log_contains_times_and_all_events) {
     EXPECT_EQ(result.out, "a\\x1Bb\nm\n\\xFF\n");
     std::string text = folder.Read("run.log");
     std::vector<std::string> lines;
+    std::set<std::string> runs;
     for (std::size_t end = 0; (end = text.find('\n')) != std::string::npos;
          text.erase(0, end + 1)) {
         const std::string line = text.substr(0, end);
         EXPECT_THAT(line.substr(0, 24),
                     MatchesRegex("[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9:]{8}[.][0-9]{3}Z"));
-        lines.push_back(line.substr(25));
+        const std::size_t kind = line.find(' ', 25) + 1;
+        EXPECT_THAT(line.substr(25, kind - 26), MatchesRegex("[0-9a-f]{16}/[0-9]+"));
+        runs.insert(line.substr(25, kind - 26));
+        lines.push_back(line.substr(kind));
     }
     EXPECT_THAT(lines, testing::ElementsAre(
                            StartsWith("library  /"), StartsWith("command  ispctl out:a\\eb\\n"),
@@ -127,6 +132,7 @@ TEST(Run, Log_contains_times_and_all_events) {
                            "result   0xD67 the ISP plug-in PlugIn/libIsp.dylib cannot be loaded; "
                            "the state of the device is unknown",
                            HasSubstr("PlugIn/libIsp.dylib does not exist")));
+    EXPECT_EQ(runs.size(), 1U);
 }
 
 TEST(Run, Log_appends_to_existing_file) {

@@ -7,6 +7,7 @@ import subprocess
 import sys
 import tempfile
 
+STATION = ["--virtual", "--wait", "20", "--station", "RECORDS", "--tag", "serial=4711"]
 STATUSES = {
     # arguments after "run --json", the expected exit status
     "success": (["--virtual", "--isp", "--fw", "FW"], 0),
@@ -18,7 +19,39 @@ STATUSES = {
     "refused by the library": (["--virtual", "--verbatim", "--isp"], 4),
     "no plug-in": (["--isp", "--fw", "FW"], 5),
     "log": (["--virtual", "--log", "/no/log", "--isp", "--fw", "FW"], 8),
+    "station file": (["--virtual", "--station", "/no/station", "--isp", "--fw", "FW"], 8),
+    "record": (STATION + ["--isp", "--fw", "FW", "--comm", "17"], 0),
+    "record of a refusal": (STATION + ["--isp", "--bnak", "3", "--fw", "FW"], 4),
+    "record without plug-in": (STATION[1:] + ["--isp", "--fw", "FW", "--comm", "17"], 5),
+    "record of a failed backup": (STATION + ["--backup", "FW", "--isp", "--fw", "FW"], 8),
 }
+
+
+def problems_of_records(records, validator, schema):
+    """Validates a station file by the part of the schema that describes its lines."""
+    with open(schema, encoding="utf-8") as file:
+        of_record = json.load(file)
+    del of_record["oneOf"]
+    of_record["$ref"] = "#/$defs/record"
+    changed = records + ".schema"
+    with open(changed, "w", encoding="utf-8") as file:
+        json.dump(of_record, file)
+    instances = []
+    with open(records, encoding="utf-8") as file:
+        for number, line in enumerate(file):
+            path = f"{records}.{number}"
+            with open(path, "w", encoding="utf-8") as one:
+                one.write(line)
+            instances += ["-i", path]
+    if len(instances) != 2 * 4:
+        return [f"{len(instances) // 2} records instead of 4"]
+    checked = subprocess.run([validator] + instances + [changed], capture_output=True, text=True,
+                             check=False)
+    with open(records + ".0", "w", encoding="utf-8") as file:
+        file.write('{"run": "no id"}')
+    refused = subprocess.run([validator, "-i", records + ".0", changed], capture_output=True, check=False)
+    problems = [checked.stderr] if checked.returncode != 0 else []
+    return problems + (["the schema accepts a record without its keys"] if refused.returncode == 0 else [])
 
 
 def main():
@@ -30,8 +63,9 @@ def main():
             file.write(b"f" * 1000)
         environment = dict(os.environ, SCALER_ISP_VIRTUAL_DEVICE=os.path.join(folder, "device"))
         instances = []
+        files = {"FW": firmware, "RECORDS": os.path.join(folder, "records")}
         for name, (words, status) in STATUSES.items():
-            line = [ispctl, "run", "--json"] + [firmware if word == "FW" else word for word in words]
+            line = [ispctl, "run", "--json"] + [files.get(word, word) for word in words]
             done = subprocess.run(line, capture_output=True, env=environment, check=False)
             events = [json.loads(text) for text in done.stdout.decode("utf-8").splitlines()]
             last = events[-1] if events else {}
@@ -42,6 +76,7 @@ def main():
                 with open(path, "w", encoding="utf-8") as file:
                     json.dump(event, file)
                 instances += ["-i", path]
+        problems += problems_of_records(files["RECORDS"], validator, schema)
         wrong = os.path.join(folder, "wrong.json")
         with open(wrong, "w", encoding="utf-8") as file:
             file.write('{"event": "result", "status": 3}')

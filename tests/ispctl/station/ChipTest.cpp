@@ -1,0 +1,60 @@
+#include <filesystem>
+#include <gmock/gmock.h>
+
+#include "ConsoleProcess.h"
+#include "support/EnvGuard.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using Words = std::vector<std::string>;
+
+class Chip : public testing::Test {
+  protected:
+    void Make(const std::string &name) const {
+        const std::string folder = m_folder.MakeFolder("chips/" + name);
+        fs::copy(REAL_LIBRARY, folder);
+    }
+
+    TempFolder m_folder;
+    EnvGuard m_chips{"SCALER_ISP_CHIPS", m_folder.MakeFolder("chips")};
+};
+
+TEST_F(Chip, Commands_use_library_of_its_directory) {
+    Make("panel27");
+    for (const char *command : {"run", "doctor", "paths"}) {
+        Words line{command, "--chip", "panel27"};
+        if (line.front() == "run") {
+            line.insert(line.end(), {"--", "--getscalertype"});
+        }
+        const ConsoleResult result = RunConsole(line);
+        EXPECT_THAT(result.out + result.err, HasSubstr(m_folder.Path("chips/panel27/PlugIn")));
+    }
+    EXPECT_THAT(RunConsole({"explain", "--chip", "panel27", "--getscalertype"}).out,
+                HasSubstr(m_folder.Path("chips/panel27/PlugIn")));
+}
+
+TEST_F(Chip, Unknown_name_is_answered_with_nearest_and_list) {
+    Make("panel27");
+    Make("tv-9");
+    const ConsoleResult result = RunConsole({"run", "--chip", "panel72", "--isp"});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.err, HasSubstr("did you mean panel27? there are panel27, tv-9"));
+    EXPECT_THAT(RunConsole({"paths", "--chip", "zzz"}).err,
+                HasSubstr("there is no chip zzz; there are panel27, tv-9"));
+}
+
+TEST_F(Chip, Name_that_is_path_or_has_no_library_is_usage_error) {
+    m_folder.MakeFolder("chips/empty");
+    EXPECT_THAT(RunConsole({"run", "--chip", "empty", "--isp"}).err,
+                HasSubstr("the chip empty has no library"));
+    for (const char *name : {"..", "../chips", "/opt", "", "."}) {
+        const ConsoleResult result = RunConsole({"run", "--chip", name, "--isp"});
+        EXPECT_EQ(result.status, 2) << name;
+    }
+    EXPECT_EQ(RunConsole({"run", "--chip", "empty", "--virtual", "--isp"}).status, 2);
+}
+
+} // namespace

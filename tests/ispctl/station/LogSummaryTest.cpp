@@ -1,0 +1,91 @@
+#include <gmock/gmock.h>
+
+#include "log/LogLines.h"
+#include "log/SummaryText.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr const char *kPassed =
+    R"({"run":"1111111111111111","status":0,"code":0,"source":"library","meaning":"success","tags":{"serial":"1"}})";
+constexpr const char *kFailed =
+    R"({"run":"2222222222222222","status":6,"code":16387,"source":"library","meaning":"bad","tags":{"serial":"2"}})";
+constexpr const char *kRefused =
+    R"({"run":"3333333333333333","status":4,"code":null,"source":"ispctl","meaning":"refused","tags":{}})";
+constexpr const char *kEvents =
+    "2026-01-01T00:00:00.000Z 4444444444444444/12 tag      serial=4\n"
+    "2026-01-01T00:00:00.000Z 5555555555555555/13 tag      serial=5\n"
+    "2026-01-01T00:00:01.000Z 4444444444444444/12 result   0x0 success\n"
+    "2026-01-01T00:00:01.000Z 4444444444444444/12 ispctl   afterwards\n";
+
+class LogSummaries : public testing::Test {
+  protected:
+    std::string Text(const std::string &content) {
+        std::string error;
+        EXPECT_TRUE(m_reader.Read(m_folder.Write("log", content), error)) << error;
+        return SummaryText(ispctl::Summarise(m_reader.Entries()), ispctl::Charset::Ascii);
+    }
+
+    TempFolder m_folder;
+    ispctl::LogReader m_reader;
+};
+
+TEST_F(LogSummaries, Records_are_grouped_by_code_with_their_tags) {
+    EXPECT_EQ(Text(std::string(kFailed) + "\n" + kPassed + "\n" + kRefused + "\n"),
+              "1 passed, 2 failed\n"
+              "0x0: success: 1\n  serial=1\n"
+              "0x4003: bad: 1\n  serial=2\n"
+              "no code, status 4: refused: by a finding about the command line, or by the library: "
+              "1\n  no tags, run 3333333333333333\n");
+}
+
+TEST_F(LogSummaries, Events_of_a_log_are_counted_by_run) {
+    EXPECT_EQ(Text(kEvents), "1 passed, 1 failed\n"
+                             "0x0: success: 1\n  serial=4\n"
+                             "no code: no result: the run still goes on, or was killed: 1\n"
+                             "  serial=5\n");
+}
+
+TEST_F(LogSummaries, Run_with_record_and_events_is_counted_once) {
+    std::string record = kPassed;
+    record.replace(record.find("1111111111111111"), 16, "4444444444444444");
+    EXPECT_THAT(Text(std::string(kEvents) + record + "\n"), StartsWith("1 passed, 1 failed\n"));
+}
+
+TEST_F(LogSummaries, Empty_file_has_no_runs) {
+    EXPECT_EQ(Text(""), "0 passed, 0 failed\n");
+}
+
+TEST_F(LogSummaries, Broken_lines_are_named_and_the_rest_is_counted) {
+    const std::string deep(100000, '[');
+    const std::string content = std::string("\x01\xFF") + "\n" + kPassed + "\n{\"half\n{}\n" +
+                                "{\"status\":" + deep + "\n" + std::string(2U << 20U, 'x') + "\n" +
+                                kPassed;
+    EXPECT_THAT(Text(content), StartsWith("2 passed, 0 failed\n"));
+    std::vector<std::size_t> lines;
+    for (const ispctl::BrokenLine &broken : m_reader.BrokenLines()) {
+        lines.push_back(broken.line);
+        EXPECT_EQ(broken.file, m_folder.Path("log"));
+    }
+    EXPECT_THAT(lines, testing::ElementsAre(1, 3, 4, 5, 6));
+}
+
+TEST_F(LogSummaries, Control_characters_of_tags_are_shown_visibly) {
+    std::string record = kPassed;
+    record.replace(record.find("\"1\""), 3, "\"\\u001b[2J\"");
+    EXPECT_THAT(Text(record), HasSubstr("serial=\\x1B[2J"));
+}
+
+TEST_F(LogSummaries, Reader_rejects_what_is_no_file) {
+    for (const std::string &name :
+         {std::string("/dev/zero"), m_folder.Path(), m_folder.Path("missing")}) {
+        std::string error;
+        EXPECT_FALSE(m_reader.Read(name, error));
+        EXPECT_THAT(error, HasSubstr(name));
+    }
+}
+
+} // namespace

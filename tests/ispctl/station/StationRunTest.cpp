@@ -1,0 +1,249 @@
+// What `ispctl run` does for stations, on the virtual scaler.
+
+#include <csignal>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <vector>
+
+#include "ConsoleProcess.h"
+#include "station/Sha256.h"
+#include "support/EnvGuard.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::Not;
+using Words = std::vector<std::string>;
+
+constexpr std::size_t kBank = 65536;
+
+class StationRun : public testing::Test {
+  protected:
+    /// All tests share the locks of one library, with each other and with those of other programs:
+    /// few tests use the same number, and everything but a second run waits for it.
+    static std::string Interface() {
+        const std::string name = testing::UnitTest::GetInstance()->current_test_info()->name();
+        return std::to_string(17 + std::hash<std::string>()(name) % 3);
+    }
+    Words Line(const Words &own, const Words &arguments) const {
+        Words all{"run", "--virtual"};
+        all.insert(all.end(), own.begin(), own.end());
+        all.insert(all.end(), {"--", "--comm", Interface()});
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        return all;
+    }
+    ConsoleResult Run(Words own, const Words &arguments) const {
+        own.insert(own.begin(), {"--wait", "20", "--station", m_station});
+        return RunConsole(Line(own, arguments));
+    }
+    std::vector<json> Records() const {
+        std::vector<json> records;
+        std::istringstream lines(m_folder.Read("line.jsonl"));
+        for (std::string line; std::getline(lines, line);) {
+            records.push_back(json::parse(line));
+        }
+        return records;
+    }
+    bool HasCopies() const {
+        return fs::directory_iterator(m_temporary) != fs::directory_iterator();
+    }
+    std::string Flash(std::size_t bank, std::size_t count) const {
+        return m_folder.Read("device/flash.bin").substr(bank * kBank, count * kBank);
+    }
+
+    TempFolder m_folder;
+    EnvGuard m_device{"SCALER_ISP_VIRTUAL_DEVICE", m_folder.MakeFolder("device")};
+    std::string m_temporary = m_folder.MakeFolder("t");
+    EnvGuard m_tmpdir{"TMPDIR", m_temporary};
+    std::string m_station = m_folder.Path("line.jsonl");
+    std::string m_bytes = std::string(kBank, 'a') + std::string(kBank, 'b');
+    std::string m_firmware = m_folder.Write("monitor.bin", m_bytes);
+};
+
+TEST_F(StationRun, Record_has_result_files_and_tags) {
+    const ConsoleResult result =
+        Run({"--tag", "serial=4711", "--tag", "station=A B"}, {"--isp", "--fw", m_firmware});
+    ASSERT_EQ(result.status, 0) << result.err;
+    ASSERT_EQ(Records().size(), 1U);
+    const json record = Records().front();
+    EXPECT_EQ(record["status"], 0);
+    EXPECT_EQ(record["code"], 0);
+    EXPECT_EQ(record["source"], "library");
+    EXPECT_EQ(record["stage"], "done");
+    EXPECT_EQ(record["percent"], 100);
+    EXPECT_EQ(record["tags"], json({{"serial", "4711"}, {"station", "A B"}}));
+    EXPECT_EQ(record["argv"].back(), m_firmware);
+    EXPECT_THAT(record["run"].get<std::string>(), testing::MatchesRegex("[0-9a-f]{16}"));
+    EXPECT_EQ(record["backup"], json::array());
+    const json &firmware = record["files"][0];
+    EXPECT_EQ(firmware["role"], "fw");
+    EXPECT_EQ(firmware["path"], m_firmware);
+    EXPECT_EQ(firmware["size"], m_bytes.size());
+    EXPECT_EQ(firmware["sha256"], ispctl::Sha256Of(m_bytes));
+    EXPECT_EQ(record["files"][1]["role"], "library");
+    EXPECT_EQ(record["files"][2]["role"], "isp-plugin");
+}
+
+TEST_F(StationRun, Refused_line_has_record) {
+    EXPECT_EQ(Run({}, {"--isp", "--bnak", "3", "--fw", m_firmware}).status, 4);
+    EXPECT_EQ(Records().at(0)["status"], 4);
+    EXPECT_EQ(Records().at(0)["stage"], "check");
+    EXPECT_EQ(Records().at(0)["code"], nullptr);
+}
+
+TEST_F(StationRun, Usage_errors_name_their_reason) {
+    const struct {
+        Words own;
+        Words arguments;
+        const char *reason;
+    } rows[] = {
+        {{"--tag", "serial"}, {"--isp"}, "KEY=VALUE"},
+        {{"--tag", "=1"}, {"--isp"}, "KEY=VALUE"},
+        {{"--tag", "serial="}, {"--isp"}, "is empty"},
+        {{"--tag", "a b=1"}, {"--isp"}, "letters, digits"},
+        {{"--tag", "a=1", "--tag", "a=2"}, {"--isp"}, "given twice"},
+        {{"--tag", "a=\x1b[2J"}, {"--isp"}, "control characters"},
+        {{"--wait", "-1"}, {"--isp"}, "--wait"},
+        {{"--backup", "d"}, {"--resetmcu"}, "an action that programs"},
+        {{"--backup", "d", "--verbatim"}, {"--isp"}, "--verbatim"},
+        {{"--private-copy", "--verbatim"}, {"--isp"}, "--verbatim"},
+        {{"--private-copy", "--no-private-copy"}, {"--isp"}, "--no-private-copy"},
+    };
+    for (const auto &row : rows) {
+        Words own = row.own;
+        own.insert(own.begin(), {"--station", m_station});
+        const ConsoleResult result = RunConsole(Line(own, row.arguments));
+        EXPECT_EQ(result.status, 2) << row.reason;
+        EXPECT_THAT(result.err, HasSubstr(row.reason));
+    }
+    EXPECT_EQ(RunConsole(Line({"--tag", "a=1"}, {"--isp", "--fw", m_firmware})).status, 2);
+    EXPECT_FALSE(m_folder.Exists("device/flash.bin"));
+}
+
+TEST_F(StationRun, Unwritable_station_file_ends_run_before_plugin_is_called) {
+    for (const std::string &file : {std::string("/dev/full"), m_folder.Path("no/such")}) {
+        const ConsoleResult result =
+            RunConsole(Line({"--station", file}, {"--isp", "--fw", m_firmware}));
+        EXPECT_EQ(result.status, 8);
+        EXPECT_THAT(result.err, HasSubstr(file));
+    }
+    EXPECT_FALSE(m_folder.Exists("device/journal.txt"));
+}
+
+TEST_F(StationRun, Second_run_on_interface_names_first_or_waits_for_it) {
+    m_folder.Write("device/faults.txt", "slow 400\n");
+    const Words line =
+        Line({"--wait", "20", "--station", m_station}, {"--isp", "--fw", m_firmware});
+    ConsoleProcess first(line);
+    ASSERT_TRUE(first.WaitForText("progress 0 %"));
+    const ConsoleResult second =
+        RunConsole(Line({"--station", m_station}, {"--isp", "--fw", m_firmware}));
+    EXPECT_EQ(second.status, 8);
+    EXPECT_THAT(second.err, ContainsRegex("in use by process [0-9]+ .*since 20.*, station file " +
+                                          m_station + "; --wait SECONDS"));
+    const ConsoleResult waiting = RunConsole(line);
+    EXPECT_EQ(waiting.status, 0);
+    EXPECT_THAT(waiting.err, HasSubstr("waiting for at most 20 s"));
+    EXPECT_EQ(first.Finish(), 0);
+    ASSERT_EQ(Records().size(), 3U);
+    EXPECT_EQ(Records()[0]["stage"], "lock");
+}
+
+TEST_F(StationRun, Firmware_exchanged_during_run_is_not_programmed) {
+    m_folder.Write("device/faults.txt", "slow 400\n");
+    ConsoleProcess process(
+        Line({"--wait", "20", "--station", m_station}, {"--isp", "--fw", m_firmware}));
+    ASSERT_TRUE(process.WaitForText("progress 0 %"));
+    EXPECT_TRUE(HasCopies());
+    m_folder.Write("monitor.bin", std::string(2 * kBank, 'X'));
+    EXPECT_EQ(process.Finish(), 0);
+    EXPECT_EQ(Flash(0, 2), m_bytes);
+    EXPECT_FALSE(HasCopies());
+    EXPECT_THAT(process.Err(), HasSubstr("private copy of " + m_firmware +
+                                         ": 131072 bytes, SHA-256 " + ispctl::Sha256Of(m_bytes)));
+    EXPECT_THAT(process.Out(), HasSubstr("(" + m_firmware + ", bank 1)"));
+    EXPECT_THAT(process.Out(), Not(HasSubstr(m_temporary)));
+}
+
+TEST_F(StationRun, No_private_copy_runs_on_files_themselves) {
+    ASSERT_EQ(Run({"--no-private-copy"}, {"--isp", "--fw", m_firmware}).status, 0);
+    EXPECT_FALSE(Records().at(0)["files"][0].contains("copy"));
+    EXPECT_EQ(Records().at(0)["files"][0]["sha256"], ispctl::Sha256Of(m_bytes));
+}
+
+TEST_F(StationRun, Copies_are_removed_after_second_interrupt) {
+    m_folder.Write("device/faults.txt", "slow 20000\n");
+    ConsoleProcess process(Line({"--private-copy"}, {"--isp", "--fw", m_firmware}));
+    ASSERT_TRUE(process.WaitForText("progress 0 %"));
+    ASSERT_TRUE(HasCopies());
+    process.Signal(SIGINT);
+    ASSERT_TRUE(process.WaitForText("press Ctrl-C again"));
+    process.Signal(SIGINT);
+    EXPECT_EQ(process.Finish(), 130);
+    EXPECT_FALSE(HasCopies());
+}
+
+TEST_F(StationRun, Copy_that_cannot_be_made_ends_run_with_8) {
+    const EnvGuard nowhere("TMPDIR", m_folder.Path("no/such"));
+    const ConsoleResult result = Run({}, {"--isp", "--fw", m_firmware});
+    EXPECT_EQ(result.status, 8);
+    EXPECT_THAT(result.err, HasSubstr("private copies"));
+    EXPECT_EQ(Records().at(0)["stage"], "files");
+    EXPECT_FALSE(m_folder.Exists("device/journal.txt"));
+}
+
+TEST_F(StationRun, Backup_holds_what_was_programmed_over) {
+    ASSERT_EQ(Run({}, {"--isp", "--fw", m_firmware}).status, 0);
+    const std::string other = m_folder.Write("other.bin", std::string(kBank, 'o'));
+    const std::string last = m_folder.Write("last.bin", "last");
+    const std::string log = m_folder.Path("log");
+    const ConsoleResult result =
+        Run({"--backup", m_folder.Path("backups"), "--log", log},
+            {"--isp", "--fw", other, "--bank", "1", "--fw1", last, "--bank1", "9"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    const json backups = Records().at(1)["backup"];
+    ASSERT_EQ(backups.size(), 2U);
+    const auto content = [&](std::size_t index) {
+        const std::string path = backups[index]["path"];
+        return m_folder.Read("backups/" + fs::path(path).filename().string());
+    };
+    EXPECT_EQ(content(0), std::string(kBank, 'b'));
+    EXPECT_EQ(content(1), std::string(kBank, '\xFF'));
+    EXPECT_EQ(backups[0]["sha256"], ispctl::Sha256Of(content(0)));
+    EXPECT_EQ(backups[1]["address"], 9 * kBank);
+    EXPECT_THAT(m_folder.Read("log"), HasSubstr(backups[0]["path"].get<std::string>()));
+    EXPECT_EQ(Flash(1, 1), std::string(kBank, 'o'));
+}
+
+TEST_F(StationRun, Failed_backup_ends_run_before_programming) {
+    m_folder.Write("device/faults.txt", "refuse-open\n");
+    const ConsoleResult result =
+        Run({"--backup", m_folder.Path("backups")}, {"--isp", "--fw", m_firmware});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.err, HasSubstr("nothing was programmed"));
+    EXPECT_EQ(Records().at(0)["stage"], "backup");
+    EXPECT_EQ(Records().at(0)["hex"], "0x5A01");
+    EXPECT_THAT(m_folder.Read("device/journal.txt"), Not(HasSubstr("IspFlash")));
+    EXPECT_TRUE(fs::is_empty(m_folder.Path("backups")));
+}
+
+TEST_F(StationRun, Backup_into_file_ends_run_with_8) {
+    const ConsoleResult result = Run({"--backup", m_firmware}, {"--isp", "--fw", m_firmware});
+    EXPECT_EQ(result.status, 8);
+    EXPECT_THAT(result.err, HasSubstr(m_firmware + " is not a directory"));
+    EXPECT_FALSE(m_folder.Exists("device/journal.txt"));
+}
+
+TEST_F(StationRun, Result_event_has_run_id_of_record) {
+    const ConsoleResult result = Run({"--json"}, {"--isp", "--fw", m_firmware});
+    const std::string last = result.out.substr(result.out.rfind("{\"event\":\"result\""));
+    EXPECT_EQ(json::parse(last)["run"], Records().at(0)["run"]);
+}
+
+} // namespace
