@@ -36,8 +36,6 @@ std::vector<Row> RowsOf(const Options &options) {
         {"installed-library", InstalledLibraryPath(),
          "the library without --lib, --chip and --virtual"},
         {"virtual-library", VirtualLibraryPath(), "the library with --virtual"},
-        {"chips", ChipRoots().back(), "--chip NAME opens the library of its directory NAME"},
-        {"chips-of-user", ChipRoots().front(), "the same, looked at first"},
         {"library", places.library, "the library that these options select"},
         {"library-directory", places.directory, "everything below is looked for from here"},
         {"isp-plugin", places.ispPlugin, "the ISP plug-in"},
@@ -55,6 +53,13 @@ std::vector<Row> RowsOf(const Options &options) {
     };
 }
 
+/// The directories of chips in the order in which they are searched.
+void AppendChips(std::vector<Row> &rows) {
+    for (const fs::path &root : ChipRoots()) {
+        rows.push_back({"chips", root, "--chip NAME opens the library in its directory NAME"});
+    }
+}
+
 bool Exists(const fs::path &path) {
     const auto kind = StateOf(path).kind;
     return kind != FileState::Kind::Missing && kind != FileState::Kind::Unreachable;
@@ -65,7 +70,9 @@ bool Exists(const fs::path &path) {
 ExitStatus PathsCommand(const Options &options, Session &session) {
     ConsoleStreams &streams = session.streams;
     Json paths = Json::array();
-    for (const Row &row : RowsOf(options)) {
+    std::vector<Row> rows = RowsOf(options);
+    AppendChips(rows);
+    for (const Row &row : rows) {
         if (options.json) {
             Json object{{"name", row.name}};
             SetText(object, "path", row.path.string());

@@ -70,8 +70,7 @@ void AddInternalOptions(CLI::App &run, StationOptions &options) {
 
 void AddStationOptions(CLI::App &run, StationOptions &options) {
     CLI::Option *station =
-        run.add_option("--station", options.file,
-                       "append one JSON object about the run to FILE, and lock the device")
+        run.add_option("--station", options.file, "append a JSON record to FILE, lock the device")
             ->type_name("FILE");
     run.add_option_function<std::vector<std::string>>(
            "--tag",
@@ -80,20 +79,18 @@ void AddStationOptions(CLI::App &run, StationOptions &options) {
                    AddTag(text, options.tags);
                }
            },
-           "put this into the record, such as serial=4711; repeatable")
+           "put this into record and log; repeatable")
         ->type_name("KEY=VALUE")
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    run.add_option("--wait", options.wait, "wait so long for a device that another run uses")
+    run.add_option("--wait", options.wait, "wait so long for a device in use")
+        ->check(CLI::Range(0.0, kLongestWaitSeconds).description(""))
         ->type_name("SECONDS")
-        ->check(CLI::Range(0.0, kLongestWaitSeconds))
         ->needs(station);
-    run.add_option("--backup", options.backup,
-                   "first read the banks that are programmed into a file in DIR")
+    run.add_option("--backup", options.backup, "first read what is programmed over into DIR")
         ->type_name("DIR");
     CLI::Option *copy = run.add_flag("--private-copy", options.privateCopy,
-                                     "run on copies that nobody else can change; the default "
-                                     "with --station")
+                                     "run on copies; the default with --station")
                             ->disable_flag_override();
     run.add_flag("--no-private-copy", options.noPrivateCopy, "run on the files themselves")
         ->disable_flag_override()

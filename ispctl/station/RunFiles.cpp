@@ -80,7 +80,9 @@ std::vector<RunFile> InputFiles(const std::vector<std::string> &arguments,
     }
     for (std::size_t i = 0; i < line.Options().size(); ++i) {
         const GivenArgument &given = *line.Options()[i];
-        if (!IsInput(given) || line.IsReplaced(i)) {
+        const bool isOutput =
+            action->action == ENUM_ACTION_SIGN && given.option->name == "signfile";
+        if (!IsInput(given) || isOutput || line.IsReplaced(i)) {
             continue;
         }
         RunFile file{std::string(given.option->name), *given.value, {}, {}, {}, "", given.position};
