@@ -42,7 +42,7 @@ struct RecordedRun {
 };
 
 /// Such as "/srv/fw/a.bin: 5 bytes, SHA-256 2cf2...".
-std::string FileWords(const nlohmann::ordered_json &file) {
+std::string FileWords(const Json &file) {
     const std::string path = file["path"];
     return file.contains("sha256")
                ? fmt::format("{}: {} bytes, SHA-256 {}", path, file["size"].get<std::uint64_t>(),
@@ -116,7 +116,7 @@ class RunSession {
             if (frame->kind == FrameKind::Notice) {
                 m_streams.PrintMessage(frame->payload);
             } else if (frame->kind == FrameKind::Files) {
-                m_recorded.record.SetFiles(nlohmann::ordered_json::parse(frame->payload));
+                m_recorded.record.SetFiles(Json::parse(frame->payload));
             } else {
                 return frame;
             }

@@ -11,7 +11,7 @@ NAME = re.compile(r"--([A-Za-z0-9]+)")
 
 def console_options():
     """Names of ispctl's own options."""
-    return set(CONSOLE.findall((ROOT / "ispctl/main.cpp").read_text()))
+    return {name for file in (ROOT / "ispctl").rglob("*.cpp") for name in CONSOLE.findall(file.read_text())}
 
 
 def problems_of_page(name, text, options, others):

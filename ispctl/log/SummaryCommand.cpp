@@ -2,14 +2,11 @@
 
 #include <fmt/format.h>
 
-#include "Utf8.h"
 #include "log/LogLines.h"
 #include "log/SummaryText.h"
 
 namespace ispctl {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 // A file that is no log has nothing but broken lines.
 constexpr std::size_t kShownBrokenLines = 20;
@@ -29,7 +26,7 @@ Json BrokenJson(const std::vector<BrokenLine> &lines) {
     Json broken = Json::array();
     for (const BrokenLine &line : lines) {
         broken.push_back(
-            {{"file", EscapeBytes(line.file).text}, {"line", line.line}, {"message", line.reason}});
+            {{"file", JsonString(line.file)}, {"line", line.line}, {"message", line.reason}});
     }
     return broken;
 }
@@ -44,7 +41,7 @@ ExitStatus SummaryCommand(const SummaryOptions &options, Session &session) {
         std::string error;
         if (!reader.Read(file, error)) {
             status = session.Fail(kExitFileError, error);
-            unreadable.push_back(EscapeBytes(error).text);
+            unreadable.push_back(JsonString(error));
         }
     }
     const LogSummary summary = Summarise(reader.Entries());
@@ -52,7 +49,7 @@ ExitStatus SummaryCommand(const SummaryOptions &options, Session &session) {
         Json document = SummaryJson(summary);
         document["broken_lines"] = BrokenJson(reader.BrokenLines());
         document["unreadable"] = unreadable;
-        session.streams.Write(Stream::Output, document.dump(2, ' ', true) + "\n");
+        session.streams.Write(Stream::Output, JsonDocument(document, Charset::Ascii));
     } else {
         session.streams.Write(Stream::Output, SummaryText(summary, session.streams.TheCharset()));
     }

@@ -8,8 +8,6 @@
 namespace ispctl {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 std::string TagsOf(const LogEntry &entry) {
     std::string text;
     for (const auto &[key, value] : entry.tags) {
@@ -25,12 +23,12 @@ template <class Value> Json OrNull(const std::optional<Value> &value) {
 Json RunJson(const LogEntry &entry) {
     Json tags = Json::object();
     for (const auto &[key, value] : entry.tags) {
-        tags[EscapeBytes(key).text] = EscapeBytes(value).text;
+        tags[EscapeBytes(key).text] = JsonString(value);
     }
-    return {{"run", EscapeBytes(entry.run).text},
-            {"time", EscapeBytes(entry.time).text},
+    return {{"run", JsonString(entry.run)},
+            {"time", JsonString(entry.time)},
             {"status", OrNull(entry.status)},
-            {"meaning", EscapeBytes(entry.meaning).text},
+            {"meaning", JsonString(entry.meaning)},
             {"tags", tags}};
 }
 
@@ -59,10 +57,9 @@ Json SummaryJson(const LogSummary &summary) {
         }
         codes.push_back({{"code", OrNull(first.code)},
                          {"hex", first.code ? Json(FormatResultCode(*first.code)) : Json(nullptr)},
-                         {"source", first.source.empty() ? Json(nullptr)
-                                                         : Json(EscapeBytes(first.source).text)},
+                         {"source", StringOrNull(first.source)},
                          {"passed", first.passed},
-                         {"meaning", EscapeBytes(group.meaning).text},
+                         {"meaning", JsonString(group.meaning)},
                          {"count", group.runs.size()},
                          {"runs", runs}});
     }

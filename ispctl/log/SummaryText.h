@@ -1,9 +1,9 @@
 #ifndef ISPCTL_LOG_SUMMARY_TEXT_H
 #define ISPCTL_LOG_SUMMARY_TEXT_H
 
-#include <nlohmann/json.hpp>
 #include <string>
 
+#include "JsonText.h"
 #include "VisibleText.h"
 #include "log/LogSummary.h"
 
@@ -14,7 +14,7 @@ namespace ispctl {
 std::string SummaryText(const LogSummary &summary, Charset charset);
 
 /// The same as JSON, without what could not be read.
-nlohmann::ordered_json SummaryJson(const LogSummary &summary);
+Json SummaryJson(const LogSummary &summary);
 
 } // namespace ispctl
 

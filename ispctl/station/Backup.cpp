@@ -132,7 +132,7 @@ std::string CheckBackup(const BackupRange &range, std::string &error) {
                             range.file.string(), file.digest->size, range.Bytes());
         return "";
     }
-    nlohmann::ordered_json record = RunFileJson(file);
+    Json record = RunFileJson(file);
     record.erase("role");
     record["address"] = range.Address();
     return record.dump();

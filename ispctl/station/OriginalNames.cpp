@@ -16,8 +16,7 @@ template <class Text> Text Replaced(Text text, const std::vector<std::pair<Text,
 
 } // namespace
 
-OriginalNames::OriginalNames(const nlohmann::ordered_json &files,
-                             std::vector<RunObserver *> observers)
+OriginalNames::OriginalNames(const Json &files, std::vector<RunObserver *> observers)
     : m_observers(std::move(observers)) {
     for (const auto &file : files) {
         if (!file.contains("copy")) {

@@ -1,11 +1,11 @@
 #ifndef ISPCTL_STATION_ORIGINAL_NAMES_H
 #define ISPCTL_STATION_ORIGINAL_NAMES_H
 
-#include <nlohmann/json.hpp>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "JsonText.h"
 #include "RunObserver.h"
 
 namespace ispctl {
@@ -16,7 +16,7 @@ namespace ispctl {
 class OriginalNames : public RunObserver {
   public:
     /// \param files  array of RunFileJson
-    OriginalNames(const nlohmann::ordered_json &files, std::vector<RunObserver *> observers);
+    OriginalNames(const Json &files, std::vector<RunObserver *> observers);
 
     std::string Replace(std::string text) const;
 

@@ -54,18 +54,17 @@ LineUnderCheck Unparsed(const std::vector<std::string> &arguments) {
 
 } // namespace
 
-nlohmann::ordered_json RunFileJson(const RunFile &file) {
-    nlohmann::ordered_json json{{"role", file.role},
-                                {"path", EscapeBytes(file.path.string()).text}};
+Json RunFileJson(const RunFile &file) {
+    Json json{{"role", file.role}, {"path", JsonString(file.path.string())}};
     if (file.digest) {
         json["size"] = file.digest->size;
         json["sha256"] = file.digest->sha256;
     } else {
-        json["problem"] = EscapeBytes(file.problem).text;
+        json["problem"] = JsonString(file.problem);
     }
     if (!file.copy.empty()) {
-        json["given"] = EscapeBytes(file.given).text;
-        json["copy"] = EscapeBytes(file.copy.string()).text;
+        json["given"] = JsonString(file.given);
+        json["copy"] = JsonString(file.copy.string());
     }
     return json;
 }

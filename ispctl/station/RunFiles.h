@@ -2,11 +2,11 @@
 #define ISPCTL_STATION_RUN_FILES_H
 
 #include <filesystem>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "JsonText.h"
 #include "line/CheckLine.h"
 #include "station/FileDigest.h"
 
@@ -26,7 +26,7 @@ struct RunFile {
 
 /// {"role":T,"path":T,"size":N,"sha256":T}; with a copy "copy" and "given", without a digest
 /// "problem".
-nlohmann::ordered_json RunFileJson(const RunFile &file);
+Json RunFileJson(const RunFile &file);
 
 /// The firmware, boot and signature files that the action of the line uses, without digests.
 /// \param records  of the line, for the file that a firmware search has found; may be null

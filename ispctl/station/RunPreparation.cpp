@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 #include <thread>
 #include <unistd.h>
 
@@ -15,7 +14,6 @@ namespace ispctl {
 namespace {
 
 namespace fs = std::filesystem;
-using Json = nlohmann::ordered_json;
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds kBetweenAttempts{100};

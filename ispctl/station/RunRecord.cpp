@@ -5,16 +5,10 @@
 
 #include "ResultInfo.h"
 #include "UtcTime.h"
-#include "Utf8.h"
+#include "VisibleText.h"
 
 namespace ispctl {
 namespace {
-
-using Json = nlohmann::ordered_json;
-
-std::string Text(std::string_view bytes) {
-    return EscapeBytes(bytes).text;
-}
 
 Json Tags(const std::vector<Tag> &tags) {
     Json object = Json::object();
@@ -27,7 +21,7 @@ Json Tags(const std::vector<Tag> &tags) {
 Json CommandOf(const std::vector<std::string> &arguments) {
     Json command = Json::array({"ispctl"});
     for (const std::string &argument : arguments) {
-        command.push_back(Text(argument));
+        command.push_back(JsonString(argument));
     }
     return command;
 }
@@ -60,7 +54,7 @@ bool RunRecord::Open(std::string &error) {
 }
 
 void RunRecord::SetLibrary(const std::string &library) {
-    m_record["library"] = Text(library);
+    m_record["library"] = JsonString(library);
 }
 
 void RunRecord::SetFiles(Json files) {
@@ -71,7 +65,7 @@ bool RunRecord::FinishUncalled(ExitStatus status, std::string_view stage, const 
                                std::string &error) {
     m_record["status"] = static_cast<int>(status);
     m_record["stage"] = stage;
-    m_record["meaning"] = Text(reason);
+    m_record["meaning"] = JsonString(reason);
     return Append(error);
 }
 
@@ -81,9 +75,9 @@ bool RunRecord::Finish(const RunOutcome &outcome, ExitStatus status, std::string
         const std::string_view name = NameOfCode(outcome);
         m_record["code"] = *outcome.code;
         m_record["hex"] = FormatResultCode(*outcome.code);
-        m_record["name"] = name.empty() ? Json(nullptr) : Json(name);
+        m_record["name"] = StringOrNull(name);
     }
-    m_record["meaning"] = Text(MeaningOf(outcome));
+    m_record["meaning"] = JsonString(MeaningOf(outcome));
     m_record["source"] = SourceOf(outcome);
     m_record["stage"] = StageOf(outcome);
     m_record["percent"] = outcome.percent ? Json(*outcome.percent) : Json(nullptr);
@@ -99,8 +93,8 @@ bool RunRecord::Append(std::string &error) {
     }
     const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - m_start;
     m_record["duration_s"] = std::round(duration.count() * 1000) / 1000;
-    // In ASCII, so that no byte of the file acts on the terminal of a reader.
-    return m_file.Append(m_record.dump(-1, ' ', true), error);
+    // In ASCII: a file lives longer than the environment in which it was written.
+    return m_file.Append(JsonLine(m_record, Charset::Ascii), error);
 }
 
 } // namespace ispctl

@@ -2,11 +2,11 @@
 #define ISPCTL_STATION_RUN_RECORD_H
 
 #include <chrono>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "JsonText.h"
 #include "RunOutcome.h"
 #include "station/StationFile.h"
 #include "station/StationOptions.h"
@@ -24,8 +24,8 @@ class RunRecord {
     bool Open(std::string &error);
     void SetLibrary(const std::string &library);
     /// \param files  array of RunFileJson
-    void SetFiles(nlohmann::ordered_json files);
-    const nlohmann::ordered_json &Files() const {
+    void SetFiles(Json files);
+    const Json &Files() const {
         return m_record["files"];
     }
 
@@ -42,7 +42,7 @@ class RunRecord {
     std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
     StationFile m_file;
     bool m_isOpen = false;
-    nlohmann::ordered_json m_record;
+    Json m_record;
 };
 
 } // namespace ispctl

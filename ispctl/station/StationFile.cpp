@@ -73,7 +73,7 @@ bool StationFile::EndsInsideLine() const {
 
 bool StationFile::Append(std::string_view line, std::string &error) const {
     const FileLock lock(m_descriptor.Number());
-    const std::string text = (EndsInsideLine() ? "\n" : "") + std::string(line) + "\n";
+    const std::string text = (EndsInsideLine() ? "\n" : "") + std::string(line);
     const off_t size = ::lseek(m_descriptor.Number(), 0, SEEK_END);
     const ssize_t written = ::write(m_descriptor.Number(), text.data(), text.size());
     if (written == static_cast<ssize_t>(text.size())) {

@@ -14,8 +14,8 @@ class StationFile {
   public:
     /// Opens the file, or creates it. RETURNS false on failure, with the reason in error.
     bool Open(const std::string &file, std::string &error);
-    /// Appends text and a newline. Text that a killed writer has left without a newline becomes a
-    /// line of its own. RETURNS false on failure, with the reason in error.
+    /// Appends a line with its newline. Text that a killed writer has left without a newline
+    /// becomes a line of its own. RETURNS false on failure, with the reason in error.
     bool Append(std::string_view line, std::string &error) const;
 
   private:

@@ -11,7 +11,8 @@ DEVICES = 16
 
 
 def run(script, ispctl, folder, options):
-    environment = dict(os.environ, ISPCTL=ispctl, DEVICES=str(DEVICES), RECORD=os.path.join(folder, "records"))
+    environment = dict(os.environ, ISPCTL=ispctl, DEVICES=str(DEVICES),
+                       RECORD=os.path.join(folder, "records"))
     return subprocess.run(["sh", script, "monitor.bin"] + options, cwd=folder, env=environment,
                           capture_output=True, text=True, check=False)
 

@@ -18,7 +18,7 @@ class StationFiles : public testing::Test {
   protected:
     bool Append(const std::string &line) {
         StationFile file;
-        return file.Open(m_folder.Path("s"), m_error) && file.Append(line, m_error);
+        return file.Open(m_folder.Path("s"), m_error) && file.Append(line + "\n", m_error);
     }
 
     TempFolder m_folder;
