@@ -33,9 +33,11 @@ bool LockDevice(const RunOptions &options, const fs::path &library, DeviceLock &
                 ParentLink &link) {
     const int interface = InterfaceOf(options.arguments);
     const auto &station = options.station;
-    const std::string holder = fmt::format(
-        "process {} (run {}) since {}, library {}, station file {}", ::getppid(), station.runId,
-        UtcTime(), library.string(), fs::absolute(station.file).string());
+    // Both processes, because the second one may outlive the first.
+    const std::string holder =
+        fmt::format("process {} (library process {}, run {}) since {}, library {}, station file {}",
+                    ::getppid(), ::getpid(), station.runId, UtcTime(), library.string(),
+                    fs::absolute(station.file).string());
     const auto end = Clock::now() + std::chrono::duration<double>(station.wait);
     bool isAnnounced = false;
     while (!lock.Take(holder)) {

@@ -18,7 +18,7 @@ def run(script, ispctl, folder, options):
 
 
 def main():
-    script, ispctl = sys.argv[1:]
+    script, ispctl = (os.path.abspath(path) for path in sys.argv[1:])
     problems = []
     with tempfile.TemporaryDirectory() as folder:
         firmware = b"f" * 70000
