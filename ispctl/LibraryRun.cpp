@@ -75,7 +75,7 @@ bool LibraryRun::DrainText() {
 }
 
 void LibraryRun::ShowNotice(const std::string &text) {
-    m_streams.PrintMessage(text);
+    Attempt([&] { m_streams.PrintMessage(text); });
     Notify([&](RunObserver &observer) { observer.OnNotice(text); });
 }
 
@@ -106,7 +106,7 @@ void LibraryRun::HandleFrame(const Frame &frame) {
         Attempt([&] { m_backups.push_back(frame.payload); });
         break;
     case FrameKind::Refused:
-        m_refusal = DecodeRefusal(frame.payload);
+        Attempt([&] { m_refusal = DecodeRefusal(frame.payload); });
         break;
     case FrameKind::Result:
         m_result = ValueOf<RunResult>(std::string_view(frame.payload).substr(0, sizeof(RunResult)));

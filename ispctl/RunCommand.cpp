@@ -56,7 +56,7 @@ class RunSession {
     RunSession(const RunOptions &options, const std::vector<std::string> &arguments,
                ConsoleStreams &streams, ChildProcess &child, RecordedRun &recorded)
         : m_options(options), m_arguments(arguments), m_streams(streams), m_child(child),
-          m_recorded(recorded), m_copies(recorded.copies), m_run(child, streams) {}
+          m_recorded(recorded), m_run(child, streams) {}
 
     ExitStatus Execute() {
         std::optional<Frame> frame = WaitForDecision();
@@ -253,7 +253,6 @@ class RunSession {
     ConsoleStreams &m_streams;
     ChildProcess &m_child;
     RecordedRun &m_recorded;
-    PrivateDirectory m_copies; ///< removed before the signals are no longer handled
     LibraryRun m_run;
     std::vector<Finding> m_findings;
 };
@@ -290,22 +289,26 @@ ExitStatus RunCommand(const RunOptions &options, const std::vector<std::string> 
         return ReportNotCalled(options.json, kExitUsage, "usage", error, {}, streams);
     }
     const std::string id = NewRunId();
-    const bool copies = WantsPrivateCopies(options.station, options.verbatim, options.arguments);
+    const bool isCopied = WantsPrivateCopies(options.station, options.verbatim, options.arguments);
     RecordedRun recorded{id,
                          {options.station, id, arguments},
-                         copies ? PrivatePath(id) : fs::path(),
+                         isCopied ? PrivatePath(id) : fs::path(),
                          !options.log.empty() || !options.station.file.empty()};
     std::string error;
     if (!recorded.record.Open(error)) {
         return ReportNotCalled(options.json, kExitFileError, "station", error, {}, streams);
     }
     try {
+        const PrivateDirectory copies(recorded.copies);
         const bool onePipe = options.json || ConsoleStreams::ShareOneTarget();
         ChildProcess child(ArgumentsOfLibraryProcess(arguments, recorded),
                            onePipe ? ChildProcess::Ordering::OnePipe
                                    : ChildProcess::Ordering::TwoPipes,
                            RunSignals::Stop::AtSecondInterrupt);
-        return RunSession(options, arguments, streams, child, recorded).Execute();
+        const ExitStatus status =
+            RunSession(options, arguments, streams, child, recorded).Execute();
+        copies.Remove(); // while the signals are still handled
+        return status;
     } catch (const std::exception &reason) {
         recorded.record.FinishUncalled(kExitUsage, "open", reason.what(), error);
         throw;

@@ -48,7 +48,7 @@ const GivenArgument *OptionAt(const std::vector<GivenArgument> &given, std::size
 
 } // namespace
 
-PrivateDirectory::~PrivateDirectory() {
+void PrivateDirectory::Remove() const {
     if (!m_path.empty()) {
         std::error_code ignored;
         fs::remove_all(m_path, ignored);

@@ -12,14 +12,18 @@
 namespace ispctl {
 
 /// The directory for the copies of one run. The library's process creates it; this object removes
-/// it, whatever has become of that process.
+/// it, whatever has become of that process, and must outlive it.
 class PrivateDirectory {
   public:
     /// \param path  empty: there are no copies
     explicit PrivateDirectory(std::filesystem::path path) : m_path(std::move(path)) {}
-    ~PrivateDirectory();
+    ~PrivateDirectory() {
+        Remove();
+    }
     PrivateDirectory(const PrivateDirectory &) = delete;
     PrivateDirectory &operator=(const PrivateDirectory &) = delete;
+
+    void Remove() const;
 
   private:
     std::filesystem::path m_path;

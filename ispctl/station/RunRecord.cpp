@@ -91,6 +91,7 @@ bool RunRecord::Append(std::string &error) {
     if (!m_isOpen) {
         return true;
     }
+    m_isOpen = false; // one record per run, whatever fails afterwards
     const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - m_start;
     m_record["duration_s"] = std::round(duration.count() * 1000) / 1000;
     // In ASCII: a file lives longer than the environment in which it was written.
