@@ -4,7 +4,7 @@
 #include <cstring>
 #include <iterator>
 
-#include "scaler_isp/abi/ZeroUninitializedBytes.h"
+#include "scaler_isp/abi/NewRecord.h"
 #include "scaler_isp/args/CommandFlow.h"
 #include "scaler_isp/args/CommandTables.h"
 #include "scaler_isp/common/BoundedCopy.h"
@@ -50,7 +50,12 @@ void GetDefaultSettingFilePathName(wchar_t *buf, unsigned int size) {
 }
 
 CCpIspArgsParse::CCpIspArgsParse() {
-    ZeroUninitializedBytes(m_stSetting);
+    std::memset(static_cast<void *>(&m_stSetting), 0, sizeof m_stSetting);
+    StoreDefaultsInZeroedRecord(m_stSetting);
+}
+
+CCpIspArgsParse::CCpIspArgsParse(InZeroedMemory) noexcept {
+    StoreDefaultsInZeroedRecord(m_stSetting);
 }
 
 void CCpIspArgsParse::SetCurrentDir(const std::string &directory) {
@@ -98,11 +103,19 @@ STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING CCpIspArgsParse::GetISPCmdSetting() const 
     return m_stSetting;
 }
 
+const STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING &CCpIspArgsParse::Setting() const {
+    return m_stSetting;
+}
+
 void CCpIspArgsParse::SetDigitalSignArgs(STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS &args) {
     std::memmove(&m_stDigitalSignArgs, &args, sizeof m_stDigitalSignArgs);
 }
 
 STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS CCpIspArgsParse::GetDigitalSignArgs() const {
+    return m_stDigitalSignArgs;
+}
+
+const STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS &CCpIspArgsParse::DigitalSignArgs() const {
     return m_stDigitalSignArgs;
 }
 

@@ -12,6 +12,7 @@
 #include "scaler_isp/args/RawArgs.h"
 #include "scaler_isp/common/CCpTransform.h"
 
+struct InZeroedMemory;
 struct LibraryDirectory;
 
 /// Turns one command line into the two records that the plug-ins receive.
@@ -32,6 +33,9 @@ class SCALER_ISP_API CCpIspArgsParse {
   public:
     CCpIspArgsParse();
 
+    /// The same for the library itself, without touching memory that is zero already.
+    SCALER_ISP_INTERNAL explicit CCpIspArgsParse(InZeroedMemory) noexcept;
+
     /// The directory, ending in "/", against which relative paths are resolved and which --searchfw
     /// searches. UTF-8.
     void SetCurrentDir(const std::string &directory);
@@ -47,6 +51,10 @@ class SCALER_ISP_API CCpIspArgsParse {
     /// found, and throws what ParseArgs turns into 0.
     SCALER_ISP_INTERNAL bool Parse(int argc, const char *const *argv,
                                    const LibraryDirectory &library);
+
+    /// The records themselves, which the getters copy.
+    SCALER_ISP_INTERNAL const STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING &Setting() const;
+    SCALER_ISP_INTERNAL const STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS &DigitalSignArgs() const;
 
     /// Validates the raw record and fills both records.
     int JudgeArgument(STRUCT_CP_ISP_CMD_ARGS &args);
@@ -123,7 +131,9 @@ class SCALER_ISP_API CCpIspArgsParse {
     std::string m_strCurrentDir;
     FwBankMap m_mapCommandFw;
     CCpTransform m_transform; // unused, but part of the layout that hosts compile in
-    STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING m_stSetting;
+    union {                   // so that a constructor need not write all of it
+        STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING m_stSetting;
+    };
     STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS m_stDigitalSignArgs; // directly after the command record
 };
 

@@ -1,11 +1,64 @@
 #include "scaler_isp/common/EnvironmentLocale.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <cwchar>
 #include <langinfo.h>
+#include <mutex>
+#include <string>
+#include <utility>
 
 #include "scaler_isp/common/CallFailure.h"
 
 namespace {
+
+/// What newlocale reads of the environment; an empty variable counts as absent. The last one is
+/// where glibc looks for locales.
+constexpr std::array kVariables = {"LC_ALL", "LC_CTYPE", "LANG", "LOCPATH"};
+using Values = std::array<std::string, kVariables.size()>;
+
+const char *ValueOf(const char *variable) {
+    const char *value = std::getenv(variable);
+    return value != nullptr ? value : "";
+}
+
+Values CurrentValues() {
+    Values values;
+    std::transform(kVariables.begin(), kVariables.end(), values.begin(), ValueOf);
+    return values;
+}
+
+/// The locale of the last environment. Loading one takes longer than a call otherwise does.
+class KeptLocale {
+  public:
+    /// Null if the environment is another one now.
+    LocalePointer Find() {
+        const std::lock_guard lock(m_mutex);
+        const bool valid = std::equal(kVariables.begin(), kVariables.end(), m_values.begin(),
+                                      [](const char *variable, const std::string &value) {
+                                          return value == ValueOf(variable);
+                                      });
+        return valid ? m_locale : nullptr;
+    }
+
+    void Replace(Values values, LocalePointer locale) {
+        const std::lock_guard lock(m_mutex);
+        m_values.swap(values);
+        m_locale.swap(locale);
+    }
+
+  private:
+    std::mutex m_mutex;
+    Values m_values;
+    LocalePointer m_locale;
+};
+
+// Not a local object of a function: objects of a host may still convert text when they are
+// destroyed.
+KeptLocale g_kept;
 
 // glibc reports an impossible name (with a slash) as EINVAL. From the second request on it
 // remembers that a locale is missing, makes no system call and leaves errno unchanged.
@@ -13,28 +66,53 @@ bool SaysNoSuchLocale(int error) {
     return error == ENOENT || error == EINVAL || error == 0;
 }
 
-} // namespace
-
-EnvironmentLocale::EnvironmentLocale() {
+LocalePointer MakeLocale() {
     errno = 0;
-    m_locale = ::newlocale(LC_CTYPE_MASK, "", locale_t{});
-    if (m_locale == locale_t{} && !SaysNoSuchLocale(errno)) {
+    const locale_t locale = ::newlocale(LC_CTYPE_MASK, "", locale_t{});
+    if (locale == locale_t{} && !SaysNoSuchLocale(errno)) {
         throw CallFailure(errno);
     }
+    return {locale, [](locale_t made) {
+                if (made != locale_t{}) {
+                    ::freelocale(made);
+                }
+            }};
 }
 
-EnvironmentLocale::~EnvironmentLocale() {
-    if (Exists()) {
-        ::freelocale(m_locale);
+/// Whether the current locale can encode a character outside ASCII. If glibc has no memory to load
+/// a character set, the locale object behaves as plain ASCII for the rest of its life.
+bool CharsetIsLoaded() {
+    constexpr std::array kSamples = {L'\u00E9', L'\u03B1', L'\u0430', L'\u3042'};
+    return std::any_of(kSamples.begin(), kSamples.end(), [](wchar_t sample) {
+        std::array<char, MB_LEN_MAX> bytes{};
+        std::mbstate_t state{};
+        return std::wcrtomb(bytes.data(), sample, &state) != static_cast<std::size_t>(-1);
+    });
+}
+
+} // namespace
+
+EnvironmentLocale::EnvironmentLocale() : m_locale(g_kept.Find()) {
+    if (m_locale != nullptr) {
+        return;
+    }
+    Values values = CurrentValues();
+    m_locale = MakeLocale();
+    if (!Exists()) {
+        return;
+    }
+    const InUse use(*this);
+    if (CharsetIsLoaded()) {
+        g_kept.Replace(std::move(values), m_locale);
     }
 }
 
 const char *EnvironmentLocale::Charset() const {
-    return ::nl_langinfo_l(CODESET, m_locale);
+    return ::nl_langinfo_l(CODESET, m_locale.get());
 }
 
 EnvironmentLocale::InUse::InUse(const EnvironmentLocale &locale)
-    : m_previous(locale.Exists() ? ::uselocale(locale.m_locale) : locale_t{}) {}
+    : m_previous(locale.Exists() ? ::uselocale(locale.m_locale.get()) : locale_t{}) {}
 
 EnvironmentLocale::InUse::~InUse() {
     if (m_previous != locale_t{}) {

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "scaler_isp/abi/NewRecord.h"
 #include "scaler_isp/args/CCpIspArgsParse.h"
 #include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/common/LibraryDirectory.h"
@@ -26,12 +27,12 @@ constexpr int kParserAllocationFailed = 0;
 
 /// The parser of a line with invalid quotes, or without memory for its arguments. The global still
 /// points to it, so it must live until the next call replaces it or the library is unloaded.
-std::unique_ptr<CCpIspArgsParse> g_parserOfRejectedLine;
+ZeroedPointer<CCpIspArgsParse> g_parserOfRejectedLine;
 
 /// Owns the parser of one call; the global points to it for the duration of the call.
 class CurrentParser {
   public:
-    explicit CurrentParser(std::unique_ptr<CCpIspArgsParse> parser) : m_parser(std::move(parser)) {
+    explicit CurrentParser(ZeroedPointer<CCpIspArgsParse> parser) : m_parser(std::move(parser)) {
         g_parserOfRejectedLine.reset();
         g_pcArgsParse = m_parser.get();
     }
@@ -52,16 +53,14 @@ class CurrentParser {
     }
 
   private:
-    std::unique_ptr<CCpIspArgsParse> m_parser;
+    ZeroedPointer<CCpIspArgsParse> m_parser;
 };
 
 /// Runs copies, because the plug-in gets a non-const pointer and must not reach the parser's
-/// record. The getters return by value straight into the new objects, so 546 KB never touch the
-/// stack.
+/// record.
 int RunOnCopies(const CCpIspArgsParse &parser, const LibraryDirectory &directory, void *device) {
-    const std::unique_ptr<Command> setting(new (std::nothrow) Command(parser.GetISPCmdSetting()));
-    const std::unique_ptr<SignArgs> signArgs(new (std::nothrow)
-                                                 SignArgs(parser.GetDigitalSignArgs()));
+    const ZeroedPointer<Command> setting = CopyCommandRecord(parser.Setting());
+    const std::unique_ptr<SignArgs> signArgs(new (std::nothrow) SignArgs(parser.DigitalSignArgs()));
     if (setting == nullptr || signArgs == nullptr) {
         return SCALER_ISP_REFUSED;
     }
@@ -107,9 +106,7 @@ int RunCommandLine(const wchar_t *commandLine, ScalerIspProgressCallback progres
     const LibraryDirectory directory = FindLibraryDirectory();
     g_cpStrCurDir = directory.strName;
     g_cpStrSettingFilePath = DefaultSettingFile(directory);
-    std::unique_ptr<CCpIspArgsParse> newParser = CatchAll(std::unique_ptr<CCpIspArgsParse>(), [] {
-        return std::unique_ptr<CCpIspArgsParse>(new (std::nothrow) CCpIspArgsParse);
-    });
+    ZeroedPointer<CCpIspArgsParse> newParser = MakeInZeroedMemory<CCpIspArgsParse>();
     if (newParser == nullptr) {
         return kParserAllocationFailed;
     }

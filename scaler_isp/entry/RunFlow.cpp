@@ -7,9 +7,9 @@
 #include <new>
 #include <string>
 
+#include "scaler_isp/abi/NewRecord.h"
 #include "scaler_isp/abi/ResultCodes.h"
 #include "scaler_isp/abi/SignVerifyPlugin.h"
-#include "scaler_isp/abi/ZeroUninitializedBytes.h"
 #include "scaler_isp/args/CommandFlow.h"
 #include "scaler_isp/common/BoundedCopy.h"
 #include "scaler_isp/common/ExceptionBarrier.h"
@@ -197,11 +197,10 @@ class Run {
             m_setting.enumIspMode != SCALER_ISP_MODE_FACTORY || m_setting.szBootFwPath[0] == '\0') {
             return SCALER_ISP_SUCCESS;
         }
-        const std::unique_ptr<Command> boot(new (std::nothrow) Command);
+        const ZeroedPointer<Command> boot = NewCommandRecord();
         if (boot == nullptr) {
             return SCALER_ISP_NO_WORKING_COPY;
         }
-        ZeroUninitializedBytes(*boot);
         boot->enumActionType = ENUM_ACTION_ISP;
         int result = CatchAll(static_cast<int>(SCALER_ISP_NO_WORKING_COPY),
                               [&] { return MapBootFirmware(*boot); });

@@ -8,10 +8,12 @@
 #include <iterator>
 #include <new>
 
+#include "scaler_isp/abi/ZeroedMemory.h"
+
 namespace {
 
 constexpr std::size_t kRecordBytes = 1840; // the smaller record; the others are larger
-constexpr int kStaleByte = 0xCC;           // what a host may have left in memory
+constexpr int kStaleByte = 0xA5;           // what a host may have left in memory
 constexpr int kNever = -1;
 constexpr int kStruck = -2;
 
@@ -34,13 +36,16 @@ void *Allocate(std::size_t size) {
         t_successes = kStruck;
         return nullptr;
     }
-    return CountsDown(t_limit) ? nullptr : std::malloc(size == 0 ? 1 : size);
+    void *memory = CountsDown(t_limit) ? nullptr : std::malloc(size == 0 ? 1 : size);
+    if (memory != nullptr) {
+        std::memset(memory, kStaleByte, size);
+    }
+    return memory;
 }
 
 void *AllocateRecord(std::size_t size) {
     void *memory = CountsDown(t_recordLimit) ? nullptr : Allocate(size);
     if (memory != nullptr) {
-        std::memset(memory, kStaleByte, size);
         for (auto &record : g_records) {
             void *free = nullptr;
             if (record.compare_exchange_strong(free, memory)) {
@@ -103,6 +108,15 @@ void operator delete[](void *memory, std::size_t) noexcept {
 }
 
 void operator delete[](void *memory, const std::nothrow_t &) noexcept {
+    Release(memory);
+}
+
+void *AllocateZeroed(std::size_t size) {
+    void *memory = AllocateRecord(size);
+    return memory != nullptr ? std::memset(memory, 0, size) : nullptr;
+}
+
+void FreeZeroed(void *memory) {
     Release(memory);
 }
 

@@ -2,7 +2,8 @@
 #define SCALER_ISP_TESTS_SUPPORT_TEST_HEAP_H
 
 /// \file
-/// A heap that fails on demand. A program that uses any of this has its own operator new.
+/// A heap that fails on demand, and whose memory is never clean: every `new` gives bytes of 0xA5. A
+/// program that uses any of this has its own operator new and its own AllocateZeroed.
 
 /// While it lives, one `new` of this thread fails: the one after `successes` others.
 class AllocationFault {
@@ -44,8 +45,8 @@ class AllocationLimit {
     AllocationLimit &operator=(const AllocationLimit &) = delete;
 };
 
-/// While it lives, `new (std::nothrow)` of anything as large as a record fails after `successes`
-/// others of that size. What is allocated in that size is never zeroed memory, with or without it.
+/// While it lives, `new (std::nothrow)` of anything as large as a record, and every AllocateZeroed,
+/// fail after `successes` others.
 class RecordAllocationLimit {
   public:
     explicit RecordAllocationLimit(int successes);
@@ -54,7 +55,8 @@ class RecordAllocationLimit {
     RecordAllocationLimit &operator=(const RecordAllocationLimit &) = delete;
 };
 
-/// Objects as large as a record that `new (std::nothrow)` has made and nobody has deleted.
+/// Objects as large as a record that `new (std::nothrow)` or AllocateZeroed has made and nobody has
+/// deleted.
 int LivingRecords();
 
 #endif
