@@ -2,7 +2,9 @@
 // operands decoded beforehand.
 
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -19,44 +21,76 @@ using Bytes = std::vector<unsigned char>;
 constexpr std::size_t kListCharacters = 256 * 1024;
 constexpr unsigned int kRecords = 10000;
 
-std::string MakeList() {
-    constexpr const char *kDigits = "0123456789ABCDEF";
-    std::string text;
-    for (unsigned int i = 0; text.size() + 6 <= kListCharacters; ++i) {
-        text += {'0', 'x', kDigits[i / 16 % 16], kDigits[i % 16], ',', ' '};
-    }
-    return text;
-}
+/// How a list writes the value of one byte.
+struct Form {
+    const char *pszValue; ///< for printf, with the value
+    unsigned int nValues;
+};
 
-void ListSubject(benchmark::State &state) {
-    const std::string narrow = MakeList();
-    std::wstring text(narrow.begin(), narrow.end());
-    Bytes bytes(text.size());
+constexpr Form kHexList{"0x%02X, ", 256};
+constexpr Form kHexLines{"0x%02X\n", 256};
+constexpr Form kBraces{"{0x%X ,\n", 16};
+constexpr Form kDecimal{"%u, ", 256};
+constexpr Form kComments{"0x%02X, // register\n", 256};
+
+/// A text of the form, and the bytes that it stands for.
+struct List {
+    explicit List(const Form &form) {
+        char value[32];
+        for (unsigned int i = 0; narrow.size() < kListCharacters; ++i) {
+            const unsigned int byte = i % form.nValues;
+            std::snprintf(value, sizeof value, form.pszValue, byte);
+            narrow += value;
+            expected.push_back(static_cast<unsigned char>(byte));
+        }
+    }
+    std::string narrow;
+    Bytes expected;
+};
+
+void ListSubject(benchmark::State &state, const Form &form) {
+    const List list(form);
+    std::wstring text(list.narrow.begin(), list.narrow.end());
+    Bytes bytes(list.expected.size());
     for (auto _ : state) {
         const int count = CmdToBin(text.data(), static_cast<unsigned int>(text.size()),
                                    bytes.data(), static_cast<unsigned int>(bytes.size()));
-        if (static_cast<std::size_t>(count) != text.size() / 6 || bytes[0x5A] != 0x5A) {
-            state.SkipWithError("wrong bytes");
+        if (static_cast<std::size_t>(count) != bytes.size()) {
+            state.SkipWithError("wrong number of bytes");
             return;
         }
     }
+    if (bytes != list.expected) {
+        state.SkipWithError("wrong bytes");
+    }
 }
 
-void ListPeer(benchmark::State &state) {
-    const std::string text = MakeList();
-    Bytes bytes(text.size());
+/// The position of the next digit, past separators and line comments.
+const char *NextDigit(const char *at) {
+    while (*at != '\0' && (*at < '0' || *at > '9')) {
+        at = at[0] == '/' && at[1] == '/' ? std::strchr(at, '\n') : at + 1;
+    }
+    return at;
+}
+
+void ListPeer(benchmark::State &state, const Form &form) {
+    const List list(form);
+    Bytes bytes(list.expected.size());
     for (auto _ : state) {
         std::size_t count = 0;
-        for (const char *at = text.c_str(); *at != '\0';) {
+        for (const char *at = NextDigit(list.narrow.c_str()); *at != '\0'; at = NextDigit(at)) {
             char *end = nullptr;
             bytes[count++] = static_cast<unsigned char>(std::strtol(at, &end, 0));
-            at = end + 2;
+            at = end;
         }
         benchmark::DoNotOptimize(bytes.data());
-        if (count != text.size() / 6 || bytes[0x5A] != 0x5A) {
-            state.SkipWithError("wrong bytes");
+        if (count != bytes.size()) {
+            state.SkipWithError("wrong number of bytes");
             return;
         }
+    }
+    if (bytes != list.expected) {
+        state.SkipWithError("wrong bytes");
     }
 }
 
@@ -152,8 +186,15 @@ void ScriptPeer(benchmark::State &state) {
     }
 }
 
-BENCHMARK(ListSubject)->Name("byte_list:subject");
-BENCHMARK(ListPeer)->Name("byte_list:peer");
+#define LIST_PAIR(ROW, FORM)                                                                       \
+    BENCHMARK_CAPTURE(ListSubject, , FORM)->Name(ROW ":subject");                                  \
+    BENCHMARK_CAPTURE(ListPeer, , FORM)->Name(ROW ":peer")
+
+LIST_PAIR("list_hex", kHexList);
+LIST_PAIR("list_lines", kHexLines);
+LIST_PAIR("list_braces", kBraces);
+LIST_PAIR("list_decimal", kDecimal);
+LIST_PAIR("list_comments", kComments);
 BENCHMARK(ScriptSubject)->Name("script:subject");
 BENCHMARK(ScriptPeer)->Name("script:peer");
 

@@ -1,7 +1,8 @@
 #include "scaler_isp/entry/CommandLineSplit.h"
 
-#include <algorithm>
 #include <cstddef>
+#include <map>
+#include <string_view>
 
 #include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/common/SplitText.h"
@@ -15,56 +16,82 @@ constexpr char kQuote = '"';
 constexpr const char *kPlaceholder = "\"\"";
 constexpr std::size_t kPlaceholderLength = 2;
 
-/// Collects the quoted parts of a line, quotes included. False if one is empty.
-bool CollectSegments(const std::string &line, std::size_t quotes,
-                     std::vector<std::string> &segments) {
-    std::string::size_type found = 0;
-    std::string::size_type opening = 0;
-    while (quotes > 0) {
-        // The search starts after the last position, at index 1 the first time. A quote at index 0
-        // is therefore counted but never found, and the last search then finds the end of the line.
-        found = line.find(kQuote, found + 1);
-        --quotes;
-        if (quotes % 2 == 0) {
-            if (found != std::string::npos && found - opening == 1) {
-                return false;
-            }
-            segments.push_back(line.substr(opening, found - opening + 1));
+using Parts = std::vector<std::string_view>;
+
+/// All texts between the quotes, and those before the first and after the last one.
+Parts DivideAtQuotes(std::string_view line) {
+    Parts parts;
+    for (auto quote = line.find(kQuote); quote != std::string_view::npos;
+         quote = line.find(kQuote)) {
+        parts.push_back(line.substr(0, quote));
+        line.remove_prefix(quote + 1);
+    }
+    parts.push_back(line);
+    return parts;
+}
+
+/// Collects the quoted ones, from `first` on. False if one is empty.
+bool CollectQuoted(const Parts &parts, std::size_t first, Parts &quoted) {
+    for (std::size_t i = first; i + 1 < parts.size(); i += 2) {
+        if (parts[i].empty()) {
+            return false;
         }
-        opening = found;
+        quoted.push_back(parts[i]);
     }
     return true;
 }
 
-/// A segment without its quotes. After a line that begins with a quote, a segment may be a single
-/// character.
-std::string Inner(const std::string &segment) {
-    return segment.size() < 2 ? std::string() : segment.substr(1, segment.size() - 2);
+/// The line without the quoted texts. Each removes the first text between two quotes that equals
+/// it, even one that is not quoted itself; their quotes stay, as its placeholder.
+std::string WithPlaceholders(const Parts &parts, const Parts &quoted) {
+    std::map<std::string_view, std::size_t> toRemove;
+    for (const std::string_view text : quoted) {
+        ++toRemove[text];
+    }
+    std::string line(parts.front());
+    for (std::size_t i = 1; i < parts.size(); ++i) {
+        line += kQuote;
+        const bool isBetweenQuotes = i + 1 < parts.size();
+        const auto found = isBetweenQuotes ? toRemove.find(parts[i]) : toRemove.end();
+        if (found != toRemove.end() && found->second != 0) {
+            --found->second;
+        } else {
+            line += parts[i];
+        }
+    }
+    return line;
+}
+
+/// In a line that begins with a quote, the last quote opens a part that nothing closes; the first
+/// place that looks like it becomes its placeholder. RETURNS its text, which lacks a character.
+std::string_view TakeUnclosedPart(std::string_view tail, std::string &line) {
+    const auto position = line.find(std::string(1, kQuote).append(tail));
+    line.replace(position, 1 + tail.size(), kPlaceholder);
+    return tail.substr(0, tail.empty() ? 0 : tail.size() - 1);
 }
 
 } // namespace
 
 bool SplitCommandLine(const std::string &commandLine, std::vector<std::string> &tokens) {
-    const auto quotes =
-        static_cast<std::size_t>(std::count(commandLine.begin(), commandLine.end(), kQuote));
-    std::vector<std::string> segments;
-    if (quotes % 2 != 0 || !CollectSegments(commandLine, quotes, segments)) {
+    const Parts parts = DivideAtQuotes(commandLine);
+    const std::size_t quotes = parts.size() - 1;
+    // A quote at index 0 is counted, but never taken as an opening one.
+    const bool beginsWithQuote = quotes != 0 && parts.front().empty();
+    Parts quoted;
+    if (quotes % 2 != 0 || !CollectQuoted(parts, beginsWithQuote ? 2 : 1, quoted)) {
         return false;
     }
-    std::string copy = commandLine;
-    for (const std::string &segment : segments) {
-        const auto position = copy.find(segment);
-        if (position != std::string::npos) {
-            copy.replace(position, segment.size(), kPlaceholder);
-        }
+    std::string line = WithPlaceholders(parts, quoted);
+    if (beginsWithQuote) {
+        quoted.push_back(TakeUnclosedPart(parts.back(), line));
     }
-    tokens = SplitText(copy, " ");
-    auto segment = segments.begin();
+    tokens = SplitText(line, " ");
+    auto text = quoted.begin();
     for (std::string &token : tokens) {
         const auto position = token.find(kPlaceholder);
-        if (position != std::string::npos && segment != segments.end()) {
-            token.replace(position, kPlaceholderLength, Inner(*segment));
-            ++segment;
+        if (position != std::string::npos && text != quoted.end()) {
+            token.replace(position, kPlaceholderLength, *text);
+            ++text;
         }
     }
     return true;

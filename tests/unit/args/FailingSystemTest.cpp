@@ -5,6 +5,7 @@
 #include "ParserFixture.h"
 #include "support/SystemFault.h"
 #include "support/TestHeap.h"
+#include "support/TestLocale.h"
 
 namespace {
 
@@ -78,6 +79,7 @@ TEST_F(FailingSystem, Line_is_rejected_silently_if_realpath_fails) {
 }
 
 TEST_F(FailingSystem, Line_is_rejected_silently_if_newlocale_fails) {
+    const EnvironmentLocaleGuard environment("C"); // each conversion makes this locale anew
     for (const int error : {ENOMEM, EMFILE, EIO}) {
         const Answer answer = ParseWith(
             {"--resetmcu"}, [&] { return std::make_unique<SystemFault>("newlocale", error); });

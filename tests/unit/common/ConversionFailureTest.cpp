@@ -14,6 +14,7 @@
 namespace {
 
 constexpr int kNothingThrown = 0;
+constexpr const char *kNeverKept = "C"; // each conversion makes this locale anew
 constexpr int kTextsErrors[] = {EILSEQ, EINVAL, E2BIG};
 constexpr int kSystemsErrors[] = {ENOMEM, EMFILE, EIO};
 
@@ -99,6 +100,7 @@ TEST(ConversionFailure, Conversion_returns_empty_string_if_C_library_rejects_inp
 }
 
 TEST(ConversionFailure, System_failure_throws_its_error) {
+    const EnvironmentLocaleGuard environment(kNeverKept);
     for (const Row &row : kRows) {
         for (const int error : kSystemsErrors) {
             const SystemFault fault(row.converts, error);
@@ -131,11 +133,12 @@ TEST(ConversionFailure, Charset_that_cannot_be_opened_throws_for_any_reason) {
 
 TEST(ConversionFailure, Missing_locale_keeps_current_locale) {
     for (const int error : {ENOENT, EINVAL, 0}) {
+        const EnvironmentLocaleGuard environment(kNeverKept);
         const SystemFault fault("newlocale", error);
         EXPECT_EQ(EnvironmentTextFromWide(L"abc"), "abc") << error;
         EXPECT_EQ(WideFromEnvironmentText("abc", 3), L"abc") << error;
 #ifdef __linux__
-        // This program runs in the C locale, its environment names a UTF-8 one.
+        // This program runs in the C locale.
         EXPECT_EQ(EnvironmentTextFromWide(L"\u00E9"), "") << error;
         EXPECT_EQ(WideFromEnvironmentText("\xC3\xA9", 2), L"") << error;
 #endif
@@ -145,6 +148,7 @@ TEST(ConversionFailure, Missing_locale_keeps_current_locale) {
 }
 
 TEST(ConversionFailure, Exported_functions_return_empty_string_for_every_failure) {
+    const EnvironmentLocaleGuard environment(kNeverKept);
     for (const ExportedRow &row : kExported) {
         for (const char *function : row.functions) {
             for (const int error : {EILSEQ, EINVAL, E2BIG, ENOMEM, EMFILE, EIO}) {

@@ -1,14 +1,17 @@
 #include "scaler_isp/common/EnvironmentLocale.h"
 
 #include <atomic>
+#include <cerrno>
 #include <clocale>
 #include <cwchar>
+#include <optional>
 #include <string>
 #include <thread>
 
 #include <gtest/gtest.h>
 
 #include "scaler_isp/common/CCpTransform.h"
+#include "support/SystemFault.h"
 #include "support/TestLocale.h"
 
 namespace {
@@ -144,6 +147,66 @@ TEST(EnvironmentLocale, Conversion_ignores_setlocale_in_second_thread) {
         EXPECT_NE(std::setlocale(LC_ALL, "C.UTF-8"), nullptr);
         EXPECT_NE(std::setlocale(LC_ALL, "C"), nullptr);
     });
+}
+
+TEST(EnvironmentLocale, Locale_of_same_environment_is_made_once) {
+    const EnvironmentLocaleGuard environment("C.UTF-8");
+    ConvertOnce();
+    const SystemFault fault("newlocale", ENOMEM);
+    ConvertOnce();
+    EXPECT_FALSE(fault.HasStruck());
+}
+
+TEST(EnvironmentLocale, Locale_is_made_anew_if_environment_changes) {
+    const EnvGuard all("LC_ALL", std::nullopt);
+    const EnvGuard type("LC_CTYPE", std::nullopt);
+    const EnvGuard language("LANG", "C.UTF-8");
+    const struct {
+        const char *variable;
+        const char *value;
+    } rows[] = {{"LC_ALL", "C"}, {"LC_CTYPE", "C"}, {"LANG", "C"}, {"LOCPATH", "/nowhere"}};
+    for (const auto &row : rows) {
+        ConvertOnce();
+        const EnvGuard changed(row.variable, row.value);
+        const SystemFault fault("newlocale", ENOMEM);
+        EXPECT_EQ(kTransform.ConvertWCHARToCHAR(L"a"), "") << row.variable;
+        EXPECT_TRUE(fault.HasStruck()) << row.variable;
+    }
+    ConvertOnce();
+}
+
+TEST(EnvironmentLocale, Conversion_uses_charset_of_environment_at_its_moment) {
+    NEED_LOCALE("de_DE.ISO-8859-1");
+    for (int round = 0; round < 3; ++round) {
+        {
+            const EnvironmentLocaleGuard latin("de_DE.ISO-8859-1");
+            EXPECT_EQ(kTransform.ConvertWCHARToCHAR(L"\u00E9"), "\xE9");
+        }
+        ConvertOnce();
+    }
+}
+
+TEST(EnvironmentLocale, Locale_that_cannot_be_made_is_tried_again) {
+    NEED_LOCALE("de_DE.UTF-8");
+    ConvertOnce();
+    const EnvironmentLocaleGuard environment("de_DE.UTF-8");
+    {
+        const SystemFault fault("newlocale", ENOMEM);
+        EXPECT_EQ(kTransform.ConvertWCHARToCHAR(L"a"), "");
+    }
+    ConvertOnce();
+}
+
+TEST(EnvironmentLocale, Locale_in_use_outlives_its_replacement) {
+    const EnvironmentLocaleGuard environment("C.UTF-8");
+    const EnvironmentLocale first;
+    {
+        const EnvGuard folder("LOCPATH", "/tmp");
+        const EnvironmentLocale second;
+        EXPECT_STREQ(first.Charset(), "UTF-8");
+    }
+    const EnvironmentLocale::InUse use(first);
+    EXPECT_EQ(CharacterOf('a'), static_cast<std::wint_t>(L'a'));
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "RunFlowFixture.h"
 #include "support/SystemFault.h"
 #include "support/TestHeap.h"
+#include "support/TestLocale.h"
 
 namespace {
 
@@ -56,6 +57,7 @@ class FailingSystem : public testing::Test {
     }
 
     ModuleCalls module;
+    const EnvironmentLocaleGuard environment{"C"}; // each conversion makes this locale anew
     std::vector<std::string> records;
     std::string out;
     bool struck = false;
