@@ -1,18 +1,11 @@
-// A complete call in a process that has made many, against the minimum cost of such a call.
-
-#include <sys/resource.h>
+// A complete call in a process that has made many, against the same work done by hand.
 
 #include <benchmark/benchmark.h>
 
 #include "CallPair.h"
+#include "FaultCounter.h"
 
 namespace {
-
-double MinorFaults() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return static_cast<double>(usage.ru_minflt);
-}
 
 void Run(benchmark::State &state, void (*call)()) {
     static const bool opened = [] {
@@ -23,14 +16,15 @@ void Run(benchmark::State &state, void (*call)()) {
     for (int i = 0; i < 10; ++i) {
         call();
     }
-    const double before = MinorFaults();
+    const FaultCounter faults(state);
     for (auto _ : state) {
         call();
     }
-    state.counters["faults"] = (MinorFaults() - before) / static_cast<double>(state.iterations());
 }
 
 BENCHMARK_CAPTURE(Run, , CallLibrary)->Name("call:subject");
-BENCHMARK_CAPTURE(Run, , CallFloor)->Name("call:peer");
+BENCHMARK_CAPTURE(Run, , CallPeer)->Name("call:peer");
+BENCHMARK_CAPTURE(Run, , IspLibrary)->Name("isp:subject");
+BENCHMARK_CAPTURE(Run, , IspPeer)->Name("isp:peer");
 
 } // namespace

@@ -23,11 +23,6 @@ double ProcessorNanoseconds() {
     return 1e9 * static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec);
 }
 
-void PeerCall() {
-    FloorOfTheFirstCall();
-    CallFloor();
-}
-
 } // namespace
 
 int main(int argc, char **argv) {
@@ -35,7 +30,7 @@ int main(int argc, char **argv) {
         std::fprintf(stderr, "usage: bench_first_call subject|peer\n");
         return 2;
     }
-    void (*call)() = std::strcmp(argv[1], "subject") == 0 ? CallLibrary : PeerCall;
+    void (*call)() = std::strcmp(argv[1], "subject") == 0 ? CallLibrary : PeerOfTheFirstCall;
     OpenStagedLibrary(); // for both, so that the same libraries are mapped
 
     const long faultsBefore = MinorFaults();

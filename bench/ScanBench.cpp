@@ -9,6 +9,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "FaultCounter.h"
 #include "scaler_isp/args/CommandTables.h"
 #include "scaler_isp/args/CpNxCmdLindParse.h"
 
@@ -102,6 +103,7 @@ template <class Scan> void Run(benchmark::State &state, std::vector<std::string>
         state.SkipWithError("the scanners disagree");
         return;
     }
+    const FaultCounter faults(state);
     for (auto _ : state) {
         benchmark::DoNotOptimize(scan(line, flags));
     }

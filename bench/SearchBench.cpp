@@ -8,6 +8,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "FaultCounter.h"
 #include "ScratchFolder.h"
 #include "scaler_isp/args/ArgsFwSearch.h"
 
@@ -54,6 +55,7 @@ template <class Find> void Run(benchmark::State &state, Find find) {
         state.SkipWithError("not found");
         return;
     }
+    const FaultCounter faults(state);
     for (auto _ : state) {
         benchmark::DoNotOptimize(find(folder));
     }

@@ -10,6 +10,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "FaultCounter.h"
 #include "ScratchFolder.h"
 #include "scaler_isp/abi/CommandSetting.h"
 #include "scaler_isp/settings/ProfileStore.h"
@@ -69,6 +70,7 @@ void SaveSubject(benchmark::State &state, const char *place, unsigned int entrie
     const std::string ini = folder.Path() + "s.ini";
     const auto setting = OrdinaryMap(ini, entries);
     setting->SaveSetting();
+    const FaultCounter faults(state);
     for (auto _ : state) {
         setting->SaveSetting();
     }
@@ -84,6 +86,7 @@ void SavePeer(benchmark::State &state, const char *place) {
     setting->SaveSetting();
     const std::string expected = ReadAll(ini);
     const std::string path(kPathCharacters, 'p');
+    const FaultCounter faults(state);
     for (auto _ : state) {
         const std::string before = ReadAll(ini);
         std::string bytes = kSection;
@@ -113,6 +116,7 @@ void SaveOdd(benchmark::State &state, const char *front, int copies, const std::
         before += ReadAll(ini) + "\n";
     }
     const auto setting = MapOf(ini, SCALER_ISP_MAX_BANKS, path);
+    const FaultCounter faults(state);
     for (auto _ : state) {
         if (!Replace(ini, before)) {
             state.SkipWithError("not written");
@@ -126,41 +130,54 @@ void SaveOdd(benchmark::State &state, const char *front, int copies, const std::
     }
 }
 
+std::string KeyOfLine(unsigned int line) {
+    return "fw" + std::to_string(line) + "_Path";
+}
+
+std::string ValueOfLine(unsigned int line) {
+    return "/srv/firmware/panel-" + std::to_string(line) + ".bin";
+}
+
 std::string WriteLines(const ScratchFolder &folder) {
     std::ofstream file(folder.Path() + "s.ini");
     file << kSection;
     for (unsigned int i = 0; i < kLines; ++i) {
-        file << "fw" << i << "_Path=/srv/firmware/panel-" << i << ".bin\n";
+        file << KeyOfLine(i) << '=' << ValueOfLine(i) << '\n';
     }
     return folder.Path() + "s.ini";
 }
 
-void ReadSubject(benchmark::State &state) {
+void ReadSubject(benchmark::State &state, unsigned int line) {
     const ScratchFolder folder;
     const std::wstring path = Wide(WriteLines(folder));
+    const std::wstring key = Wide(KeyOfLine(line));
+    const std::wstring expected = Wide(ValueOfLine(line));
+    const FaultCounter faults(state);
     for (auto _ : state) {
         wchar_t value[260] = {};
-        if (CpNxGetPrivateProfileStringW(L"ISP_Fw", L"fw1499_Path", L"", value, 260,
-                                         path.c_str()) != 28) {
+        CpNxGetPrivateProfileStringW(L"ISP_Fw", key.c_str(), L"", value, 260, path.c_str());
+        if (value != expected) {
             state.SkipWithError("wrong value");
             return;
         }
     }
 }
 
-void ReadPeer(benchmark::State &state) {
+void ReadPeer(benchmark::State &state, unsigned int line) {
     const ScratchFolder folder;
     const std::string path = WriteLines(folder);
+    const std::string wanted = KeyOfLine(line) + "=";
+    const std::string expected = ValueOfLine(line);
+    const FaultCounter faults(state);
     for (auto _ : state) {
         std::ifstream file(path);
-        std::string line;
         std::string found;
-        while (std::getline(file, line)) {
-            if (line.compare(0, 12, "fw1499_Path=") == 0) {
-                found = line.substr(12);
+        for (std::string text; found.empty() && std::getline(file, text);) {
+            if (text.compare(0, wanted.size(), wanted) == 0) {
+                found = text.substr(wanted.size());
             }
         }
-        if (found.size() != 28) {
+        if (found != expected) {
             state.SkipWithError("wrong value");
             return;
         }
@@ -170,6 +187,7 @@ void ReadPeer(benchmark::State &state) {
 void WriteSubject(benchmark::State &state) {
     const ScratchFolder folder(kMemory);
     const std::wstring path = Wide(WriteLines(folder));
+    const FaultCounter faults(state);
     for (auto _ : state) {
         if (CpNxWritePrivateProfileStringW(L"ISP_Fw", L"fw1499_Path", L"/x", path.c_str()) != 1) {
             state.SkipWithError("not written");
@@ -181,6 +199,7 @@ void WriteSubject(benchmark::State &state) {
 void WritePeer(benchmark::State &state) {
     const ScratchFolder folder(kMemory);
     const std::string path = WriteLines(folder);
+    const FaultCounter faults(state);
     for (auto _ : state) {
         std::ifstream file(path);
         std::string line;
@@ -206,8 +225,10 @@ BENCHMARK_CAPTURE(SaveOdd, twice, "", 2, kOrdinaryPath)->Name("save_odd_twice");
 BENCHMARK_CAPTURE(SaveOdd, unreadable, "; \xE4\n", 1, std::wstring(kPathCharacters, L'\x00E4'))
     ->Name("save_odd_unreadable");
 BENCHMARK_CAPTURE(SaveOdd, newline, "", 1, kOrdinaryPath + L"\nq")->Name("save_odd_newline");
-BENCHMARK(ReadSubject)->Name("read_key:subject");
-BENCHMARK(ReadPeer)->Name("read_key:peer");
+BENCHMARK_CAPTURE(ReadSubject, last, kLines - 1)->Name("read_last:subject");
+BENCHMARK_CAPTURE(ReadPeer, last, kLines - 1)->Name("read_last:peer");
+BENCHMARK_CAPTURE(ReadSubject, second, 1)->Name("read_second:subject");
+BENCHMARK_CAPTURE(ReadPeer, second, 1)->Name("read_second:peer");
 BENCHMARK(WriteSubject)->Name("write_key:subject");
 BENCHMARK(WritePeer)->Name("write_key:peer");
 

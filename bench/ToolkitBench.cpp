@@ -1,15 +1,17 @@
 // Byte lists against a strtol loop, and a register script against the same calls with their
 // operands decoded beforehand.
 
+#include <charconv>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
+#include "FaultCounter.h"
 #include "scaler_isp/common/CommandText.h"
 #include "scaler_isp/common/script/RegisterScript.h"
 #include "scaler_isp/plugins/CNxComm.h"
@@ -23,24 +25,26 @@ constexpr unsigned int kRecords = 10000;
 
 /// How a list writes the value of one byte.
 struct Form {
-    const char *pszValue; ///< for printf, with the value
+    const char *pszBefore;
+    int nBase;
+    const char *pszAfter;
     unsigned int nValues;
 };
 
-constexpr Form kHexList{"0x%02X, ", 256};
-constexpr Form kHexLines{"0x%02X\n", 256};
-constexpr Form kBraces{"{0x%X ,\n", 16};
-constexpr Form kDecimal{"%u, ", 256};
-constexpr Form kComments{"0x%02X, // register\n", 256};
+constexpr Form kHexList{"0x", 16, ", ", 256};
+constexpr Form kHexLines{"0x", 16, "\n", 256};
+constexpr Form kBraces{"{0x", 16, " ,\n", 16};
+constexpr Form kDecimal{"", 10, ", ", 256};
+constexpr Form kComments{"0x", 16, ", // register\n", 256};
 
 /// A text of the form, and the bytes that it stands for.
 struct List {
     explicit List(const Form &form) {
-        char value[32];
         for (unsigned int i = 0; narrow.size() < kListCharacters; ++i) {
             const unsigned int byte = i % form.nValues;
-            std::snprintf(value, sizeof value, form.pszValue, byte);
-            narrow += value;
+            char digits[8];
+            char *end = std::to_chars(digits, std::end(digits), byte, form.nBase).ptr;
+            narrow += form.pszBefore + std::string(&digits[0], end) + form.pszAfter;
             expected.push_back(static_cast<unsigned char>(byte));
         }
     }
@@ -52,6 +56,7 @@ void ListSubject(benchmark::State &state, const Form &form) {
     const List list(form);
     std::wstring text(list.narrow.begin(), list.narrow.end());
     Bytes bytes(list.expected.size());
+    const FaultCounter faults(state);
     for (auto _ : state) {
         const int count = CmdToBin(text.data(), static_cast<unsigned int>(text.size()),
                                    bytes.data(), static_cast<unsigned int>(bytes.size()));
@@ -68,7 +73,7 @@ void ListSubject(benchmark::State &state, const Form &form) {
 /// The position of the next digit, past separators and line comments.
 const char *NextDigit(const char *at) {
     while (*at != '\0' && (*at < '0' || *at > '9')) {
-        at = at[0] == '/' && at[1] == '/' ? std::strchr(at, '\n') : at + 1;
+        at += at[0] == '/' && at[1] == '/' ? std::strcspn(at, "\r\n") : 1;
     }
     return at;
 }
@@ -76,6 +81,7 @@ const char *NextDigit(const char *at) {
 void ListPeer(benchmark::State &state, const Form &form) {
     const List list(form);
     Bytes bytes(list.expected.size());
+    const FaultCounter faults(state);
     for (auto _ : state) {
         std::size_t count = 0;
         for (const char *at = NextDigit(list.narrow.c_str()); *at != '\0'; at = NextDigit(at)) {
@@ -137,7 +143,9 @@ void ScriptSubject(benchmark::State &state) {
     CNxComm comm;
     Bytes script = MakeScript();
     Bytes out(kRecords);
-    for (bool loaded = Load(comm, state); auto _ : state) {
+    const bool loaded = Load(comm, state);
+    const FaultCounter faults(state);
+    for (auto _ : state) {
         unsigned int count = 0;
         if (!loaded ||
             RunCommand(script.data(), static_cast<unsigned int>(script.size()), &comm, out.data(),
@@ -173,7 +181,9 @@ void ScriptPeer(benchmark::State &state) {
     }
     Bytes data = {1, 2};
     Bytes out(kRecords);
-    for (bool loaded = Load(comm, state); auto _ : state) {
+    const bool loaded = Load(comm, state);
+    const FaultCounter faults(state);
+    for (auto _ : state) {
         unsigned int status = loaded ? 0 : 6;
         unsigned char *next = out.data();
         for (const Call &call : calls) {

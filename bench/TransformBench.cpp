@@ -7,6 +7,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "FaultCounter.h"
 #include "scaler_isp/common/CCpTransform.h"
 
 namespace {
@@ -63,6 +64,7 @@ void Run(benchmark::State &state, Convert convert, const Text &text, const Expec
         state.SkipWithError("wrong text");
         return;
     }
+    const FaultCounter faults(state);
     for (auto _ : state) {
         benchmark::DoNotOptimize(convert(text));
     }

@@ -27,14 +27,11 @@ bool NeedsFirmware(const CommandRecord &setting) {
     }
 }
 
-/// Whether none of the banks [first, first + count) is in the map; bank numbers wrap at 32 bits.
+/// Whether none of the banks [first, first + count) is in the map. A start bank of at most 255 and
+/// a count of at most 65,536 do not overflow.
 bool BanksAreFree(const FwBankMap &bankMap, unsigned int first, unsigned int count) {
-    for (unsigned int i = 0; i < count; ++i) {
-        if (bankMap.contains(first + i)) {
-            return false;
-        }
-    }
-    return true;
+    const auto next = bankMap.lower_bound(first);
+    return next == bankMap.end() || next->first - first >= count;
 }
 
 void InsertBanks(FwBankMap &bankMap, unsigned int first, unsigned int count,

@@ -15,62 +15,109 @@ namespace {
 constexpr std::size_t kWordChars = 256;
 constexpr unsigned int kByteValues = 256;
 constexpr std::size_t kMaxHexDigits = 8;
-constexpr std::size_t kMaxDecimalDigits = 18; ///< of numbers that fit into 64 bits
+constexpr std::size_t kMaxPlainDigits = 8; ///< of numbers that cannot overflow
 
-enum class CharKind : std::uint8_t { Other, Blank, Newline, Word, Comma, Opening, Closing, Slash };
+bool IsDigit(wchar_t c) {
+    return c >= L'0' && c <= L'9';
+}
 
-struct CharFacts {
-    CharKind enumKind = CharKind::Other;
-    std::int8_t nDigit = -1; ///< 0..15, or -1
-};
+bool IsWordCharacter(wchar_t c) {
+    return IsDigit(c) || (c >= L'A' && c <= L'Z') || (c >= L'a' && c <= L'z') || c == L'_';
+}
 
-constexpr std::array<CharFacts, 128> kAsciiFacts = [] {
-    std::array<CharFacts, 128> facts{};
-    const auto set = [&](std::string_view characters, CharKind kind) {
-        for (const char c : characters) {
-            facts[static_cast<std::size_t>(c)].enumKind = kind;
-        }
-    };
-    set(" \t", CharKind::Blank);
-    set("\r\n", CharKind::Newline);
-    set("0123456789_ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz", CharKind::Word);
-    set(",", CharKind::Comma);
-    set("{", CharKind::Opening);
-    set("}", CharKind::Closing);
-    set("/", CharKind::Slash);
-    for (const std::string_view digits : {"0123456789ABCDEF", "0123456789abcdef"}) {
-        for (std::size_t i = 0; i < digits.size(); ++i) {
-            facts[static_cast<std::size_t>(digits[i])].nDigit = static_cast<std::int8_t>(i);
-        }
+bool IsNewline(wchar_t c) {
+    return c == L'\r' || c == L'\n';
+}
+
+/// Value of each ASCII character as a digit: 0..15, or -1.
+constexpr std::array<int, 128> kHexDigits = [] {
+    std::array<int, 128> digits{};
+    digits.fill(-1);
+    for (std::size_t i = 0; i < 16; ++i) {
+        digits[(i < 10 ? U'0' : U'A' - 10) + i] = static_cast<int>(i);
+        digits[(i < 10 ? U'0' : U'a' - 10) + i] = static_cast<int>(i);
     }
-    return facts;
+    return digits;
 }();
-
-CharFacts FactsOf(wchar_t c) {
-    const auto index = static_cast<std::uint32_t>(std::char_traits<wchar_t>::to_int_type(c));
-    return index < kAsciiFacts.size() ? kAsciiFacts[index] : CharFacts();
-}
-
-CharKind KindOf(wchar_t c) {
-    return FactsOf(c).enumKind;
-}
 
 /// 0..15, or -1.
 int HexDigit(wchar_t c) {
-    return FactsOf(c).nDigit;
+    const auto index = static_cast<std::uint32_t>(std::char_traits<wchar_t>::to_int_type(c));
+    return index < kHexDigits.size() ? kHexDigits[index] : -1;
+}
+
+bool HasHexPrefix(std::wstring_view word) {
+    return word.size() >= 2 && word[0] == L'0' && (word[1] == L'x' || word[1] == L'X');
+}
+
+/// Skips what may precede a number, up to the first character that is none of it.
+std::size_t SkipToNumber(std::wstring_view text, std::size_t at) {
+    for (; at < text.size(); ++at) {
+        const wchar_t c = text[at];
+        if (c == L'/' && at + 1 < text.size() && text[at + 1] == L'/') {
+            while (at + 1 < text.size() && !IsNewline(text[at + 1])) {
+                ++at;
+            }
+        } else if (c != L' ' && c != L'\t' && c != L',' && c != L'{' && !IsNewline(c)) {
+            break;
+        }
+    }
+    return at;
+}
+
+/// Reads a number of few digits and the separator after it. NextValue gives exactly the same, more
+/// slowly, and also reads every other form (CommandTextReferenceTest compares both). RETURNS the
+/// position past the separator; `pos` for any other form.
+std::size_t ParsePlainValue(std::wstring_view text, std::size_t pos, unsigned int &value) {
+    std::size_t at = SkipToNumber(text, pos);
+    const bool isHex = HasHexPrefix(text.substr(at));
+    at += isHex ? 2 : 0;
+    const int base = isHex ? 16 : at < text.size() && text[at] == L'0' ? 8 : 10;
+    const std::size_t first = at;
+    unsigned int number = 0;
+    for (; at < text.size(); ++at) {
+        const int digit = HexDigit(text[at]);
+        if (digit < 0 || digit >= base) {
+            break;
+        }
+        number = number * static_cast<unsigned int>(base) + static_cast<unsigned int>(digit);
+    }
+    const std::size_t digits = at - first;
+    while (at < text.size() && (text[at] == L' ' || text[at] == L'\t')) {
+        ++at;
+    }
+    const wchar_t separator = at < text.size() ? text[at] : L'\0';
+    if (digits == 0 || digits > kMaxPlainDigits || (separator != L',' && !IsNewline(separator))) {
+        return pos;
+    }
+    value = number;
+    return at + 1;
+}
+
+/// Stores consecutive bytes in that form until the buffer is full. RETURNS the position past them.
+std::size_t ParsePlainBytes(std::wstring_view text, std::size_t pos, unsigned char *bytes,
+                            unsigned int capacity, unsigned int &count) {
+    unsigned int stored = count; // a copy, because bytes may alias count, which would be reloaded
+    for (; bytes != nullptr && stored < capacity; ++stored) {
+        unsigned int value = 0;
+        const std::size_t next = ParsePlainValue(text, pos, value);
+        if (next == pos || value >= kByteValues) {
+            break;
+        }
+        bytes[stored] = static_cast<unsigned char>(value);
+        pos = next;
+    }
+    count = stored;
+    return pos;
 }
 
 /// Reads the tokens of a text; words are views into it.
 class TokenReader {
   public:
-    TokenReader(std::wstring_view text, std::size_t pos) : m_text(text), m_pos(pos) {}
+    TokenReader(std::wstring_view text, unsigned int &pos) : m_text(text), m_pos(pos) {}
 
     bool AtEnd() const {
         return m_pos >= m_text.size();
-    }
-
-    unsigned int Position() const {
-        return static_cast<unsigned int>(m_pos);
     }
 
     /// The last word that Next found.
@@ -84,51 +131,71 @@ class TokenReader {
     }
 
     ScalerIspToken Next() {
-        SkipAll(CharKind::Blank);
+        while (!AtEnd() && (Current() == L' ' || Current() == L'\t')) {
+            ++m_pos;
+        }
         if (AtEnd()) {
             return SCALER_ISP_TOKEN_NONE;
         }
-        const std::size_t start = m_pos++;
-        switch (KindOf(m_text[start])) {
-        case CharKind::Word:
-            SkipAll(CharKind::Word);
-            m_word = m_text.substr(start, m_pos - start);
-            return SCALER_ISP_TOKEN_WORD;
-        case CharKind::Newline:
+        const wchar_t c = Current();
+        if (IsWordCharacter(c)) {
+            return ReadWord();
+        }
+        if (c == L'/' && m_pos + 1 < m_text.size()) {
+            if (m_text[m_pos + 1] == L'*') {
+                return SkipBlockComment();
+            }
+            if (m_text[m_pos + 1] == L'/') {
+                return SkipLineComment();
+            }
+        }
+        ++m_pos;
+        switch (c) {
+        case L'\r':
+        case L'\n':
             return SCALER_ISP_TOKEN_LINE_END;
-        case CharKind::Comma:
+        case L',':
             return SCALER_ISP_TOKEN_COMMA;
-        case CharKind::Opening:
+        case L'{':
             return SCALER_ISP_TOKEN_OPENING_BRACE;
-        case CharKind::Closing:
+        case L'}':
             return SCALER_ISP_TOKEN_CLOSING_BRACE;
-        case CharKind::Slash:
-            return SkipComment();
         default:
             return SCALER_ISP_TOKEN_NONE;
         }
     }
 
   private:
-    void SkipAll(CharKind kind) {
-        while (!AtEnd() && KindOf(m_text[m_pos]) == kind) {
-            ++m_pos;
-        }
+    wchar_t Current() const {
+        return m_text[m_pos];
     }
 
-    /// Behind a slash, which may be no comment.
-    ScalerIspToken SkipComment() {
-        if (!AtEnd() && m_text[m_pos] == L'*') {
-            // The search starts after both opening characters, so that "/*/" does not close itself.
-            const std::size_t end = m_text.find(L"*/", m_pos + 1);
-            m_pos = end != std::wstring_view::npos ? end + 2 : m_text.size();
-            return end != std::wstring_view::npos ? SCALER_ISP_TOKEN_COMMENT
-                                                  : SCALER_ISP_TOKEN_NONE;
+    void AdvanceTo(std::size_t pos) {
+        m_pos = static_cast<unsigned int>(pos);
+    }
+
+    ScalerIspToken ReadWord() {
+        const std::size_t start = m_pos;
+        while (!AtEnd() && IsWordCharacter(Current())) {
+            ++m_pos;
         }
-        if (AtEnd() || m_text[m_pos] != L'/') {
+        m_word = m_text.substr(start, m_pos - start);
+        return SCALER_ISP_TOKEN_WORD;
+    }
+
+    // The search starts after both opening characters, so that "/*/" does not close itself.
+    ScalerIspToken SkipBlockComment() {
+        const std::size_t end = m_text.find(L"*/", m_pos + 2);
+        if (end == std::wstring_view::npos) {
+            AdvanceTo(m_text.size());
             return SCALER_ISP_TOKEN_NONE;
         }
-        while (!AtEnd() && KindOf(m_text[m_pos]) != CharKind::Newline) {
+        AdvanceTo(end + 2);
+        return SCALER_ISP_TOKEN_COMMENT;
+    }
+
+    ScalerIspToken SkipLineComment() {
+        while (!AtEnd() && !IsNewline(Current())) {
             ++m_pos;
         }
         return SCALER_ISP_TOKEN_COMMENT;
@@ -136,7 +203,7 @@ class TokenReader {
 
     std::wstring_view m_text;
     std::wstring_view m_word;
-    std::size_t m_pos;
+    unsigned int &m_pos;
 };
 
 std::wstring_view View(const wchar_t *text, unsigned int length) {
@@ -157,19 +224,15 @@ bool ToNumber(std::wstring_view word, unsigned int &value) {
     return true;
 }
 
-bool HasHexPrefix(std::wstring_view word) {
-    return word.size() >= 2 && word[0] == L'0' && (word[1] == L'x' || word[1] == L'X');
-}
-
-/// Reads digits, most significant first, truncated to 32 bits; false for any other character.
-bool ReadDigits(std::wstring_view digits, int base, unsigned int &value) {
+/// Reads hexadecimal digits, most significant first; false for any other character.
+bool ReadHex(std::wstring_view digits, unsigned int &value) {
     unsigned int number = 0;
     for (const wchar_t c : digits) {
         const int digit = HexDigit(c);
-        if (digit < 0 || digit >= base) {
+        if (digit < 0) {
             return false;
         }
-        number = number * static_cast<unsigned int>(base) + static_cast<unsigned int>(digit);
+        number = number << 4U | static_cast<unsigned int>(digit);
     }
     value = number;
     return true;
@@ -179,31 +242,25 @@ bool ReadHexNumber(std::wstring_view word, unsigned int &value) {
     if (!HasHexPrefix(word)) {
         return false;
     }
-    // The C library is needed only for what has no digits or may be clamped.
-    const std::wstring_view digits = word.substr(2);
-    return !digits.empty() && digits.size() <= kMaxHexDigits ? ReadDigits(digits, 16, value)
-                                                             : ToNumber(word, value);
+    // The common case: a number that fits into 32 bits needs no call of the C library.
+    if (word.size() > 2 && word.size() <= 2 + kMaxHexDigits) {
+        return ReadHex(word.substr(2), value);
+    }
+    return ToNumber(word, value);
 }
 
-/// A leading zero makes a number octal.
 bool ReadDecimalNumber(std::wstring_view word, unsigned int &value) {
-    if (word.size() <= kMaxDecimalDigits) {
-        return ReadDigits(word, word.front() == L'0' ? 8 : 10, value);
-    }
-    return std::all_of(word.begin(), word.end(),
-                       [](wchar_t c) { return c >= L'0' && c <= L'9'; }) &&
-           ToNumber(word, value);
+    return std::all_of(word.begin(), word.end(), IsDigit) && ToNumber(word, value);
 }
 
 unsigned int HexOrZero(std::wstring_view digits) {
     unsigned int value = 0;
-    return !digits.empty() && digits.size() <= kMaxHexDigits && ReadDigits(digits, 16, value)
-               ? value
-               : 0;
+    return !digits.empty() && digits.size() <= kMaxHexDigits && ReadHex(digits, value) ? value : 0;
 }
 
 bool FindDefine(std::wstring_view name, std::wstring_view defines, unsigned int &value) {
-    TokenReader reader(defines, 0);
+    unsigned int pos = 0;
+    TokenReader reader(defines, pos);
     do {
         if (reader.AtEnd()) {
             return false;
@@ -272,9 +329,10 @@ enum class WhenFull { Stop, Fail };
 /// if that is to fail.
 bool ReadByteList(std::wstring_view text, unsigned char *bytes, unsigned int capacity,
                   WhenFull whenFull, unsigned int &count) {
-    TokenReader reader(text, 0);
-    count = 0;
+    unsigned int pos = 0;
+    TokenReader reader(text, pos);
     while (!reader.AtEnd()) {
+        pos = static_cast<unsigned int>(ParsePlainBytes(text, pos, bytes, capacity, count));
         if (whenFull == WhenFull::Stop && count != 0 && count == capacity) {
             break;
         }
@@ -296,7 +354,6 @@ int GetNextWord(wchar_t *text, unsigned int &pos, unsigned int length, wchar_t *
                 unsigned int wordCapacity) {
     TokenReader reader(View(text, length), pos);
     const ScalerIspToken token = reader.Next();
-    pos = reader.Position();
     if (token == SCALER_ISP_TOKEN_WORD && word != nullptr) {
         std::fill_n(word, wordCapacity, L'\0');
         reader.FullWord().copy(word, wordCapacity);
@@ -310,7 +367,6 @@ unsigned int FindNextBytes(wchar_t *text, unsigned int &pos, unsigned int length
         TokenReader reader(View(text, length), pos);
         unsigned int found = value != nullptr ? *value : 0;
         const ScalerIspToken token = NextValue(reader, defines, found);
-        pos = reader.Position();
         if (value != nullptr) {
             *value = found;
         }
