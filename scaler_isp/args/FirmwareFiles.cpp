@@ -36,12 +36,11 @@ bool BanksAreFree(const FwBankMap &bankMap, unsigned int first, unsigned int cou
 
 void InsertBanks(FwBankMap &bankMap, unsigned int first, unsigned int count,
                  const std::wstring &path) {
-    auto hint = bankMap.end();
-    for (unsigned int i = 0; i < count; ++i) {
-        hint = bankMap.emplace_hint(hint, first + i, STRUCT_FW_BANK_SETTING());
-        hint->second.ulFileBank = i;
-        hint->second.strFwPath = path;
-        ++hint;
+    STRUCT_FW_BANK_SETTING bank;
+    bank.strFwPath = path;
+    const auto next = bankMap.lower_bound(first);
+    for (; bank.ulFileBank < count; ++bank.ulFileBank) {
+        bankMap.emplace_hint(next, first + bank.ulFileBank, bank);
     }
 }
 
