@@ -168,8 +168,7 @@ dev_macos() {
             echo "./dev macos $step: $macos_library is not there yet; run ./dev macos library" >&2
             exit 2
         fi
-        echo "== macos $step"
-        "macos_$step"
+        step "macos $step" "macos_$step"
     done
     echo "== macos: all passed ($*)"
 }

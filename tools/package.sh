@@ -51,8 +51,9 @@ dev_package() {
         exit 2
     fi
     mkdir -p build/package
-    package_linux
-    package_macos
-    run python3 -B tests/package/check_archives.py build/package "$(package_version)" \
-        build/macos/sysroot
+    step "package linux" package_linux
+    step "package macos" package_macos
+    step "check archives" run python3 -B tests/package/check_archives.py build/package \
+        "$(package_version)" build/macos/sysroot
+    ls build/package/*.tar.gz
 }

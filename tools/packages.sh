@@ -16,7 +16,7 @@ test,check,demo,bench inc:CLI/CLI.hpp               libcli11-dev        cli11
 test,check,demo,bench inc:nlohmann/json.hpp         nlohmann-json3-dev  nlohmann-json
 test,check,demo,bench inc:fmt/format.h              libfmt-dev          fmt
 test,check,demo,bench,macos inc:openssl/evp.h             libssl-dev          openssl@3
-demo,check,macos      cmd:openssl                   openssl             openssl@3
+test,demo,check,macos cmd:openssl                   openssl             openssl@3
 test,check,bench,macos inc:gtest/gtest.h             libgtest-dev        googletest
 test,check,bench,macos inc:gmock/gmock.h             libgmock-dev        googletest
 test,check,bench      inc:benchmark/benchmark.h     libbenchmark-dev    google-benchmark
@@ -76,6 +76,19 @@ lacking() {
     done | grep -v '^-$' | sort -u | tr '\n' ' '
 }
 
+install_with_apt() {
+    # shellcheck disable=SC2086
+    run $sudo apt-get update -q || exit 2
+    # shellcheck disable=SC2086
+    run $sudo env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -q -y --no-install-recommends $packages || exit 2
+}
+
+install_with_brew() {
+    # shellcheck disable=SC2086
+    run brew install $packages || exit 2
+}
+
 # Installs what a command lacks; ends with 2 where that cannot be done here.
 install_lacking() {
     if command -v apt-get >/dev/null 2>&1; then
@@ -90,11 +103,7 @@ install_lacking() {
             echo "    apt-get update && apt-get install --no-install-recommends $packages" >&2
             exit 2
         fi
-        # shellcheck disable=SC2086
-        run $sudo apt-get update -q || exit 2
-        # shellcheck disable=SC2086
-        run $sudo env DEBIAN_FRONTEND=noninteractive \
-            apt-get install -q -y --no-install-recommends $packages || exit 2
+        step "install missing packages" install_with_apt
     else
         packages=$(lacking "$1" brew)
         [ -n "$packages" ] || return 0
@@ -103,8 +112,7 @@ install_lacking() {
             echo "Neither apt-get nor Homebrew is here (https://brew.sh)." >&2
             exit 2
         fi
-        # shellcheck disable=SC2086
-        run brew install $packages || exit 2
+        step "install missing packages" install_with_brew
     fi
     left=$(lacking "$1" apt)
     if [ -n "$left" ]; then
