@@ -22,7 +22,9 @@ import subprocess
 import sys
 import tempfile
 
+import code_tables
 import option_names
+import record_tables
 from tracked_files import ROOT, report
 
 BLOCK = re.compile(r"(<!-- table: (?P<name>[a-zA-Z0-9 ]+) -->\n).*?(<!-- end of table -->\n)", re.DOTALL)
@@ -90,6 +92,8 @@ TABLES = {
     "opcodes": opcodes,
     "command keys": lambda: keys("settings/CommandSettingStore.cpp"),
     "switch keys": lambda: keys("settings/UiSetting.cpp"),
+    **code_tables.TABLES,
+    **record_tables.TABLES,
 }
 
 
@@ -124,11 +128,11 @@ def main():
         "docs/options.md", (ROOT / "docs/options.md").read_text(), names,
         option_names.console_options())
     problems += [f"no page shows the table '{name}'" for name in sorted(tables.keys() - found)]
-    for name, rows, least in (("opcodes", opcodes, 27),
-                              ("command keys", TABLES["command keys"], 12),
-                              ("switch keys", TABLES["switch keys"], 8)):
+    for name, least in (("opcodes", 27), ("command keys", 12), ("switch keys", 8), ("result codes", 10),
+                        ("exit statuses", 10), ("findings", 53), ("command record", 46), ("bank entry", 4),
+                        ("sign record", 12), ("record values", 60)):
         # Two lines are the head. A row that is not understood would be missed here.
-        if sum(text.count("\n") for text in rows()) - 2 < least:
+        if sum(text.count("\n") for text in TABLES[name]()) - 2 < least:
             problems.append(f"the table '{name}' has rows that are not understood")
     return report("doc tables", problems)
 

@@ -117,8 +117,8 @@ typedef struct STRUCT_C_STYLE_MAP_FW {
 typedef struct STRUCT_FLAG_SETTING {
     uint32_t ulFlagCount;                          ///< number of flag bytes given, modulo 256
     uint8_t ucFlagData[SCALER_ISP_MAX_FLAG_BYTES]; ///< unused bytes are 0xFF
-    uint32_t ulFlagAddr;
-    uint32_t ulFlagReserved; ///< 0
+    uint32_t ulFlagAddr;                           ///< flash address of the flag
+    uint32_t ulFlagReserved;                       ///< reserved, 0
 
 #ifdef __cplusplus
     SCALER_ISP_API STRUCT_FLAG_SETTING();
@@ -129,9 +129,9 @@ typedef struct STRUCT_FLAG_SETTING {
 typedef struct STRUCT_READ_VERSION_FROM_FLASH_SETTING {
     uint32_t enumRecordVerMode; ///< 0, 1 or 2
     uint32_t ulVerAddr;         ///< flash address, below 16 MiB
-    uint32_t ulTotalVerLen;     ///< 1..256
-    uint32_t ulMajorVerLen;
-    uint32_t ulSubVerLen;
+    uint32_t ulTotalVerLen;     ///< bytes of the complete version, 1..256
+    uint32_t ulMajorVerLen;     ///< bytes of the major version
+    uint32_t ulSubVerLen;       ///< bytes of the sub version
 
 #ifdef __cplusplus
     SCALER_ISP_API STRUCT_READ_VERSION_FROM_FLASH_SETTING();
@@ -140,7 +140,7 @@ typedef struct STRUCT_READ_VERSION_FROM_FLASH_SETTING {
 
 /// Reserved for the plug-in; the command line never sets it. 4 bytes.
 typedef struct STRUCT_READ_USER_DEFINED_VERSION_SETTING {
-    uint32_t ulUserDefinedVersion;
+    uint32_t ulUserDefinedVersion; ///< reserved for the plug-in, 0
 
 #ifdef __cplusplus
     SCALER_ISP_API STRUCT_READ_USER_DEFINED_VERSION_SETTING();
@@ -149,8 +149,8 @@ typedef struct STRUCT_READ_USER_DEFINED_VERSION_SETTING {
 
 /// Range and file of action "dumpflash". 1,048 bytes. UNITS: bytes.
 typedef struct STRUCT_DUMP_FLASH_SETTING {
-    uint32_t ulDumpAddr;
-    uint32_t ulDumpLen;
+    uint32_t ulDumpAddr;                        ///< first address
+    uint32_t ulDumpLen;                         ///< number of bytes
     wchar_t wszDumpFile[SCALER_ISP_PATH_CHARS]; ///< exactly as given, ends in ".bin"
 
 #ifdef __cplusplus
@@ -160,8 +160,8 @@ typedef struct STRUCT_DUMP_FLASH_SETTING {
 
 /// One I2C write of action "i2cwrite". 264 bytes.
 typedef struct STRUCT_I2C_WRITE_ACTION_TYPE_SETTING {
-    uint8_t ucI2CSlaveAddr;
-    uint8_t ucI2CSubAddr;
+    uint8_t ucI2CSlaveAddr;                      ///< slave address
+    uint8_t ucI2CSubAddr;                        ///< register address
     uint8_t ucI2CDataLen;                        ///< number of data bytes; 0 means 256
     uint8_t ucI2CData[SCALER_ISP_MAX_I2C_BYTES]; ///< unused bytes are 0xFF
     uint32_t bDdcciCmd;                          ///< 1: the data is a DDC/CI message
@@ -173,8 +173,8 @@ typedef struct STRUCT_I2C_WRITE_ACTION_TYPE_SETTING {
 
 /// Bytes of --mergefwinfo --write. 20 bytes.
 typedef struct STRUCT_MERGE_FW_INFO_SETTING {
-    uint32_t ulMergeDataCount; ///< 0..16
-    uint8_t ucMergeData[SCALER_ISP_MAX_MERGE_BYTES];
+    uint32_t ulMergeDataCount;                       ///< 0..16
+    uint8_t ucMergeData[SCALER_ISP_MAX_MERGE_BYTES]; ///< the bytes
 
 #ifdef __cplusplus
     SCALER_ISP_API STRUCT_MERGE_FW_INFO_SETTING();
@@ -198,13 +198,13 @@ typedef struct STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING {
     uint32_t enumSendExtraCmdMode;    ///< 0 none, 1 before, 2 after, 3 both
     int32_t nSlaveAddressState;       ///< -1 not given, 1 the default, 0 see ucSlaveAddress
     uint8_t ucSlaveAddress;           ///< I2C slave address (8-bit form), 1..254 when explicit
-    uint32_t bAutoSearchFW;
-    uint32_t bCompareVersion;
-    uint32_t bIspChannel;
-    uint32_t enumBootCodeType; ///< 0 default boot code, 1 new boot code
-    uint32_t enumIspMode;      ///< 1 normal, 2 factory
-    uint32_t ulReserved4C;     ///< 0
-    uint32_t ulProgStartBank;  ///< from a settings file only
+    uint32_t bAutoSearchFW;           ///< 1: --searchfw found the first firmware file
+    uint32_t bCompareVersion;         ///< 1: compare the versions first (--comparever)
+    uint32_t bIspChannel;             ///< 1: --ispchannel was given
+    uint32_t enumBootCodeType;        ///< 0 default boot code, 1 new boot code
+    uint32_t enumIspMode;             ///< 1 normal, 2 factory
+    uint32_t ulReserved4C;            ///< reserved, 0
+    uint32_t ulProgStartBank;         ///< from a settings file only
     STRUCT_C_STYLE_MAP_FW stMapFw;
     STRUCT_FLAG_SETTING stFlagSetting;
     STRUCT_READ_VERSION_FROM_FLASH_SETTING stReadVersionFromFlash;
