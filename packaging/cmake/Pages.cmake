@@ -1,11 +1,11 @@
-# The pages of an installation: those of docs/ in one directory, the index by question as index.md, and README.md,
-# CHANGELOG.md and LICENSE with them. Links between them, and into the headers, are rewritten; a link to
+# The pages of an installation: those of docs/ in one directory, the index by question as index.md, and with
+# them README.md, CHANGELOG.md and LICENSE. Links between them, and into the headers, are rewritten; a link to
 # something that is not installed becomes plain text. docs/changing.md and docs/decisions are for a checkout.
 
 set(pages_directory ${CMAKE_INSTALL_DATADIR}/doc/scaler-isp)
 
-# scaler_isp_installed_path(RESULT FILE): where a file of the checkout is installed, below the prefix or absolute;
-# empty if it is not.
+# scaler_isp_installed_path(RESULT FILE): where a file of the checkout is installed, below the prefix or
+# absolute; empty if it is not.
 function(scaler_isp_installed_path RESULT FILE)
     set(path "")
     if(NOT EXISTS "${PROJECT_SOURCE_DIR}/${FILE}" OR FILE STREQUAL "docs/changing.md")
