@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "Environment.h"
+#include "WrapText.h"
 
 namespace ispctl {
 namespace {
@@ -75,6 +76,11 @@ void ConsoleStreams::Print(Stream stream, std::string_view text) {
 
 void ConsoleStreams::PrintMessage(std::string_view text) {
     Write(Stream::Error, "ispctl: " + Visible(text, Layout::OneLine, m_charset) + "\n");
+}
+
+void ConsoleStreams::PrintWrapped(std::string_view text) {
+    const TextLayout layout{static_cast<std::size_t>(Width(Stream::Error))};
+    Write(Stream::Error, WrapText(Visible(text, Layout::OneLine, m_charset), layout, "ispctl: "));
 }
 
 std::string ConsoleStreams::Problem() const {

@@ -31,6 +31,8 @@ class ConsoleStreams {
     /// Writes "ispctl: ", the text with control characters made visible, and a newline to standard
     /// error.
     void PrintMessage(std::string_view text);
+    /// The same, broken into lines of the terminal's width.
+    void PrintWrapped(std::string_view text);
 
     /// RETURNS whether everything has been written so far.
     bool IsComplete() const {

@@ -1,9 +1,12 @@
 #include "FailureDetail.h"
 
+#include <algorithm>
 #include <dlfcn.h>
 #include <fmt/format.h>
 #include <string_view>
 
+#include "doctor/PluginCheck.h"
+#include "doctor/PluginProbe.h"
 #include "scaler_isp/abi/ResultCodes.h"
 #include "scaler_isp/args/CommandFacts.h"
 
@@ -12,33 +15,49 @@ namespace {
 
 constexpr const char *kIspPlugin = "PlugIn/libIsp.dylib";
 constexpr const char *kSignPlugin = "libSignVerify.dylib";
-constexpr const char *kRequiredOfIsp[] = {
-#define SCALER_ISP_REQUIRED_SYMBOL(NAME) #NAME,
-#include "scaler_isp/plugins/isp_functions.def"
-};
-constexpr const char *kRequiredOfSign[] = {"SignFwExport", "VerifySignatureExport"};
 
-/// What is wrong with a plug-in that lacks none of these functions; empty if nothing is.
-template <class Names> std::string DefectOf(const std::filesystem::path &file, const Names &names) {
-    std::error_code ignored;
-    if (!std::filesystem::exists(file, ignored)) {
-        return fmt::format("{} does not exist; the plug-in of a chip comes from its maker (--lib "
-                           "opens a library in another directory, --virtual the virtual scaler's)",
-                           file.string());
+/// The required functions that a loaded plug-in lacks.
+std::string MissingFunctions(void *plugin, doctor::PluginRole role) {
+    std::string missing;
+    for (const doctor::PluginFunction &function : doctor::FunctionsOf(role)) {
+        const bool isRequired = function.use == doctor::PluginFunction::Use::Required;
+        if (isRequired && ::dlsym(plugin, function.name) == nullptr) {
+            missing += (missing.empty() ? "" : ", ") + std::string(function.name);
+        }
     }
+    return missing;
+}
+
+/// Lets the loader try the file once more, as the library has done in this process.
+void ReportWhatLoaderFinds(const std::string &file, doctor::PluginRole role,
+                           doctor::Report &report) {
     void *plugin = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (plugin == nullptr) {
         const char *reason = ::dlerror();
-        return fmt::format("the loader rejects {}: {}", file.string(),
-                           reason != nullptr ? reason : "no reason given");
+        std::string text = reason != nullptr ? reason : "no reason is given";
+        std::replace(text.begin(), text.end(), '\n', ' ');
+        ReportLoader(file, text, FindingsOf(role), report);
+        return;
     }
-    std::string missing;
-    for (const char *name : names) {
-        if (::dlsym(plugin, name) == nullptr) {
-            missing += (missing.empty() ? "" : ", ") + std::string(name);
-        }
+    const std::string missing = MissingFunctions(plugin, role);
+    if (!missing.empty()) {
+        report.Add(doctor::FindingId::FunctionMissing, file, missing);
     }
-    return missing.empty() ? "" : fmt::format("{} lacks {}", file.string(), missing);
+}
+
+/// What is wrong with a plug-in that the library could not use, and what to do, in lines; empty if
+/// nothing is.
+std::string DefectOf(const std::string &file, doctor::PluginRole role) {
+    doctor::Report report;
+    std::string ignored;
+    if (CheckLoadable(file, FindingsOf(role), report, ignored)) {
+        ReportWhatLoaderFinds(file, role, report);
+    }
+    if (report.Findings().empty()) {
+        return "";
+    }
+    const doctor::Finding &finding = report.Findings().front();
+    return MessageOf(finding) + "\n" + RemedyOf(finding);
 }
 
 /// The function that runs an action, such as IspFlash; the column CALL names it in parentheses.
@@ -79,6 +98,12 @@ bool IsVerified(const Records &records) {
             command.enumIspMode == SCALER_ISP_MODE_NORMAL);
 }
 
+/// Whether the sign/verify plug-in alone does the work, so that no function of another is called.
+bool NeedsNoIspPlugin(const Records &records) {
+    return records.command.enumActionType == ENUM_ACTION_SIGN ||
+           records.command.enumActionType == ENUM_ACTION_VERIFY;
+}
+
 bool HasBootPass(const Records &records) {
     const auto &command = records.command;
     return command.enumBootCodeType == SCALER_ISP_NEW_BOOT_CODE &&
@@ -110,10 +135,15 @@ ResultOrigin OriginOf(int code, const std::filesystem::path &libraryDirectory,
     ResultOrigin origin;
     switch (code) {
     case SCALER_ISP_PLUGIN_NOT_LOADED:
-        origin.detail = DefectOf(libraryDirectory / kIspPlugin, kRequiredOfIsp);
+        origin.detail = DefectOf((libraryDirectory / kIspPlugin).string(), doctor::PluginRole::Isp);
+        // The ISP plug-in is loaded before anything else is done.
+        origin.nothingCalled = !origin.detail.empty();
         break;
     case SCALER_ISP_SIGN_PLUGIN_MISSING:
-        origin.detail = DefectOf(libraryDirectory / kSignPlugin, kRequiredOfSign);
+        origin.detail =
+            DefectOf((libraryDirectory / kSignPlugin).string(), doctor::PluginRole::Sign);
+        origin.nothingCalled =
+            !origin.detail.empty() && records != nullptr && NeedsNoIspPlugin(*records);
         break;
     case SCALER_ISP_FUNCTION_MISSING:
         if (const auto *action = records != nullptr ? ActionOf(*records) : nullptr) {

@@ -11,7 +11,8 @@ namespace ispctl {
 /// Who formed a result code, and why.
 struct ResultOrigin {
     bool fromLibrary = false; ///< a plug-in may return any number, also one of the library's
-    std::string detail;       ///< the missing file, the loader's reason, or the missing functions
+    std::string detail; ///< what is wrong with a plug-in and what to do, one sentence per line
+    bool nothingCalled = false; ///< certainly no function of a plug-in was called
 };
 
 /// Looks into a result code of the library's table. Opens plug-ins once more, so call it in the

@@ -110,11 +110,18 @@ void JsonEvents::OnEnd(const RunOutcome &outcome, ExitStatus status) {
 void JsonEvents::WriteNotCalled(ConsoleStreams &streams, ExitStatus status, std::string_view stage,
                                 std::string_view reason, const std::vector<Finding> &findings,
                                 std::string_view run) {
+    streams.Write(Stream::Output,
+                  NotCalled(status, stage, reason, findings, streams.TheCharset(), run));
+}
+
+std::string JsonEvents::NotCalled(ExitStatus status, std::string_view stage,
+                                  std::string_view reason, const std::vector<Finding> &findings,
+                                  Charset charset, std::string_view run) {
     Json event = ResultEvent(status, "ispctl", stage, run);
     event["meaning"] = JsonString(reason);
     event["device"] = "untouched";
     event["findings"] = FindingsJson(findings);
-    WriteLine(streams, event);
+    return JsonLine(event, charset);
 }
 
 } // namespace ispctl

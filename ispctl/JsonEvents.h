@@ -32,6 +32,9 @@ class JsonEvents : public RunObserver {
     static void WriteNotCalled(ConsoleStreams &streams, ExitStatus status, std::string_view stage,
                                std::string_view reason, const std::vector<Finding> &findings,
                                std::string_view run = {});
+    static std::string NotCalled(ExitStatus status, std::string_view stage, std::string_view reason,
+                                 const std::vector<Finding> &findings, Charset charset,
+                                 std::string_view run = {});
 
   private:
     void WriteText(const char *event, const EscapedText &text);

@@ -1,6 +1,7 @@
 #ifndef ISPCTL_LIBRARY_ARGUMENTS_H
 #define ISPCTL_LIBRARY_ARGUMENTS_H
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,11 @@ namespace ispctl {
 /// RETURNS the library's arguments, unchanged.
 std::vector<std::string> SplitOffLibraryArguments(const CLI::App &command,
                                                   std::vector<std::string> &arguments);
+
+/// How many of the library's first arguments are options of the command, misspelt or behind a
+/// misspelt one: nobody meant them for the library.
+std::size_t CountMisplacedOptions(const CLI::App &command,
+                                  const std::vector<std::string> &libraryArguments);
 
 } // namespace ispctl
 

@@ -19,19 +19,26 @@ fs::path ExecutableDirectory() {
     return ExecutableFile().parent_path();
 }
 
+using Candidates = std::vector<fs::path>;
+
 // The directories are relative to that of the executable.
-fs::path FirstExistingLibrary(std::initializer_list<const char *> directories) {
+Candidates LibrariesIn(std::initializer_list<const char *> directories) {
     const fs::path from = ExecutableDirectory();
-    const auto in = [&](const char *directory) {
-        return (from / directory / ISPCTL_LIBRARY_NAME).lexically_normal();
-    };
+    Candidates candidates;
     for (const char *directory : directories) {
+        candidates.push_back((from / directory / ISPCTL_LIBRARY_NAME).lexically_normal());
+    }
+    return candidates;
+}
+
+fs::path FirstExisting(const Candidates &candidates) {
+    for (const fs::path &candidate : candidates) {
         std::error_code ignored;
-        if (fs::exists(in(directory), ignored)) {
-            return in(directory);
+        if (fs::exists(candidate, ignored)) {
+            return candidate;
         }
     }
-    return in(*directories.begin());
+    return candidates.front();
 }
 
 } // namespace
@@ -50,13 +57,21 @@ fs::path ExecutableFile() {
 #endif
 }
 
+std::vector<fs::path> InstalledLibraryCandidates() {
+    return LibrariesIn({ISPCTL_LIBRARY_DIRECTORY, "../lib"});
+}
+
+std::vector<fs::path> VirtualLibraryCandidates() {
+    // The second directory is that of a build tree.
+    return LibrariesIn({ISPCTL_VIRTUAL_DIRECTORY, "../virtual"});
+}
+
 fs::path InstalledLibraryPath() {
-    return FirstExistingLibrary({ISPCTL_LIBRARY_DIRECTORY, "../lib"});
+    return FirstExisting(InstalledLibraryCandidates());
 }
 
 fs::path VirtualLibraryPath() {
-    // The second directory is that of a build tree.
-    return FirstExistingLibrary({ISPCTL_VIRTUAL_DIRECTORY, "../virtual"});
+    return FirstExisting(VirtualLibraryCandidates());
 }
 
 fs::path VirtualCommLibraryPath() {

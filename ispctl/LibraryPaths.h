@@ -2,6 +2,7 @@
 #define ISPCTL_LIBRARY_PATHS_H
 
 #include <filesystem>
+#include <vector>
 
 namespace ispctl {
 
@@ -15,6 +16,10 @@ std::filesystem::path InstalledLibraryPath();
 
 /// The symbolic link to the library in the directory of the virtual scaler's plug-ins.
 std::filesystem::path VirtualLibraryPath();
+
+/// Where both are looked for, in this order.
+std::vector<std::filesystem::path> InstalledLibraryCandidates();
+std::vector<std::filesystem::path> VirtualLibraryCandidates();
 
 /// The communication library of the virtual bus, in the same directory.
 std::filesystem::path VirtualCommLibraryPath();

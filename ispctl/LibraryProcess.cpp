@@ -153,6 +153,9 @@ JudgedResult RunAndJudge(const ScalerLibrary &library, const std::wstring &line,
     ResultOrigin origin =
         OriginOf(judged.result.code, library.Directory(), records, judged.result.pluginLoaded != 0);
     judged.result.fromLibrary = origin.fromLibrary ? 1 : 0;
+    if (origin.nothingCalled) {
+        judged.result.pluginLoaded = 0; // or only until the loader found out what it lacks
+    }
     judged.detail = std::move(origin.detail);
     return judged;
 }

@@ -51,6 +51,23 @@ PluginCode SplitWords(std::string_view words) {
     return {std::string(words), ""};
 }
 
+std::optional<PluginCode> FindInFile(const std::filesystem::path &path, int code) {
+    // Without waiting for the writer of a pipe that has this name.
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat status {};
+    if (!file.IsOpen() || ::fstat(file.Number(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return std::nullopt;
+    }
+    std::string text;
+    std::array<char, 4096> buffer{};
+    for (long length = 0; text.size() < kMaxFile &&
+                          (length = ReadSome(file.Number(), buffer.data(), buffer.size())) > 0;) {
+        text.append(buffer.data(), static_cast<std::size_t>(length));
+    }
+    text.resize(std::min(text.size(), kMaxFile));
+    return FindPluginCodeIn(text, code);
+}
+
 } // namespace
 
 std::optional<PluginCode> FindPluginCodeIn(std::string_view file, int code) {
@@ -66,21 +83,11 @@ std::optional<PluginCode> FindPluginCodeIn(std::string_view file, int code) {
 }
 
 std::optional<PluginCode> FindPluginCode(const std::filesystem::path &libraryDirectory, int code) {
-    const auto path = libraryDirectory / "PlugIn/libIsp.codes";
-    // Without waiting for the writer of a pipe that has this name.
-    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    struct stat status {};
-    if (!file.IsOpen() || ::fstat(file.Number(), &status) != 0 || !S_ISREG(status.st_mode)) {
-        return std::nullopt;
-    }
-    std::string text;
-    std::array<char, 4096> buffer{};
-    for (long length = 0; text.size() < kMaxFile &&
-                          (length = ReadSome(file.Number(), buffer.data(), buffer.size())) > 0;) {
-        text.append(buffer.data(), static_cast<std::size_t>(length));
-    }
-    text.resize(std::min(text.size(), kMaxFile));
-    return FindPluginCodeIn(text, code);
+    return FindInFile(libraryDirectory / "PlugIn/libIsp.codes", code);
+}
+
+std::optional<PluginCode> FindCommCode(const std::filesystem::path &commLibrary, int code) {
+    return FindInFile(std::filesystem::path(commLibrary).replace_extension(".codes"), code);
 }
 
 } // namespace ispctl

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <csignal>
 #include <fmt/format.h>
+#include <sstream>
 #include <sys/wait.h>
 
 #include "scaler_isp/abi/ResultCodes.h"
@@ -117,8 +118,9 @@ std::vector<std::string> AdviceAfter(const RunOutcome &outcome) {
     if (outcome.IsSuccess()) {
         return advice;
     }
-    if (!outcome.detail.empty()) {
-        advice.push_back(outcome.detail);
+    std::istringstream lines(outcome.detail);
+    for (std::string line; std::getline(lines, line);) {
+        advice.push_back(line);
     }
     if (outcome.end != RunEnd::Returned && !outcome.inBackup) {
         advice.push_back(AdviceAfterStop(outcome));

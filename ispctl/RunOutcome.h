@@ -30,7 +30,7 @@ struct RunOutcome {
     bool fromLibrary = false;   ///< the library itself formed the code, not a plug-in
     bool pluginCalled = true;   ///< false only if certainly no function of a plug-in was called
     std::optional<int> percent; ///< last reported progress
-    std::string detail;         ///< why the library was not called, or a plug-in could not be used
+    std::string detail; ///< why a plug-in could not be used and what to do, one sentence per line
     std::optional<PluginCode> pluginWords; ///< what the plug-in's maker says of the code
     std::vector<unsigned> banks;           ///< that the call programs, in their order
     std::vector<Finding> findings;         ///< about the command line

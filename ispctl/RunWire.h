@@ -32,7 +32,7 @@ enum class FrameKind : char {
 /// The result of the call, as the library's process reports it.
 struct RunResult {
     std::int32_t code = 0;
-    std::int32_t pluginLoaded = 1; ///< 0: no plug-in was loaded, so none was called
+    std::int32_t pluginLoaded = 1; ///< 0: no plug-in was loaded, or none that could be called
     std::int32_t fromLibrary = 0;  ///< 0: a plug-in returned the code
 };
 

@@ -14,12 +14,10 @@ struct Session {
     ConsoleStreams streams;
     std::vector<std::string> arguments; ///< of this program, unchanged
     ParentLink *link = nullptr;         ///< to ispctl if this is the library's process; else null
+    bool json = false; ///< a failure is also written as the result event of docs/ispctl.md
 
     /// Prints why a command fails. RETURNS the status, so that a command can return the call.
-    ExitStatus Fail(ExitStatus status, std::string_view text) {
-        streams.PrintMessage(text);
-        return status;
-    }
+    ExitStatus Fail(ExitStatus status, std::string_view text);
 };
 
 } // namespace ispctl

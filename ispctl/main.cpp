@@ -14,10 +14,10 @@
 
 #include "ChildProcess.h"
 #include "ConsoleStreams.h"
-#include "JsonEvents.h"
+#include "HelpFormatter.h"
 #include "LibraryArguments.h"
 #include "LibraryProcess.h"
-#include "ParserHint.h"
+#include "ParserEnd.h"
 #include "RunCommand.h"
 #include "Session.h"
 #include "chip/LibraryChoice.h"
@@ -32,6 +32,15 @@
 #include "station/AddStation.h"
 
 namespace {
+
+const std::string kFooter = R"(
+Examples:
+  ispctl run --virtual --isp --fw "$PWD/monitor.bin"
+      programs a firmware file into the virtual scaler
+  ispctl doctor
+      examines the installation and says what to do
+  ispctl help run
+)" + ispctl::ExitStatusHelp();
 
 const std::string kRunFooter = R"(
 Options of run must precede ARGS. Everything from the first unrecognised
@@ -95,48 +104,59 @@ CLI::App *AddRun(CLI::App &app, ispctl::RunOptions &options) {
     return run;
 }
 
-/// If the command is this one, moves the library's part of the arguments to another list.
-/// RETURNS whether the command's own part asks for JSON, which counts also if the parser fails on
-/// another option.
-bool CutOffLibraryArguments(const CLI::App &command, std::vector<std::string> &arguments,
-                            std::vector<std::string> &ofLibrary) {
-    if (arguments.empty() || arguments.front() != command.get_name()) {
-        return false;
-    }
+/// A command whose arguments end with those of the library.
+struct Splitting {
+    const CLI::App &command;
+    std::vector<std::string> &ofLibrary;
+};
+
+/// Moves the library's part of the arguments to another list. REQUIRES: they begin with the
+/// command.
+/// RETURNS whether JSON is asked for before them, which counts also if another option there is
+/// misspelt.
+bool CutOffLibraryArguments(const Splitting &splitting, std::vector<std::string> &arguments) {
     std::vector<std::string> own(arguments.begin() + 1, arguments.end());
-    ofLibrary = ispctl::SplitOffLibraryArguments(command, own);
-    const bool json = std::find(own.begin(), own.end(), "--json") != own.end();
+    const std::size_t typed = own.size();
+    std::vector<std::string> ofLibrary = ispctl::SplitOffLibraryArguments(splitting.command, own);
+    bool json = ispctl::AsksForJson(own);
+    const bool marked = own.size() + ofLibrary.size() < typed; // a "--" said where they begin
+    const std::size_t misplaced =
+        marked ? 0 : ispctl::CountMisplacedOptions(splitting.command, ofLibrary);
+    const auto end = ofLibrary.begin() + static_cast<std::ptrdiff_t>(misplaced);
+    json = json || std::find(ofLibrary.begin(), end, "--json") != end;
+    if (misplaced > 0 && misplaced == ofLibrary.size()) {
+        own.insert(own.end(), ofLibrary.begin(), end); // the parser refuses what it does not know
+        ofLibrary.clear();
+    }
+    splitting.ofLibrary = std::move(ofLibrary);
     own.insert(own.begin(), arguments.front());
     arguments = std::move(own);
     return json;
 }
 
-/// Prints the parser's help, version or error through the streams, so that a failed write is
-/// noticed.
-ispctl::ExitStatus ShowParserEnd(const CLI::App &app, const std::vector<std::string> &arguments,
-                                 const CLI::ParseError &end, bool json,
-                                 ispctl::ConsoleStreams &streams) {
-    std::ostringstream output;
-    std::ostringstream error;
-    if (app.exit(end, output, error) == 0) {
-        streams.Print(ispctl::Stream::Output, output.str());
-        return ispctl::kExitSuccess;
-    }
-    streams.Print(ispctl::Stream::Error, error.str());
-    if (const std::string hint = ispctl::NearestArgument(app, arguments); !hint.empty()) {
-        streams.PrintMessage(hint);
-    }
-    if (json) {
-        ispctl::JsonEvents::WriteNotCalled(streams, ispctl::kExitUsage, "usage", end.what(), {});
-    }
-    return ispctl::kExitUsage;
+/// The commands whose failures are written as a result event with --json; the others that know the
+/// option have a form of their own for it.
+bool HasResultEvents(const std::vector<std::string> &arguments) {
+    constexpr std::string_view kCommands[] = {"explain", "doctor", "paths"};
+    return !arguments.empty() && std::find(std::begin(kCommands), std::end(kCommands),
+                                           arguments.front()) != std::end(kCommands);
+}
+
+/// For the help only: `help COMMAND` is `COMMAND --help` when the parser sees it.
+void AddHelp(CLI::App &app) {
+    CLI::App *help = app.add_subcommand("help", "Shows the help of a command.");
+    help->footer("Examples:\n  ispctl help run\n  ispctl help script check\n");
+    help->add_option("COMMAND", "name of the command, and of its subcommand")->type_name("");
 }
 
 ispctl::ExitStatus Main(ispctl::Session &session, ispctl::RunOptions &runOptions) {
     CLI::App app(
         "Command-line tool of ScalerIsp, the firmware programming library for display scalers.",
         "ispctl");
-    app.set_version_flag("--version", "ispctl " ISPCTL_VERSION);
+    app.formatter(std::make_shared<ispctl::HelpFormatter>());
+    app.footer(kFooter);
+    app.set_version_flag("--version", "ispctl " ISPCTL_VERSION,
+                         "print the version of ispctl and exit");
     app.require_subcommand(1);
     CLI::App *run = AddRun(app, runOptions);
     ispctl::ExitStatus status = ispctl::kExitSuccess;
@@ -150,23 +170,32 @@ ispctl::ExitStatus Main(ispctl::Session &session, ispctl::RunOptions &runOptions
     CLI::App *explain = ispctl::AddExplain(app, explainOptions, session, status);
     ispctl::SummaryOptions summaryOptions;
     ispctl::AddLog(app, summaryOptions, session, status);
-    std::vector<std::string> arguments = session.arguments;
-    const bool json = CutOffLibraryArguments(*run, arguments, runOptions.arguments);
-    CutOffLibraryArguments(*explain, arguments, explainOptions.arguments);
+    AddHelp(app);
+    std::vector<std::string> arguments = ispctl::WithHelpOption(app, session.arguments);
+    bool json = ispctl::AsksForJson(arguments);
+    for (const Splitting &splitting :
+         {Splitting{*run, runOptions.arguments}, Splitting{*explain, explainOptions.arguments}}) {
+        if (!arguments.empty() && arguments.front() == splitting.command.get_name()) {
+            json = CutOffLibraryArguments(splitting, arguments);
+        }
+    }
+    session.json = json && HasResultEvents(arguments);
     try {
         // The parser expects the last one first.
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::ParseError &end) {
-        return ShowParserEnd(app, arguments, end, json, session.streams);
+        return ispctl::ShowParserEnd(app, arguments, end, json, session.streams);
     }
     if (!run->parsed()) {
         return status;
     }
+    runOptions.json = json;
     if (runOptions.dryRun) {
         explainOptions.library = runOptions.library;
         explainOptions.virtualScaler = runOptions.virtualScaler;
         explainOptions.json = runOptions.json;
         explainOptions.arguments = runOptions.arguments;
+        session.json = json;
         return ispctl::ExplainCommand(explainOptions, session);
     }
     if (session.link == nullptr) {
@@ -183,10 +212,10 @@ int MainOfIspctl(ispctl::Session &session) {
     try {
         status = Main(session, options);
     } catch (const std::exception &error) {
-        status = ispctl::ReportNotCalled(options.json, status, "open", error.what(), {},
-                                         session.streams);
+        status = ispctl::ReportNotCalled(options.json || session.json, status, "open", error.what(),
+                                         {}, session.streams);
     }
-    return session.streams.Finish(status, options.json);
+    return session.streams.Finish(status, options.json || session.json);
 }
 
 /// The library's process. Exceptions of plug-ins are not caught here: ispctl sees how the process

@@ -3,6 +3,7 @@
 #include "doctor/Finding.h"
 #include "doctor/LibraryCheck.h"
 #include "doctor/LocaleCheck.h"
+#include "doctor/NameCase.h"
 #include "doctor/PluginCheck.h"
 #include "doctor/ReportView.h"
 #include "doctor/SearchCheck.h"
@@ -29,6 +30,9 @@ bool CheckSettings(const Places &places, Report &report, WriteAccess &access) {
     const auto settings =
         CheckSettingFile(places.settingFile, FindingId::SettingMissing, report, text);
     access.Check(places.settingFile);
+    if (text) {
+        CheckNameCase(places.settingFile, *text, KeysOfSettingFile(), report);
+    }
     text.reset();
     report.BeginSection("user-defined-file");
     const auto userDefined =

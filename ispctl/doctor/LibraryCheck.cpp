@@ -39,31 +39,23 @@ bool CheckDirectory(const Places &places, Report &report) {
     return true;
 }
 
-// RETURNS whether the file may be opened without blocking.
-bool CheckFile(const std::string &file, Report &report) {
-    const FileState state = StateOf(file);
-    switch (state.kind) {
-    case FileState::Kind::Missing:
-        report.Add(FindingId::LibraryMissing, file);
-        return false;
-    case FileState::Kind::Unreachable:
-        report.Add(FindingId::LibraryNotLoaded, file, state.description);
-        return false;
-    case FileState::Kind::Directory:
-    case FileState::Kind::Special:
-        report.Add(FindingId::LibraryNotFile, file, state.description);
-        return false;
-    case FileState::Kind::Regular:
-        break;
-    }
-    return true;
-}
-
 } // namespace
+
+const LoadFindings &FindingsOfLibrary() {
+    static constexpr LoadFindings kFindings{
+        FindingId::LibraryMissing,     FindingId::LibraryUnreadable,
+        FindingId::LibraryNotFile,     FindingId::LibraryWrongType,
+        FindingId::LibraryWrongSystem, FindingId::LibraryWrongArchitecture,
+        FindingId::LibraryNotLoaded,   FindingId::LibraryNotLoaded,
+        FindingId::LibraryNotLoaded};
+    return kFindings;
+}
 
 bool CheckLibrary(const Places &places, Report &report, WriteAccess &access) {
     const std::string file = places.library.string();
-    if (!CheckDirectory(places, report) || !CheckFile(file, report)) {
+    std::string description;
+    if (!CheckDirectory(places, report) ||
+        !CheckLoadable(file, FindingsOfLibrary(), report, description)) {
         return true;
     }
     access.Check(places.library);

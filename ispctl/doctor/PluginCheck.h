@@ -2,6 +2,7 @@
 #define ISPCTL_DOCTOR_PLUGIN_CHECK_H
 
 #include "doctor/Finding.h"
+#include "doctor/LoadableFile.h"
 #include "doctor/Places.h"
 #include "doctor/PluginProbe.h"
 #include "doctor/WriteAccess.h"
@@ -10,6 +11,9 @@ namespace ispctl::doctor {
 
 /// The argument of the probing process that names a role.
 const char *NameOf(PluginRole role);
+
+/// What is reported about a plug-in that cannot be loaded.
+const LoadFindings &FindingsOf(PluginRole role);
 
 /// Checks one plug-in: existence, type, architecture, whether it can be loaded, its functions, who
 /// may replace it.

@@ -4,6 +4,7 @@
 
 #include "JsonText.h"
 #include "VisibleText.h"
+#include "WrapText.h"
 
 namespace ispctl::doctor {
 namespace {
@@ -34,6 +35,9 @@ Json JsonOf(const Finding &finding) {
 } // namespace
 
 void ShowText(const Report &report, ConsoleStreams &streams) {
+    constexpr std::size_t kTextColumn = 11;
+    const TextLayout layout{static_cast<std::size_t>(ConsoleStreams::Width(Stream::Output)),
+                            kTextColumn};
     std::string_view section;
     for (const Finding &finding : report.Findings()) {
         if (finding.section != section) {
@@ -44,11 +48,11 @@ void ShowText(const Report &report, ConsoleStreams &streams) {
         const auto visible = [&](const std::string &text) {
             return Visible(text, Layout::OneLine, streams.TheCharset());
         };
-        streams.Write(Stream::Output, fmt::format("  {:<8} {}\n", NameOf(row.severity),
-                                                  visible(MessageOf(finding))));
+        streams.Write(Stream::Output, WrapText(visible(MessageOf(finding)), layout,
+                                               fmt::format("  {:<8} ", NameOf(row.severity))));
         if (!row.remedy.empty()) {
-            streams.Write(Stream::Output,
-                          fmt::format("           remedy: {}\n", visible(RemedyOf(finding))));
+            streams.Write(Stream::Output, WrapText(visible(RemedyOf(finding)), layout,
+                                                   std::string(kTextColumn, ' ') + "remedy: "));
         }
     }
     streams.Write(Stream::Output, fmt::format("{} errors, {} warnings, {} remarks\n",

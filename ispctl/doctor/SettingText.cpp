@@ -108,6 +108,7 @@ class Examination {
             return;
         }
         m_section = line.substr(1, line.size() - 2);
+        m_sectionLine = m_line;
         m_keys.clear();
         m_endLine = 0;
         const bool isNew = m_sections.insert(m_section).second;
@@ -137,7 +138,7 @@ class Examination {
         if (spaces) {
             Add(FindingId::SettingKeySpaces, key);
         }
-        m_text.seen.push_back({m_section, key, std::move(value), m_line});
+        m_text.seen.push_back({m_section, key, std::move(value), m_line, m_sectionLine});
     }
 
     const CountCharacters &m_count;
@@ -146,6 +147,7 @@ class Examination {
     std::size_t m_endLine = 0; ///< the line that ended the section; 0: none
     Where m_where = Where::Outside;
     std::string m_section;
+    std::size_t m_sectionLine = 0;
     std::set<std::string> m_sections;
     std::set<std::string> m_keys;
 };

@@ -17,6 +17,7 @@ struct SeenKey {
     std::string key;
     std::string value;
     std::size_t line = 0;
+    std::size_t sectionLine = 0;
 };
 
 /// Something about one line.

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <iterator>
 #include <string_view>
+#include <vector>
 
+#include "doctor/NameCase.h"
 #include "doctor/SettingFile.h"
 
 namespace ispctl::doctor {
@@ -53,6 +55,11 @@ bool IsNumber(std::string_view text) {
 void CheckUserDefinedKeys(const std::filesystem::path &path, const SettingText &text,
                           Report &report) {
     const std::string file = path.string();
+    std::vector<KnownKey> names;
+    for (const Key &key : kKeys) {
+        names.push_back({kSection, key.name});
+    }
+    const std::size_t wrongCase = CheckNameCase(path, text, names, report);
     std::size_t count = 0;
     for (const SeenKey &seen : text.seen) {
         if (seen.section != kSection || ++count > kMostKeys) {
@@ -62,6 +69,11 @@ void CheckUserDefinedKeys(const std::filesystem::path &path, const SettingText &
         const auto *key = std::find_if(std::begin(kKeys), std::end(kKeys),
                                        [&](const Key &k) { return k.name == seen.key; });
         if (key == std::end(kKeys)) {
+            if (std::any_of(names.begin(), names.end(), [&](const KnownKey &k) {
+                    return EqualIgnoringCase(k.key, seen.key);
+                })) {
+                continue; // its case was reported
+            }
             report.Add(FindingId::UserDefinedUnknown, file, line, seen.key);
         } else if (key->kind == Key::Kind::Number && !seen.value.empty() && !IsNumber(seen.value)) {
             report.Add(FindingId::UserDefinedNumber, file, line, seen.key);
@@ -69,7 +81,7 @@ void CheckUserDefinedKeys(const std::filesystem::path &path, const SettingText &
             report.Add(FindingId::UserDefinedKey, file, seen.key, seen.value);
         }
     }
-    if (count == 0) {
+    if (count == 0 && wrongCase == 0) {
         report.Add(FindingId::UserDefinedSection, file);
     }
 }

@@ -17,7 +17,7 @@ void AddEdid(CLI::App &app, EdidOptions &options, Session &session, ExitStatus &
         ->type_name("FORM");
     edid->add_option("--lib", options.library, "the ScalerIsp library to open, by path")
         ->type_name("FILE");
-    edid->footer(ExitStatusHelp());
+    edid->footer("Examples:\n  ispctl edid monitor.edid\n" + ExitStatusHelp());
     edid->callback([&] { status = EdidCommand(options, session); });
 }
 

@@ -4,9 +4,9 @@
 #include <fmt/format.h>
 
 #include "ResultInfo.h"
+#include "WrapText.h"
 #include "explain/FlashText.h"
 #include "line/FindingText.h"
-#include "line/WrapText.h"
 
 namespace ispctl {
 namespace {
@@ -21,7 +21,7 @@ class TextWriter {
             Heading("Command line");
             Line("  library: " + explanation.library);
             if (!explanation.notPassed.empty()) {
-                Sentences("cannot be passed to the library: " + explanation.notPassed, {2, 4});
+                Sentences("cannot be passed to the library: " + explanation.notPassed, "  ", 4);
             } else {
                 Line("  " + explanation.commandLine);
             }
@@ -47,8 +47,9 @@ class TextWriter {
     void Line(std::string_view text) {
         m_text += Visible(text, Layout::OneLine, m_charset) + "\n";
     }
-    void Sentences(std::string_view text, Indent indent) {
-        m_text += WrapText(Visible(text, Layout::OneLine, m_charset), m_width, indent);
+    void Sentences(std::string_view text, std::string_view indent, std::size_t indentOfOthers) {
+        m_text +=
+            WrapText(Visible(text, Layout::OneLine, m_charset), {m_width, indentOfOthers}, indent);
     }
 
     void Findings(const Explanation &explanation) {
@@ -69,13 +70,13 @@ class TextWriter {
             Heading("What happens, in this order");
         }
         for (std::size_t i = 0; i < plan.size(); ++i) {
-            Sentences(fmt::format("{:>3}. {}", i + 1, plan[i].text), {0, 5});
+            Sentences(fmt::format("{:>3}. {}", i + 1, plan[i].text), "", 5);
             const std::string call = DescribePlanCall(plan[i]);
             if (!call.empty()) {
                 Line("     " + call);
             }
             for (const PlanResult &result : plan[i].results) {
-                Sentences(DescribePlanResult(result), {5, 7});
+                Sentences(DescribePlanResult(result), "     ", 7);
             }
         }
     }

@@ -27,6 +27,10 @@ void CheckSearch(LineUnderCheck &line);     ///< the firmware search finds a fil
 bool CheckWritable(LineUnderCheck &line, const GivenArgument &given,
                    const std::filesystem::path &path);
 
+/// Reports what the firmware search does not find in its settings file, and why.
+/// REQUIRES: the search was refused. RETURNS whether there is something.
+bool CheckSettingsOfSearch(LineUnderCheck &line, const GivenArgument &search);
+
 /// Whether opening a file of this line could block for ever.
 bool NamesBlockingFile(const ArgumentList &arguments, const LineContext &context);
 

@@ -11,6 +11,9 @@ namespace {
 
 using ScalerIspFacts::ActionFacts;
 
+/// What the library prints if its directory has no file that could be firmware.
+constexpr std::string_view kNoCandidate = "Cannot find bin in current dir!";
+
 /// What the library printed, as one line.
 std::string AsOneLine(const std::string &printed) {
     std::string text;
@@ -105,6 +108,11 @@ void CheckSearch(LineUnderCheck &line) {
     probe.insert(probe.end(), {"--searchfw", *search->value, HarmlessAction()});
     const ParsedLine &parsed = line.Parse(probe);
     if (!parsed.accepted) {
+        // Without a candidate the settings file does not matter.
+        const bool hasCandidates = parsed.printed.find(kNoCandidate) == std::string::npos;
+        if (hasCandidates && CheckSettingsOfSearch(line, *search)) {
+            return;
+        }
         const std::string text = AsOneLine(parsed.printed);
         line.Report("search-failed", *search, Underline::Value,
                     {.other = line.Context().libraryDirectory.string(),

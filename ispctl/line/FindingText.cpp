@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "WrapText.h"
 #include "line/DisplayWidth.h"
 #include "line/ShellQuote.h"
-#include "line/WrapText.h"
 
 namespace ispctl {
 namespace {
@@ -119,14 +119,14 @@ std::string FindingText(const Finding &finding, const std::vector<std::string> &
                        " [" + std::string(finding.name) + "]";
     if (!finding.followsFrom.empty()) {
         text += "; follows from " + Shown(finding.followsFrom, look);
-        return WrapText(text, look.width);
+        return WrapText(text, {look.width, kIndent.size()});
     }
-    text = WrapText(text, look.width);
+    text = WrapText(text, {look.width, kIndent.size()});
     if (!arguments.empty()) {
         text += LineAndMarks(CellsOf(finding, arguments, look.charset), look.width);
     }
     if (!finding.suggestion.empty()) {
-        text += WrapText("help: " + Shown(finding.suggestion, look), look.width);
+        text += WrapText("help: " + Shown(finding.suggestion, look), {look.width, kIndent.size()});
     }
     return text;
 }
@@ -139,7 +139,7 @@ std::string MendedText(const MendedLine &mended, const FindingLook &look) {
         mended.remaining.empty() ? "corrected line:\n" : "corrected in part; this remains:\n";
     for (const Finding &finding : mended.remaining) {
         text += WrapText(Shown(finding.message, look) + " [" + std::string(finding.name) + "]",
-                         look.width, {kIndent.size(), 2 * kIndent.size()});
+                         {look.width, 2 * kIndent.size()}, kIndent);
     }
     text += mended.remaining.empty() ? "" : "line so far:\n";
     return text + std::string(kIndent) + look.command + " " +

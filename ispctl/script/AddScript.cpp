@@ -5,44 +5,60 @@
 namespace ispctl {
 namespace {
 
-const std::string kFooter = R"(
+const std::string kExamples = R"(
 Examples:
   ispctl script assemble panel.script -o panel.bin
   ispctl script check panel.bin
-  ispctl script run --virtual --text panel.script
+  ispctl script run --virtual panel.script
 )";
 
 using Command = ExitStatus (*)(const ScriptOptions &, Session &);
 
-CLI::App *AddOne(CLI::App &script, const char *name, const char *help, Command command,
-                 ScriptOptions &options, Session &session, ExitStatus &status) {
-    CLI::App *one = script.add_subcommand(name, help);
-    one->add_option("FILE", options.file)->required()->type_name("");
-    one->callback([command, &options, &session, &status] { status = command(options, session); });
-    return one;
+/// One subcommand: name, what it does, what FILE is, an example.
+struct Row {
+    const char *name;
+    const char *help;
+    const char *file;
+    const char *examples;
+    Command command;
+};
+
+constexpr Row kAssemble{"assemble", "Converts script text to a byte list, or with -o to bytes.",
+                        "script text", R"(
+Examples:
+  ispctl script assemble panel.script > panel.txt
+  ispctl script assemble panel.script -o panel.bin
+)",
+                        AssembleCommand};
+constexpr Row kList{"list", "Converts a script to script text.", "the bytes of a script, or text",
+                    R"(
+Examples:
+  ispctl script list panel.bin > panel.script
+)",
+                    ListCommand};
+constexpr Row kCheck{"check", "Finds records that must not run.", "the bytes of a script, or text",
+                     R"(
+Examples:
+  ispctl script check panel.bin
+)",
+                     CheckCommand};
+constexpr Row kRun{"run", "Checks a script and runs it.", "the bytes of a script, or text", R"(
+Examples:
+  ispctl script run --virtual panel.script
+  ispctl script run --comm /opt/adapter/libComm.dylib --channel 6 panel.bin
+)",
+                   RunScriptCommand};
+
+void AddForm(CLI::App *command, ScriptOptions &options) {
+    CLI::Option *text =
+        command->add_flag("--text", options.text, "FILE is script text, whatever it looks like")
+            ->disable_flag_override();
+    command->add_flag("--binary", options.binary, "FILE is bytes, whatever it looks like")
+        ->disable_flag_override()
+        ->excludes(text);
 }
 
-void AddText(CLI::App *command, ScriptOptions &options) {
-    command->add_flag("--text", options.text, "FILE is script text, not bytes")
-        ->disable_flag_override();
-}
-
-} // namespace
-
-void AddScript(CLI::App &app, ScriptOptions &options, Session &session, ExitStatus &status) {
-    CLI::App *script = app.add_subcommand("script", "Writes, reads and runs register scripts.");
-    script->require_subcommand(1);
-    script->footer(kFooter + ExitStatusHelp());
-    const auto add = [&](const char *name, const char *help, Command command) {
-        return AddOne(*script, name, help, command, options, session, status);
-    };
-    add("assemble", "Converts script text to a byte list, or with -o to bytes.", AssembleCommand)
-        ->add_option("-o,--output", options.output, "write the bytes to OUT")
-        ->type_name("OUT");
-    add("list", "Converts bytes to script text.", ListCommand);
-    AddText(add("check", "Finds records that must not run.", CheckCommand), options);
-    CLI::App *run = add("run", "Checks a script and runs it.", RunScriptCommand);
-    AddText(run, options);
+void AddRunOptions(CLI::App *run, ScriptOptions &options) {
     CLI::Option *comm =
         run->add_option("--comm", options.comm, "the communication library")->type_name("LIB");
     run->add_flag("--virtual", options.virtualScaler, "use the virtual bus: no hardware is touched")
@@ -52,6 +68,31 @@ void AddScript(CLI::App &app, ScriptOptions &options, Session &session, ExitStat
         ->type_name("FILE");
     run->add_option("--channel", options.channel, "select this communication channel first")
         ->type_name("N");
+}
+
+} // namespace
+
+void AddScript(CLI::App &app, ScriptOptions &options, Session &session, ExitStatus &status) {
+    CLI::App *script = app.add_subcommand("script", "Writes, reads and runs register scripts.");
+    script->require_subcommand(1);
+    script->footer(kExamples + ExitStatusHelp());
+    const auto add = [&](const Row &row) {
+        CLI::App *one = script->add_subcommand(row.name, row.help);
+        one->footer(row.examples + ExitStatusHelp());
+        one->add_option("FILE", options.file, row.file)->required()->type_name("");
+        one->callback([command = row.command, &options, &session, &status] {
+            status = command(options, session);
+        });
+        return one;
+    };
+    add(kAssemble)
+        ->add_option("-o,--output", options.output, "write the bytes to OUT")
+        ->type_name("OUT");
+    AddForm(add(kList), options);
+    AddForm(add(kCheck), options);
+    CLI::App *run = add(kRun);
+    AddForm(run, options);
+    AddRunOptions(run, options);
 }
 
 } // namespace ispctl

@@ -11,23 +11,31 @@ namespace {
 
 constexpr std::size_t kMaxDataBytes = 0xFFFF;
 constexpr std::string_view kData = "data";
+constexpr std::string_view kConstant = "const";
+constexpr std::string_view kBytes = "bytes";
+constexpr std::string_view kDdc = "ddc";
 
 using Bytes = std::vector<std::uint8_t>;
 
 class Assembler {
   public:
-    explicit Assembler(std::string_view text) : m_lexer(text) {}
+    explicit Assembler(std::string_view text) : m_lexer(text, m_script.errors) {}
 
-    Bytes Run() {
+    AssembledScript Run() {
         while (m_lexer.Current().kind != ScriptToken::Kind::End) {
-            if (m_lexer.Current().kind != ScriptToken::Kind::Newline) {
+            if (m_lexer.Current().kind == ScriptToken::Kind::Newline) {
+                m_lexer.Next();
+                continue;
+            }
+            try {
                 Statement();
                 ExpectEndOfLine();
-            } else {
-                m_lexer.Next();
+            } catch (const ScriptError &error) {
+                m_script.errors.Add(error);
+                SkipStatement();
             }
         }
-        return std::move(m_bytes);
+        return std::move(m_script);
     }
 
   private:
@@ -42,11 +50,13 @@ class Assembler {
         if (name.kind != ScriptToken::Kind::Name) {
             name.Fail("expected a statement name");
         }
-        if (name.text == "const") {
+        if (name.text == kConstant) {
             Constant();
-        } else if (name.text == "bytes") {
+        } else if (name.text == kBytes) {
             const Bytes bytes = List();
-            m_bytes.insert(m_bytes.end(), bytes.begin(), bytes.end());
+            Records().insert(Records().end(), bytes.begin(), bytes.end());
+        } else if (name.text == kDdc) {
+            Ddc(name);
         } else if (const Opcode *opcode = FindOpcode(name.text)) {
             Record(name, *opcode);
         } else {
@@ -55,14 +65,74 @@ class Assembler {
     }
 
     void Constant() {
-        const ScriptToken name = m_lexer.Next();
+        const ScriptToken name = Take();
         if (name.kind != ScriptToken::Kind::Name) {
             name.Fail("expected a constant name");
         }
-        Expect('=');
-        if (!m_constants.emplace(name.text, Number()).second) {
+        if (m_constants.contains(name.text)) {
             name.Fail(fmt::format("{} is already defined", name.text));
         }
+        try {
+            Expect('=');
+            m_constants.emplace(name.text, Number());
+        } catch (const ScriptError &) {
+            m_constants.emplace(name.text, 0); // known, so that only this line has an error
+            throw;
+        }
+    }
+
+    void Ddc(const ScriptToken &name) {
+        DdcStatement statement;
+        statement.line = name.line;
+        statement.column = name.column;
+        const ScriptToken verb = Take();
+        if (verb.text != "get" && verb.text != "set") {
+            verb.Fail("expected get or set");
+        }
+        statement.request.feature = static_cast<std::uint8_t>(Number("feature", 1));
+        if (verb.text == "set") {
+            statement.request.kind = DdcRequest::Kind::Set;
+            if (m_lexer.Current().Is(',')) {
+                m_lexer.Next();
+            }
+            statement.request.value = static_cast<std::uint16_t>(Number("value", 2));
+        }
+        m_script.steps.back().ddc = statement;
+        m_script.steps.emplace_back();
+    }
+
+    std::uint32_t Number(std::string_view operand, std::size_t bytes) {
+        const ScriptToken token = m_lexer.Current();
+        std::optional<std::uint32_t> value;
+        Set(token, {operand, bytes, false}, value, Number());
+        return *value;
+    }
+
+    Bytes &Records() {
+        return m_script.steps.back().records;
+    }
+
+    /// After an error: goes on behind the statement. Braces that are never closed end at the next
+    /// line that begins like a statement.
+    void SkipStatement() {
+        bool beginsLine = false;
+        while (m_lexer.Current().kind != ScriptToken::Kind::End) {
+            const ScriptToken &token = m_lexer.Current();
+            const bool isNewline = token.kind == ScriptToken::Kind::Newline;
+            if ((isNewline && !m_inBraces) || (beginsLine && IsStatement(token))) {
+                break;
+            }
+            m_inBraces = m_inBraces && !token.Is('}');
+            beginsLine = isNewline;
+            m_lexer.Next();
+        }
+        m_inBraces = false;
+    }
+
+    static bool IsStatement(const ScriptToken &token) {
+        return token.kind == ScriptToken::Kind::Name &&
+               (token.text == kConstant || token.text == kBytes || token.text == kDdc ||
+                FindOpcode(token.text) != nullptr);
     }
 
     void Record(const ScriptToken &name, const Opcode &opcode) {
@@ -79,7 +149,7 @@ class Assembler {
         if (needsData && !given.data) {
             name.Fail(fmt::format("missing data bytes in braces for {}", name.text));
         }
-        m_bytes.push_back(opcode.code);
+        Bytes record{opcode.code};
         for (std::size_t i = 0; i < opcode.operands.size(); ++i) {
             const Operand &operand = opcode.operands[i];
             if (needsData && operand.isBlockLength) {
@@ -89,12 +159,13 @@ class Assembler {
                 name.Fail(fmt::format("missing operand {1} of {0}", name.text, operand.name));
             }
             for (std::size_t byte = operand.bytes; byte-- > 0;) {
-                m_bytes.push_back(static_cast<std::uint8_t>(*given.values[i] >> (8 * byte)));
+                record.push_back(static_cast<std::uint8_t>(*given.values[i] >> (8 * byte)));
             }
         }
         if (given.data) {
-            m_bytes.insert(m_bytes.end(), given.data->begin(), given.data->end());
+            record.insert(record.end(), given.data->begin(), given.data->end());
         }
+        Records().insert(Records().end(), record.begin(), record.end());
     }
 
     /// Reads one operand. next is the index of the next positional operand; a named operand sets it
@@ -182,6 +253,7 @@ class Assembler {
     /// Reads bytes in braces, separated by commas; newlines are allowed between them.
     Bytes List() {
         Expect('{');
+        m_inBraces = true;
         Bytes bytes;
         SkipNewlines();
         while (!m_lexer.Current().Is('}')) {
@@ -197,12 +269,18 @@ class Assembler {
                 SkipNewlines();
             }
         }
+        m_inBraces = false;
         m_lexer.Next();
         return bytes;
     }
 
+    /// The current token; the end of a line stays, so that an error there skips no other line.
+    ScriptToken Take() {
+        return AtEndOfLine() ? m_lexer.Current() : m_lexer.Next();
+    }
+
     std::uint32_t Number() {
-        const ScriptToken token = m_lexer.Next();
+        const ScriptToken token = Take();
         if (token.kind == ScriptToken::Kind::Name) {
             return ConstantValue(token);
         }
@@ -238,20 +316,21 @@ class Assembler {
     }
 
     void Expect(char sign) {
-        const ScriptToken token = m_lexer.Next();
+        const ScriptToken token = Take();
         if (!token.Is(sign)) {
             token.Fail(fmt::format("expected '{}'", sign));
         }
     }
 
+    AssembledScript m_script; ///< before the lexer, which reports to it
     ScriptLexer m_lexer;
     std::map<std::string_view, std::uint32_t> m_constants;
-    Bytes m_bytes;
+    bool m_inBraces = false;
 };
 
 } // namespace
 
-std::vector<std::uint8_t> AssembleScript(std::string_view text) {
+AssembledScript AssembleScript(std::string_view text) {
     return Assembler(text).Run();
 }
 

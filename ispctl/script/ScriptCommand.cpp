@@ -1,18 +1,14 @@
 #include "script/ScriptCommand.h"
 
-#include <filesystem>
 #include <fmt/format.h>
 #include <vector>
 
 #include "FileIo.h"
-#include "HexDump.h"
-#include "LibraryApi.h"
-#include "LibraryPaths.h"
 #include "RunWire.h"
-#include "Utf8.h"
 #include "script/ScriptCheck.h"
-#include "script/ScriptLexer.h"
+#include "script/ScriptInput.h"
 #include "script/ScriptRelay.h"
+#include "script/ScriptRunner.h"
 #include "script/ScriptText.h"
 
 namespace ispctl {
@@ -20,31 +16,12 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// Far more than any script needs. UNITS: bytes.
-constexpr std::size_t kMaxScript = 16 * 1024 * 1024;
-constexpr std::size_t kMaxOutput = 64 * 1024 * 1024;
+constexpr std::size_t kMaxOutput = 64 * 1024 * 1024; ///< UNITS: bytes
 
-/// Reads a script as bytes, or assembles it from text. RETURNS nothing on failure, with its exit
-/// status in status.
-std::optional<Bytes> ReadScript(const std::string &file, bool isText, ExitStatus &status,
-                                Session &session) {
-    std::string error;
-    const auto content = ReadInputFile(file, kMaxScript, error);
-    if (!content) {
-        status = session.Fail(kExitFileError, error);
-        return std::nullopt;
-    }
-    if (!isText) {
-        return Bytes(content->begin(), content->end());
-    }
-    try {
-        return AssembleScript(*content);
-    } catch (const ScriptError &reason) {
-        session.streams.Print(Stream::Error, fmt::format("{}:{}:{}: {}\n", file, reason.Line(),
-                                                         reason.Column(), reason.what()));
-        status = kExitFailed;
-        return std::nullopt;
-    }
+ScriptForm FormOf(const ScriptOptions &options) {
+    return options.text     ? ScriptForm::Text
+           : options.binary ? ScriptForm::Bytes
+                            : ScriptForm::Detected;
 }
 
 void PrintReport(const std::string &file, const ScriptReport &report, Session &session) {
@@ -61,74 +38,64 @@ void PrintReport(const std::string &file, const ScriptReport &report, Session &s
     }
 }
 
+/// A script and what was found out about it.
 struct CheckedScript {
-    Bytes bytes;
-    ScriptReport report;
+    std::vector<ScriptStep> steps;
+    ScriptReport report; ///< of all steps
+    std::size_t requests = 0;
 };
 
-/// Reads a script and prints what is to be said about it. RETURNS nothing if it cannot be read,
-/// with the exit status in status.
-std::optional<CheckedScript> ReadAndCheck(const std::string &file, bool isText, ExitStatus &status,
-                                          Session &session) {
-    auto bytes = ReadScript(file, isText, status, session);
-    if (!bytes) {
-        return std::nullopt;
+/// Checks each step alone: the runner starts anew after a DDC/CI request.
+CheckedScript Check(std::vector<ScriptStep> steps) {
+    CheckedScript script{std::move(steps), {}, 0};
+    for (const ScriptStep &step : script.steps) {
+        const ScriptReport report = CheckScript(step.records);
+        ScriptReport &all = script.report;
+        all.problems.insert(all.problems.end(), report.problems.begin(), report.problems.end());
+        all.notes.insert(all.notes.end(), report.notes.begin(), report.notes.end());
+        all.problemCount += report.problemCount;
+        all.records += report.records;
+        all.outputBytes += report.outputBytes;
+        script.requests += step.ddc ? 1U : 0U;
     }
-    CheckedScript script{std::move(*bytes), {}};
-    script.report = CheckScript(script.bytes);
-    PrintReport(file, script.report, session);
     return script;
 }
 
-ExitStatus RunWithLibrary(const ScriptOptions &options, const Bytes &script,
-                          const ScriptReport &report, Session &session) {
-    std::string error;
-    const auto library = ScalerLibrary::Open(
-        options.library.empty() ? InstalledLibraryPath().string() : options.library, error);
-    if (!library) {
-        return session.Fail(kExitUsage, error);
+/// Reads a script and prints what is to be said about it. RETURNS nothing if it cannot be read,
+/// with the exit status in status.
+std::optional<CheckedScript> ReadAndCheck(const std::string &file, ScriptForm form,
+                                          ExitStatus &status, Session &session) {
+    auto input = ReadScript(file, form, status, session);
+    if (!input) {
+        return std::nullopt;
     }
-    const auto api = LibraryApi::Find(*library, error);
-    if (!api) {
-        return session.Fail(kExitUsage, error);
+    CheckedScript script = Check(std::move(input->steps));
+    PrintReport(file, script.report, session);
+    if (script.report.problemCount > 0 && !input->whyBytes.empty()) {
+        session.streams.PrintWrapped(input->whyBytes);
     }
-    if (options.virtualScaler) {
-        session.streams.PrintMessage("virtual scaler: no hardware is touched");
-    }
-    const std::string path =
-        std::filesystem::absolute(options.virtualScaler ? VirtualCommLibraryPath().string()
-                                                        : options.comm)
-            .string();
-    auto wide = WideFromUtf8(path);
-    if (!wide) {
-        return session.Fail(kExitUsage, fmt::format("{} is not valid UTF-8", path));
-    }
-    const LibraryApi::Comm comm = api->CreateComm();
-    if (comm->LoadCommDllFile(wide->data()) != 1) {
-        return session.Fail(kExitNoPlugin,
-                            fmt::format("cannot load {} as a communication library", path));
-    }
-    if (const unsigned int status = comm->Initiallize(); status != 0) {
-        return session.Fail(
-            kExitFailed,
-            fmt::format("cannot initialise the communication library (status 0x{:X})", status));
-    }
-    if (options.channel) {
-        const auto channel = static_cast<STRUCT_ENUM_COMM_ID>(*options.channel);
-        if (const unsigned int status = comm->SetCommByID(channel); status != 0) {
-            return session.Fail(kExitFailed, fmt::format("cannot select channel {} (status 0x{:X})",
-                                                         *options.channel, status));
+    return script;
+}
+
+/// The bytes of a script for those who run it themselves. RETURNS nothing, with the exit status in
+/// status, if a request has none.
+std::optional<Bytes> OnlyRecords(const std::string &file, const std::vector<ScriptStep> &steps,
+                                 ExitStatus &status, Session &session) {
+    for (const ScriptStep &step : steps) {
+        if (step.ddc) {
+            session.streams.Print(
+                Stream::Error,
+                fmt::format("{}:{}:{}: no record can express ddc; ispctl script run sends it\n",
+                            file, step.ddc->line, step.ddc->column));
+            status = kExitFailed;
         }
     }
-    const ScriptResult result = api->RunScript(script, report.outputBytes, *comm);
-    session.streams.Print(Stream::Output, HexDump(result.output));
-    session.streams.PrintMessage(DescribeScriptResult(result.code));
-    return result.code == 0 ? kExitSuccess : kExitFailed;
+    return status == kExitSuccess ? std::optional(steps.front().records) : std::nullopt;
 }
 
 ExitStatus CheckAndRun(const ScriptOptions &options, Session &session) {
     ExitStatus status = kExitSuccess;
-    const auto script = ReadAndCheck(options.file, options.text, status, session);
+    const auto script = ReadAndCheck(options.file, FormOf(options), status, session);
     if (!script) {
         return status;
     }
@@ -142,65 +109,57 @@ ExitStatus CheckAndRun(const ScriptOptions &options, Session &session) {
                                         "maximum of {}",
                                         report.outputBytes, kMaxOutput));
     }
-    return RunWithLibrary(options, script->bytes, report, session);
+    return RunSteps(options, script->steps, session);
 }
 
 } // namespace
 
-std::string DescribeScriptResult(int code) {
-    switch (code) {
-    case 0:
-        return "success";
-    case 1:
-        return "failed with 0x1: unknown opcode, or status 1 of the communication library";
-    case 2:
-        return "failed with 0x2: unsupported opcode, or status 2 of the communication library";
-    case 3:
-        return "failed with 0x3: a poll used up its tries, or status 3 of the communication "
-               "library";
-    case 6:
-        return "failed with 0x6: the communication library lacks a function that the script needs";
-    default:
-        return fmt::format("failed with 0x{:X}: status of the communication library",
-                           static_cast<unsigned int>(code));
-    }
-}
-
 ExitStatus AssembleCommand(const ScriptOptions &options, Session &session) {
     ExitStatus status = kExitSuccess;
-    const auto script = ReadAndCheck(options.file, true, status, session);
-    if (!script) {
+    const auto script = ReadAndCheck(options.file, ScriptForm::Text, status, session);
+    const auto bytes =
+        script ? OnlyRecords(options.file, script->steps, status, session) : std::nullopt;
+    if (!bytes) {
         return status;
     }
     if (options.output.empty()) {
-        session.streams.Print(Stream::Output, ByteListOfScript(script->bytes));
+        session.streams.Print(Stream::Output, ByteListOfScript(*bytes));
         return status;
     }
     std::string error;
-    const bool written = WriteOutputFile(
-        options.output, std::string(script->bytes.begin(), script->bytes.end()), error);
+    const bool written =
+        WriteOutputFile(options.output, std::string(bytes->begin(), bytes->end()), error);
     return written ? status : session.Fail(kExitFileError, error);
 }
 
 ExitStatus ListCommand(const ScriptOptions &options, Session &session) {
     ExitStatus status = kExitSuccess;
-    if (const auto script = ReadScript(options.file, false, status, session)) {
-        session.streams.Print(Stream::Output, ListScript(*script));
+    const auto script = ReadScript(options.file, FormOf(options), status, session);
+    const auto bytes =
+        script ? OnlyRecords(options.file, script->steps, status, session) : std::nullopt;
+    if (bytes) {
+        session.streams.Print(Stream::Output, ListScript(*bytes));
     }
     return status;
 }
 
 ExitStatus CheckCommand(const ScriptOptions &options, Session &session) {
     ExitStatus status = kExitSuccess;
-    const auto script = ReadAndCheck(options.file, options.text, status, session);
+    const auto script = ReadAndCheck(options.file, FormOf(options), status, session);
     if (!script) {
         return status;
     }
     const ScriptReport &report = script->report;
-    session.streams.Print(Stream::Output,
-                          fmt::format("{} bytes, {} records, {} bytes read, {} problems\n",
-                                      script->bytes.size(), report.records, report.outputBytes,
-                                      report.problemCount));
+    std::size_t bytes = 0;
+    for (const ScriptStep &step : script->steps) {
+        bytes += step.records.size();
+    }
+    session.streams.Print(
+        Stream::Output,
+        fmt::format("{} bytes, {} records, {}{} bytes read, {} problems\n", bytes, report.records,
+                    script->requests > 0 ? fmt::format("{} DDC/CI requests, ", script->requests)
+                                         : "",
+                    report.outputBytes, report.problemCount));
     return report.problems.empty() ? kExitSuccess : kExitFailed;
 }
 

@@ -12,7 +12,8 @@ namespace ispctl {
 struct ScriptOptions {
     std::string file;
     std::string output;         ///< assemble: file for the bytes; empty: print a byte list
-    bool text = false;          ///< check, run: the file is script text
+    bool text = false;          ///< check, list, run: the file is script text
+    bool binary = false;        ///< the same: it is bytes; neither: its content decides
     std::string library;        ///< run: empty: the installed one
     std::string comm;           ///< run: the communication library
     bool virtualScaler = false; ///< run: use the virtual bus
@@ -24,10 +25,6 @@ ExitStatus AssembleCommand(const ScriptOptions &options, Session &session);
 ExitStatus ListCommand(const ScriptOptions &options, Session &session);
 ExitStatus CheckCommand(const ScriptOptions &options, Session &session);
 ExitStatus RunScriptCommand(const ScriptOptions &options, Session &session);
-
-/// RETURNS the message for a result of the runner; the codes 1 to 3 are ambiguous, and the message
-/// says so.
-std::string DescribeScriptResult(int code);
 
 } // namespace ispctl
 

@@ -39,7 +39,10 @@ std::uint32_t ParseNumber(const ScriptToken &token) {
 
 } // namespace
 
-ScriptLexer::ScriptLexer(std::string_view text) : m_text(text) {
+ScriptLexer::ScriptLexer(std::string_view text, ScriptErrors &errors)
+    : m_text(text), m_errors(errors) {
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    m_text.remove_prefix(m_text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0);
     ReadToken();
 }
 
@@ -62,12 +65,11 @@ void ScriptLexer::Advance(std::size_t bytes) {
 }
 
 void ScriptLexer::SkipBlockComment() {
-    const ScriptToken opening{ScriptToken::Kind::Punctuation, "/*", 0, m_line, m_column};
     const std::size_t end = m_text.find("*/", m_pos + 2);
     if (end == std::string_view::npos) {
-        opening.Fail("unterminated comment");
+        m_errors.Add({m_line, m_column, "unterminated comment"});
     }
-    Advance(end + 2 - m_pos);
+    Advance((end == std::string_view::npos ? m_text.size() : end + 2) - m_pos);
 }
 
 void ScriptLexer::SkipWhitespace() {
@@ -84,6 +86,14 @@ void ScriptLexer::SkipWhitespace() {
             return;
         }
     }
+}
+
+void ScriptLexer::SkipCharacter() {
+    std::size_t bytes = 1;
+    while ((static_cast<unsigned char>(At(bytes)) & 0xC0U) == 0x80U) {
+        ++bytes;
+    }
+    Advance(bytes);
 }
 
 void ScriptLexer::ReadToken() {
@@ -104,11 +114,19 @@ void ScriptLexer::ReadToken() {
     } else if (c == ',' || c == '=' || c == '{' || c == '}') {
         m_token.kind = ScriptToken::Kind::Punctuation;
     } else {
-        m_token.Fail("unexpected character");
+        m_errors.Add({m_line, m_column, "unexpected character"});
+        m_token.kind = ScriptToken::Kind::Punctuation; // none that a statement accepts
+        m_token.text = m_text.substr(m_pos, 1);
+        SkipCharacter();
+        return;
     }
     m_token.text = m_text.substr(m_pos, length);
     if (m_token.kind == ScriptToken::Kind::Number) {
-        m_token.number = ParseNumber(m_token);
+        try {
+            m_token.number = ParseNumber(m_token);
+        } catch (const ScriptError &error) {
+            m_errors.Add(error);
+        }
     }
     Advance(length);
 }

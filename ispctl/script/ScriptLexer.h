@@ -3,30 +3,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
+#include "script/ScriptErrors.h"
+
 namespace ispctl {
-
-/// An error in a script text and its position. Lines and columns count from 1; a column is a
-/// character, as editors count.
-class ScriptError : public std::runtime_error {
-  public:
-    ScriptError(std::size_t line, std::size_t column, const std::string &text)
-        : std::runtime_error(text), m_line(line), m_column(column) {}
-
-    std::size_t Line() const {
-        return m_line;
-    }
-    std::size_t Column() const {
-        return m_column;
-    }
-
-  private:
-    std::size_t m_line;
-    std::size_t m_column;
-};
 
 /// One token of a script text.
 struct ScriptToken {
@@ -47,10 +29,11 @@ struct ScriptToken {
 };
 
 /// Splits a script text into tokens. Comments are /* */ and //, as in the byte lists of the C++
-/// API. Throws ScriptError.
+/// API. What is no token is reported and left out; a wrong number is 0.
 class ScriptLexer {
   public:
-    explicit ScriptLexer(std::string_view text);
+    /// \param errors  must live longer
+    ScriptLexer(std::string_view text, ScriptErrors &errors);
 
     const ScriptToken &Current() const {
         return m_token;
@@ -62,12 +45,14 @@ class ScriptLexer {
     void ReadToken();
     void SkipWhitespace();
     void SkipBlockComment();
+    void SkipCharacter();
     void Advance(std::size_t bytes);
     char At(std::size_t offset) const {
         return m_pos + offset < m_text.size() ? m_text[m_pos + offset] : '\0';
     }
 
     std::string_view m_text;
+    ScriptErrors &m_errors;
     std::size_t m_pos = 0;
     std::size_t m_line = 1;
     std::size_t m_column = 1;

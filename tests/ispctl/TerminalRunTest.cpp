@@ -34,7 +34,7 @@ TEST_F(TerminalRun, Message_is_printed_above_progress_bar) {
               "\r\033[K[####################--------------------]  50 %"
               "\r\033[Khello\r\n"
               "\r\033[K[####################--------------------]  50 %"
-              "\r\033[Kispctl: failed with 0x9 at 50 %: error code of the plug-in (see its "
+              "\r\033[Kispctl: failed with 0x9 at 50 %: error code of the plug-in (see its\r\n  "
               "documentation); the state of the "
               "device is unknown\r\n");
 }
@@ -42,7 +42,7 @@ TEST_F(TerminalRun, Message_is_printed_above_progress_bar) {
 TEST_F(TerminalRun, Text_of_library_replaces_progress_bar) {
     EXPECT_THAT(OnTerminal({"progress:50", "out:\\e[31mFail!\\n\\e[m", "result:9"}),
                 EndsWith("50 %\r\033[K\033[31mFail!\r\n\033[m"
-                         "ispctl: failed with 0x9 at 50 %: error code of the plug-in (see its "
+                         "ispctl: failed with 0x9 at 50 %: error code of the plug-in (see its\r\n  "
                          "documentation); the state of the "
                          "device is unknown\r\n"));
 }

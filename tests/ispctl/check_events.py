@@ -9,11 +9,16 @@ import tempfile
 
 STATION = ["--virtual", "--wait", "20", "--station", "RECORDS", "--tag", "serial=4711"]
 STATUSES = {
-    # arguments after "run --json", the expected exit status
+    # arguments after "ispctl run --json", or all of them if they have --json; the expected exit status
     "success": (["--virtual", "--isp", "--fw", "FW"], 0),
     "error of the plug-in": (["--virtual", "--allow", "unwritable-file", "--dumpflash", "--dumplen", "9",
                               "--dumpname", "/no/x.bin"], 1),
     "usage": ([], 2),
+    "misspelt option": (["run", "--virtul", "--json"], 2),
+    "unknown command": (["rnu", "--json"], 2),
+    "usage of explain": (["explain", "--json"], 2),
+    "usage of doctor": (["doctor", "--json", "more"], 2),
+    "usage of script": (["script", "--json"], 2),
     "no library": (["--lib", "/no/lib.so", "--isp", "--fw", "FW"], 2),
     "refused by findings": (["--virtual", "--isp", "--bnak", "3", "--fw", "FW", "--signfile", "\x1b[2J"], 4),
     "refused by the library": (["--virtual", "--verbatim", "--isp"], 4),
@@ -65,7 +70,8 @@ def main():
         instances = []
         files = {"FW": firmware, "RECORDS": os.path.join(folder, "records")}
         for name, (words, status) in STATUSES.items():
-            line = [ispctl, "run", "--json"] + [files.get(word, word) for word in words]
+            words = words if "--json" in words else ["run", "--json"] + words
+            line = [ispctl] + [files.get(word, word) for word in words]
             done = subprocess.run(line, capture_output=True, env=environment, check=False)
             events = [json.loads(text) for text in done.stdout.decode("utf-8").splitlines()]
             last = events[-1] if events else {}

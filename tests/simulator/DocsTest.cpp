@@ -61,6 +61,22 @@ TEST(VirtualScalerCodes, File_gives_meaning_and_remedy_of_every_plugin_code) {
     }
 }
 
+TEST(VirtualScalerCodes, File_gives_meaning_and_remedy_of_every_bus_status) {
+    std::ifstream file(VIRTUAL_COMM_CODES);
+    std::ostringstream codes;
+    codes << file.rdbuf();
+    for (const Row &row : {
+#define ROW(NAME, VALUE, MEANING) Row{VALUE, MEANING},
+             VIRTUAL_BUS_STATUSES(ROW)
+#undef ROW
+         }) {
+        char line[200];
+        std::snprintf(line, sizeof line, "\n0x%X %s | ", static_cast<unsigned>(row.code),
+                      row.meaning);
+        EXPECT_THAT(codes.str(), testing::HasSubstr(line));
+    }
+}
+
 TEST(VirtualScalerPage, Codes_differ_from_those_of_library) {
     for (const Row &row : kRows) {
         EXPECT_TRUE(row.code == 0 || (row.code >= 0x5A01 && row.code <= 0x5BFF)) << row.meaning;

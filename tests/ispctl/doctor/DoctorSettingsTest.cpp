@@ -110,7 +110,7 @@ TEST_F(DoctorSettings, Endless_and_huge_files_are_never_read) {
 TEST_F(DoctorSettings, User_defined_keys_are_checked) {
     const std::string file = "IspUserDefined.txt";
     EXPECT_THAT(BadWith(file, "[UserDefinedInfo]\nModelName=M27\nRecordSIMode=0\n"), IsEmpty());
-    EXPECT_THAT(BadWith(file, "[UserDefinedInfo]\nModelname=M27\n"),
+    EXPECT_THAT(BadWith(file, "[UserDefinedInfo]\nModel=M27\n"),
                 ElementsAre("user-defined-unknown-key"));
     EXPECT_THAT(BadWith(file, "[UserDefinedInfo]\nIgnoreSIName=yes\n"),
                 ElementsAre("user-defined-not-a-number"));

@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <gmock/gmock.h>
 
 #include "ConsoleProcess.h"
@@ -130,6 +131,75 @@ TEST_F(ScriptRun, Errors_name_file_line_and_column) {
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err, text + ":2:1: missing operand value of WriteReg\n");
+}
+
+TEST_F(ScriptRun, All_errors_of_text_are_reported_at_once) {
+    const std::string text = m_folder.Write("a.script", "WriteReg 1\nScalerRun\nWait x\n");
+    for (const char *command : {"assemble", "list", "check"}) {
+        const ConsoleResult result = RunConsole({"script", command, text});
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.out, "");
+        EXPECT_EQ(result.err, text + ":1:1: missing operand value of WriteReg\n" + text +
+                                  ":3:6: unknown constant x\n");
+    }
+}
+
+TEST_F(ScriptRun, Text_and_bytes_need_no_option) {
+    const std::string text = m_folder.Write("a.script", "WriteReg 1, 2\n");
+    const std::string bytes = m_folder.Write("a.bin", "\x03\x01\x02");
+    for (const std::string &file : {text, bytes}) {
+        EXPECT_EQ(RunConsole({"script", "check", file}).out,
+                  "3 bytes, 1 records, 0 bytes read, 0 problems\n");
+        EXPECT_EQ(RunConsole({"script", "list", file}).out, "WriteReg addr = 0x01, value = 0x02\n");
+    }
+    const ConsoleResult forced = RunConsole({"script", "check", "--binary", text});
+    EXPECT_EQ(forced.status, 1);
+    EXPECT_THAT(forced.err, HasSubstr("offset 0: unknown opcode 0x57"));
+}
+
+TEST_F(ScriptRun, Bytes_with_problems_say_why_they_are_no_text) {
+    const std::string file = m_folder.Write("a.script", "Wait 1\n\x01");
+    const ConsoleResult result = RunConsole({"script", "check", file});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.err, HasSubstr("was read as bytes, because its byte 7"));
+    EXPECT_THAT(result.err, HasSubstr("--text"));
+}
+
+TEST_F(ScriptRun, Request_reaches_bus_between_records) {
+    const ConsoleResult result = Run("ReadReg 1\nddc set 0x10 50\nReadReg 2\nddc get 0x10\n");
+    EXPECT_EQ(result.out, "0000  A1                                               .\n"
+                          "0000  A2                                               .\n");
+    EXPECT_EQ(result.err,
+              "comm Initiallize\ncomm ReadReg 1\ncomm I2CWrite 6E 51 6 84 03 10 00 32 9A\n"
+              "comm ReadReg 2\ncomm I2CWrite 6E 51 4 82 01 10 AC\ncomm I2CCurrentRead 6E B\n"
+              "ispctl: failed in line 4 (ddc): the display sends no DDC/CI answer\n");
+    EXPECT_EQ(result.status, 1);
+}
+
+TEST_F(ScriptRun, Request_has_no_bytes) {
+    const std::string text = m_folder.Write("a.script", "ScalerRun\n  ddc get 0x10\n");
+    for (const char *command : {"assemble", "list"}) {
+        const ConsoleResult result = RunConsole({"script", command, text});
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.out, "");
+        EXPECT_EQ(result.err,
+                  text + ":2:3: no record can express ddc; ispctl script run sends it\n");
+    }
+    EXPECT_EQ(RunConsole({"script", "check", text}).out,
+              "1 bytes, 1 records, 1 DDC/CI requests, 0 bytes read, 0 problems\n");
+}
+
+TEST_F(ScriptRun, Status_comes_with_words_beside_library) {
+    const EnvGuard fails("RECORDING_COMM_FAILS", "WriteReg");
+    const std::string comm = m_folder.Path("libComm.dylib");
+    std::filesystem::copy_file(RECORDING_COMM, comm);
+    m_folder.Write("libComm.codes", "9 the cable is not connected | connect it\n");
+    const std::string script = m_folder.Write("a.script", "WriteReg 1, 2\n");
+    const ConsoleResult result =
+        RunConsole({"script", "run", "--lib", REAL_LIBRARY, "--comm", comm, script});
+    EXPECT_THAT(result.err,
+                HasSubstr("ispctl: failed with 0x9: status of the communication library: the "
+                          "cable\n  is not connected; connect it\n"));
 }
 
 } // namespace

@@ -1,16 +1,25 @@
 #include "script/ScriptText.h"
 
+#include <optional>
 #include <random>
+#include <string>
 
 #include <gtest/gtest.h>
 
-#include "script/ScriptLexer.h"
+#include "script/ScriptInput.h"
 
 namespace {
 
-using ispctl::AssembleScript;
 using ispctl::ListScript;
 using Bytes = std::vector<std::uint8_t>;
+
+/// Of a text without errors and DDC/CI requests.
+Bytes AssembleScript(const std::string &text) {
+    const ispctl::AssembledScript script = ispctl::AssembleScript(text);
+    EXPECT_TRUE(script.errors.First().empty()) << text;
+    EXPECT_EQ(script.steps.size(), 1U) << text;
+    return script.steps.front().records;
+}
 
 struct Row {
     const char *text;
@@ -79,14 +88,14 @@ struct ErrorRow {
     const char *error;
 };
 
+/// All errors, separated by newlines; "none" without any.
 std::string ErrorOf(const std::string &text) {
-    try {
-        AssembleScript(text);
-        return "none";
-    } catch (const ispctl::ScriptError &error) {
-        return std::to_string(error.Line()) + ":" + std::to_string(error.Column()) + ": " +
-               error.what();
+    std::string all;
+    for (const auto &[line, error] : ispctl::AssembleScript(text).errors.First()) {
+        all += (all.empty() ? "" : "\n") + std::to_string(line) + ":" +
+               std::to_string(error.Column()) + ": " + error.what();
     }
+    return all.empty() ? "none" : all;
 }
 
 TEST(ScriptText, Error_contains_position_and_reason) {
@@ -126,9 +135,86 @@ TEST(ScriptText, Error_contains_position_and_reason) {
         {"Wait -1", "1:6: unexpected character"},
         {"Wait 1 /* x", "1:8: unterminated comment"},
         {"/* \xC3\xA4 */ Wait \xC3\xA4", "1:14: unexpected character"},
+        {"const a = a", "1:11: unknown constant a"},
+        {"ddc", "1:4: expected get or set"},
+        {"ddc read 0x10", "1:5: expected get or set"},
+        {"ddc get", "1:8: expected a number"},
+        {"ddc get 0x100", "1:9: 0x100 does not fit in feature (1 byte)"},
+        {"ddc set 0x10", "1:13: expected a number"},
+        {"ddc set 0x10 0x10000", "1:14: 0x10000 does not fit in value (2 bytes)"},
+        {"ddc get 0x10 5", "1:14: expected end of line"},
     };
     for (const ErrorRow &row : rows) {
         EXPECT_EQ(ErrorOf(row.text), row.error) << row.text;
+    }
+}
+
+TEST(ScriptText, All_lines_with_errors_are_reported_at_once) {
+    const ErrorRow rows[] = {
+        {"WriteReg 1,\nScalerRun\nWait -1 -2\nReadReg 0x100\nScalerStop\n# remark\nWait 1 2",
+         "1:12: expected a number\n3:6: unexpected character\n"
+         "4:9: 0x100 does not fit in addr (1 byte)\n6:1: unexpected character\n"
+         "7:8: expected ','"},
+        {"bytes {1,\n2 3,\n4}\nWait x", "2:3: expected ','\n4:6: unknown constant x"},
+        {"bytes {1, x\nWait 5\nWait y", "1:11: unknown constant x\n3:6: unknown constant y"},
+        {"const a = 0x\nWait a\nconst b 2\nWait b", "1:11: 0x is not a number\n"
+                                                    "3:9: expected '='"},
+        {"Weit 1\nWait 1\n/* open", "1:1: unknown statement Weit\n3:1: unterminated comment"},
+    };
+    for (const ErrorRow &row : rows) {
+        EXPECT_EQ(ErrorOf(row.text), row.error) << row.text;
+    }
+}
+
+TEST(ScriptText, First_1000_lines_with_errors_are_kept_and_all_counted) {
+    std::string text;
+    for (int i = 0; i < 1500; ++i) {
+        text += "# # #\n";
+    }
+    const ispctl::AssembledScript script = ispctl::AssembleScript(text);
+    EXPECT_EQ(script.errors.First().size(), 1000U);
+    EXPECT_EQ(script.errors.Unlisted(), 500U);
+}
+
+TEST(ScriptText, Byte_order_mark_is_skipped) {
+    EXPECT_EQ(AssembleScript("\xEF\xBB\xBFScalerRun"), (Bytes{1}));
+}
+
+TEST(ScriptText, Requests_stand_between_records) {
+    const auto steps = ispctl::AssembleScript("ScalerRun\nddc get 0x10\nconst k = 0x60\n"
+                                              "ddc set k, 0x0102\nScalerStop\nScalerRun")
+                           .steps;
+    ASSERT_EQ(steps.size(), 3U);
+    EXPECT_EQ(steps[0].records, (Bytes{1}));
+    EXPECT_EQ(steps[0].ddc->request.kind, ispctl::DdcRequest::Kind::Get);
+    EXPECT_EQ(steps[0].ddc->request.feature, 0x10);
+    EXPECT_EQ(steps[0].ddc->line, 2U);
+    EXPECT_EQ(steps[1].records, Bytes());
+    EXPECT_EQ(steps[1].ddc->request.kind, ispctl::DdcRequest::Kind::Set);
+    EXPECT_EQ(steps[1].ddc->request.feature, 0x60);
+    EXPECT_EQ(steps[1].ddc->request.value, 0x0102);
+    EXPECT_EQ(steps[2].records, (Bytes{2, 1}));
+    EXPECT_FALSE(steps[2].ddc.has_value());
+}
+
+struct FormRow {
+    std::string content;
+    std::optional<std::size_t> binaryAt;
+};
+
+TEST(ScriptText, Text_is_told_from_bytes_by_its_content) {
+    const FormRow rows[] = {
+        {"", {}},
+        {"WriteReg 1, 2\r\n\t// x\n", {}},
+        {"\n\xC3\xA4", {}},
+        {"// \xE4", {}}, // ISO-8859-1
+        {"\x01", 0},
+        {std::string("\x03\x10\x20", 3), 0},
+        {std::string("Wait\0", 5), 4},
+        {"\x09\xA0\x80", 0}, // I2CRead 0xA0, 0x80
+    };
+    for (const FormRow &row : rows) {
+        EXPECT_EQ(ispctl::FirstByteOfBinary(row.content), row.binaryAt) << row.content;
     }
 }
 

@@ -1,0 +1,26 @@
+#include "Session.h"
+
+#include "JsonEvents.h"
+#include "Utf8.h"
+
+namespace ispctl {
+
+ExitStatus Session::Fail(ExitStatus status, std::string_view text) {
+    streams.PrintWrapped(text);
+    if (!json) {
+        return status;
+    }
+    const std::string event =
+        JsonEvents::NotCalled(status, link != nullptr ? "open" : "usage", text, {}, Charset::Ascii);
+    if (link == nullptr) {
+        streams.Write(Stream::Output, event);
+    } else {
+        // What this process writes is captured; only ispctl's own standard output is JSON.
+        const std::wstring wide = WideFromUtf8(event).value_or(L"");
+        link->Send(FrameKind::Message, {reinterpret_cast<const char *>(wide.data()),
+                                        std::min(wide.size(), kMaxMessage) * sizeof(wchar_t)});
+    }
+    return status;
+}
+
+} // namespace ispctl

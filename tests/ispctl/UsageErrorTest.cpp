@@ -1,0 +1,76 @@
+// Usage errors of every command with --json: the result event, whatever cannot be parsed.
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include "ConsoleProcess.h"
+
+namespace {
+
+using testing::HasSubstr;
+using Json = nlohmann::json;
+using Words = std::vector<std::string>;
+
+struct Row {
+    Words arguments;
+    const char *meaning; ///< a part
+};
+
+const Row kRows[] = {
+    {{"run", "--json"}, "no arguments for the library"},
+    {{"run", "--virtul", "--json"}, "did you mean --virtual?"},
+    {{"run", "--json", "--virtul"}, "did you mean --virtual?"},
+    {{"run", "--virtul", "--log", "x", "--json"}, "did you mean --virtual?"},
+    {{"run", "--json", "--virtual", "--lib", "x", "--isp"}, "--lib"},
+    {{"run", "--json", "--allow", "no-efect", "--isp"}, "did you mean no-effect?"},
+    {{"run", "--json", "--lib", "/no/lib.so", "--isp"}, "/no/lib.so does not exist"},
+    {{"run", "--dry-run", "--json"}, "no arguments for the library"},
+    {{"explain", "--json"}, "no arguments for the library"},
+    {{"explain", "--virtul", "--json"}, "did you mean --virtual?"},
+    {{"explain", "--json", "--decode", "x", "--isp"}, "--decode"},
+    {{"explain", "--json", "--lib", "/no/lib.so", "--isp"}, "/no/lib.so does not exist"},
+    {{"doctor", "--json", "--virtul"}, "did you mean --virtual?"},
+    {{"doctor", "--json", "more"}, "more"},
+    {{"paths", "--jsn", "--json"}, "did you mean --json?"},
+    {{"script", "--json"}, "subcommand"},
+    {{"rnu", "--json"}, "did you mean run?"},
+    {{"--json"}, ""},
+};
+
+TEST(UsageErrors, Result_event_ends_output_of_every_command_with_json) {
+    for (const Row &row : kRows) {
+        SCOPED_TRACE(testing::PrintToString(row.arguments));
+        const ConsoleResult result = RunConsole(row.arguments);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_NE(result.err, "");
+        const Json event = Json::parse(result.out, nullptr, false);
+        ASSERT_TRUE(event.is_object()) << result.out;
+        EXPECT_EQ(event["event"], "result");
+        EXPECT_EQ(event["status"], 2);
+        EXPECT_EQ(event["source"], "ispctl");
+        EXPECT_THAT(event["meaning"], HasSubstr(row.meaning));
+    }
+}
+
+TEST(UsageErrors, Misspelt_option_before_library_arguments_keeps_json) {
+    const ConsoleResult result =
+        RunConsole({"run", "--lib", REAL_LIBRARY, "--verbatm", "--json", "--resetmcu"});
+    EXPECT_EQ(result.status, 4);
+    EXPECT_EQ(Json::parse(result.out, nullptr, false)["findings"][0]["name"], "ispctl-option");
+}
+
+TEST(UsageErrors, Json_after_library_arguments_is_not_an_option_of_ispctl) {
+    EXPECT_EQ(RunConsole({"run", "--lib", REAL_LIBRARY, "--resetmcu", "--json"}).out, "");
+    EXPECT_EQ(RunConsole({"run", "--lib", REAL_LIBRARY, "--", "--json"}).out, "");
+}
+
+TEST(UsageErrors, Standard_output_is_empty_without_json) {
+    for (const Words &arguments : {Words{"run"}, Words{"explain"}, Words{"doctor", "more"},
+                                   Words{"rnu"}, Words{"run", "--virtul"}}) {
+        const ConsoleResult result = RunConsole(arguments);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_EQ(result.out, "");
+    }
+}
+
+} // namespace
