@@ -12,7 +12,7 @@ namespace ispctl {
     X(kExitSuccess, 0, "success") \
     X(kExitFailed, 1, "failed, or the input is wrong") \
     X(kExitUsage, 2, "usage error of ispctl itself, or the library could not be opened") \
-    X(kExitFindings, 3, "findings that the library would accept (explain, doctor)") \
+    X(kExitFindings, 3, "findings that the library would accept (explain, doctor, check-plugin)") \
     X(kExitRefused, 4, "refused: by a finding about the command line, or by the library") \
     X(kExitNoPlugin, 5, "no usable plug-in") \
     X(kExitBadSignature, 6, "the firmware signature is invalid") \

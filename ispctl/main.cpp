@@ -20,6 +20,7 @@
 #include "ParserEnd.h"
 #include "RunCommand.h"
 #include "Session.h"
+#include "check/AddCheckPlugin.h"
 #include "chip/LibraryChoice.h"
 #include "doctor/AddDoctor.h"
 #include "edid/AddEdid.h"
@@ -166,6 +167,8 @@ ispctl::ExitStatus Main(ispctl::Session &session, ispctl::RunOptions &runOptions
     ispctl::AddEdid(app, edidOptions, session, status);
     ispctl::doctor::AllOptions doctorOptions;
     ispctl::doctor::AddDoctor(app, doctorOptions, session, status);
+    ispctl::check::CheckOptions checkOptions;
+    ispctl::check::AddCheckPlugin(app, checkOptions, session, status);
     ispctl::ExplainOptions explainOptions;
     CLI::App *explain = ispctl::AddExplain(app, explainOptions, session, status);
     ispctl::SummaryOptions summaryOptions;

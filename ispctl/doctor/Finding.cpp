@@ -23,6 +23,13 @@ const FindingRow &RowOf(FindingId id) {
     return kRows[static_cast<std::size_t>(id)];
 }
 
+std::optional<FindingId> FindFinding(std::string_view name) {
+    const auto *row = std::find_if(std::begin(kRows), std::end(kRows),
+                                   [&](const FindingRow &r) { return r.name == name; });
+    return row != std::end(kRows) ? std::optional(static_cast<FindingId>(row - kRows))
+                                  : std::nullopt;
+}
+
 std::string_view NameOf(FindingClass severity) {
     constexpr std::string_view kNames[] = {"ok", "remark", "warning", "error"};
     return kNames[static_cast<std::size_t>(severity)];

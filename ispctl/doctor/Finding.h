@@ -2,6 +2,7 @@
 #define ISPCTL_DOCTOR_FINDING_H
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,6 +25,8 @@ struct FindingRow {
     std::string_view remedy;
 };
 const FindingRow &RowOf(FindingId id);
+/// Nothing if no finding has this name.
+std::optional<FindingId> FindFinding(std::string_view name);
 
 /// "ok", "remark", "warning" or "error".
 std::string_view NameOf(FindingClass severity);

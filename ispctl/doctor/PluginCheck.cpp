@@ -5,7 +5,48 @@
 #include "doctor/Probe.h"
 
 namespace ispctl::doctor {
-namespace {
+const char *NameOf(PluginRole role) {
+    return role == PluginRole::Isp ? "isp" : "sign";
+}
+
+LoadFindings FindingsOfPlugin(FindingId missing) {
+    return {missing,
+            FindingId::PluginUnreadable,
+            FindingId::PluginNotFile,
+            FindingId::PluginWrongType,
+            FindingId::PluginWrongSystem,
+            FindingId::PluginWrongArchitecture,
+            FindingId::PluginSymbol,
+            FindingId::PluginDependency,
+            FindingId::PluginNotLoaded};
+}
+
+LoadFindings FindingsOf(PluginRole role) {
+    return FindingsOfPlugin(role == PluginRole::Isp ? FindingId::PluginMissing
+                                                    : FindingId::SignPluginMissing);
+}
+
+bool CheckFile(const std::string &file, const LoadFindings &findings, Report &report) {
+    std::string description;
+    if (!CheckLoadable(file, findings, report, description)) {
+        return false;
+    }
+    report.Add(FindingId::PluginType, file, description);
+    return true;
+}
+
+bool ReportLoading(const std::string &file, const LoadFindings &findings,
+                   const ProbeOutcome &outcome, Report &report) {
+    if (const Notice *refused = outcome.Find("not-loaded"); refused != nullptr) {
+        ReportLoader(file, refused->back(), findings, report);
+        return false;
+    }
+    if (outcome.Find("loaded") == nullptr) {
+        return false;
+    }
+    report.Add(FindingId::PluginLoads, file);
+    return true;
+}
 
 void ReportFunctions(const std::string &file, PluginRole role, const ProbeOutcome &outcome,
                      Report &report) {
@@ -28,50 +69,21 @@ void ReportFunctions(const std::string &file, PluginRole role, const ProbeOutcom
     }
 }
 
-} // namespace
-
-const char *NameOf(PluginRole role) {
-    return role == PluginRole::Isp ? "isp" : "sign";
-}
-
-const LoadFindings &FindingsOf(PluginRole role) {
-    static constexpr auto kOf = [](FindingId missing) {
-        return LoadFindings{missing,
-                            FindingId::PluginUnreadable,
-                            FindingId::PluginNotFile,
-                            FindingId::PluginWrongType,
-                            FindingId::PluginWrongSystem,
-                            FindingId::PluginWrongArchitecture,
-                            FindingId::PluginSymbol,
-                            FindingId::PluginDependency,
-                            FindingId::PluginNotLoaded};
-    };
-    static constexpr LoadFindings kIsp = kOf(FindingId::PluginMissing);
-    static constexpr LoadFindings kSign = kOf(FindingId::SignPluginMissing);
-    return role == PluginRole::Isp ? kIsp : kSign;
-}
-
 bool CheckPlugin(const Places &places, PluginRole role, bool libraryWorks, Report &report,
                  WriteAccess &access) {
     const auto &path = role == PluginRole::Isp ? places.ispPlugin : places.signPlugin;
     const std::string file = path.string();
-    std::string description;
-    if (!CheckLoadable(file, FindingsOf(role), report, description)) {
+    const LoadFindings findings = FindingsOf(role);
+    if (!CheckFile(file, findings, report)) {
         return true;
     }
-    report.Add(FindingId::PluginType, file, description);
     access.Check(path);
     const std::string library = libraryWorks ? places.library.string() : "";
     const ProbeOutcome outcome = RunProbe({kProbeCommand, NameOf(role), library, file});
     if (outcome.interrupted) {
         return false;
     }
-    if (const Notice *refused = outcome.Find("not-loaded"); refused != nullptr) {
-        ReportLoader(file, refused->back(), FindingsOf(role), report);
-        return true;
-    }
-    if (outcome.Find("loaded") != nullptr) {
-        report.Add(FindingId::PluginLoads, file);
+    if (ReportLoading(file, findings, outcome, report)) {
         ReportFunctions(file, role, outcome, report);
     }
     if (!outcome.end.empty()) {

@@ -5,15 +5,33 @@
 #include "doctor/LoadableFile.h"
 #include "doctor/Places.h"
 #include "doctor/PluginProbe.h"
+#include "doctor/Probe.h"
 #include "doctor/WriteAccess.h"
 
 namespace ispctl::doctor {
 
 /// The argument of the probing process that names a role.
 const char *NameOf(PluginRole role);
+/// The same for a plug-in whose role is not known.
+inline constexpr const char *kBothRoles = "isp-or-sign";
 
 /// What is reported about a plug-in that cannot be loaded.
-const LoadFindings &FindingsOf(PluginRole role);
+/// \param missing  the finding if its file does not exist
+LoadFindings FindingsOfPlugin(FindingId missing);
+/// The same for the plug-in that the library looks for in this role.
+LoadFindings FindingsOf(PluginRole role);
+
+/// Checks a plug-in's file as far as that is possible without loading it: existence, type,
+/// architecture. RETURNS whether the loader can be asked.
+bool CheckFile(const std::string &file, const LoadFindings &findings, Report &report);
+
+/// Reports what the process that loaded a plug-in has seen. RETURNS whether it was loaded.
+bool ReportLoading(const std::string &file, const LoadFindings &findings,
+                   const ProbeOutcome &outcome, Report &report);
+
+/// Reports each function of a loaded plug-in as present or missing.
+void ReportFunctions(const std::string &file, PluginRole role, const ProbeOutcome &outcome,
+                     Report &report);
 
 /// Checks one plug-in: existence, type, architecture, whether it can be loaded, its functions, who
 /// may replace it.

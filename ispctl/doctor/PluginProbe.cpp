@@ -60,8 +60,8 @@ std::span<const PluginFunction> FunctionsOf(PluginRole role) {
                                    : std::span<const PluginFunction>(kSignFunctions);
 }
 
-void ProbePlugin(const std::string &library, const std::string &plugin, PluginRole role,
-                 ParentLink &link) {
+void ProbePlugin(const std::string &library, const std::string &plugin,
+                 std::initializer_list<PluginRole> roles, ParentLink &link) {
     // A plug-in may depend on the library; in a run it is there.
     std::string ignored;
     if (!library.empty()) {
@@ -75,9 +75,11 @@ void ProbePlugin(const std::string &library, const std::string &plugin, PluginRo
         return;
     }
     Send(link, {"loaded"});
-    for (const PluginFunction &function : FunctionsOf(role)) {
-        if (::dlsym(handle, function.name) != nullptr) {
-            Send(link, {"function", function.name});
+    for (const PluginRole role : roles) {
+        for (const PluginFunction &function : FunctionsOf(role)) {
+            if (::dlsym(handle, function.name) != nullptr) {
+                Send(link, {"function", function.name});
+            }
         }
     }
     ::dlclose(handle);

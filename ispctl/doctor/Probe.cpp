@@ -13,9 +13,10 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::seconds kTimeLimit{5};
 // Enough for every function and candidate; a plug-in may have found the pipe and flood it.
 constexpr std::size_t kMostNotices = 10000;
+// UNITS: bytes.
+constexpr std::size_t kMostPrinted = 65536;
 
 Notice NoticeOf(const std::string &payload) {
     Notice notice;
@@ -27,27 +28,34 @@ Notice NoticeOf(const std::string &payload) {
     return notice;
 }
 
-void TakeNotices(ChildProcess &child, ProbeOutcome &outcome) {
+// RETURNS whether there was a notice that begins with this word.
+bool TakeNotices(ChildProcess &child, ProbeOutcome &outcome, const std::string &word) {
+    bool found = false;
     try {
         while (const auto frame = child.NextFrame()) {
+            const Notice notice = NoticeOf(frame->payload);
+            found = found || notice.front() == word;
             if (outcome.notices.size() < kMostNotices) {
-                outcome.notices.push_back(NoticeOf(frame->payload));
+                outcome.notices.push_back(notice);
             }
             child.Answer();
         }
-        child.DrainAvailable([](Stream, std::string_view) {});
+        child.DrainAvailable([&](Stream, std::string_view text) {
+            outcome.printed += text.substr(0, kMostPrinted - outcome.printed.size());
+        });
     } catch (const std::exception &) {
         child.StopListening();
     }
+    return found;
 }
 
-std::string WordsOfEnd(int status, bool timedOut) {
-    if (timedOut) {
-        return fmt::format("blocks the process for more than {} seconds", kTimeLimit.count());
+std::string WordsOfEnd(const ProbeOutcome &outcome, const ProbeLimit &limit) {
+    if (outcome.timedOut) {
+        return fmt::format("blocks the process for more than {} seconds", limit.time.count());
     }
-    return WIFSIGNALED(status)
-               ? fmt::format("ends the process ({})", NameOfSignal(WTERMSIG(status)))
-               : fmt::format("ends the process (exit status {})", WEXITSTATUS(status));
+    return WIFSIGNALED(outcome.status)
+               ? fmt::format("ends the process ({})", NameOfSignal(WTERMSIG(outcome.status)))
+               : fmt::format("ends the process (exit status {})", WEXITSTATUS(outcome.status));
 }
 
 } // namespace
@@ -67,26 +75,28 @@ const Notice *ProbeOutcome::Find(const std::string &word) const {
     return found != notices.end() ? &*found : nullptr;
 }
 
-ProbeOutcome RunProbe(const std::vector<std::string> &arguments) {
+ProbeOutcome RunProbe(const std::vector<std::string> &arguments, const ProbeLimit &limit) {
     ProbeOutcome outcome;
     ChildProcess child(arguments, ChildProcess::Ordering::OnePipe, RunSignals::Stop::AtFirst);
-    const auto deadline = Clock::now() + kTimeLimit;
-    bool timedOut = false;
+    auto deadline = Clock::now() + limit.time;
     while (!child.Status()) {
         const auto left =
             std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
         if (left <= 0) {
-            timedOut = true;
+            outcome.timedOut = true;
             child.Kill();
         }
         child.Wait(static_cast<int>(std::max<long long>(left, 10)));
         child.DrainSignals();
-        TakeNotices(child, outcome);
+        if (TakeNotices(child, outcome, limit.restart)) {
+            deadline = Clock::now() + limit.time;
+        }
     }
-    TakeNotices(child, outcome);
+    TakeNotices(child, outcome, limit.restart);
     outcome.interrupted = RunSignals::HasStopped();
+    outcome.status = child.Status().value_or(0);
     if (outcome.Find(kProbeEnd) == nullptr) {
-        outcome.end = WordsOfEnd(child.Status().value_or(0), timedOut);
+        outcome.end = WordsOfEnd(outcome, limit);
     }
     return outcome;
 }

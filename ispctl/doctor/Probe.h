@@ -1,6 +1,7 @@
 #ifndef ISPCTL_DOCTOR_PROBE_H
 #define ISPCTL_DOCTOR_PROBE_H
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,9 @@ struct ProbeOutcome {
     std::vector<Notice> notices;
     bool interrupted = false; ///< the user stopped it
     std::string end; ///< if it did not reach its end: how it ended, "ends the process (…)"
+    bool timedOut = false;
+    int status = 0;      ///< from waitpid
+    std::string printed; ///< the beginning of what it wrote to its standard streams
 
     /// The first notice that begins with this word, or null.
     const Notice *Find(const std::string &word) const;
@@ -31,9 +35,15 @@ inline constexpr const char *kProbeCommand = "doctor-probe";
 /// The word with which a process reports that nothing is left to do.
 inline constexpr const char *kProbeEnd = "end";
 
-/// Runs `ispctl ARGUMENTS` as the process that opens libraries, and drops what it prints. A process
-/// that takes longer than five seconds is ended. Throws std::system_error if it cannot be started.
-ProbeOutcome RunProbe(const std::vector<std::string> &arguments);
+/// How long such a process may take.
+struct ProbeLimit {
+    std::chrono::seconds time{5};
+    std::string restart; ///< a notice that begins with this word starts the time again
+};
+
+/// Runs `ispctl ARGUMENTS` as the process that opens libraries. A process that exceeds the limit is
+/// ended. Throws std::system_error if it cannot be started.
+ProbeOutcome RunProbe(const std::vector<std::string> &arguments, const ProbeLimit &limit = {});
 
 } // namespace ispctl::doctor
 

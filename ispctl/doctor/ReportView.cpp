@@ -34,7 +34,7 @@ Json JsonOf(const Finding &finding) {
 
 } // namespace
 
-void ShowText(const Report &report, ConsoleStreams &streams) {
+void ShowFindings(const Report &report, ConsoleStreams &streams) {
     constexpr std::size_t kTextColumn = 11;
     const TextLayout layout{static_cast<std::size_t>(ConsoleStreams::Width(Stream::Output)),
                             kTextColumn};
@@ -55,10 +55,26 @@ void ShowText(const Report &report, ConsoleStreams &streams) {
                                                    std::string(kTextColumn, ' ') + "remedy: "));
         }
     }
-    streams.Write(Stream::Output, fmt::format("{} errors, {} warnings, {} remarks\n",
-                                              report.Count(FindingClass::Error),
-                                              report.Count(FindingClass::Warning),
-                                              report.Count(FindingClass::Remark)));
+}
+
+std::string CountsOf(const Report &report) {
+    return fmt::format("{} errors, {} warnings, {} remarks", report.Count(FindingClass::Error),
+                       report.Count(FindingClass::Warning), report.Count(FindingClass::Remark));
+}
+
+void AddFindings(const Report &report, Json &document) {
+    for (const FindingClass severity : kClasses) {
+        document["counts"][NameOf(severity)] = report.Count(severity);
+    }
+    Json &findings = document["findings"] = Json::array();
+    for (const Finding &finding : report.Findings()) {
+        findings.push_back(JsonOf(finding));
+    }
+}
+
+void ShowText(const Report &report, ConsoleStreams &streams) {
+    ShowFindings(report, streams);
+    streams.Write(Stream::Output, CountsOf(report) + "\n");
 }
 
 void ShowJson(const Places &places, const Report &report, ExitStatus status,
@@ -67,13 +83,7 @@ void ShowJson(const Places &places, const Report &report, ExitStatus status,
     SetText(document, "library", places.library.string());
     SetText(document, "directory", places.directory.string());
     document["status"] = static_cast<int>(status);
-    for (const FindingClass severity : kClasses) {
-        document["counts"][NameOf(severity)] = report.Count(severity);
-    }
-    Json &findings = document["findings"] = Json::array();
-    for (const Finding &finding : report.Findings()) {
-        findings.push_back(JsonOf(finding));
-    }
+    AddFindings(report, document);
     streams.Write(Stream::Output, JsonDocument(document, Charset::Ascii));
 }
 
