@@ -13,7 +13,9 @@
 namespace {
 
 constexpr unsigned char kEdidSlave = 0xA0;
-constexpr unsigned short kEdidBytes = 256; ///< a base block and one extension
+constexpr unsigned char kSegmentSlave = 0x60; ///< selects 256 bytes of the EDID
+constexpr unsigned short kBlockBytes = 128;
+constexpr std::size_t kExtensionCount = 126; ///< index of the byte that says how many blocks follow
 
 /// Status 0 is success; all others are specific to the communication library.
 bool Succeeded(const char *what, unsigned int status) {
@@ -33,15 +35,33 @@ bool ShowRegister(CNxComm &comm, unsigned char address) {
     return true;
 }
 
+/// Reads one block of the EDID to the end of the bytes.
+bool ReadBlock(CNxComm &comm, unsigned int block, std::vector<unsigned char> &edid) {
+    edid.resize(edid.size() + kBlockBytes);
+    unsigned char *data = &edid[edid.size() - kBlockBytes];
+    const auto segment = static_cast<unsigned char>(block / 2);
+    const auto offset = static_cast<unsigned char>(block % 2 * kBlockBytes);
+    return segment == 0
+               ? Succeeded("I2CRead", comm.I2CRead(kEdidSlave, offset, kBlockBytes, data))
+               : Succeeded("I2CReadSegment", comm.I2CReadSegment(kSegmentSlave, segment, kEdidSlave,
+                                                                 offset, kBlockBytes, data));
+}
+
 bool DumpEdid(CNxComm &comm) {
-    std::vector<unsigned char> edid(kEdidBytes);
-    if (!Succeeded("I2CRead", comm.I2CRead(kEdidSlave, 0, kEdidBytes, edid.data()))) {
+    std::vector<unsigned char> edid;
+    if (!ReadBlock(comm, 0, edid)) {
         return false;
     }
+    // No further than declared: what follows the last block is not part of the EDID.
+    for (unsigned int block = 1; block <= edid[kExtensionCount]; ++block) {
+        if (!ReadBlock(comm, block, edid)) {
+            return false;
+        }
+    }
     // The bytes of each block of 128 sum to 0 modulo 256.
-    for (std::size_t block = 0; block < edid.size(); block += 128) {
-        if (CalculateByteChecksum(&edid[block], 128) % 256 != 0) {
-            std::fprintf(stderr, "block %zu has a wrong checksum\n", block / 128);
+    for (std::size_t block = 0; block < edid.size(); block += kBlockBytes) {
+        if (CalculateByteChecksum(&edid[block], kBlockBytes) % 256 != 0) {
+            std::fprintf(stderr, "block %zu has a wrong checksum\n", block / kBlockBytes);
             return false;
         }
     }

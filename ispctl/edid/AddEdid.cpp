@@ -3,21 +3,58 @@
 #include <CLI/CLI.hpp>
 
 namespace ispctl {
+namespace {
+
+const std::string kExamples = R"(
+Examples:
+  ispctl edid monitor.bin
+      shows an EDID: facts, remarks on conformity, bytes; then its problems
+  ispctl edid -o monitor.bin monitor.txt
+      converts a hex dump, a C array, the output of xrandr --verbose to bytes
+  ispctl edid --fix-checksum -o good.bin edited.bin
+      writes the EDID with right checksums
+  ispctl edid --json *.bin
+      writes one JSON array for a program
+  ispctl edid --comm /opt/adapter/libComm.dylib --channel 6
+      reads the EDID of a display
+)";
+
+void AddBusOptions(CLI::App &edid, EdidOptions &options) {
+    CLI::Option *comm =
+        edid.add_option("--comm", options.comm, "read a display with this communication library")
+            ->type_name("LIB");
+    edid.add_flag("--virtual", options.virtualScaler, "read the display of the virtual bus")
+        ->disable_flag_override()
+        ->excludes(comm);
+    edid.add_option("--channel", options.channel, "select this communication channel first")
+        ->type_name("N");
+    edid.add_option("--lib", options.library,
+                    "the ScalerIsp library that opens the communication library, by path")
+        ->type_name("FILE");
+}
+
+} // namespace
 
 void AddEdid(CLI::App &app, EdidOptions &options, Session &session, ExitStatus &status) {
-    CLI::App *edid = app.add_subcommand("edid", "Checks an EDID and shows its content.");
-    edid->add_option("FILE", options.file, "bytes, hexadecimal digits, or a byte list")
-        ->required()
-        ->type_name("");
-    edid->add_flag("--text", options.text, "print the EDID as a byte list only")
+    CLI::App *edid = app.add_subcommand("edid", "Shows and checks EDIDs.");
+    edid->add_option("FILE", options.files, "EDIDs in any form; - is standard input")
+        ->type_name("")
+        ->expected(-1);
+    CLI::Option *text = edid->add_flag("--text", options.text, "print the EDID as a byte list only")
+                            ->disable_flag_override();
+    edid->add_flag("--json", options.json, "write only JSON to standard output")
+        ->disable_flag_override()
+        ->excludes(text);
+    edid->add_option("-o,--output", options.output, "write the bytes to OUT; - is standard output")
+        ->type_name("OUT");
+    edid->add_flag("--fix-checksum", options.fixChecksum, "correct the checksums before")
         ->disable_flag_override();
     edid->add_option("--form", options.form,
-                     "format of FILE: binary, hex or list; detected by default")
+                     "read FILE as binary, hex or list; detected by default")
         ->check(CLI::IsMember({"binary", "hex", "list"}))
         ->type_name("FORM");
-    edid->add_option("--lib", options.library, "the ScalerIsp library to open, by path")
-        ->type_name("FILE");
-    edid->footer("Examples:\n  ispctl edid monitor.edid\n" + ExitStatusHelp());
+    AddBusOptions(*edid, options);
+    edid->footer(kExamples + ExitStatusHelp());
     edid->callback([&] { status = EdidCommand(options, session); });
 }
 

@@ -1,21 +1,30 @@
 #ifndef ISPCTL_EDID_EDID_BLOCKS_H
 #define ISPCTL_EDID_EDID_BLOCKS_H
 
-#include <cstdint>
-#include <span>
 #include <string>
 #include <vector>
 
-namespace ispctl {
+#include "edid/EdidBytes.h"
 
-/// RETURNS the errors of an EDID: size, header, checksum of each block of 128 bytes, number of
-/// extension blocks; empty if it is valid. Needed because EDIDToBin sums all blocks as one.
-std::vector<std::string> EdidProblems(std::span<const std::uint8_t> edid);
+namespace ispctl::edid {
 
-/// RETURNS a few facts, one per line: manufacturer and product, week and year, version, preferred
-/// timing, name, extensions. REQUIRES: EdidProblems found nothing.
-std::string EdidFacts(std::span<const std::uint8_t> edid);
+/// One block of 128 bytes.
+struct Block {
+    std::uint8_t tag = 0; ///< 0 for the base block
+    std::string kind;
+    std::uint8_t checksum = 0;
+    std::uint8_t expected = 0;
+};
 
-} // namespace ispctl
+/// RETURNS the whole blocks in their order.
+std::vector<Block> BlocksOf(View edid);
+
+/// RETURNS how many extension blocks the EDID declares: byte 126, or the count of the block-count
+/// override of HDMI in the first extension block. Displays with more than one extension declare
+/// only one in byte 126, because old sources read no further.
+/// REQUIRES: a whole base block.
+unsigned int DeclaredExtensions(View edid);
+
+} // namespace ispctl::edid
 
 #endif

@@ -1,81 +1,180 @@
 #include "edid/EdidCommand.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 
-#include "FileIo.h"
-#include "HexDump.h"
-#include "LibraryApi.h"
-#include "LibraryPaths.h"
-#include "edid/EdidBlocks.h"
-#include "edid/EdidText.h"
+#include "RunWire.h"
+#include "edid/EdidBus.h"
+#include "edid/EdidJson.h"
+#include "edid/EdidReport.h"
+#include "edid/EdidSource.h"
+#include "edid/EdidView.h"
+#include "explain/StagedFiles.h"
+#include "script/ScriptRelay.h"
 
 namespace ispctl {
 namespace {
 
-// An EDID has at most 256 blocks of 128 bytes.
-constexpr std::size_t kMaxBytes = 32 * 1024;
+constexpr const char *kStandardOutput = "-";
 
-std::optional<LibraryApi> OpenLibraryApi(const EdidOptions &options, std::string &error) {
-    const auto library = ScalerLibrary::Open(
-        options.library.empty() ? InstalledLibraryPath().string() : options.library, error);
-    return library ? LibraryApi::Find(*library, error) : std::nullopt;
+edid::FormOption FormOf(const EdidOptions &options) {
+    return options.form == "binary" ? edid::FormOption::Binary
+           : options.form == "hex"  ? edid::FormOption::Hex
+           : options.form == "list" ? edid::FormOption::List
+                                    : edid::FormOption::Detect;
 }
 
-EdidForm Form(const EdidOptions &options, const std::string &content) {
-    if (options.form.empty()) {
-        return DetectEdidFormat(content);
+/// RETURNS why the options contradict each other; empty if they do not.
+std::string UsageError(const EdidOptions &options) {
+    if (options.files.empty() == !options.UsesBus()) {
+        return options.UsesBus() ? "name either FILE or a communication library"
+                                 : "name FILE, - for standard input, or read a display with "
+                                   "--comm LIB; see ispctl edid --help";
     }
-    return options.form == "binary" ? EdidForm::Binary
-           : options.form == "hex"  ? EdidForm::Hex
-                                    : EdidForm::ByteList;
+    if (options.fixChecksum && options.output.empty()) {
+        return "--fix-checksum needs -o OUT: the input is not changed";
+    }
+    if (!options.output.empty() && options.files.size() > 1) {
+        return "-o writes one EDID: name one FILE";
+    }
+    return "";
 }
 
-/// Reports why the library rejected the list. EDIDToBin returns no reason, so the bytes are checked
-/// again.
-ExitStatus FailInvalid(const EdidOptions &options, const LibraryApi &api, const std::string &list,
+/// Corrects the checksum of each whole block and reports it.
+void FixChecksums(edid::Bytes &bytes, const std::string &file, Session &session) {
+    for (std::size_t number = 0; number < edid::WholeBlocks(bytes); ++number) {
+        const std::uint8_t expected = edid::ExpectedChecksum(edid::BlockOf(bytes, number));
+        std::uint8_t &checksum = bytes[number * edid::kBlockBytes + edid::kChecksumOffset];
+        if (checksum != expected) {
+            session.streams.Print(
+                Stream::Error,
+                fmt::format("{}: block {}: checksum 0x{:02X} corrected to 0x{:02X}\n", file, number,
+                            checksum, expected));
+            checksum = expected;
+        }
+    }
+}
+
+edid::Report ReadReport(const EdidOptions &options, const std::string &file, Session &session) {
+    edid::Finding problem;
+    const auto content = edid::ReadSource(file, problem);
+    if (!content) {
+        return edid::MakeUnreadable(file, std::move(problem));
+    }
+    edid::Input input = edid::ReadInput(*content, FormOf(options));
+    // Only what is an EDID is corrected: in anything else these bytes are no checksums.
+    if (options.fixChecksum && edid::HasBaseBlock(input.bytes)) {
+        FixChecksums(input.bytes, file, session);
+    }
+    return edid::MakeReport(file, std::move(input));
+}
+
+/// Writes the bytes to the file of -o. RETURNS kExitSuccess, or another status with a message.
+ExitStatus WriteOutput(const EdidOptions &options, const edid::Report &report, Session &session) {
+    if (!report.HasFacts()) {
+        return session.Fail(report.Status(),
+                            fmt::format("{} is not written: no EDID was read", options.output));
+    }
+    const std::string bytes(report.input.bytes.begin(), report.input.bytes.end());
+    if (options.output == kStandardOutput) {
+        session.streams.Write(Stream::Output, bytes);
+        return kExitSuccess;
+    }
+    std::string error;
+    StagedFiles staged;
+    if (!staged.Add(options.output, bytes, error) || !staged.Commit(error)) {
+        return session.Fail(kExitFileError, error);
+    }
+    return kExitSuccess;
+}
+
+/// Facts first, then problems: the facts are right even if a checksum is not.
+void ShowReport(const EdidOptions &options, const edid::Report &report, Session &session) {
+    if (!report.HasFacts()) {
+        session.streams.PrintMessage(report.Reason());
+        return;
+    }
+    if (options.text) {
+        const std::string head = options.files.size() > 1 ? "// file " + report.file + "\n" : "";
+        session.streams.Print(Stream::Output, head + edid::WriteByteList(report.input.bytes));
+    } else if (options.output != kStandardOutput) {
+        const std::string head = options.files.size() > 1 ? "== " + report.file + "\n" : "";
+        session.streams.Print(Stream::Output, head + edid::WriteView(report));
+    }
+    for (const edid::Finding &problem : report.problems) {
+        session.streams.Print(Stream::Error, fmt::format("{}: {}\n", report.file, problem.Text()));
+    }
+    if (!report.problems.empty()) {
+        session.streams.PrintMessage("invalid EDID");
+    }
+}
+
+ExitStatus ShowReports(const EdidOptions &options, const std::vector<edid::Report> &reports,
                        Session &session) {
-    const auto bytes = api.CmdToBin(list);
-    if (bytes.empty()) {
-        return session.Fail(kExitFailed,
-                            fmt::format("{}: no bytes, or a value greater than 255", options.file));
+    ExitStatus status = kExitSuccess;
+    if (!options.output.empty()) {
+        status = WriteOutput(options, reports.front(), session);
     }
-    for (const std::string &problem : EdidProblems(bytes)) {
-        session.streams.Print(Stream::Error, fmt::format("{}: {}\n", options.file, problem));
+    if (options.json && options.output != kStandardOutput) {
+        session.streams.Write(Stream::Output, edid::WriteJson(reports));
     }
-    return session.Fail(kExitFailed, "invalid EDID");
+    for (const edid::Report &report : reports) {
+        status = std::max(status, report.Status());
+        if (!options.json) {
+            ShowReport(options, report, session);
+        } else if (!report.HasFacts()) {
+            session.streams.PrintMessage(report.Reason());
+        }
+    }
+    return status;
+}
+
+ExitStatus ReadAndShow(const EdidOptions &options, Session &session) {
+    ExitStatus status = kExitSuccess;
+    auto input = ReadBus(options, session, status);
+    if (!input) {
+        return status;
+    }
+    const std::string name = options.virtualScaler ? "virtual bus" : options.comm;
+    if (options.fixChecksum && edid::HasBaseBlock(input->bytes)) {
+        FixChecksums(input->bytes, name, session);
+    }
+    return std::max(status,
+                    ShowReports(options, {edid::MakeReport(name, std::move(*input))}, session));
+}
+
+/// In the process of its own: a communication library may crash.
+ExitStatus RunOnBus(const EdidOptions &options, Session &session) {
+    if (session.link == nullptr) {
+        return RelayScript(session);
+    }
+    if (!session.link->Send(FrameKind::Ready, "")) {
+        return kExitUsage;
+    }
+    ExitStatus status = kExitUsage;
+    try {
+        status = ReadAndShow(options, session);
+    } catch (const std::exception &error) {
+        session.Fail(status, error.what());
+    }
+    session.link->Send(FrameKind::Result, BytesOf(RunResult{status, 1, 1}));
+    return status;
 }
 
 } // namespace
 
 ExitStatus EdidCommand(const EdidOptions &options, Session &session) {
-    std::string error;
-    const auto content = ReadInputFile(options.file, kMaxBytes, error);
-    if (!content) {
-        return session.Fail(kExitFileError, error);
-    }
-    const auto api = OpenLibraryApi(options, error);
-    if (!api) {
+    if (const std::string error = UsageError(options); !error.empty()) {
         return session.Fail(kExitUsage, error);
     }
-    const auto list = ByteListOfEdid(*content, Form(options, *content));
-    if (!list) {
-        return session.Fail(kExitFailed,
-                            fmt::format("{}: an odd number of hexadecimal digits", options.file));
+    if (options.UsesBus()) {
+        return RunOnBus(options, session);
     }
-    const auto edid = api->EdidToBin(*list);
-    if (edid.empty()) {
-        return FailInvalid(options, *api, *list, session);
+    std::vector<edid::Report> reports;
+    for (const std::string &file : options.files) {
+        reports.push_back(ReadReport(options, file, session));
     }
-    const auto problems = EdidProblems(edid);
-    for (const std::string &problem : problems) {
-        session.streams.Print(Stream::Error, fmt::format("{}: {}\n", options.file, problem));
-    }
-    if (!problems.empty()) {
-        return session.Fail(kExitFailed, "invalid EDID");
-    }
-    session.streams.Print(Stream::Output, options.text ? WriteEdidText(edid)
-                                                       : EdidFacts(edid) + "\n" + HexDump(edid));
-    return kExitSuccess;
+    return ShowReports(options, reports, session);
 }
 
 } // namespace ispctl

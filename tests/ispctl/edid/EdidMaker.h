@@ -1,6 +1,7 @@
 #ifndef SCALER_ISP_TESTS_HOST_EDID_MAKER_H
 #define SCALER_ISP_TESTS_HOST_EDID_MAKER_H
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string>
@@ -39,6 +40,17 @@ inline void PutText(Block &block, std::size_t place, std::uint8_t tag, const std
                                                          : i == text.size() ? '\n'
                                                                             : ' ');
     }
+}
+
+/// 1920 x 1080 interlaced: 540 lines of each field and 22 of blanking, 74.25 MHz, which is 60 Hz.
+inline void PutInterlacedTiming(Block &block, std::size_t place) {
+    PutTiming(block, place);
+    block[place] = 0x01;
+    block[place + 1] = 0x1D;
+    block[place + 5] = 0x1C;
+    block[place + 6] = 0x16;
+    block[place + 7] = 0x20;
+    block[place + 17] |= 0x80;
 }
 
 /// "TST", product 0x1234, week 12 of 2021, EDID 1.4, 1080p, named "Test panel".
@@ -85,6 +97,27 @@ inline Block Cta() {
     block[5] = 0x90; // 1080p60, native
     Close(block);
     return block;
+}
+
+/// A CTA-861 extension with these data blocks, tags included, and then count timings.
+inline Block CtaWith(const std::string &dataBlocks, std::size_t count = 0) {
+    Block block{};
+    block[0] = 0x02;
+    block[1] = 3;
+    block[2] = static_cast<std::uint8_t>(4 + dataBlocks.size());
+    std::copy(dataBlocks.begin(), dataBlocks.end(), block.begin() + 4);
+    for (std::size_t i = 0; i < count; ++i) {
+        PutTiming(block, block[2] + 18 * i);
+    }
+    Close(block);
+    return block;
+}
+
+/// Range limits: 48 to 75 Hz, 30 to 83 kHz, 170 MHz.
+inline void PutRange(Block &block, std::size_t place) {
+    const std::uint8_t bytes[18] = {0,  0, 0,    0xFD, 0,    48,   75,   30,   83,
+                                    17, 1, 0x0A, 0x20, 0x20, 0x20, 0x20, 0x20, 0x20};
+    std::copy(bytes, bytes + 18, block.begin() + static_cast<std::ptrdiff_t>(place));
 }
 
 inline std::string Bytes(const Block &block) {

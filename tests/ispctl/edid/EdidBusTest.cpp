@@ -1,0 +1,51 @@
+#include <fstream>
+#include <gmock/gmock.h>
+
+#include "ConsoleProcess.h"
+#include "edid/EdidMaker.h"
+#include "support/EnvGuard.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+using testing::HasSubstr;
+
+/// Reads the EDID of the virtual bus.
+class EdidBus : public testing::Test {
+  protected:
+    ConsoleResult Read(const std::string &edid, const std::string &out) {
+        m_folder.Write("edid.bin", edid);
+        return RunConsole({"edid", "--virtual", "-o", out});
+    }
+    static std::string ReadBytes(const std::string &name) {
+        std::ifstream file(name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    TempFolder m_folder;
+    EnvGuard m_device{"SCALER_ISP_VIRTUAL_DEVICE", m_folder.Path().c_str()};
+    std::string m_out = m_folder.Path("out");
+};
+
+TEST_F(EdidBus, As_many_blocks_are_read_as_declared) {
+    const std::string cta = edid::Bytes(edid::Cta());
+    const std::string counted = edid::Bytes(edid::CtaWith("\xE2\x78\x03"));
+    for (const std::string &edid : {edid::Bytes(edid::Base()), edid::Bytes(edid::Base(1)) + cta,
+                                    edid::Bytes(edid::Base(4)) + cta + cta + cta + cta,
+                                    edid::Bytes(edid::Base(1)) + counted + cta + cta}) {
+        const ConsoleResult result = Read(edid, m_out);
+        EXPECT_EQ(result.status, 0) << result.err;
+        EXPECT_THAT(result.out, HasSubstr("input form        bus: read from the display\n"));
+        EXPECT_EQ(ReadBytes(m_out), edid);
+    }
+}
+
+TEST_F(EdidBus, Blocks_before_missing_one_are_shown) {
+    const ConsoleResult result = Read(edid::Bytes(edid::Base(2)) + edid::Bytes(edid::Cta()), m_out);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.out, HasSubstr("manufacturer      TST\n"));
+    EXPECT_THAT(result.err, HasSubstr("block 2 of the EDID cannot be read (status 0x"));
+    EXPECT_THAT(result.err, HasSubstr("header declares 2 extension blocks, file contains 1"));
+    EXPECT_EQ(ReadBytes(m_out).size(), 256U);
+}
+
+} // namespace
