@@ -91,7 +91,8 @@ struct ErrorRow {
 /// All errors, separated by newlines; "none" without any.
 std::string ErrorOf(const std::string &text) {
     std::string all;
-    for (const auto &[line, error] : ispctl::AssembleScript(text).errors.First()) {
+    const ispctl::AssembledScript script = ispctl::AssembleScript(text);
+    for (const auto &[line, error] : script.errors.First()) {
         all += (all.empty() ? "" : "\n") + std::to_string(line) + ":" +
                std::to_string(error.Column()) + ": " + error.what();
     }
