@@ -25,9 +25,9 @@ INTRODUCTION = """\
 Written by `./dev bench`. The library is before the slash; after it is what a program without the library
 would do by hand for the same result, and both results are checked. All runs of both are in random turns,
 because they may share the processor with other programs. Run n of one side is divided by run n of the
-other; a row shows the median of these ratios of processor time, and their middle half as the spread. A goal is missed
-if even the lower end of the spread is above it. The page faults are medians of one iteration of the library /
-by hand. The commands are programs in the directory `bench` of the build, to be run with `LC_ALL=C.UTF-8`.
+other; a row shows the median of these ratios of processor time, and their middle half as the spread. A goal is
+missed if even the lower end of the spread is above it. The page faults are medians of one iteration of the
+library / by hand. The commands are programs in the directory `bench` of the build, to be run with `LC_ALL=C.UTF-8`.
 
 A call by hand zeroes two command records, loads the plug-in, looks up its eleven functions, calls one and
 unloads it; in a fresh process it also opens iconv and makes a locale for characters once. The allocator of

@@ -111,7 +111,7 @@ void ReadText(std::string_view text, FormOption option, Input &input) {
 }
 
 void AddProblem(Input &input, std::string_view text, const SyntaxError &error) {
-    const Position position = PositionOf(text, error.Offset());
+    const Position position = LineAndColumn(text, error.Offset());
     Finding problem = MakeFinding(
         FindingId::Syntax, std::nullopt,
         fmt::format("line {}, column {}: {}", position.line, position.column, error.what()));

@@ -44,7 +44,7 @@ std::size_t EndOfComment(std::string_view text, std::size_t begin) {
 
 } // namespace
 
-Position PositionOf(std::string_view text, std::size_t offset) {
+Position LineAndColumn(std::string_view text, std::size_t offset) {
     Position position;
     for (const char c : text.substr(0, offset)) {
         if (c == '\n') {

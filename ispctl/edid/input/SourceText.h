@@ -30,7 +30,7 @@ struct Position {
     std::size_t line = 1;
     std::size_t column = 1;
 };
-Position PositionOf(std::string_view text, std::size_t offset);
+Position LineAndColumn(std::string_view text, std::size_t offset);
 
 /// A part of a text, which knows where it is.
 struct Token {
