@@ -25,9 +25,10 @@ INTRODUCTION = """\
 Written by `./dev bench`. The library is before the slash; after it is what a program without the library
 would do by hand for the same result, and both results are checked. All runs of both are in random turns,
 because they may share the processor with other programs. Run n of one side is divided by run n of the
-other; a row shows the median of these ratios of processor time, and their middle half as the spread. A goal is
-missed if even the lower end of the spread is above it. The page faults are medians of one iteration of the
-library / by hand. The commands are programs in the directory `bench` of the build, to be run with `LC_ALL=C.UTF-8`.
+other; a row shows the median of these ratios of processor time, and their middle half as the spread. A goal
+is missed if even the lower end of the spread is above it. The page faults are medians of one iteration of
+the library / by hand. The commands are programs in the directory `bench` of the build, to be run with
+`LC_ALL=C.UTF-8`.
 
 A call by hand zeroes two command records, loads the plug-in, looks up its eleven functions, calls one and
 unloads it; in a fresh process it also opens iconv and makes a locale for characters once. The allocator of
@@ -105,13 +106,13 @@ def environment(extra):
     return {**clean, "LC_ALL": "C.UTF-8", **extra}
 
 
-def measure(folder, program, quick, extra=None, repetitions=None):
+def measure(folder, program, quick, extra=None, repetitions=None, only="."):
     """One Google Benchmark program, its rows in random turns. Returns the runs by row name."""
     repetitions = repetitions or (7 if quick else 41)
     with tempfile.NamedTemporaryFile(suffix=".json") as out:
         subprocess.run(
             [folder / program, f"--benchmark_min_time={0.005 if quick else 0.02}",
-             f"--benchmark_repetitions={repetitions}",
+             f"--benchmark_repetitions={repetitions}", f"--benchmark_filter={only}",
              "--benchmark_enable_random_interleaving=true", "--benchmark_out_format=json",
              f"--benchmark_out={out.name}"],
             env=environment(extra or {}), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
@@ -166,12 +167,23 @@ def pair_rows(folder, quick):
         yield pair_row(what, subject, peer, goal, f"{program} --benchmark_filter={name}")
 
 
+def measure_hosts(folder, name, quick, extra):
+    """Each side in processes that do nothing else, in turns: the allocator behaves as its host does."""
+    sides = [Runs(), Runs()]
+    for _ in range(5 if quick else 11):
+        for side, runs in zip(("subject", "peer"), sides):
+            row_name = f"{name}:{side}"
+            run = measure(folder, "bench_call", quick, extra, repetitions=1, only=row_name)[row_name]
+            runs.times += run.times
+            runs.faults += run.faults
+    return sides
+
+
 def call_rows(folder, quick):
     for name, extra, goal, what in CALLS:
-        runs = measure(folder, "bench_call", quick, extra)
         words = [f"{variable}={value}" for variable, value in extra.items()]
-        yield pair_row(what, runs[f"{name}:subject"], runs[f"{name}:peer"], goal,
-                       " ".join([*words, f"bench_call --benchmark_filter={name}"]))
+        command = " ".join([*words, f"bench_call --benchmark_filter={name}:subject"])
+        yield pair_row(what, *measure_hosts(folder, name, quick, extra), goal, command)
     yield pair_row("complete call, first of a process / the same by hand",
                    *measure_first_calls(folder, quick), FIRST_CALL_GOAL,
                    f"{FIRST_CALL} subject, {FIRST_CALL} peer")

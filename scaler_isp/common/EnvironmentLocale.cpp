@@ -9,25 +9,19 @@
 #include <langinfo.h>
 #include <mutex>
 #include <string>
-#include <utility>
 
 #include "scaler_isp/common/CallFailure.h"
 
 namespace {
 
-/// What newlocale reads of the environment; an empty variable counts as absent. The last one is
-/// where glibc looks for locales.
-constexpr std::array kVariables = {"LC_ALL", "LC_CTYPE", "LANG", "LOCPATH"};
-using Values = std::array<std::string, kVariables.size()>;
-
-const char *ValueOf(const char *variable) {
-    const char *value = std::getenv(variable);
-    return value != nullptr ? value : "";
-}
-
-Values CurrentValues() {
-    Values values;
-    std::transform(kVariables.begin(), kVariables.end(), values.begin(), ValueOf);
+/// What newlocale reads of the environment, one value a line; an empty variable counts as absent.
+/// In LOCPATH glibc looks for locales.
+std::string EnvironmentValues() {
+    std::string values;
+    for (const char *variable : {"LC_ALL", "LC_CTYPE", "LANG", "LOCPATH"}) {
+        const char *value = std::getenv(variable);
+        (values += value != nullptr ? value : "") += '\n';
+    }
     return values;
 }
 
@@ -35,16 +29,12 @@ Values CurrentValues() {
 class KeptLocale {
   public:
     /// Null if the environment is another one now.
-    LocalePointer Find() {
+    LocalePointer Find(const std::string &values) {
         const std::lock_guard lock(m_mutex);
-        const bool valid = std::equal(kVariables.begin(), kVariables.end(), m_values.begin(),
-                                      [](const char *variable, const std::string &value) {
-                                          return value == ValueOf(variable);
-                                      });
-        return valid ? m_locale : nullptr;
+        return values == m_values ? m_locale : nullptr;
     }
 
-    void Replace(Values values, LocalePointer locale) {
+    void Replace(std::string &values, LocalePointer locale) {
         const std::lock_guard lock(m_mutex);
         m_values.swap(values);
         m_locale.swap(locale);
@@ -52,7 +42,7 @@ class KeptLocale {
 
   private:
     std::mutex m_mutex;
-    Values m_values;
+    std::string m_values;
     LocalePointer m_locale;
 };
 
@@ -92,20 +82,23 @@ bool CharsetIsLoaded() {
 
 } // namespace
 
-EnvironmentLocale::EnvironmentLocale() : m_locale(g_kept.Find()) {
+EnvironmentLocale::EnvironmentLocale() {
+    std::string values = EnvironmentValues();
+    m_locale = g_kept.Find(values);
     if (m_locale != nullptr) {
         return;
     }
-    Values values = CurrentValues();
     m_locale = MakeLocale();
     if (!Exists()) {
         return;
     }
     const InUse use(*this);
     if (CharsetIsLoaded()) {
-        g_kept.Replace(std::move(values), m_locale);
+        g_kept.Replace(values, m_locale);
     }
 }
+
+EnvironmentLocale::~EnvironmentLocale() = default;
 
 const char *EnvironmentLocale::Charset() const {
     return ::nl_langinfo_l(CODESET, m_locale.get());

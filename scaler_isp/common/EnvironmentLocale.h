@@ -23,6 +23,7 @@ class EnvironmentLocale {
     /// Throws CallFailure if the locale cannot be created, unless the reason is that the
     /// environment names one that does not exist.
     EnvironmentLocale();
+    ~EnvironmentLocale();
     EnvironmentLocale(const EnvironmentLocale &) = delete;
     EnvironmentLocale &operator=(const EnvironmentLocale &) = delete;
 

@@ -1,8 +1,8 @@
 #include "scaler_isp/entry/CommandLineSplit.h"
 
 #include <cstddef>
-#include <map>
 #include <string_view>
+#include <unordered_map>
 
 #include "scaler_isp/common/ExceptionBarrier.h"
 #include "scaler_isp/common/SplitText.h"
@@ -44,7 +44,7 @@ bool CollectQuoted(const Parts &parts, std::size_t first, Parts &quoted) {
 /// The line without the quoted texts. Each removes the first text between two quotes that equals
 /// it, even one that is not quoted itself; their quotes stay, as its placeholder.
 std::string WithPlaceholders(const Parts &parts, const Parts &quoted) {
-    std::map<std::string_view, std::size_t> toRemove;
+    std::unordered_map<std::string_view, std::size_t> toRemove;
     for (const std::string_view text : quoted) {
         ++toRemove[text];
     }
