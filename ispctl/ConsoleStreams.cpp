@@ -75,12 +75,13 @@ void ConsoleStreams::Print(Stream stream, std::string_view text) {
 }
 
 void ConsoleStreams::PrintMessage(std::string_view text) {
-    Write(Stream::Error, "ispctl: " + Visible(text, Layout::OneLine, m_charset) + "\n");
-}
-
-void ConsoleStreams::PrintWrapped(std::string_view text) {
+    const std::string line = Visible(text, Layout::OneLine, m_charset);
+    if (!IsTerminal(Stream::Error)) {
+        Write(Stream::Error, "ispctl: " + line + "\n");
+        return;
+    }
     const TextLayout layout{static_cast<std::size_t>(Width(Stream::Error))};
-    Write(Stream::Error, WrapText(Visible(text, Layout::OneLine, m_charset), layout, "ispctl: "));
+    Write(Stream::Error, WrapText(line, layout, "ispctl: "));
 }
 
 std::string ConsoleStreams::Problem() const {

@@ -29,10 +29,8 @@ class ConsoleStreams {
     /// Writes text of several lines with control characters made visible.
     void Print(Stream stream, std::string_view text);
     /// Writes "ispctl: ", the text with control characters made visible, and a newline to standard
-    /// error.
+    /// error: one line, which programs can search, and on a terminal lines of its width.
     void PrintMessage(std::string_view text);
-    /// The same, broken into lines of the terminal's width.
-    void PrintWrapped(std::string_view text);
 
     /// RETURNS whether everything has been written so far.
     bool IsComplete() const {

@@ -44,7 +44,7 @@ ExitStatus ShowParserEnd(const CLI::App &app, const std::vector<std::string> &ar
     streams.Print(Stream::Error, error.str());
     std::string reason = end.what();
     if (const std::string hint = NearestArgument(app, arguments); !hint.empty()) {
-        streams.PrintWrapped(hint);
+        streams.PrintMessage(hint);
         reason += "; " + hint;
     }
     if (json) {

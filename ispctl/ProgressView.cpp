@@ -139,15 +139,9 @@ void ProgressView::OnEnd(const RunOutcome &outcome, ExitStatus) {
     FinishConsole();
     EraseBar();
     m_streams.Write(Stream::Error, m_midLine || m_errorMidLine ? "\n" : "");
-    // Scripts search what is not on a terminal for the sentence, so it stays in one line there.
-    const std::string sentence = SentenceOf(outcome);
-    if (ConsoleStreams::IsTerminal(Stream::Error)) {
-        m_streams.PrintWrapped(sentence);
-    } else {
-        m_streams.PrintMessage(sentence);
-    }
+    m_streams.PrintMessage(SentenceOf(outcome));
     for (const std::string &line : AdviceAfter(outcome)) {
-        m_streams.PrintWrapped(line);
+        m_streams.PrintMessage(line);
     }
 }
 

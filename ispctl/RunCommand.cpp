@@ -272,7 +272,7 @@ std::vector<std::string> ArgumentsOfLibraryProcess(const std::vector<std::string
 ExitStatus ReportNotCalled(bool json, ExitStatus status, std::string_view stage,
                            const std::string &reason, const std::vector<Finding> &findings,
                            ConsoleStreams &streams, std::string_view run) {
-    streams.PrintWrapped(reason);
+    streams.PrintMessage(reason);
     if (json) {
         JsonEvents::WriteNotCalled(streams, status, stage, reason, findings, run);
     }

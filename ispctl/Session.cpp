@@ -6,7 +6,7 @@
 namespace ispctl {
 
 ExitStatus Session::Fail(ExitStatus status, std::string_view text) {
-    streams.PrintWrapped(text);
+    streams.PrintMessage(text);
     if (!json) {
         return status;
     }

@@ -22,6 +22,9 @@ test,check,bench,macos inc:gmock/gmock.h             libgmock-dev        googlet
 test,check,bench      inc:benchmark/benchmark.h     libbenchmark-dev    google-benchmark
 test,lint,check,bench,macos,package cmd:python3              python3             python@3
 test,check            cmd:jsonschema              python3-jsonschema  -
+test,check            cmd:mandoc                  mandoc              mandoc
+test,check            cmd:zsh                     zsh                 -
+test,check            cmd:fish                    fish                fish
 test,check            cmd:node                    nodejs              node
 test,check,package    cmd:pkg-config                pkg-config          pkg-config
 test,check,bench,macos file:/usr/share/i18n/charmaps locales             -

@@ -2,14 +2,14 @@
 
 #include <CLI/CLI.hpp>
 #include <charconv>
-#include <memory>
+#include <string>
 
 #include "check/CallProbe.h"
 
 namespace ispctl::check {
 namespace {
 
-constexpr const char *kExamples = R"(
+const std::string kExamples = R"(
 Examples:
   ispctl check-plugin build/PlugIn/libIsp.dylib
       can it be loaded, which functions are there
@@ -21,14 +21,6 @@ With --call each function runs in a process of its own and has 20 seconds. A
 plug-in may access a device that is attached all the same, and two functions
 enter and leave the ISP mode: disconnect devices first.
 )";
-
-/// Shows the examples between the usage and the options.
-class ExamplesFirst : public CLI::Formatter {
-  public:
-    std::string make_usage(const CLI::App *app, std::string name) const override {
-        return CLI::Formatter::make_usage(app, name) + kExamples;
-    }
-};
 
 ExitStatus CallCommand(const std::vector<std::string> &arguments, Session &session) {
     constexpr std::size_t kArguments = 4;
@@ -47,8 +39,7 @@ ExitStatus CallCommand(const std::vector<std::string> &arguments, Session &sessi
 
 void AddCheckPlugin(CLI::App &app, CheckOptions &options, Session &session, ExitStatus &status) {
     CLI::App *check = app.add_subcommand("check-plugin", "Checks a plug-in, for its author.");
-    check->formatter(std::make_shared<ExamplesFirst>());
-    check->footer(ExitStatusHelp());
+    check->footer(kExamples + ExitStatusHelp());
     check->add_option("FILE", options.file, "the plug-in")->required()->type_name("");
     check->add_flag("--call", options.call, "call its functions")->disable_flag_override();
     check->add_flag("--json", options.json, "print one JSON document")->disable_flag_override();

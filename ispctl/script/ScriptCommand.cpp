@@ -72,7 +72,7 @@ std::optional<CheckedScript> ReadAndCheck(const std::string &file, ScriptForm fo
     CheckedScript script = Check(std::move(input->steps));
     PrintReport(file, script.report, session);
     if (script.report.problemCount > 0 && !input->whyBytes.empty()) {
-        session.streams.PrintWrapped(input->whyBytes);
+        session.streams.PrintMessage(input->whyBytes);
     }
     return script;
 }

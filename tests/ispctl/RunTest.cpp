@@ -83,7 +83,7 @@ TEST(Run, Result_message_describes_code) {
     EXPECT_EQ(
         RunScripted({}, {"result:-1"}).err,
         "ispctl: failed with -1: the command line was refused; nothing was done\nispctl: read the "
-        "message printed before the result; docs/options.md says what\n  each option needs\n");
+        "message printed before the result; docs/options.md says what each option needs\n");
     EXPECT_EQ(RunScripted({}, {"progress:100", "result:6"}).err,
               "progress 100 %\n"
               "ispctl: failed with 0x6: the plug-in does not offer the function of this action; "
@@ -175,7 +175,7 @@ TEST(Run, Output_before_crash_of_plugin_is_shown) {
     constexpr const char *kEnd = "ispctl: failed: SIGABRT ended the process of the library and "
                                  "its plug-ins; the state of the device is unknown";
     constexpr const char *kAdvice = "ispctl: run the same command again before the device is "
-                                    "switched off or\n  disconnected";
+                                    "switched off or disconnected";
     const ConsoleResult plain = RunScripted({}, {"err:last words", "abort"});
     EXPECT_EQ(plain.status, 7);
     EXPECT_EQ(plain.err, std::string("last words\n") + kEnd + "\n" + kAdvice + "\n");
@@ -205,7 +205,7 @@ TEST(Run, Crash_after_result_fails_run) {
     EXPECT_EQ(result.err,
               "ispctl: failed: the library returned success; after that the plug-in ended the "
               "process (exit status 3); the state of the device is unknown\n"
-              "ispctl: run the same command again before the device is switched off or\n  "
+              "ispctl: run the same command again before the device is switched off or "
               "disconnected\n");
 }
 

@@ -21,11 +21,11 @@ INTERNAL_MEMBERS = re.compile(
     r"CpNxCmdLindParse::(ParseShortCmd|ParseElement|MoveOptionsForward|MissingArgument|AcceptLongCmd"
     r"|PrintAmbiguity)\(|(CCpIsp|CCpSignVerify)::Load\(|CCpIspArgsParse::Parse\(")
 NEEDED = re.compile(r"(libstdc\+\+|libgcc_s|libc|libm|ld-linux[\w-]*|libdl)\.so\.\d+$")
-# Locales are read from the environment by the C library.
+# getenv is called to notice that the locale of the environment is another one; nothing configures the library.
 NEVER_CALLED = re.compile(
     r"pthread_create|thrd_create|_ZNSt6thread.*|fork|vfork|clone|posix_spawnp?|exec[lv].*|system|popen"
     r"|timer_create|timerfd_create|setitimer|alarm|signal|sigaction"
-    r"|(secure_|__secure_)?getenv|setenv|unsetenv|putenv|clearenv|environ|__environ"
+    r"|(secure_|__secure_)getenv|setenv|unsetenv|putenv|clearenv|environ|__environ"
     r"|exit|_exit|_Exit|quick_exit|raise|kill|_ZSt[34](w?cout|w?cerr|w?clog)")
 
 

@@ -172,7 +172,7 @@ const Mistake kMistakes[] = {
     {"--isp --searchfw prefix", "fatal search-failed", "prefix", "finds no firmware", ""},
     {"--isp --settingfile @s.sig --searchfw prefix", "fatal search-failed", "prefix",
      "finds no firmware", ""},
-    {"--isp --searchfw userdefined", "fatal search-failed", "userdefined", "finds no firmware", ""},
+    {"--isp --searchfw userdefined", "fatal settings-file", "userdefined", "finds no firmware", ""},
     // banks
     {"--isp --fw @f.bin --fw1 @g.bin --bank1 2", "fatal bank-overlap", "2", "--bank1 3",
      "--isp --fw @f.bin --fw1 @g.bin --bank1 3"},

@@ -69,7 +69,7 @@ TEST_F(ScriptRun, Library_that_exits_fails_run) {
     EXPECT_EQ(
         result.err,
         "comm Initiallize\ncomm ScalerStop\ncomm ScalerRun\n"
-        "ispctl: failed: the process ended (exit status 0) while the communication\n  library was "
+        "ispctl: failed: the process ended (exit status 0) while the communication library was "
         "in use; the state of the device is unknown\n");
 }
 
@@ -81,7 +81,7 @@ TEST_F(ScriptRun, Script_with_too_many_reads_is_rejected) {
     const ConsoleResult result = Run(text);
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.err, "ispctl: the script was not run: it reads 72088500 bytes, more than the "
-                          "maximum\n  of 67108864\n");
+                          "maximum of 67108864\n");
 }
 
 TEST_F(ScriptRun, Script_with_problem_is_not_run) {
@@ -199,7 +199,7 @@ TEST_F(ScriptRun, Status_comes_with_words_beside_library) {
         RunConsole({"script", "run", "--lib", REAL_LIBRARY, "--comm", comm, script});
     EXPECT_THAT(result.err,
                 HasSubstr("ispctl: failed with 0x9: status of the communication library: the "
-                          "cable is not\n  connected; connect it\n"));
+                          "cable is not connected; connect it\n"));
 }
 
 } // namespace

@@ -1,0 +1,123 @@
+#!/usr/bin/env python3
+"""Manual pages are free of errors, and each shell completes the commands and options of ispctl.
+
+usage: check_completion.py FOLDER      the directory with man/ and completion/
+
+Every shell runs its real file. zsh completes only in a terminal, so its file runs there with functions that
+write down what it would offer.
+"""
+
+import pathlib
+import shutil
+import subprocess
+import sys
+
+SKIPPED = 77
+# what is typed, words that must be offered, words that must not
+CASES = [
+    (["ispctl", ""], {"run", "edid", "doctor"}, {"__library", "--isp"}),
+    (["ispctl", "run", "--"], {"--virtual", "--dry-run", "--isp", "--fw"}, {"--fix-checksum"}),
+    (["ispctl", "run", "--is"], {"--isp"}, {"--virtual"}),
+    (["ispctl", "explain", "--sv"], {"--svg"}, {"--json"}),
+    (["ispctl", "edid", "--form", ""], {"binary", "hex", "list"}, {"--form"}),
+    (["ispctl", "run", "--allow", "unknown"], {"unknown-option"}, {"--allow"}),
+    (["ispctl", "script", "a"], {"assemble"}, {"run"}),
+    (["ispctl", "script", "run", "--"], {"--virtual"}, {"--isp"}),
+    (["ispctl", "run", "--fw", "moni"], {"monitor.bin"}, {"--isp"}),
+]
+
+BASH = """
+. "$1"; shift
+COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1))
+compopt() { :; }
+_ispctl
+printf '%s\\n' "${COMPREPLY[@]}"
+"""
+
+ZSH = """
+autoload -Uz compinit
+file=$1; shift
+typeset -ga words; words=("$@"); CURRENT=$#
+offer() { local word; for word; do print -r -- "${${word%%\\[*}%%:*}"; done }
+_describe() { local name=$2; offer "${(@P)name}" }
+_files() { print -rl -- *(N) }
+_arguments() {
+    local spec last=$words[CURRENT-1]
+    for spec; do
+        if [[ ${spec%%\\[*} == $last && $spec == *\\]:* ]]; then
+            local action=${spec##*:}
+            case $action in
+            \\(*) print -rl -- ${=${action#\\(}%\\)}; return ;;
+            _files*) _files; return ;;
+            esac
+            return
+        fi
+    done
+    offer "$@"
+}
+. $file
+"""
+
+
+def run(program, *arguments, **options):
+    return subprocess.run([program, *arguments], capture_output=True, text=True, check=False, **options)
+
+
+def offered_by_bash(folder, typed, place):
+    return run("bash", "-c", BASH, "bash", folder / "completion/ispctl", *typed, cwd=place)
+
+
+def offered_by_zsh(folder, typed, place):
+    return run("zsh", "-f", "-c", ZSH, "zsh", folder / "completion/_ispctl", *typed, cwd=place)
+
+
+def offered_by_fish(folder, typed, place):
+    return run("fish", "--no-config", "-c",
+               'source $argv[1]; complete -C "$argv[2]"', folder / "completion/ispctl.fish", " ".join(typed),
+               cwd=place)
+
+
+SHELLS = {"bash": offered_by_bash, "zsh": offered_by_zsh, "fish": offered_by_fish}
+
+
+def problems_of(shell, folder, place):
+    for typed, wanted, unwanted in CASES:
+        done = SHELLS[shell](folder, typed, place)
+        words = {line.split("\t")[0].strip() for line in done.stdout.splitlines()}
+        if shell == "zsh":
+            words = {word for word in words if word.startswith(typed[-1])}
+        if shell == "fish":
+            # fish offers options only after a dash, and files beside them
+            wanted = {word for word in wanted if typed[-1].startswith("-") or not word.startswith("-")}
+        if done.stderr or wanted - words or unwanted & words:
+            yield (f"{shell}: {typed}: missing {sorted(wanted - words)}, "
+                   f"wrong {sorted(unwanted & words)} {done.stderr}")
+
+
+def problems_of_pages(folder):
+    for page in sorted((folder / "man").glob("*.1")):
+        done = run("mandoc", "-Tlint", "-Wwarning", page)
+        if done.stdout or done.returncode:
+            yield f"{page.name}: {done.stdout}"
+        if len(run("mandoc", "-Tutf8", page).stdout) < 500:
+            yield f"{page.name} shows next to nothing"
+
+
+def main():
+    folder = pathlib.Path(sys.argv[1]).resolve()
+    lacking = [program for program in ("mandoc", *SHELLS) if shutil.which(program) is None]
+    if lacking:
+        print("not here:", *lacking)
+        return SKIPPED
+    place = pathlib.Path.cwd() / "completion"
+    place.mkdir(exist_ok=True)
+    (place / "monitor.bin").write_bytes(b"")
+    problems = [*problems_of_pages(folder)]
+    for shell in SHELLS:
+        problems += problems_of(shell, folder, place)
+    print(*problems, sep="\n")
+    return 1 if problems else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
