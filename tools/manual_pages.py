@@ -128,8 +128,8 @@ def command_page(tree, command):
     yield f"{escaped(name)} \\- {escaped(command['description'].strip().rstrip('.'))}"
     yield ".SH SYNOPSIS"
     if command["commands"]:
-        yield "\n.br\n".join(synopsis(["ispctl", command["name"], below["name"]], below)
-                               for below in command["commands"])
+        yield "\n.br\n".join([synopsis(["ispctl", command["name"], below["name"]], below)
+                              for below in command["commands"]])
     else:
         yield synopsis(["ispctl", command["name"]], command)
     yield ".SH DESCRIPTION"

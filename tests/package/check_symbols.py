@@ -21,7 +21,7 @@ INTERNAL_MEMBERS = re.compile(
     r"CpNxCmdLindParse::(ParseShortCmd|ParseElement|MoveOptionsForward|MissingArgument|AcceptLongCmd"
     r"|PrintAmbiguity)\(|(CCpIsp|CCpSignVerify)::Load\(|CCpIspArgsParse::Parse\(")
 NEEDED = re.compile(r"(libstdc\+\+|libgcc_s|libc|libm|ld-linux[\w-]*|libdl)\.so\.\d+$")
-# getenv is called to notice that the locale of the environment is another one; nothing configures the library.
+# getenv only notices that the locale of the environment is another one; no variable configures the library.
 NEVER_CALLED = re.compile(
     r"pthread_create|thrd_create|_ZNSt6thread.*|fork|vfork|clone|posix_spawnp?|exec[lv].*|system|popen"
     r"|timer_create|timerfd_create|setitimer|alarm|signal|sigaction"
