@@ -18,8 +18,8 @@ struct segment {
 
 /* One loaded file. Addresses in it mean the place it was mapped to, unless they are called so. */
 struct image {
-    char *path;         /* real path, by which it is found again */
-    char *name;         /* the path it was opened by, what dladdr tells */
+    char *path;         /* real path, by which it is found again, and which dladdr reports */
+    char *name;         /* the path it was opened by, for messages */
     char *install_name; /* null for a bundle */
     int uses;
     void *elf; /* an ELF library: its handle; nothing below is set */

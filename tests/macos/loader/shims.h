@@ -30,6 +30,9 @@ int errno_to_macos(int number);
 /* A locale_t of macOS: null is the C locale. */
 locale_t shim_locale(void *locale);
 
+/* shim_realpath.c */
+char *shim_realpath(const char *path, char *resolved);
+
 /* calls.c */
 int shim_dladdr(const void *address, void *info);
 int shim_find_unwind_sections(const void *address, void *result);
