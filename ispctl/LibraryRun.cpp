@@ -157,7 +157,7 @@ void LibraryRun::NotifyEnd(RunObserver &observer, const RunOutcome &outcome, Exi
 
 RunOutcome LibraryRun::Outcome() const {
     RunOutcome outcome;
-    const int status = m_child.Status().value_or(0);
+    int status = m_child.Status().value_or(0); // not const, for the macros of macOS
     outcome.percent = m_percent;
     if (m_result) {
         outcome.code = m_result->code;

@@ -1,5 +1,5 @@
-/* What of mbed TLS the sign/verify plug-in of the virtual scaler needs: ECDSA on P-256 with SHA-256,
- * keys in PEM. Without MBEDTLS_PKCS5_C and the ciphers an encrypted key is an error. */
+/* What of mbed TLS the sign/verify plug-in of the virtual scaler needs: ECDSA on P-256 with
+ * SHA-256, keys in PEM. Without MBEDTLS_PKCS5_C and the ciphers an encrypted key is an error. */
 #define MBEDTLS_HAVE_ASM
 #define MBEDTLS_ASN1_PARSE_C
 #define MBEDTLS_ASN1_WRITE_C
