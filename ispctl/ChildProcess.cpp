@@ -76,8 +76,8 @@ class Attributes {
         Check(::posix_spawnattr_init(&m_attributes));
         const sigset_t blocked = RunSignals::StopSignals();
         sigset_t defaults;
-        ::sigemptyset(&defaults);
-        ::sigaddset(&defaults, SIGXFSZ);
+        sigemptyset(&defaults);
+        sigaddset(&defaults, SIGXFSZ);
         ::posix_spawnattr_setsigmask(&m_attributes, &blocked);
         ::posix_spawnattr_setsigdefault(&m_attributes, &defaults);
         ::posix_spawnattr_setflags(

@@ -180,7 +180,7 @@ void LibraryRun::NotifyEnd(RunObserver &observer, const RunOutcome &outcome, Exi
 
 RunOutcome LibraryRun::Outcome() const {
     RunOutcome outcome;
-    const int status = m_child.Status().value_or(0);
+    int status = m_child.Status().value_or(0); // not const, for the macros of macOS
     outcome.percent = m_percent;
     outcome.inBackup = m_inBackup;
     outcome.backups = m_backups;

@@ -50,9 +50,9 @@ extern "C" void OnSignal(int signal) {
 
 sigset_t RunSignals::StopSignals() {
     sigset_t set;
-    ::sigemptyset(&set);
+    sigemptyset(&set);
     for (const int signal : kStopSignals) {
-        ::sigaddset(&set, signal);
+        sigaddset(&set, signal);
     }
     return set;
 }

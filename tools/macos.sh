@@ -24,7 +24,7 @@ macos_sysroot() {
     inputs=$(packaging/macos/fetch_inputs.sh "$macos_cache") || exit 2
     macos_npm=$(echo "$inputs" | sed -n 1p)
     run packaging/macos/make_sysroot.sh "$macos_npm" "$(echo "$inputs" | sed -n 2p)" \
-        "$macos_llvm" "$PWD/build/macos/sysroot"
+        "$(echo "$inputs" | sed -n 3p)" "$macos_llvm" "$PWD/build/macos/sysroot"
 }
 
 # macos_build FOLDER OPTIONS...: for every object of two architectures clang leaves an empty folder among
@@ -62,6 +62,19 @@ macos_library() {
     else
         run "${bin}llvm-strip" -x -S "$macos_library" # signs again
     fi
+}
+
+# ispctl, in the tree of the step before; the steps that run the loader then test it, too. It takes minutes to
+# compile, so it is built only on request.
+macos_programs() {
+    macos_environment
+    if on_a_mac; then
+        echo "./dev macos programs: on Linux only; Homebrew's libraries are for one processor" >&2
+        return 0
+    fi
+    PATH=$PWD/build/macos/sysroot/bin:$PATH
+    configure macos -DSCALER_ISP_HOST=ON
+    macos_build build/macos/universal
 }
 
 # The library once more, from a copy of the sources in another folder: the same bytes.
@@ -128,20 +141,8 @@ macos_run() {
     suite "build/macos/$arch"
 }
 
-# The sign/verify plug-in with real signatures, as Linux uses it: the loader opens ELF files, too. The tree
-# of the tests has it.
-macos_elf_plugin() {
-    elf_folder=build/test
-    if [ ! -e "$elf_folder/build.ninja" ]; then
-        elf_folder=build/release
-        configure release -DSCALER_ISP_HOST=OFF
-    fi
-    build "$elf_folder" --target virtual_sign_verify
-}
-
 macos_x86_64() {
-    on_a_mac || macos_elf_plugin
-    macos_run x86_64 -DELF_SIGN_VERIFY="$PWD/$elf_folder/virtual/libSignVerify.dylib"
+    macos_run x86_64
 }
 
 macos_arm64() {
@@ -157,10 +158,10 @@ dev_macos() {
     # shellcheck disable=SC2086
     [ $# -gt 0 ] || set -- $all_macos
     for step in "$@"; do
-        case " $all_macos numbers " in
+        case " $all_macos programs numbers " in
         *" $step "*) ;;
         *)
-            echo "./dev macos: no step is called $step; there are: $all_macos numbers" >&2
+            echo "./dev macos: no step is called $step; there are: $all_macos programs numbers" >&2
             exit 2
             ;;
         esac

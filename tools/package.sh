@@ -38,7 +38,7 @@ package_macos() {
     package=build/package/ScalerIsp-$(package_version)-macos-universal
     rm -rf "$package"
     run cmake --install build/macos/universal --prefix "$PWD/$package"
-    rm -rf "$package/share" # the virtual scaler is for developers
+    rm -rf "$package/share" "${package:?}/bin" # virtual scaler and ispctl are for developers
     cp "$macos_library" "$package/lib/"
     cp packaging/macos/module.modulemap "$package/include/"
     package_readme "$package" macos

@@ -12,10 +12,11 @@ needs() {
 test,lint,check,demo,bench,macos,package cmd:c++            g++                 -
 test,check,demo,bench,macos,package cmd:cmake               cmake               cmake
 test,check,demo,bench,macos,package cmd:ninja               ninja-build         ninja
-test,check,demo,bench inc:CLI/CLI.hpp               libcli11-dev        cli11
-test,check,demo,bench inc:nlohmann/json.hpp         nlohmann-json3-dev  nlohmann-json
-test,check,demo,bench inc:fmt/format.h              libfmt-dev          fmt
-test,check,demo,bench,macos inc:openssl/evp.h             libssl-dev          openssl@3
+test,check,demo,bench,macos,package inc:CLI/CLI.hpp               libcli11-dev        cli11
+test,check,demo,bench,macos,package inc:nlohmann/json.hpp         nlohmann-json3-dev  nlohmann-json
+test,check,demo,bench,macos,package inc:fmt/format.h              libfmt-dev          fmt
+test,check,demo,bench inc:mbedtls/pk.h              libmbedtls-dev      mbedtls@2
+test,check            inc:openssl/evp.h             libssl-dev          openssl@3
 test,demo,check,macos cmd:openssl                   openssl             openssl@3
 test,check,bench,macos inc:gtest/gtest.h             libgtest-dev        googletest
 test,check,bench,macos inc:gmock/gmock.h             libgmock-dev        googletest

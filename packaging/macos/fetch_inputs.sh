@@ -1,8 +1,10 @@
 #!/bin/sh
 # Fetches the external inputs of a macOS build on Linux, each pinned by version and hash:
-# macOS headers with the sources of libc++ and its unwinder (npm), headers of libc++ 19 (Debian).
+# macOS headers with the sources of libc++ and its unwinder (npm), headers of libc++ 19 (Debian), sources of
+# mbed TLS (Debian).
 #
-#   fetch_inputs.sh CACHE    -> CACHE/npm-HASH/lib/..., CACHE/libcxx-HASH/usr/...; prints the directories
+#   fetch_inputs.sh CACHE    -> CACHE/npm-HASH/lib/..., CACHE/libcxx-HASH/usr/..., CACHE/mbedtls-HASH/...;
+#                               prints the directories
 #
 # What is already in CACHE is used without network access. An input that cannot be fetched may be put into
 # CACHE by hand, under the file name in the message.
@@ -17,6 +19,10 @@ deb_package=libc++-19-dev
 deb_version=1:19.1.7-3~deb12u1
 deb_sha256=21e79a3c1557f0dbc8dc2dd1f123523ab08784a8fa2204c0ef7937e3c9baad95
 deb_file=libc++-19-dev.deb
+
+mbed_binary=libmbedtls-dev
+mbed_file=mbedtls_2.28.3.orig.tar.gz
+mbed_sha256=3b4953aa55a681e084d31892d9904cc5328d6b4958ea57b90ae4b4f94ae69a8d
 
 mkdir -p "$1"
 cache=$(cd "$1" && pwd)
@@ -74,9 +80,35 @@ fetch_deb() {
     rm "$cache/$deb_file"
 }
 
+# The sources are in the directory of their binary packages, so that no apt source for sources is needed.
+download_mbed() {
+    binary=$(apt-get download --print-uris "$mbed_binary" 2>/dev/null | cut -d"'" -f2)
+    [ -n "$binary" ] || return 1
+    # -o: the sandboxed user may not write into the cache.
+    /usr/lib/apt/apt-helper -o APT::Sandbox::User=root download-file "${binary%/*}/$mbed_file" \
+        "$cache/$mbed_file" "SHA256:$mbed_sha256" >/dev/null 2>&1
+}
+
+fetch_mbed() {
+    [ -e "$cache/$mbed_file" ] || download_mbed ||
+        { [ "$(id -u)" -eq 0 ] && apt-get update -q >/dev/null && download_mbed; } ||
+        die "apt could not fetch $mbed_file, the sources of Debian's package $mbed_binary." \
+            "Run apt-get update as root and try again, or put that file into $cache"
+    check_hash sha256sum "$mbed_sha256" "$cache/$mbed_file" "$mbed_file"
+    rm -rf "$mbed_dir.new"
+    mkdir "$mbed_dir.new"
+    tar xzf "$cache/$mbed_file" -C "$mbed_dir.new" --strip-components=1 --wildcards --no-wildcards-match-slash \
+        '*/LICENSE' '*/include/mbedtls' '*/library'
+    mv "$mbed_dir.new" "$mbed_dir"
+    rm "$cache/$mbed_file"
+}
+
 npm_dir=$cache/npm-$(echo "$npm_sha512" | cut -c1-16)
 deb_dir=$cache/libcxx-$(echo "$deb_sha256" | cut -c1-16)
+mbed_dir=$cache/mbedtls-$(echo "$mbed_sha256" | cut -c1-16)
 [ -d "$npm_dir" ] || fetch_npm
 [ -d "$deb_dir" ] || fetch_deb
+[ -d "$mbed_dir" ] || fetch_mbed
 echo "$npm_dir/lib"
 echo "$deb_dir/usr/lib/llvm-19/include/c++/v1"
+echo "$mbed_dir"

@@ -1,11 +1,12 @@
 #!/bin/sh
 # Makes a macOS sysroot: headers and stubs that fetch_inputs.sh has fetched, the stubs of libc++ and
-# libiconv from this directory, and bin/ with the programs that clang and dsymutil call by plain name.
+# libiconv from this directory, packages for programs (packages/), and bin/ with the programs that clang and
+# dsymutil call by plain name.
 #
-#   make_sysroot.sh NPM-LIB LIBCXX-HEADERS LLVM-BIN SYSROOT
+#   make_sysroot.sh NPM-LIB LIBCXX-HEADERS MBEDTLS-SOURCES LLVM-BIN SYSROOT
 set -eu
 here=$(cd "$(dirname "$0")" && pwd)
-npm_lib=$1 libcxx=$2 llvm_bin=$3 sysroot=$4
+npm_lib=$1 libcxx=$2 mbedtls=$3 llvm_bin=$4 sysroot=$5
 
 rm -rf "$sysroot"
 mkdir -p "$sysroot/usr/include/c++" "$sysroot/usr/lib" "$sysroot/bin"
@@ -23,5 +24,16 @@ ln -s libc++.1.tbd "$sysroot/usr/lib/libc++.tbd"
 cat >"$sysroot/SDKSettings.json" <<'JSON'
 {"CanonicalName":"macosx14.0","DisplayName":"macOS 14.0","Version":"14.0","MaximumDeploymentTarget":"14.0.99","DefaultDeploymentTarget":"14.0"}
 JSON
+# Packages for programs: headers that Debian installs, described for macOS.
+for headers in CLI nlohmann fmt; do
+    cp -r "/usr/include/$headers" "$sysroot/usr/include/"
+done
+for package in "$here"/packages/*Config.cmake; do
+    name=$(basename "$package" Config.cmake)
+    mkdir -p "$sysroot/usr/lib/cmake/$name"
+    cp "$package" "$sysroot/usr/lib/cmake/$name/"
+done
+mkdir "$sysroot/usr/src"
+cp -r "$mbedtls" "$sysroot/usr/src/mbedtls"
 ln -s "$llvm_bin/llvm-lipo" "$sysroot/bin/lipo"
 ln -s "$llvm_bin/dsymutil" "$sysroot/bin/dsymutil"

@@ -11,6 +11,7 @@
 #include "scaler_isp/common/CallFailure.h"
 #include "scaler_isp/common/FileBytes.h"
 #include "scaler_isp/common/FileDescriptor.h"
+#include "scaler_isp/common/PathResolution.h"
 #include "scaler_isp/common/Platform.h"
 
 namespace {
@@ -34,9 +35,9 @@ bool IsLink(const std::string &path) {
     return false;
 }
 
-/// The target of a symbolic link; the path itself if it is not a link, or a dangling one.
+/// The target of a symbolic link; the path itself if it is not a link, or one that leads nowhere.
 std::string FollowLinks(const std::string &path) {
-    if (!IsLink(path)) {
+    if (!IsLink(path) || UsesFileAsDirectory(path)) {
         return path;
     }
     const std::unique_ptr<char, void (*)(void *)> target(::realpath(path.c_str(), nullptr),

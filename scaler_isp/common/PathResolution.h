@@ -13,6 +13,10 @@ std::string ResolvePath(const std::string &path);
 /// As GetFileFullPath.
 std::string ResolveFile(const std::string &file, const std::string &directory);
 
+/// Whether the path goes through a file as if it were a directory ("file/", "file/..", "file/x").
+/// No system opens such a path, but realpath of macOS resolves most of them.
+bool UsesFileAsDirectory(const std::string &path);
+
 /// As PathFileExist.
 bool CanBeOpened(const std::string &path);
 

@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <memory>
 #include <string_view>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "scaler_isp/common/CallFailure.h"
@@ -20,14 +21,38 @@ namespace {
 constexpr std::size_t kResolvedPathBytes = 40960;
 static_assert(kResolvedPathBytes > PATH_MAX, "realpath writes up to PATH_MAX bytes");
 
+/// Whether realpath leaves the unresolvable part of a path on every system. After any other error
+/// glibc leaves nothing, but macOS a path that nobody named: one that is too long is truncated, and
+/// so names another file.
+bool LeavesPartialPath(int error) {
+    return error == ENOENT || error == EACCES;
+}
+
 } // namespace
 
+bool UsesFileAsDirectory(const std::string &path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) == 0) {
+        return false;
+    }
+    if (!IsErrorOfPath(errno)) {
+        throw CallFailure(errno);
+    }
+    return errno == ENOTDIR;
+}
+
 std::string ResolvePath(const std::string &path) {
+    if (UsesFileAsDirectory(path)) {
+        return {};
+    }
     // The buffer matters: after a failure it holds the path that could not be resolved, which users
     // see in messages. The allocating form of realpath would give nothing.
     std::string buffer(kResolvedPathBytes, '\0');
-    if (::realpath(path.c_str(), buffer.data()) == nullptr && !IsErrorOfPath(errno)) {
-        throw CallFailure(errno);
+    if (::realpath(path.c_str(), buffer.data()) == nullptr && !LeavesPartialPath(errno)) {
+        if (!IsErrorOfPath(errno)) {
+            throw CallFailure(errno);
+        }
+        return {};
     }
     buffer.resize(std::min(buffer.find('\0'), buffer.size()));
     return buffer;

@@ -8,8 +8,8 @@
 
 /// Paths are UTF-8, with "/" as the separator. None of these functions prints anything.
 
-/// Directory of the loaded file that contains `address`, ending in "/"; symbolic links are not
-/// resolved.
+/// Directory of the loaded file that contains `address`, ending in "/": on Linux by the path by
+/// which the file was opened, on macOS by its real path (symbolic links resolved).
 /// \param address  an address inside a loaded library, or null for the running executable. For the
 ///                 directory of this library pass that of OperateScaler as dlsym returns it:
 ///                 `&OperateScaler` in a program compiled without position-independent code is an
@@ -31,9 +31,9 @@ SCALER_ISP_API bool IsAbsolutePath(const std::string &path);
 /// REQUIRES: the directory ends in "/".
 SCALER_ISP_API std::string GetFileFullPath(const std::string &file, const std::string &directory);
 
-/// The path resolved by realpath (POSIX). If that fails, the contents that realpath leaves in its
-/// buffer: on Linux the absolute path of a file that is missing from an existing directory,
-/// otherwise a part of it or nothing.
+/// The path resolved by realpath (POSIX). If a part of it is missing or not accessible, the
+/// resolved path up to and including that part; for any other error the empty string. Both are the
+/// same on Linux and macOS.
 SCALER_ISP_API std::string GetAbsolutePath(const std::string &path);
 
 /// RETURNS 1 if the path can be opened for reading, else 0. A directory counts as a file; a FIFO

@@ -5,15 +5,15 @@
 
 /// Everything that differs between the operating systems. No other code tests for the system.
 
-/// Path of the loaded file that contains `address`, as the loader knows it; symbolic links are not
-/// resolved. False if there is no such file.
+/// Path of the loaded file that contains `address`, as the loader knows it: on Linux the path by
+/// which it was opened, on macOS the real path. False if there is no such file.
 bool PlatformImagePath(const void *address, std::string &path);
 
 /// Absolute path of the running executable; empty if it cannot be determined.
 std::string PlatformExecutablePath();
 
 /// Another iconv name for 32-bit wide characters, for systems that lack "UTF-32LE"; null if there
-/// is none. It may accept characters above U+10FFFF, which the caller must reject.
+/// is none.
 const char *PlatformWideCharsetFallback();
 
 /// Whether a path that the environment's locale cannot decode is read as UTF-8.

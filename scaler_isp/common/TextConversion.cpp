@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cwchar>
 #include <iconv.h>
+#include <string_view>
 
 #include "scaler_isp/common/CallFailure.h"
 #include "scaler_isp/common/EnvironmentLocale.h"
@@ -17,6 +18,8 @@ constexpr std::size_t kWideCapacity = 10240;
 constexpr const char *kUtf8 = "UTF-8";
 constexpr const char *kWide = "UTF-32LE";
 constexpr wchar_t kLastUnicodeCharacter = 0x10FFFF;
+constexpr wchar_t kFirstSurrogate = 0xD800;
+constexpr wchar_t kLastSurrogate = 0xDFFF;
 constexpr std::size_t kFailed = static_cast<std::size_t>(-1);
 
 /// A descriptor that converts between UTF-8 and wide characters.
@@ -25,7 +28,6 @@ class Iconv {
     /// Tries the platform's other name for wide characters if "UTF-32LE" is unknown.
     Iconv(const char *to, const char *from) : m_descriptor(::iconv_open(to, from)) {
         if (!IsOpen() && errno == EINVAL && PlatformWideCharsetFallback() != nullptr) {
-            m_isFallback = true;
             const auto name = [](const char *charset) {
                 return charset == kWide ? PlatformWideCharsetFallback() : charset;
             };
@@ -40,11 +42,6 @@ class Iconv {
     }
     Iconv(const Iconv &) = delete;
     Iconv &operator=(const Iconv &) = delete;
-
-    /// Whether the caller must reject characters above U+10FFFF itself, as "UTF-32LE" does.
-    bool IsFallback() const {
-        return m_isFallback;
-    }
 
     /// Converts the complete input in one call. RETURNS the bytes written; `capacity` if the input
     /// is invalid, or if the output leaves no space for a terminator.
@@ -68,14 +65,16 @@ class Iconv {
     }
 
     iconv_t m_descriptor;
-    bool m_isFallback = false;
 };
 
 bool IsUnicode(wchar_t character) {
-    return character >= 0 && character <= kLastUnicodeCharacter;
+    return character >= 0 && character <= kLastUnicodeCharacter &&
+           (character < kFirstSurrogate || character > kLastSurrogate);
 }
 
-bool AllUnicode(const std::wstring &text) {
+/// Checked here because the system decides whether iconv rejects other values: glibc's "UTF-32LE"
+/// does, its "WCHAR_T" and the iconv of newer macOS do not.
+bool AllUnicode(std::wstring_view text) {
     return std::all_of(text.begin(), text.end(), IsUnicode);
 }
 
@@ -94,18 +93,18 @@ std::wstring WideFrom(const Iconv &iconv, const std::string &text) {
     wchar_t buffer[kWideCapacity]; // NOLINT(*-member-init): filled up to `size`
     const std::size_t size =
         iconv.Convert(text.data(), text.size(), reinterpret_cast<char *>(buffer), sizeof buffer);
-    if (size == sizeof buffer) {
+    const std::wstring_view wide(buffer, size / sizeof(wchar_t));
+    if (size == sizeof buffer || !AllUnicode(wide)) {
         return {};
     }
-    std::wstring wide(buffer, std::find(buffer, buffer + size / sizeof(wchar_t), L'\0'));
-    return iconv.IsFallback() && !AllUnicode(wide) ? std::wstring() : wide;
+    return std::wstring(wide.substr(0, wide.find(L'\0')));
 }
 
 } // namespace
 
 std::string Utf8FromWide(const std::wstring &text) {
     const Iconv iconv(kUtf8, kWide);
-    if (iconv.IsFallback() && !AllUnicode(text)) {
+    if (!AllUnicode(text)) {
         return {};
     }
     char buffer[kUtf8Capacity]; // NOLINT(*-member-init): filled up to `size`

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include <openssl/evp.h>
+#include <mbedtls/pk.h>
 
 namespace virtual_scaler {
 
@@ -21,11 +21,12 @@ struct SignFailure {
 };
 
 struct FreeKey {
-    void operator()(EVP_PKEY *key) const {
-        EVP_PKEY_free(key);
+    void operator()(mbedtls_pk_context *key) const {
+        mbedtls_pk_free(key);
+        delete key;
     }
 };
-using Key = std::unique_ptr<EVP_PKEY, FreeKey>;
+using Key = std::unique_ptr<mbedtls_pk_context, FreeKey>;
 
 /// \param origin  name of the key in messages
 /// A key protected by a pass phrase is rejected without a prompt.

@@ -60,7 +60,11 @@ LOCALE_VARIABLE = re.compile(r"LC_.*|LANG|LANGUAGE|LOCPATH|BLACKBOX_DIR")
 
 
 def link_or_copy(source, target):
+    """A hard link is faster; on macOS dyld may report another name of the file as its path."""
     os.makedirs(os.path.dirname(target), exist_ok=True)
+    if sys.platform == "darwin":
+        shutil.copy2(source, target)
+        return
     try:
         os.link(source, target)
     except OSError:

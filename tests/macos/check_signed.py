@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
-"""The library that ships signs, verifies and programs with real signatures. The ISP plug-in beside it is a
-Mach-O bundle, the sign/verify plug-in the ELF library that Linux uses: only plain records and paths pass
-between them. The openssl program judges what was signed, and signs what is then accepted.
+"""The library that ships signs, verifies and programs with real signatures; both plug-ins next to it are
+Mach-O bundles. The openssl program checks what was signed, and signs what is then accepted.
 
 usage: check_signed.py LIBRARY ISP-PLUGIN SIGN-PLUGIN FOLDER HOST...
 """
@@ -14,6 +13,7 @@ from in_loader import SUCCESS, Folder
 
 FIRMWARE = bytes(i * 7 % 251 for i in range(200_000))
 TAMPERED = FIRMWARE[:100_000] + bytes([FIRMWARE[100_000] ^ 1]) + FIRMWARE[100_001:]
+MACH_O = (b"\xca\xfe\xba\xbe", b"\xcf\xfa\xed\xfe")  # for several processors, for one
 REFUSED = "\x1b[31mFail! Error Code: 0x4003\n\x1b[m"
 
 
@@ -26,10 +26,8 @@ def prepare(arguments):
     library, isp_plugin, sign_plugin, place, *host = arguments
     folder = Folder(place, library, isp_plugin, host)
     shutil.copy(sign_plugin, folder.path / "libSignVerify.dylib")
-    for name, magic in (("libScalerIsp.dylib", b"\xca\xfe\xba\xbe"),
-                        ("PlugIn/libIsp.dylib", b"\xca\xfe\xba\xbe"),
-                        ("libSignVerify.dylib", b"\x7fELF")):
-        assert (folder.path / name).read_bytes()[:4] == magic, name
+    for name in ("libScalerIsp.dylib", "PlugIn/libIsp.dylib", "libSignVerify.dylib"):
+        assert (folder.path / name).read_bytes()[:4] in MACH_O, name
     (folder.path / "größe.bin").write_bytes(FIRMWARE)
     (folder.path / "tampered.bin").write_bytes(TAMPERED)
     for pair in ("own", "other"):
@@ -42,7 +40,7 @@ def prepare(arguments):
 
 
 def check_signing(folder):
-    """The record that the ELF plug-in saw, and a signature that somebody else finds good."""
+    """The record that the plug-in saw, and a signature that somebody else finds valid."""
     events, printed = folder.run(
         "p --sign --sw --dsmode 3 --fw größe.bin --signfile a.sig --skfile own.pem")
     assert (events, printed) == (["result 0"], SUCCESS), (events, printed)

@@ -4,6 +4,7 @@
 usage: check_virtual.py LIBRARY PLUGIN FOLDER HOST...
 """
 
+import shutil
 import sys
 
 from in_loader import SUCCESS, Folder
@@ -42,13 +43,30 @@ def check_plain_locale(folder):
     assert results(events) == ["result 0"], events
 
 
+def check_link_into_keg(folder):
+    """As Homebrew installs: what hosts open is a link in lib, and everything else is next to the file that
+    it leads to. dyld reports the real file, so plug-ins and firmware are found there."""
+    lib = folder.path.parent / "lib"
+    shutil.rmtree(lib, ignore_errors=True)
+    lib.mkdir()
+    folder.opened = lib / "libScalerIsp.dylib"
+    folder.opened.symlink_to(f"../{folder.path.name}/libScalerIsp.dylib")
+    events, printed = folder.run("p --isp --fw a.bin")
+    assert results(events) == ["result 0"], events
+    assert printed.endswith(SUCCESS), printed
+    assert folder.flash()[:len(FIRMWARE)] == FIRMWARE
+    assert [path.name for path in lib.iterdir()] == ["libScalerIsp.dylib"]
+
+
 def main():
     library, plugin, place, *host = sys.argv[1:]
-    for check, name in ((check_programming, "virtual"), (check_plain_locale, "größe")):
+    for check, name in ((check_programming, "virtual"), (check_plain_locale, "größe"),
+                        (check_link_into_keg, "keg")):
         folder = Folder(f"{place}/{name}", library, plugin, host)
         (folder.path / "a.bin").write_bytes(FIRMWARE)
         check(folder)
-    print("programmed, padded, read again, refused a missing file; plug-ins found without a locale")
+    print("programmed, padded, read again, refused a missing file; plug-ins found without a locale "
+          "and through a link")
 
 
 if __name__ == "__main__":

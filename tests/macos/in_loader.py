@@ -14,6 +14,7 @@ class Folder:
     def __init__(self, path, library, isp_plugin, host):
         self.path = pathlib.Path(path)
         self.host = host
+        self.opened = self.path / "libScalerIsp.dylib"
         shutil.rmtree(self.path, ignore_errors=True)
         (self.path / "PlugIn").mkdir(parents=True)
         shutil.copy(library, self.path / "libScalerIsp.dylib")
@@ -24,7 +25,7 @@ class Folder:
         (self.path / "run.txt").write_text("load\n" + "".join(f"call {line}\n" for line in lines))
         (self.path / "events.txt").unlink(missing_ok=True)
         done = subprocess.run(
-            [*self.host, str(self.path / "libScalerIsp.dylib"), "run.txt", "events.txt"],
+            [*self.host, str(self.opened), "run.txt", "events.txt"],
             cwd=self.path, env=dict(os.environ, LC_ALL=locale), check=True,
             stdout=subprocess.PIPE)
         return (self.path / "events.txt").read_text().splitlines(), done.stdout.decode()

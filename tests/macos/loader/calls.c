@@ -77,14 +77,15 @@ int macho_dlclose(void *image) {
     return 0;
 }
 
-/* dladdr fills the same structure on both systems. */
+/* dladdr fills the same structure on both systems, but macOS reports the real path of the file,
+ * glibc the path by which it was opened. */
 int shim_dladdr(const void *address, void *result) {
     Dl_info *info = result;
     const struct image *image = image_of_address(address);
     if (image == NULL) {
         return dladdr(address, info);
     }
-    info->dli_fname = image->name;
+    info->dli_fname = image->path;
     info->dli_fbase = image->header;
     info->dli_sname = NULL;
     info->dli_saddr = NULL;

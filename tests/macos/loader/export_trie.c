@@ -1,6 +1,5 @@
 #include "image.h"
 
-#include <dlfcn.h>
 #include <string.h>
 
 enum { EXPORT_ABSOLUTE = 2, EXPORT_KIND = 3, EXPORT_WEAK = 4, EXPORT_REEXPORT = 8 };
@@ -67,9 +66,6 @@ static const uint8_t *next_node(const struct image *image, const uint8_t *place,
 
 void *image_export(const struct image *image, const char *symbol, int *is_weak) {
     const uint8_t *node = image->exports.start;
-    if (image->elf != NULL) {
-        return dlsym(image->elf, symbol + 1);
-    }
     if (image->exports.size == 0) {
         return NULL;
     }

@@ -1,7 +1,6 @@
 #include "image.h"
 #include "loader.h"
 
-#include <dlfcn.h>
 #include <errno.h>
 #include <fcntl.h>
 #include <stdarg.h>
@@ -25,6 +24,7 @@ enum {
     COMMAND_LIBRARY = 0xC,
     COMMAND_NAME = 0xD,
     COMMAND_DYLD_INFO = 0x80000022,
+    COMMAND_MAIN = 0x80000028,
     COMMAND_CHAINED_FIXUPS = 0x80000034,
     FLAG_WEAK = 0x18000, /* defines weak symbols or binds to them */
     SECTION_INITIALISERS = 0x9,
@@ -161,6 +161,9 @@ static void note_command(struct image *image, const uint8_t *command) {
             image->libraries[image->library_count++] = open_library(image, text);
         }
         break;
+    case COMMAND_MAIN:
+        image->entry = wide_number_at(command + 8);
+        break;
     case COMMAND_DYLD_INFO:
         image->rebases = in_slice(image, command + 8);
         image->binds = in_slice(image, command + 16);
@@ -201,28 +204,39 @@ static void note_segment(struct image *image, const uint8_t *command) {
     ++image->segment_count;
 }
 
-/* Libraries begin at address 0, so that the slide is where they lie. */
+static uint8_t *address_of(const struct image *image, const struct segment *segment) {
+    return (uint8_t *)(uintptr_t)(segment->address + (uint64_t)image->slide);
+}
+
+/* Libraries begin at address 0; in a program __PAGEZERO is in front of the header. It is not
+ * mapped: nothing of it is in the file. */
 static void map_segments(struct image *image) {
     uint64_t end = 0;
+    uint64_t base = 0;
     int i;
     for (i = 0; i < image->segment_count; ++i) {
         const struct segment *segment = &image->segments[i];
+        if (segment->file_offset == 0 && segment->file_size != 0) {
+            base = segment->address;
+        }
         if (segment->address + segment->size > end) {
             end = segment->address + segment->size;
         }
     }
-    image->mapped.size = (size_t)end;
+    image->mapped.size = (size_t)(end - base);
     image->mapped.start =
-        mmap(NULL, (size_t)end, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        mmap(NULL, image->mapped.size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (image->mapped.start == MAP_FAILED) {
         abort();
     }
     image->header = image->mapped.start;
-    image->slide = (int64_t)(intptr_t)image->mapped.start;
+    image->slide = (int64_t)(intptr_t)image->mapped.start - (int64_t)base;
     for (i = 0; i < image->segment_count; ++i) {
         const struct segment *segment = &image->segments[i];
-        memcpy(image->mapped.start + segment->address, image->slice + segment->file_offset,
-               (size_t)segment->file_size);
+        if (segment->file_size != 0) {
+            memcpy(address_of(image, segment), image->slice + segment->file_offset,
+                   (size_t)segment->file_size);
+        }
     }
 }
 
@@ -233,9 +247,9 @@ static void protect_segments(const struct image *image) {
         int protection = (segment->protection & 1U ? PROT_READ : 0) |
                          (segment->protection & 2U ? PROT_WRITE : 0) |
                          (segment->protection & 4U ? PROT_EXEC : 0);
-        if (segment->size != 0) {
-            mprotect(image->mapped.start + segment->address,
-                     (size_t)((segment->size + 4095) & ~4095ULL), protection);
+        if (segment->size != 0 && segment->protection != 0) {
+            mprotect(address_of(image, segment), (size_t)((segment->size + 4095) & ~4095ULL),
+                     protection);
         }
     }
 }
@@ -275,13 +289,6 @@ static void free_image(struct image *image) {
 static int load(struct image *image) {
     if (!map_file(image)) {
         return 0;
-    }
-    if (memcmp(image->file.start, "\177ELF", 4) == 0) {
-        image->elf = dlopen(image->path, RTLD_NOW);
-        if (image->elf == NULL) {
-            image_error("dlopen(%s): %s", image->name, dlerror());
-        }
-        return image->elf != NULL;
     }
     if (!choose_slice(image)) {
         return 0;
@@ -340,12 +347,11 @@ struct image *image_open(const char *path) {
         return NULL;
     }
     images[free_index()] = image;
-    if (image->elf == NULL) {
-        image_rebase(image);
-        image_bind(image);
-        protect_segments(image);
-        run_initialisers(image);
-    }
+    image_rebase(image);
+    image_bind(image);
+    protect_segments(image);
+    program_image_loaded(image);
+    run_initialisers(image);
     return image;
 }
 
@@ -356,11 +362,7 @@ void image_close(struct image *image) {
     if (--image->uses != 0) {
         return;
     }
-    if (image->elf != NULL) {
-        dlclose(image->elf);
-    } else {
-        __cxa_finalize(image->header);
-    }
+    __cxa_finalize(image->header);
     for (i = 0; i < image->library_count; ++i) {
         if (image->libraries[i] != NULL) {
             image_close(image->libraries[i]);

@@ -18,16 +18,16 @@ struct segment {
 
 /* One loaded file. Addresses in it mean the place it was mapped to, unless they are called so. */
 struct image {
-    char *path;         /* real path, by which it is found again */
-    char *name;         /* the path it was opened by, what dladdr tells */
+    char *path;         /* real path, by which it is found again, and which dladdr reports */
+    char *name;         /* the path it was opened by, for messages */
     char *install_name; /* null for a bundle */
     int uses;
-    void *elf; /* an ELF library: its handle; nothing below is set */
 
     struct span file;     /* the whole file */
     const uint8_t *slice; /* this processor's part of it */
     struct span mapped;   /* where the segments lie */
     int64_t slide;        /* mapped address minus the address in the file */
+    uint64_t entry;       /* of a program: its main function, from the header; else 0 */
     uint8_t *header;      /* the mapped header: base of exported addresses */
     struct segment segments[MAX_SEGMENTS];
     int segment_count;
@@ -55,6 +55,11 @@ void *image_error(const char *format, ...) __attribute__((format(printf, 1, 2)))
 void *image_export(const struct image *image, const char *symbol, int *is_weak);
 uint64_t read_uleb(const uint8_t **place);
 int64_t read_sleb(const uint8_t **place);
+
+/* program.c: path of the running program, null if the host is an ordinary one; tells a program that
+ * watches its images of a new one. */
+const char *program_file(void);
+void program_image_loaded(const struct image *image);
 
 /* fixups.c */
 void image_rebase(struct image *image);

@@ -111,5 +111,6 @@ const struct shim shims_files[] = {SHIM("_readdir", read_folder),
                                    SHIM("_lstat", link_status),
                                    SHIM("_lstat$INODE64", link_status),
                                    SHIM("_open", shim_open),
+                                   SHIM("_realpath$DARWIN_EXTSN", shim_realpath),
                                    SHIM("_fcopyfile", copy_attributes),
                                    SHIM_END};

@@ -113,12 +113,29 @@ static struct macos_lconv *conventions(void) {
     return conventions_of(LC_GLOBAL_LOCALE);
 }
 
-const struct shim shims_locale[] = {
-    SHIM("_setlocale", set_locale),   SHIM("_newlocale", new_locale),
-    SHIM("_freelocale", free_locale), SHIM("_uselocale", uselocale),
-    SHIM("_localeconv", conventions), SHIM("_localeconv_l", conventions_of),
-    SHIM("_strcoll_l", collate),      SHIM("_strxfrm_l", transform),
-    SHIM("_wcscoll_l", wide_collate), SHIM("_wcsxfrm_l", wide_transform),
-    SHIM("_strftime_l", format_time), SHIM("_strtod_l", to_double),
-    SHIM("_strtof_l", to_float),      SHIM("_strtoll_l", to_signed),
-    SHIM("_strtoull_l", to_unsigned), SHIM_END};
+/* Item 0 is the name of the encoding, the only one that is translated. */
+static const char *language_item(int item, void *l) {
+    const char *name = nl_langinfo_l(CODESET, shim_locale(l));
+    if (item != 0) {
+        return "";
+    }
+    return strcmp(name, "ANSI_X3.4-1968") == 0 ? "US-ASCII" : name;
+}
+
+const struct shim shims_locale[] = {SHIM("_setlocale", set_locale),
+                                    SHIM("_newlocale", new_locale),
+                                    SHIM("_freelocale", free_locale),
+                                    SHIM("_uselocale", uselocale),
+                                    SHIM("_localeconv", conventions),
+                                    SHIM("_localeconv_l", conventions_of),
+                                    SHIM("_strcoll_l", collate),
+                                    SHIM("_strxfrm_l", transform),
+                                    SHIM("_wcscoll_l", wide_collate),
+                                    SHIM("_wcsxfrm_l", wide_transform),
+                                    SHIM("_strftime_l", format_time),
+                                    SHIM("_strtod_l", to_double),
+                                    SHIM("_strtof_l", to_float),
+                                    SHIM("_strtoll_l", to_signed),
+                                    SHIM("_strtoull_l", to_unsigned),
+                                    SHIM("_nl_langinfo_l", language_item),
+                                    SHIM_END};

@@ -2,12 +2,14 @@
 
 #define _GNU_SOURCE
 
+#include "image.h"
 #include "loader.h"
 #include "shims.h"
 
 #include <stdint.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <string.h>
 #include <sys/random.h>
 #include <time.h>
 #include <unistd.h>
@@ -26,10 +28,14 @@ static void stack_was_overrun(void) {
     abort();
 }
 
-/* The host program plays the executable. */
+/* Without a program in the loader the host program plays the executable. */
 static int path_of_process(int process, char *path, uint32_t capacity) {
     char link[64];
     ssize_t length;
+    if (process == getpid() && program_file() != NULL) {
+        snprintf(path, capacity, "%s", program_file());
+        return (int)strlen(path);
+    }
     snprintf(link, sizeof link, "/proc/%d/exe", process);
     length = readlink(link, path, capacity - 1);
     if (length < 0) {

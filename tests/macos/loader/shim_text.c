@@ -255,42 +255,16 @@ static int upper_l(int value, void *l) {
     return (int)towupper_l((wint_t)value, shim_locale(l));
 }
 
-/* ---- iconv: a C library for another processor may lack the module of UTF-32LE. UCS-4LE is built
- * in, but takes what is no character; the check stands here. One conversion at a time. ---- */
+/* ---- iconv: as that of newer macOS it accepts values above U+10FFFF, which glibc's UTF-32LE
+ * rejects and its UCS-4LE accepts. A C library for another processor may also lack the module of
+ * UTF-32LE. ---- */
 
-static iconv_t substitute = (iconv_t)-1;
-static int substitute_reads_wide;
+static const char *lenient(const char *charset) {
+    return strcasecmp(charset, "UTF-32LE") == 0 ? "UCS-4LE" : charset;
+}
 
 static iconv_t open_conversion(const char *to, const char *from) {
-    static const char wide[] = "UTF-32LE", built_in[] = "UCS-4LE";
-    iconv_t conversion = iconv_open(to, from);
-    substitute = (iconv_t)-1;
-    if (conversion != (iconv_t)-1) {
-        return conversion;
-    }
-    substitute_reads_wide = strcasecmp(from, wide) == 0;
-    substitute = iconv_open(strcasecmp(to, wide) == 0 ? built_in : to,
-                            substitute_reads_wide ? built_in : from);
-    return substitute;
-}
-
-static int is_character(const char *place) {
-    uint32_t value;
-    memcpy(&value, place, sizeof value);
-    return value <= 0x10FFFF;
-}
-
-static size_t convert(iconv_t conversion, char **from, size_t *left, char **to, size_t *capacity) {
-    if (conversion == substitute && substitute_reads_wide && from != NULL && *from != NULL) {
-        size_t i;
-        for (i = 0; i + 4 <= *left; i += 4) {
-            if (!is_character(*from + i)) {
-                errno = EILSEQ;
-                return (size_t)-1;
-            }
-        }
-    }
-    return iconv(conversion, from, left, to, capacity);
+    return iconv_open(lenient(to), lenient(from));
 }
 
 const struct shim shims_text[] = {SHIM("_mbrtowc", s_mbrtowc),
@@ -318,5 +292,5 @@ const struct shim shims_text[] = {SHIM("_mbrtowc", s_mbrtowc),
                                   SHIM("____tolower_l", lower_l),
                                   SHIM("____toupper_l", upper_l),
                                   SHIM("_iconv_open", open_conversion),
-                                  SHIM("_iconv", convert),
+                                  SHIM("_iconv", iconv),
                                   SHIM_END};

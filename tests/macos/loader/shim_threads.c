@@ -91,6 +91,15 @@ static int condition_wait(struct macos_condition *condition, struct macos_mutex 
     return errno_to_macos(pthread_cond_wait(condition_of(condition), mutex_of(mutex)));
 }
 
+static int condition_wait_until(struct macos_condition *condition, struct macos_mutex *mutex,
+                                const struct timespec *end) {
+    return errno_to_macos(pthread_cond_timedwait(condition_of(condition), mutex_of(mutex), end));
+}
+
+static int condition_signal(struct macos_condition *condition) {
+    return pthread_cond_signal(condition_of(condition));
+}
+
 static int condition_broadcast(struct macos_condition *condition) {
     return pthread_cond_broadcast(condition_of(condition));
 }
@@ -164,6 +173,8 @@ const struct shim shims_threads[] = {SHIM("_pthread_mutex_init", mutex_init),
                                      SHIM("_pthread_mutexattr_destroy", pthread_mutexattr_destroy),
                                      SHIM("_pthread_mutexattr_settype", set_mutex_type),
                                      SHIM("_pthread_cond_wait", condition_wait),
+                                     SHIM("_pthread_cond_timedwait", condition_wait_until),
+                                     SHIM("_pthread_cond_signal", condition_signal),
                                      SHIM("_pthread_cond_broadcast", condition_broadcast),
                                      SHIM("_pthread_cond_destroy", condition_destroy),
                                      SHIM("_pthread_once", once),
@@ -171,6 +182,9 @@ const struct shim shims_threads[] = {SHIM("_pthread_mutex_init", mutex_init),
                                      SHIM("_pthread_getspecific", get_specific),
                                      SHIM("_pthread_setspecific", set_specific),
                                      SHIM("_pthread_self", pthread_self),
+                                     SHIM("_pthread_create", pthread_create),
+                                     SHIM("_pthread_join", pthread_join),
+                                     SHIM("_pthread_detach", pthread_detach),
                                      SHIM("_pthread_mach_thread_np", thread_number),
                                      SHIM("_pthread_rwlock_rdlock", lock_to_read),
                                      SHIM("_pthread_rwlock_wrlock", lock_to_write),

@@ -15,6 +15,7 @@
 #ifdef __aarch64__
 
 int shim_open(const char *path, int flags, int mode);
+int shim_fcntl(int file, int command, long value);
 
 struct linux_va_list {
     void *stack, *general_top, *vector_top;
@@ -70,6 +71,10 @@ FROM_ENTRY int stack_open(const char *path, int flags, const int *slots) {
     return shim_open(path, flags, *slots);
 }
 
+FROM_ENTRY int stack_fcntl(int file, int command, const long *slots) {
+    return shim_fcntl(file, command, *slots);
+}
+
 ENTRY(printf, 1);
 ENTRY(fprintf, 2);
 ENTRY(snprintf, 3);
@@ -77,6 +82,7 @@ ENTRY(swprintf, 3);
 ENTRY(sscanf, 2);
 ENTRY(snprintf_l, 4);
 ENTRY(open, 2);
+ENTRY(fcntl, 2);
 
 static int list_fprintf(FILE *file, const char *format, void *slots) {
     FROM_STACK(slots);
@@ -108,6 +114,7 @@ const struct shim shims_variadic[] = {SHIM("_printf", entry_printf),
                                       SHIM("_sscanf", entry_sscanf),
                                       SHIM("_snprintf_l", entry_snprintf_l),
                                       SHIM("_open", entry_open),
+                                      SHIM("_fcntl", entry_fcntl),
                                       SHIM("_vfprintf", list_fprintf),
                                       SHIM("_vsnprintf", list_snprintf),
                                       SHIM("_vswprintf", list_swprintf),

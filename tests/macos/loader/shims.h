@@ -6,6 +6,8 @@
  * (shim_same.c). */
 
 #include <locale.h>
+#include <signal.h>
+#include <stdint.h>
 
 struct shim {
     const char *symbol; /* with the leading underscore */
@@ -19,7 +21,8 @@ struct shim {
     { SYMBOL, (void *)(TARGET) }
 
 extern const struct shim shims_same[], shims_errno[], shims_locale[], shims_text[], shims_files[],
-    shims_system[], shims_threads[], shims_variadic[];
+    shims_system[], shims_threads[], shims_variadic[], shims_signals[], shims_spawn[],
+    shims_descriptors[], shims_program[];
 
 /* Address of a function or variable of the system; null when no table has it. */
 void *shim_find(const char *symbol);
@@ -29,6 +32,12 @@ int errno_to_macos(int number);
 
 /* A locale_t of macOS: null is the C locale. */
 locale_t shim_locale(void *locale);
+
+/* shim_signals.c: a set of signals of macOS is a mask. */
+void shim_signal_set(uint32_t mask, sigset_t *set);
+
+/* shim_realpath.c */
+char *shim_realpath(const char *path, char *resolved);
 
 /* calls.c */
 int shim_dladdr(const void *address, void *info);

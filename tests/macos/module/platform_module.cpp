@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "scaler_isp/ScalerIsp.h"
 
@@ -57,6 +59,10 @@ void Utf8_is_converted_in_every_locale() {
     CHECK(transform.ConvertUnicodeStringToUTF8(wide) == narrow);
     CHECK(transform.ConvertUTF8StringToUnicode(narrow) == wide);
     CHECK(transform.ConvertUnicodeStringToUTF8(std::wstring(1, wchar_t{0xD800})).empty());
+    CHECK(transform.ConvertUnicodeStringToUTF8(std::wstring(1, wchar_t{0x110000})).empty());
+    CHECK(transform.ConvertUTF8StringToUnicode("\xED\xA0\x80").empty());
+    CHECK(transform.ConvertUTF8StringToUnicode("\xF4\x90\x80\x80").empty());
+    CHECK(transform.ConvertUTF8StringToUnicode("\xF8\x88\x80\x80\x80").empty());
     CHECK(transform.ConvertUTF8StringToUnicode("a\xC3").empty());
     CHECK(transform.ConvertUTF8StringToUnicode("\xC0\x80").empty());
 }
@@ -114,6 +120,32 @@ void Missing_file_has_its_full_path() {
     CHECK(GetFileFullPath("../missing.bin", Folder() + "/x/../").find("..") == std::string::npos);
 }
 
+/// Only the limit differs between systems; the path never becomes a part of what was named.
+void Path_that_is_too_long_is_empty() {
+    const std::string name = "/" + std::string(255, 'x');
+    std::string path = Folder();
+    std::size_t made = 0;
+    for (; path.size() <= 1023; path += name, ++made) {
+        CHECK(mkdir((path + name).c_str(), 0700) == 0 || path.size() + name.size() > 1023);
+    }
+    CHECK(made >= 3);
+    CHECK(GetAbsolutePath(path).empty());
+    CHECK(GetAbsolutePath(path + "/..").empty());
+    for (; made > 0; --made) {
+        rmdir(path.c_str());
+        path.resize(path.size() - name.size());
+    }
+    CHECK(GetAbsolutePath(path) == Folder());
+}
+
+void File_used_as_directory_is_empty(const std::string &path) {
+    Store(path, "x");
+    for (const char *ending : {"/", "/.", "/..", "/x"}) {
+        CHECK(GetAbsolutePath(path + ending).empty());
+    }
+    CHECK(GetAbsolutePath(path) == path);
+}
+
 } // namespace
 
 /// RETURNS the number of checks that fail, each named on standard output; the number of all in `all`.
@@ -125,6 +157,8 @@ extern "C" SCALER_ISP_API int RunPlatformChecks(const char *locale, int *all) {
     Numbers_are_read_without_a_binary_prefix(path);
     Settings_are_written_in_the_locale(path, locale);
     Missing_file_has_its_full_path();
+    Path_that_is_too_long_is_empty();
+    File_used_as_directory_is_empty(path);
     std::remove(path.c_str());
     *all = checks;
     return failures;

@@ -29,13 +29,29 @@ template <class Function> int ErrorOf(Function &&function) {
     }
 }
 
-TEST(PathFailure, Unresolvable_path_returns_partial_result_of_realpath) {
+TEST(PathFailure, Partial_result_of_realpath_counts_if_part_is_missing_or_forbidden) {
     for (const int error : kErrorsOfThePath) {
         const SystemFault fault("realpath", error);
-        EXPECT_EQ(ResolvePath("a/b"), "/as/far/as/it/exists") << error;
-        EXPECT_EQ(ResolveFile("b", "a/"), "/as/far/as/it/exists") << error;
-        EXPECT_EQ(GetAbsolutePath("a/b"), "/as/far/as/it/exists") << error;
-        EXPECT_EQ(GetFileFullPath("b", "a/"), "/as/far/as/it/exists") << error;
+        const bool counts = error == ENOENT || error == EACCES;
+        const std::string expected = counts ? "/as/far/as/it/exists" : "";
+        EXPECT_EQ(ResolvePath("a/b"), expected) << error;
+        EXPECT_EQ(ResolveFile("b", "a/"), expected) << error;
+        EXPECT_EQ(GetAbsolutePath("a/b"), expected) << error;
+        EXPECT_EQ(GetFileFullPath("b", "a/"), expected) << error;
+    }
+}
+
+TEST(PathFailure, File_used_as_directory_is_empty_whatever_realpath_returns) {
+    const TempFolder folder;
+    folder.Write("file", "");
+    for (const char *name : {"file/", "file/.", "file/..", "file/x", "file/../file"}) {
+        const SystemFault fault("realpath", ENOENT);
+        EXPECT_TRUE(UsesFileAsDirectory(folder.Path(name))) << name;
+        EXPECT_EQ(ResolvePath(folder.Path(name)), "") << name;
+        EXPECT_FALSE(fault.HasStruck()) << name;
+    }
+    for (const char *name : {"file", "missing", "missing/..", "../x", "."}) {
+        EXPECT_FALSE(UsesFileAsDirectory(folder.Path(name))) << name;
     }
 }
 

@@ -94,12 +94,13 @@ TEST(Paths, Unresolvable_path_is_empty_or_partial) {
     const TempFolder folder;
     folder.Write("file", "x");
     EXPECT_EQ(GetAbsolutePath(""), "");
-#ifdef __linux__
     EXPECT_EQ(GetAbsolutePath(folder.Path("missing/file.bin")), folder.Path("missing"));
+    EXPECT_EQ(GetAbsolutePath(folder.Path("missing/../file")), folder.Path("missing"));
     EXPECT_EQ(GetAbsolutePath(folder.Path("file/x")), "");
+    EXPECT_EQ(GetAbsolutePath(folder.Path("file/")), "");
+    EXPECT_EQ(GetAbsolutePath(folder.Path("file/..")), "");
     EXPECT_EQ(GetAbsolutePath(std::string(5000, 'x')), "");
     EXPECT_EQ(GetAbsolutePath("/" + std::string(50000, 'x')), "");
-#endif
 }
 
 TEST(Paths, GetFileFullPath_returns_absolute_file_unchanged) {
