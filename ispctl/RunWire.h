@@ -17,7 +17,7 @@ namespace ispctl {
 enum class FrameKind : char {
     Unopened = 'U',   ///< a message: why the library cannot be opened
     Unpassable = 'A', ///< a message: why the arguments cannot be passed to it
-    Findings = 'F',   ///< what EncodeFindings makes: the answer continues, whatever was found
+    Findings = 'F',   ///< what EncodeLineReport makes: no answer if ispctl refuses the run
     Notice = 'N',     ///< a message for the user
     Refused = 'X',    ///< a Refusal: the library is not called, or not again
     Files = 'H',      ///< array of RunFileJson: the files of the run

@@ -9,7 +9,7 @@
 namespace ispctl {
 
 /// {"name":T,"class":"warning" or "error" or "fatal","option":T,"value":T,"argument":N,
-///  "offset":N,"length":N,"message":T,"suggestion":T,"corrected":[T,...]}
+///  "offset":N,"length":N,"message":T,"suggestion":T,"follows_from":T,"corrected":[T,...]}
 /// "argument" is an index in ARGS, 0 first; "offset" and "length" are bytes in it. What a finding
 /// does not have is null. Bytes that are not UTF-8 are escaped, see EscapedText.
 Json FindingJson(const Finding &finding);
