@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
@@ -9,6 +10,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <sys/stat.h>
+#include <utility>
 
 #include "Pipe.h"
 #include "Utf8.h"
@@ -38,10 +40,44 @@ std::string TextOf(const Json &object, const char *key) {
     return found != object.end() && found->is_string() ? found->get<std::string>() : "";
 }
 
-std::optional<int> NumberOf(const Json &object, const char *key) {
-    const auto found = object.find(key);
-    return found != object.end() && found->is_number_integer() ? std::optional(found->get<int>())
-                                                               : std::nullopt;
+/// RETURNS nothing if it is no integer or one that no record of a run has.
+std::optional<int> NumberOf(const Json &value) {
+    const bool inRange =
+        value.is_number_unsigned()
+            ? std::in_range<int>(value.get<std::uint64_t>())
+            : value.is_number_integer() && std::in_range<int>(value.get<std::int64_t>());
+    return inRange ? std::optional(value.get<int>()) : std::nullopt;
+}
+
+/// What is nested deeper than any record becomes a value of no use, because whatever walks over
+/// nested values calls itself.
+Json ParseRecord(const std::string &line) {
+    constexpr int kMaxDepth = 8;
+    const auto isShallow = [](int depth, Json::parse_event_t, const Json &) {
+        return depth <= kMaxDepth;
+    };
+    return Json::parse(line, isShallow, false);
+}
+
+bool AreTags(const Json &value) {
+    return value.is_object() &&
+           std::all_of(value.begin(), value.end(), [](const Json &tag) { return tag.is_string(); });
+}
+
+/// RETURNS why an object is no record of a run; empty if it is one.
+std::string DamageOf(const Json &record) {
+    if (record.is_discarded()) {
+        return "incomplete or damaged: it is not JSON";
+    }
+    if (!NumberOf(record.value("status", Json()))) {
+        return "not a record of a run: it has no status";
+    }
+    if (const Json code = record.value("code", Json()); !code.is_null() && !NumberOf(code)) {
+        return "not a record of a run: its code is no result code";
+    }
+    return AreTags(record.value("tags", Json::object()))
+               ? ""
+               : "not a record of a run: its tags are not text";
 }
 
 bool IsTime(const std::string &text) {
@@ -62,7 +98,9 @@ std::optional<int> CodeIn(const std::string &result) {
     if (!result.starts_with("0x")) {
         return std::nullopt;
     }
-    return static_cast<int>(std::strtoul(result.c_str(), nullptr, 16));
+    const unsigned long code = std::strtoul(result.c_str(), nullptr, 16);
+    return std::in_range<std::uint32_t>(code) ? std::optional(static_cast<int>(code))
+                                              : std::nullopt;
 }
 
 /// Without the state of the device, which the result of a failed run ends with.
@@ -131,27 +169,23 @@ void LogReader::ReadLine(const std::string &line) {
 }
 
 void LogReader::ReadRecord(const std::string &line) {
-    const Json record = Json::parse(line, nullptr, false);
-    const auto status = record.is_object() ? NumberOf(record, "status") : std::nullopt;
-    if (!status) {
-        Break(record.is_discarded() ? "incomplete or damaged: it is not JSON"
-                                    : "not a record of a run: it has no status");
+    const Json record = ParseRecord(line);
+    if (const std::string damage = DamageOf(record); !damage.empty()) {
+        Break(damage);
         return;
     }
+    const auto status = NumberOf(record["status"]);
     LogEntry entry{TextOf(record, "run"),
                    TextOf(record, "time"),
                    *status == 0,
                    status,
-                   NumberOf(record, "code"),
+                   NumberOf(record.value("code", Json())),
                    TextOf(record, "source"),
                    TextOf(record, "meaning"),
                    {}};
-    const auto tags = record.find("tags");
-    if (tags != record.end() && tags->is_object()) {
-        for (const auto &[key, value] : tags->items()) {
-            entry.tags.emplace_back(key,
-                                    value.is_string() ? value.get<std::string>() : value.dump());
-        }
+    const Json tags = record.value("tags", Json::object());
+    for (const auto &[key, value] : tags.items()) {
+        entry.tags.emplace_back(key, value.get<std::string>());
     }
     Add(std::move(entry));
 }

@@ -73,6 +73,25 @@ TEST_F(LogSummaries, Broken_lines_are_named_and_the_rest_is_counted) {
     EXPECT_THAT(lines, testing::ElementsAre(1, 3, 4, 5, 6));
 }
 
+TEST_F(LogSummaries, Record_that_no_run_writes_is_broken) {
+    constexpr std::size_t kDepth = 400000;
+    const std::string deep = std::string(kDepth, '[') + std::string(kDepth, ']');
+    for (const std::string &line :
+         {R"({"status":0,"tags":{"a":)" + deep + "}}", R"({"status":0,"tags":)" + deep + "}",
+          R"({"status":0,"more":)" + deep + R"(,"tags":{"a":[]}})",
+          std::string(R"({"status":0,"tags":{"serial":1}})"),
+          std::string(R"({"status":4294967296})"), std::string(R"({"status":-4294967296})"),
+          std::string(R"({"status":18446744073709551615})"), std::string(R"({"status":0.0})"),
+          std::string(R"({"status":0,"code":4294967296})"),
+          std::string(R"({"status":0,"code":"0"})")}) {
+        ispctl::LogReader reader;
+        std::string error;
+        EXPECT_TRUE(reader.Read(m_folder.Write("log", line), error)) << error;
+        EXPECT_TRUE(reader.Entries().empty()) << line.substr(0, 60);
+        EXPECT_EQ(reader.BrokenLines().size(), 1U) << line.substr(0, 60);
+    }
+}
+
 TEST_F(LogSummaries, Control_characters_of_tags_are_shown_visibly) {
     std::string record = kPassed;
     record.replace(record.find("\"1\""), 3, "\"\\u001b[2J\"");
