@@ -5,6 +5,7 @@
 #include <cstring>
 #include <fmt/format.h>
 #include <memory>
+#include <utility>
 
 namespace ispctl {
 namespace {
@@ -18,24 +19,34 @@ using File = std::unique_ptr<std::FILE, Closer>;
 
 } // namespace
 
-std::optional<std::string> ReadInputFile(const std::string &name, std::size_t limit,
-                                         std::string &error) {
-    const File file(std::fopen(name.c_str(), "rbe"));
+std::optional<std::string> ReadInput(InputSource source, const std::string &shown,
+                                     std::size_t limit, InputFault &fault) {
     std::string bytes;
     char buffer[65536];
-    std::size_t count = 0;
-    while (file && (count = std::fread(buffer, 1, sizeof buffer, file.get())) > 0) {
-        if (count > limit - bytes.size()) {
-            error = fmt::format("{} is too large: at most {} bytes ({} KiB) are read", name, limit,
-                                limit / 1024);
+    long count = -1;
+    while (source.IsOpen() && (count = source.Read(buffer, sizeof buffer)) > 0) {
+        if (static_cast<std::size_t>(count) > limit - bytes.size()) {
+            fault = {InputFault::Kind::TooLarge,
+                     fmt::format("{} is too large: at most {} bytes ({} KiB) are read", shown,
+                                 limit, limit / 1024)};
             return std::nullopt;
         }
-        bytes.append(buffer, count);
+        bytes.append(buffer, static_cast<std::size_t>(count));
     }
-    if (!file || std::ferror(file.get()) != 0) {
-        error = fmt::format("cannot read {}: {}", name, std::strerror(errno));
+    if (count < 0 || source.LacksWriter()) {
+        fault = {InputFault::Kind::Unreadable,
+                 fmt::format("cannot read {}: {}", shown,
+                             count < 0 ? std::strerror(errno) : "nobody writes to this pipe")};
         return std::nullopt;
     }
+    return bytes;
+}
+
+std::optional<std::string> ReadInputFile(const std::string &name, std::size_t limit,
+                                         std::string &error) {
+    InputFault fault;
+    auto bytes = ReadInput(InputSource::Open(name), name, limit, fault);
+    error = std::move(fault.text);
     return bytes;
 }
 

@@ -5,12 +5,26 @@
 #include <optional>
 #include <string>
 
+#include "InputSource.h"
+
 namespace ispctl {
 
-/// Reads a file that the user names; it may be a pipe or a device, so its size is not known in
-/// advance.
-/// \param limit  a longer file is an error. UNITS: bytes
-/// RETURNS nothing on failure, with the reason in error.
+/// Why an input was not read.
+struct InputFault {
+    enum class Kind { Unreadable, TooLarge };
+    Kind kind = Kind::Unreadable;
+    std::string text;
+};
+
+/// Reads to the end. The input may be a pipe or a device, so its size is not known in advance.
+/// \param shown  its name in messages
+/// \param limit  a longer input is an error. UNITS: bytes
+/// RETURNS nothing on failure, with the reason in fault: among others, a named pipe that nobody
+/// opens for writing.
+std::optional<std::string> ReadInput(InputSource source, const std::string &shown,
+                                     std::size_t limit, InputFault &fault);
+
+/// The same for a file that the user names. RETURNS nothing on failure, with the reason in error.
 std::optional<std::string> ReadInputFile(const std::string &name, std::size_t limit,
                                          std::string &error);
 

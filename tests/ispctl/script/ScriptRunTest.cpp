@@ -1,5 +1,6 @@
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include "ConsoleProcess.h"
 #include "support/EnvGuard.h"
@@ -105,6 +106,14 @@ TEST_F(ScriptRun, Usage_error_exits_with_2) {
         RunConsole({"script", "run", "--lib", REAL_LIBRARY, "--comm", "/no/comm", script});
     EXPECT_EQ(missing.status, 5);
     EXPECT_THAT(missing.err, HasSubstr("ispctl: cannot load /no/comm"));
+}
+
+TEST_F(ScriptRun, Named_pipe_without_writer_is_unreadable) {
+    const std::string pipe = m_folder.Path("pipe");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const ConsoleResult result = RunConsole({"script", "check", pipe});
+    EXPECT_EQ(result.status, 8);
+    EXPECT_EQ(result.err, "ispctl: cannot read " + pipe + ": nobody writes to this pipe\n");
 }
 
 TEST_F(ScriptRun, Assembled_script_passes_list_and_check) {
