@@ -3,8 +3,8 @@
 #include <fmt/format.h>
 #include <vector>
 
-#include "FileIo.h"
 #include "RunWire.h"
+#include "explain/StagedFiles.h"
 #include "script/ScriptCheck.h"
 #include "script/ScriptInput.h"
 #include "script/ScriptRelay.h"
@@ -127,8 +127,10 @@ ExitStatus AssembleCommand(const ScriptOptions &options, Session &session) {
         return status;
     }
     std::string error;
+    StagedFiles staged;
     const bool written =
-        WriteOutputFile(options.output, std::string(bytes->begin(), bytes->end()), error);
+        staged.Add(options.output, std::string(bytes->begin(), bytes->end()), error) &&
+        staged.Commit(error);
     return written ? status : session.Fail(kExitFileError, error);
 }
 

@@ -116,6 +116,17 @@ TEST_F(ScriptRun, Named_pipe_without_writer_is_unreadable) {
     EXPECT_EQ(result.err, "ispctl: cannot read " + pipe + ": nobody writes to this pipe\n");
 }
 
+TEST_F(ScriptRun, Assembled_file_replaces_older_one_whole) {
+    const std::string text = m_folder.Write("a.script", "WriteReg 0x10, 0x20\n");
+    const std::string bytes = m_folder.Write("a.bin", "before");
+    const std::string older = m_folder.Path("older");
+    std::filesystem::create_hard_link(bytes, older);
+    EXPECT_EQ(RunConsole({"script", "assemble", text, "-o", bytes}).status, 0);
+    EXPECT_EQ(m_folder.Read("a.bin"), "\x03\x10\x20");
+    EXPECT_EQ(m_folder.Read("older"), "before"); // never truncated
+    EXPECT_EQ(RunConsole({"script", "assemble", text, "-o", m_folder.Path("no/a")}).status, 8);
+}
+
 TEST_F(ScriptRun, Assembled_script_passes_list_and_check) {
     const std::string text = m_folder.Write("a.script", "WriteReg 0x10, 0x20\nReadReg 1 // read\n");
     const std::string bytes = m_folder.Path("a.bin");
