@@ -112,9 +112,6 @@ void ShowReport(const EdidOptions &options, const edid::Report &report, Session 
 ExitStatus ShowReports(const EdidOptions &options, const std::vector<edid::Report> &reports,
                        Session &session) {
     ExitStatus status = kExitSuccess;
-    if (!options.output.empty()) {
-        status = WriteOutput(options, reports.front(), session);
-    }
     if (options.json && options.output != kStandardOutput) {
         session.streams.Write(Stream::Output, edid::WriteJson(reports));
     }
@@ -129,6 +126,13 @@ ExitStatus ShowReports(const EdidOptions &options, const std::vector<edid::Repor
     return status;
 }
 
+ExitStatus WriteAndShow(const EdidOptions &options, const std::vector<edid::Report> &reports,
+                        Session &session) {
+    const ExitStatus written =
+        options.output.empty() ? kExitSuccess : WriteOutput(options, reports.front(), session);
+    return std::max(written, ShowReports(options, reports, session));
+}
+
 ExitStatus ReadAndShow(const EdidOptions &options, Session &session) {
     ExitStatus status = kExitSuccess;
     auto input = ReadBus(options, session, status);
@@ -136,11 +140,19 @@ ExitStatus ReadAndShow(const EdidOptions &options, Session &session) {
         return status;
     }
     const std::string name = options.virtualScaler ? "virtual bus" : options.comm;
+    if (status != kExitSuccess) {
+        // Part of an EDID is worth a look, but must not replace a file that has all of it.
+        if (!options.output.empty()) {
+            session.Fail(status, fmt::format("{} is not written: the EDID was not read completely",
+                                             options.output));
+        }
+        return std::max(status,
+                        ShowReports(options, {edid::MakeReport(name, std::move(*input))}, session));
+    }
     if (options.fixChecksum && edid::HasBaseBlock(input->bytes)) {
         FixChecksums(input->bytes, name, session);
     }
-    return std::max(status,
-                    ShowReports(options, {edid::MakeReport(name, std::move(*input))}, session));
+    return WriteAndShow(options, {edid::MakeReport(name, std::move(*input))}, session);
 }
 
 /// In the process of its own: a communication library may crash.
@@ -174,7 +186,7 @@ ExitStatus EdidCommand(const EdidOptions &options, Session &session) {
     for (const std::string &file : options.files) {
         reports.push_back(ReadReport(options, file, session));
     }
-    return ShowReports(options, reports, session);
+    return WriteAndShow(options, reports, session);
 }
 
 } // namespace ispctl

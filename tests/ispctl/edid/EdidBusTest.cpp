@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
 
@@ -45,7 +46,16 @@ TEST_F(EdidBus, Blocks_before_missing_one_are_shown) {
     EXPECT_THAT(result.out, HasSubstr("manufacturer      TST\n"));
     EXPECT_THAT(result.err, HasSubstr("block 2 of the EDID cannot be read (status 0x"));
     EXPECT_THAT(result.err, HasSubstr("header declares 2 extension blocks, file contains 1"));
-    EXPECT_EQ(ReadBytes(m_out).size(), 256U);
+    EXPECT_THAT(result.err, HasSubstr("out is not written: the EDID was not read completely\n"));
+    EXPECT_FALSE(std::filesystem::exists(m_out));
+}
+
+TEST_F(EdidBus, Output_is_kept_if_a_block_is_missing) {
+    m_folder.Write("out", "before");
+    const std::string part = edid::Bytes(edid::Base(2)) + edid::Bytes(edid::Cta());
+    EXPECT_EQ(Read(part, m_out).status, 1);
+    EXPECT_EQ(ReadBytes(m_out), "before");
+    EXPECT_EQ(Read(part, "-").out, "");
 }
 
 } // namespace
