@@ -20,6 +20,8 @@ class ScratchDirectory {
     }
 
   private:
+    explicit ScratchDirectory(std::filesystem::path made);
+
     std::filesystem::path m_path;
 };
 

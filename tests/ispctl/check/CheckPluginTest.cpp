@@ -1,12 +1,15 @@
 // What check-plugin says about good and broken plug-ins: the real program on real plug-ins.
 
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include "ConsoleProcess.h"
+#include "scaler_isp/abi/CommandSetting.h"
 #include "support/EnvGuard.h"
 #include "support/TempFolder.h"
 
@@ -265,6 +268,44 @@ TEST(CheckPlugin, Temporary_directory_is_needed_and_left_empty) {
     const ConsoleResult result = RunConsole({"check-plugin", "--call", BROKEN_ISP});
     EXPECT_EQ(result.status, 8);
     EXPECT_THAT(result.err, HasSubstr("TMPDIR"));
+}
+
+TEST(CheckPlugin, Temporary_directory_must_fit_into_a_record) {
+    constexpr std::size_t kFits = 226;
+    const TempFolder folder;
+    std::string path = folder.Path() + std::string(kFits - folder.Path().size(), 'd');
+    fs::create_directory(path);
+    {
+        const EnvGuard guard("TMPDIR", path.c_str());
+        EXPECT_EQ(Checked(BROKEN_ISP)["status"], 0);
+    }
+    path += "d";
+    fs::create_directory(path);
+    const EnvGuard guard("TMPDIR", path.c_str());
+    const ConsoleResult result = RunConsole({"check-plugin", "--call", BROKEN_ISP});
+    EXPECT_EQ(result.status, 8);
+    EXPECT_THAT(result.err, HasSubstr("the path in TMPDIR is too long"));
+    EXPECT_TRUE(fs::is_empty(path));
+}
+
+TEST(CheckPlugin, Temporary_directory_without_space_is_left_empty) {
+    const TempFolder folder;
+    const EnvGuard guard("TMPDIR", folder.Path().c_str());
+    const rlimit before = [] {
+        rlimit limit{};
+        ::getrlimit(RLIMIT_FSIZE, &limit);
+        return limit;
+    }();
+    const auto ignored = ::signal(SIGXFSZ, SIG_IGN);
+    rlimit small = before;
+    small.rlim_cur = SCALER_ISP_BANK_BYTES / 2; // less than a firmware has
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    const ConsoleResult result = RunConsole({"check-plugin", "--call", BROKEN_ISP});
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    ::signal(SIGXFSZ, ignored);
+    EXPECT_EQ(result.status, 8);
+    EXPECT_THAT(result.err, HasSubstr("firmware.bin"));
+    EXPECT_TRUE(fs::is_empty(folder.Path()));
 }
 
 #if defined(VIRTUAL_ISP)
