@@ -1,6 +1,7 @@
 #include "check/CallWatch.h"
 
 #include <algorithm>
+#include <exception>
 #include <fmt/format.h>
 #include <mutex>
 #include <string>
@@ -36,23 +37,7 @@ std::string Shown(std::wstring_view text) {
                    Charset::Ascii);
 }
 
-} // namespace
-
-CallWatch::CallWatch(CallReporter &reporter) {
-    g_reporter = &reporter;
-}
-
-CallWatch::~CallWatch() {
-    const std::lock_guard lock(g_mutex);
-    g_reporter = nullptr;
-}
-
-void CallWatch::BeginAction() {
-    const std::lock_guard lock(g_mutex);
-    g_percent = 0;
-}
-
-void CallWatch::OnProgress(int percent) {
+void ExamineProgress(int percent) {
     const std::lock_guard lock(g_mutex);
     if (g_reporter == nullptr) {
         return;
@@ -65,7 +50,7 @@ void CallWatch::OnProgress(int percent) {
     g_percent = std::clamp(percent, g_percent, std::max(g_percent, 100));
 }
 
-void CallWatch::OnMessage(wchar_t *text) {
+void ExamineMessage(const wchar_t *text) {
     const std::lock_guard lock(g_mutex);
     if (g_reporter == nullptr) {
         return;
@@ -83,6 +68,37 @@ void CallWatch::OnMessage(wchar_t *text) {
         g_reporter->Add(FindingId::MessageNotText, Shown(message));
     } else if (std::any_of(message.begin(), message.end(), IsControlInMessage)) {
         g_reporter->Add(FindingId::EscapeSequence, Shown(message));
+    }
+}
+
+} // namespace
+
+CallWatch::CallWatch(CallReporter &reporter) {
+    g_reporter = &reporter;
+}
+
+CallWatch::~CallWatch() {
+    const std::lock_guard lock(g_mutex);
+    g_reporter = nullptr;
+}
+
+void CallWatch::BeginAction() {
+    const std::lock_guard lock(g_mutex);
+    g_percent = 0;
+}
+
+// No exception of this program may pass through the stack frames of a plug-in.
+void CallWatch::OnProgress(int percent) {
+    try {
+        ExamineProgress(percent);
+    } catch (const std::exception &) {
+    }
+}
+
+void CallWatch::OnMessage(wchar_t *text) {
+    try {
+        ExamineMessage(text);
+    } catch (const std::exception &) {
     }
 }
 
