@@ -3,6 +3,7 @@
 namespace ispctl::check {
 
 void CallReporter::Begin(const std::string &words) {
+    const std::lock_guard lock(m_mutex); // a thread of the plug-in may report at this moment
     m_words = words;
     doctor::Send(m_link, {kCallBegins, words});
 }

@@ -25,7 +25,7 @@ class CallReporter {
     void Begin(const std::string &words);
     /// May be called on a thread of the plug-in.
     void Add(doctor::FindingId id, const std::string &detail = {});
-    /// The words of the call that has begun.
+    /// The words of the call that has begun. REQUIRES: on the thread that begins the calls.
     const std::string &Words() const {
         return m_words;
     }
