@@ -11,6 +11,9 @@
 #include <malloc/malloc.h>
 #elif defined(__GLIBC__)
 #include <malloc.h>
+#if __GLIBC_PREREQ(2, 33) // the older mallinfo counts in int, which wraps
+#define ISPCTL_HAS_MALLINFO2
+#endif
 #endif
 
 namespace ispctl::check {
@@ -28,7 +31,7 @@ std::size_t HeapBytes() {
     malloc_statistics_t statistics{};
     ::malloc_zone_statistics(nullptr, &statistics);
     return statistics.size_in_use;
-#elif defined(__GLIBC__)
+#elif defined(ISPCTL_HAS_MALLINFO2)
     const struct mallinfo2 info = ::mallinfo2();
     return info.uordblks + info.hblkhd;
 #else
