@@ -1,5 +1,6 @@
 #include "chip/ChipDirectories.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fmt/format.h>
 #include <set>
@@ -111,6 +112,15 @@ std::optional<fs::path> FindChipLibrary(const std::string &name, std::string &er
     }
     error = Unknown(name);
     return std::nullopt;
+}
+
+bool IsInChipDirectory(const fs::path &library) {
+    const fs::path root = library.parent_path().parent_path();
+    const std::vector<fs::path> roots = ChipRoots();
+    return std::any_of(roots.begin(), roots.end(), [&](const fs::path &chips) {
+        std::error_code ignored;
+        return fs::equivalent(chips, root, ignored);
+    });
 }
 
 } // namespace ispctl

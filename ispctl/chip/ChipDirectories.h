@@ -19,6 +19,9 @@ std::vector<std::string> ChipNames();
 /// is none or it holds no library, with the reason and a remedy in error.
 std::optional<std::filesystem::path> FindChipLibrary(const std::string &name, std::string &error);
 
+/// Whether a library is, by its path, that of a chip.
+bool IsInChipDirectory(const std::filesystem::path &library);
+
 } // namespace ispctl
 
 #endif

@@ -2,9 +2,12 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 #include <unistd.h>
 
 #include "Environment.h"
+#include "chip/ChipDirectories.h"
 #include "doctor/FileState.h"
 #include "doctor/Probe.h"
 
@@ -57,6 +60,10 @@ bool CheckLibrary(const Places &places, Report &report, WriteAccess &access) {
     if (!CheckDirectory(places, report) ||
         !CheckLoadable(file, FindingsOfLibrary(), report, description)) {
         return true;
+    }
+    std::error_code ignored;
+    if (IsInChipDirectory(places.library) && std::filesystem::is_symlink(places.library, ignored)) {
+        report.Add(FindingId::LibraryIsLink, file);
     }
     access.Check(places.library);
     const ProbeOutcome outcome = RunProbe({kProbeCommand, "search", file, ""});

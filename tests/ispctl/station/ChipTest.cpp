@@ -8,7 +8,9 @@
 namespace {
 
 namespace fs = std::filesystem;
+using testing::AllOf;
 using testing::HasSubstr;
+using testing::Not;
 using Words = std::vector<std::string>;
 
 class Chip : public testing::Test {
@@ -34,6 +36,16 @@ TEST_F(Chip, Commands_use_library_of_its_directory) {
     }
     EXPECT_THAT(RunConsole({"explain", "--chip", "panel27", "--getscalertype"}).out,
                 HasSubstr(m_folder.Path("chips/panel27/PlugIn")));
+}
+
+TEST_F(Chip, Doctor_warns_of_library_that_is_a_link) {
+    const std::string linked = m_folder.MakeFolder("chips/linked");
+    fs::create_symlink(REAL_LIBRARY, fs::path(linked) / fs::path(REAL_LIBRARY).filename());
+    Make("copied");
+    EXPECT_THAT(RunConsole({"doctor", "--json", "--chip", "linked"}).out,
+                HasSubstr("\"library-is-a-link\""));
+    EXPECT_THAT(RunConsole({"doctor", "--json", "--chip", "copied"}).out,
+                AllOf(HasSubstr("\"library-loads\""), Not(HasSubstr("library-is-a-link"))));
 }
 
 TEST_F(Chip, Unknown_name_is_answered_with_nearest_and_list) {
