@@ -24,6 +24,22 @@ void AddHelp(CLI::App &app) {
     help->add_option("COMMAND", "name of the command, and of its subcommand")->type_name("");
 }
 
+/// An empty value would count as none: an unset variable of a shell would switch off a backup.
+void RefuseEmptyValues(CLI::App &command) {
+    for (CLI::Option *option : command.get_options()) {
+        if (option->get_items_expected_max() > 0) {
+            option->check([](const std::string &value) {
+                return value.empty() ? std::string("the value must not be empty") : std::string();
+            });
+        }
+    }
+    for (CLI::App *below : command.get_subcommands([](const CLI::App *) { return true; })) {
+        if (!below->get_group().empty()) { // hidden commands get their arguments from ispctl itself
+            RefuseEmptyValues(*below);
+        }
+    }
+}
+
 } // namespace
 
 Commands::Commands(Session &session)
@@ -42,6 +58,7 @@ Commands::Commands(Session &session)
     check::AddCheckPlugin(app, checkOptions, session, status);
     AddLog(app, summaryOptions, session, status);
     AddHelp(app);
+    RefuseEmptyValues(app);
 }
 
 } // namespace ispctl

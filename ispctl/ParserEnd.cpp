@@ -14,18 +14,24 @@ std::vector<std::string> WithHelpOption(const CLI::App &app, std::vector<std::st
     if (arguments.empty() || arguments.front() != "help" || isOption) {
         return arguments;
     }
-    arguments.erase(arguments.begin());
+    // What follows the names is left out: nothing that is only asked about may run.
+    std::vector<std::string> names;
     const CLI::App *command = &app;
-    for (const std::string &name : arguments) {
+    for (std::size_t i = 1; i < arguments.size(); ++i) {
+        if (command->get_subcommands([](const CLI::App *) { return true; }).empty()) {
+            break;
+        }
+        const std::string &name = arguments[i];
         const auto found =
             command->get_subcommands([&](const CLI::App *sub) { return sub->get_name() == name; });
+        names.push_back(name);
         if (found.empty()) {
-            return arguments;
+            return names; // the parser refuses it
         }
         command = found.front();
     }
-    arguments.emplace_back("--help");
-    return arguments;
+    names.emplace_back("--help");
+    return names;
 }
 
 bool AsksForJson(const std::vector<std::string> &arguments) {

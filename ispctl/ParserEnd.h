@@ -13,8 +13,8 @@ class ParseError;
 
 namespace ispctl {
 
-/// `help COMMAND` as `COMMAND --help`, and without the option if there is no such command: the
-/// parser then refuses it. Other arguments unchanged.
+/// `help COMMAND ...` as `COMMAND --help`, whatever follows the command, and without the option if
+/// there is no such command: the parser then refuses it. Other arguments unchanged.
 std::vector<std::string> WithHelpOption(const CLI::App &app, std::vector<std::string> arguments);
 
 /// Whether the user wants JSON: also if the arguments cannot be parsed.

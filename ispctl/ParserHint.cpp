@@ -61,7 +61,9 @@ std::string NearestArgument(const CLI::App &app, const std::vector<std::string> 
         } else if (!argument.starts_with("-") && !SubcommandNames(*command).empty()) {
             const CLI::App *sub = Subcommand(*command, argument);
             if (sub == nullptr) {
-                return Question(argument, SubcommandNames(*command));
+                const std::string question = Question(argument, SubcommandNames(*command));
+                return question.empty() ? fmt::format("there is no command {}", argument)
+                                        : question;
             }
             command = sub;
         }

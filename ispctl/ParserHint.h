@@ -11,7 +11,8 @@ class App;
 namespace ispctl {
 
 /// For arguments that the option parser rejects: the first option or subcommand that does not
-/// exist, and the nearest one that does, as a question. Empty if all exist or none is near.
+/// exist, and the nearest one that does, as a question. Empty if all exist, or if no option is
+/// near.
 std::string NearestArgument(const CLI::App &app, const std::vector<std::string> &arguments);
 
 } // namespace ispctl

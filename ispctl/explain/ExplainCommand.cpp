@@ -1,11 +1,10 @@
 #include "explain/ExplainCommand.h"
 
-#include <algorithm>
-#include <filesystem>
 #include <fmt/format.h>
 #include <optional>
 
 #include "FileIo.h"
+#include "OutputNames.h"
 #include "RunWire.h"
 #include "Utf8.h"
 #include "explain/ExplainHtml.h"
@@ -79,28 +78,16 @@ bool Compare(const ExplainOptions &options, Explanation &explanation, std::strin
     return explanation.library.empty() ? false : !explanation.accepted;
 }
 
-/// An output must not replace a file that the line names, nor another output.
 bool AreOutputsFree(const ExplainOptions &options, std::string &error) {
-    std::vector<std::string> taken;
-    for (const std::string &argument : options.arguments) {
-        taken.push_back(argument);
-        taken.push_back(argument.substr(argument.find('=') + 1));
+    const std::string taken =
+        FindTakenOutput({options.svg, options.html, options.record,
+                         options.record.empty() ? "" : options.record + ".sign"},
+                        options.arguments);
+    if (!taken.empty()) {
+        error =
+            fmt::format("{} is not written: the command line or another option names it", taken);
     }
-    for (const std::string &name : {options.svg, options.html, options.record,
-                                    options.record.empty() ? "" : options.record + ".sign"}) {
-        std::error_code ignored;
-        const bool isTaken =
-            !name.empty() && std::any_of(taken.begin(), taken.end(), [&](const std::string &other) {
-                return name == other || std::filesystem::equivalent(name, other, ignored);
-            });
-        if (isTaken) {
-            error =
-                fmt::format("{} is not written: the command line or another option names it", name);
-            return false;
-        }
-        taken.push_back(name);
-    }
-    return true;
+    return taken.empty();
 }
 
 bool WriteFiles(const ExplainOptions &options, const Explanation &explanation, std::string &error) {

@@ -1,5 +1,6 @@
 #include "station/StationRules.h"
 
+#include "OutputNames.h"
 #include "station/RunFiles.h"
 
 namespace ispctl {
@@ -29,7 +30,9 @@ std::string StationUsageError(const RunOptions &options) {
             return rule.message;
         }
     }
-    return "";
+    const std::string taken = FindTakenOutput({options.log, station.file}, options.arguments);
+    return taken.empty() ? ""
+                         : taken + " is not written: the command line or another option names it";
 }
 
 } // namespace ispctl

@@ -123,6 +123,13 @@ TEST_F(Help, Help_command_shows_help_of_command) {
     }
 }
 
+TEST_F(Help, Help_command_executes_nothing_that_follows) {
+    const ConsoleResult result =
+        RunConsole({"help", "script", "run", "--virtual", "/no/such.script"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out, RunConsole({"script", "run", "--help"}).out);
+}
+
 TEST_F(Help, Help_of_unknown_command_is_a_usage_error_with_nearest_name) {
     const ConsoleResult result = RunConsole({"help", "docter"});
     EXPECT_EQ(result.status, 2);

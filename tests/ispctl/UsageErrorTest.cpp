@@ -34,6 +34,12 @@ const Row kRows[] = {
     {{"paths", "--jsn", "--json"}, "did you mean --json?"},
     {{"script", "--json"}, "subcommand"},
     {{"rnu", "--json"}, "did you mean run?"},
+    {{"foo", "--json"}, "there is no command foo"},
+    {{"run", "--json", "--virtual", "--backup", "", "--isp"}, "must not be empty"},
+    {{"run", "--json", "--log", "", "--isp"}, "must not be empty"},
+    {{"explain", "--json", "--html", "", "--isp"}, "must not be empty"},
+    {{"run", "--json", "--log", "x", "--station", "x", "--isp"}, "another option names it"},
+    {{"run", "--json", "--log", "/fw.bin", "--isp", "--fw=/fw.bin"}, "/fw.bin is not written"},
     {{"--json"}, ""},
 };
 
