@@ -4,23 +4,31 @@
 #include <unistd.h>
 
 #include "CommandLine.h"
+#include "scaler_isp/abi/ResultCodes.h"
 
 namespace ispctl {
 namespace {
 
-JudgedResult Refuse(ParentLink &link, const std::string &reason) {
-    link.Send(FrameKind::Refused, EncodeRefusal({kExitFileError, "backup", reason}));
+JudgedResult NotProgrammed() {
     JudgedResult judged;
+    judged.result.code = SCALER_ISP_REFUSED;
     judged.result.fromLibrary = 1;
     return judged;
+}
+
+JudgedResult Refuse(ParentLink &link, const std::string &reason) {
+    link.Send(FrameKind::Refused, EncodeRefusal({kExitFileError, "backup", reason}));
+    return NotProgrammed();
 }
 
 std::optional<JudgedResult> BackUpRange(const BackupRange &range,
                                         const std::vector<std::string> &arguments,
                                         const ScalerLibrary &library, const LineContext &context,
                                         const LibraryCall &call, ParentLink &link) {
-    link.Send(FrameKind::Notice,
-              fmt::format("backup: reading {} into {}", range.Banks(), range.file.string()));
+    if (!link.Send(FrameKind::Notice,
+                   fmt::format("backup: reading {} into {}", range.Banks(), range.file.string()))) {
+        return NotProgrammed();
+    }
     const std::vector<std::string> dump = BackupLine(range, arguments);
     const CommandLine line =
         BuildCommandLine(dump, [&](const std::string &text) { return library.Split(text); });
@@ -34,7 +42,9 @@ std::optional<JudgedResult> BackUpRange(const BackupRange &range,
         ::unlink(range.file.c_str());
         return judged.result.code == 0 ? Refuse(link, error) : judged;
     }
-    link.Send(FrameKind::Backup, record);
+    if (!link.Send(FrameKind::Backup, record)) {
+        return NotProgrammed();
+    }
     return std::nullopt;
 }
 
@@ -47,14 +57,19 @@ std::optional<JudgedResult> BackUp(const std::vector<BackupRange> &ranges,
     if (ranges.empty()) {
         return std::nullopt;
     }
-    link.Send(FrameKind::Stage, BytesOf(RunStage::Backup));
+    // Without an answer ispctl has ended or wants the run to end, and nothing is programmed yet.
+    if (!link.Send(FrameKind::Stage, BytesOf(RunStage::Backup))) {
+        return NotProgrammed();
+    }
     for (const BackupRange &range : ranges) {
         auto failed = BackUpRange(range, arguments, library, context, call, link);
         if (failed) {
             return failed;
         }
     }
-    link.Send(FrameKind::Stage, BytesOf(RunStage::Call));
+    if (!link.Send(FrameKind::Stage, BytesOf(RunStage::Call))) {
+        return NotProgrammed();
+    }
     return std::nullopt;
 }
 

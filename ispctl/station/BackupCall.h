@@ -22,7 +22,8 @@ struct JudgedResult {
 using LibraryCall = std::function<JudgedResult(const std::wstring &line, const Records *records)>;
 
 /// In the library's process: lets the plug-in read the ranges into their files, and reports each
-/// backup to ispctl. A file of a failed backup is removed.
+/// backup to ispctl. A file of a failed backup is removed. If ispctl
+/// does not answer, the run ends: nothing is programmed that nobody follows.
 /// \param arguments  of the line that programs the ranges
 /// RETURNS the result with which the run ends; nothing if every range was read.
 std::optional<JudgedResult> BackUp(const std::vector<BackupRange> &ranges,
