@@ -15,7 +15,12 @@ namespace {
 constexpr int kPauseMilliseconds = 200;
 constexpr std::size_t kMaxEarlyText = 64 * 1024;
 
-std::string SignalNotice(int signal) {
+std::string SignalNotice(int signal, bool inBackup) {
+    if (inBackup) {
+        constexpr const char *kEnd = "the run ends after this read, nothing is programmed";
+        return signal == SIGINT ? fmt::format("{}; press Ctrl-C again to stop immediately", kEnd)
+                                : fmt::format("{}: {}", NameOfSignal(signal), kEnd);
+    }
     constexpr const char *kReason = "stopping now can leave the device without firmware";
     return signal == SIGINT
                ? fmt::format("{}; press Ctrl-C again to stop immediately", kReason)
@@ -56,8 +61,9 @@ template <class Event> void LibraryRun::Notify(const Event &event) {
 
 void LibraryRun::ReportSignals() {
     for (const int signal : m_child.DrainSignals()) {
+        m_isSignalled = true;
         if (!RunSignals::HasStopped()) {
-            const std::string notice = SignalNotice(signal);
+            const std::string notice = SignalNotice(signal, m_inBackup);
             m_streams.Write(Stream::Error, "\nispctl: " + notice + "\n");
             Notify([&](RunObserver &observer) { observer.OnNotice(notice); });
         }
@@ -83,6 +89,20 @@ void LibraryRun::ShowNotice(const std::string &text) {
 void LibraryRun::BeginStage(RunStage stage) {
     m_inBackup = stage == RunStage::Backup;
     m_percent.reset();
+}
+
+// Between two calls of the library, of which none has programmed yet. A signal that came before
+// the answer counts, whether it was reported or not.
+bool LibraryRun::EndsBeforeProgramming(const Frame &frame) {
+    if (frame.kind != FrameKind::Stage && frame.kind != FrameKind::Backup) {
+        return false;
+    }
+    const bool wasInBackup = m_inBackup;
+    m_inBackup = true;
+    ReportSignals();
+    m_stoppedInBackup = m_isSignalled;
+    m_inBackup = wasInBackup || m_stoppedInBackup;
+    return m_stoppedInBackup;
 }
 
 void LibraryRun::HandleFrame(const Frame &frame) {
@@ -128,6 +148,13 @@ void LibraryRun::HandleFrames() {
             return;
         }
         DrainText();
+        if (EndsBeforeProgramming(*frame)) {
+            if (frame->kind == FrameKind::Backup) {
+                HandleFrame(*frame);
+            }
+            m_child.Kill();
+            return;
+        }
         HandleFrame(*frame);
         m_child.Answer();
     }
@@ -189,7 +216,7 @@ RunOutcome LibraryRun::Outcome() const {
         outcome.fromLibrary = m_result->fromLibrary != 0;
         outcome.detail = m_detail;
     }
-    if (RunSignals::HasStopped()) {
+    if (RunSignals::HasStopped() || m_stoppedInBackup) {
         outcome.end = RunEnd::Interrupted;
     } else if (!m_result && !m_readable) {
         outcome.end = RunEnd::Unheard;

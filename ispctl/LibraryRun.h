@@ -44,6 +44,7 @@ class LibraryRun {
     bool DrainText();
     void HandleFrames();
     void HandleFrame(const Frame &frame);
+    bool EndsBeforeProgramming(const Frame &frame);
     void BeginStage(RunStage stage);
     void ShowNotice(const std::string &text);
     void Follow();
@@ -60,6 +61,8 @@ class LibraryRun {
     std::vector<std::string> m_backups;
     bool m_inBackup = false;
     bool m_calledBack = false;
+    bool m_isSignalled = false;
+    bool m_stoppedInBackup = false; ///< by a signal, between the calls
     bool m_stoppedBeforeCall = false;
     std::string m_problem;
     bool m_readable = true; ///< false: reading frames has failed

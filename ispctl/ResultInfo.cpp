@@ -38,7 +38,8 @@ std::string DescribeEnd(const RunOutcome &outcome) {
         return fmt::format("{} ended the process of the library and its plug-ins",
                            NameOfSignal(outcome.number));
     case RunEnd::Interrupted:
-        return "stopped by the second Ctrl-C";
+        return outcome.inBackup ? "stopped by a signal during the backup"
+                                : "stopped by the second Ctrl-C";
     case RunEnd::Unheard:
         return "the reports of the library's process could not be read";
     default:
@@ -167,7 +168,8 @@ std::string MeaningOf(const RunOutcome &outcome) {
 
 std::string_view DeviceAfter(const RunOutcome &outcome) {
     if (outcome.inBackup) {
-        return "the backup failed, so nothing was programmed";
+        return outcome.end == RunEnd::Interrupted ? "nothing was programmed"
+                                                  : "the backup failed, so nothing was programmed";
     }
     return outcome.pluginCalled ? "the state of the device is unknown" : "nothing was done";
 }

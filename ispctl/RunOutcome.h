@@ -17,7 +17,7 @@ enum class RunEnd {
     Returned,    ///< by itself, after the library had returned
     Exit,        ///< by exit or _exit in a plug-in, whatever the status
     Signal,      ///< by a signal
-    Interrupted, ///< by the second Ctrl-C
+    Interrupted, ///< by the second Ctrl-C, or by any signal during a backup
     Unheard,     ///< unknown: its reports could not be read to the end
     NotCalled,   ///< the library was not called
 };
