@@ -200,8 +200,7 @@ void RunLibrary(const RunOptions &options, ParentLink &link) {
         if (!call || !CheckAndReport(options, *call, link)) {
             return; // nothing was done
         }
-        preparation =
-            PrepareRun(options, call->library.Path(), call->context, call->records.get(), link);
+        preparation = PrepareRun(options, call->library.Path(), call->context, call->records, link);
         if (!preparation) {
             return; // nothing was done
         }
@@ -215,17 +214,18 @@ void RunLibrary(const RunOptions &options, ParentLink &link) {
         return;
     }
     g_link = &link;
+    const Records *records = preparation->records.get();
     if (!link.Send(FrameKind::Ready,
                    EncodeReadyCall({call->library.Path().string(), EscapeWide(call->line).text,
-                                    ProgrammedBanks(call->records.get())}))) {
+                                    ProgrammedBanks(records)}))) {
         return; // ispctl has ended, before anything was done
     }
-    const LibraryCall runLine = [&](const std::wstring &text, const Records *records) {
-        return RunAndJudge(call->library, text, records);
+    const LibraryCall runLine = [&](const std::wstring &text, const Records *ofText) {
+        return RunAndJudge(call->library, text, ofText);
     };
     const auto failed = BackUp(preparation->backups, options.arguments, call->library,
                                call->context, runLine, link);
-    const JudgedResult judged = failed ? *failed : runLine(line.line, call->records.get());
+    const JudgedResult judged = failed ? *failed : runLine(line.line, records);
     link.Send(FrameKind::Result,
               std::string(BytesOf(judged.result)) + judged.detail.substr(0, kMaxMessage));
 }

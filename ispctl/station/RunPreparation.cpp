@@ -84,6 +84,19 @@ bool PrepareFiles(const RunOptions &options, const fs::path &library, const Line
     return link.Send(FrameKind::Files, json.dump());
 }
 
+/// Parses the line again: while the run waited for the device, its files may have been exchanged,
+/// and what is programmed and backed up follows from the records.
+bool RenewRecords(const LineContext &context, RunPreparation &preparation, ParentLink &link) {
+    const ParsedLine parsed = context.parse(preparation.arguments);
+    if (!parsed.accepted) {
+        return Refuse(link, kExitRefused, "files",
+                      "the library refuses the line with the files as they are now; nothing was "
+                      "done");
+    }
+    preparation.records = parsed.records;
+    return true;
+}
+
 bool PlanBackups(const RunOptions &options, const LineContext &context, const Records *records,
                  RunPreparation &preparation, ParentLink &link) {
     const std::string &directory = options.station.backup;
@@ -105,10 +118,11 @@ bool PlanBackups(const RunOptions &options, const LineContext &context, const Re
 } // namespace
 
 std::optional<RunPreparation> PrepareRun(const RunOptions &options, const fs::path &library,
-                                         const LineContext &context, const Records *records,
+                                         const LineContext &context,
+                                         const std::shared_ptr<const Records> &records,
                                          ParentLink &link) {
     const auto &station = options.station;
-    RunPreparation preparation{options.arguments, std::nullopt, {}};
+    RunPreparation preparation{options.arguments, std::nullopt, {}, records};
     if (!station.file.empty()) {
         preparation.lock.emplace(library.parent_path(), InterfaceOf(options.arguments));
         if (!LockDevice(options, library, *preparation.lock, link)) {
@@ -116,10 +130,14 @@ std::optional<RunPreparation> PrepareRun(const RunOptions &options, const fs::pa
         }
     }
     const bool hashes = !station.file.empty() || !station.privateDirectory.empty();
-    if (hashes && !PrepareFiles(options, library, context, records, preparation, link)) {
+    if (hashes && !PrepareFiles(options, library, context, records.get(), preparation, link)) {
         return std::nullopt;
     }
-    if (!station.backup.empty() && !PlanBackups(options, context, records, preparation, link)) {
+    if (hashes && records != nullptr && !RenewRecords(context, preparation, link)) {
+        return std::nullopt;
+    }
+    if (!station.backup.empty() &&
+        !PlanBackups(options, context, preparation.records.get(), preparation, link)) {
         return std::nullopt;
     }
     return preparation;
