@@ -8,10 +8,9 @@
 
 namespace ispctl {
 
-void Descriptor::Close() {
-    if (m_number >= 0) {
-        ::close(std::exchange(m_number, -1));
-    }
+int Descriptor::Close() {
+    const bool hasFailed = m_number >= 0 && ::close(std::exchange(m_number, -1)) != 0;
+    return hasFailed ? errno : 0;
 }
 
 Pipe Pipe::Make() {

@@ -25,7 +25,8 @@ class Descriptor {
     bool IsOpen() const {
         return m_number >= 0;
     }
-    void Close();
+    /// RETURNS 0, or the error number: a file system may report only now that a write has failed.
+    int Close();
 
   private:
     int m_number;

@@ -109,7 +109,13 @@ std::optional<FileDigest> CopyFile(const fs::path &file, const fs::path &copy, s
         }
         return number == 0;
     };
-    return Read(file, write, error);
+    auto digest = Read(file, write, error);
+    const int number = target.Close();
+    if (digest && number != 0) {
+        fail(number);
+        return std::nullopt;
+    }
+    return digest;
 }
 
 } // namespace ispctl
