@@ -26,8 +26,8 @@ class FileLock {
   public:
     explicit FileLock(int descriptor) : m_descriptor(descriptor) {
         const auto end = std::chrono::steady_clock::now() + kLongestWait;
-        while (::flock(m_descriptor, LOCK_EX | LOCK_NB) != 0 &&
-               (errno == EWOULDBLOCK || errno == EINTR) && std::chrono::steady_clock::now() < end) {
+        while (!Try() && (errno == EWOULDBLOCK || errno == EINTR) &&
+               std::chrono::steady_clock::now() < end) {
             std::this_thread::sleep_for(kPause);
         }
     }
@@ -37,8 +37,18 @@ class FileLock {
     FileLock(const FileLock &) = delete;
     FileLock &operator=(const FileLock &) = delete;
 
+    bool IsHeld() const {
+        return m_isHeld;
+    }
+
   private:
+    bool Try() {
+        m_isHeld = ::flock(m_descriptor, LOCK_EX | LOCK_NB) == 0;
+        return m_isHeld;
+    }
+
     int m_descriptor;
+    bool m_isHeld = false;
 };
 
 } // namespace
@@ -80,7 +90,8 @@ bool StationFile::Append(std::string_view line, std::string &error) const {
         return true;
     }
     const int number = written < 0 ? errno : ENOSPC;
-    if (written > 0 && ::ftruncate(m_descriptor.Number(), size) != 0) {
+    // Without the lock the end of the file may be the record of another run.
+    if (written > 0 && (!lock.IsHeld() || ::ftruncate(m_descriptor.Number(), size) != 0)) {
         error = fmt::format("the record in {} is incomplete: {}", m_name, std::strerror(number));
         return false;
     }
