@@ -35,6 +35,9 @@ class DeviceLock {
 
   private:
     bool Open();
+    bool OpenFile();
+    bool IsCurrent() const;
+    void WriteHolder(const std::string &holder) const;
 
     std::filesystem::path m_file;
     Descriptor m_descriptor;
