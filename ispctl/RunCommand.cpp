@@ -17,6 +17,7 @@
 #include "line/FindingText.h"
 #include "line/LineReport.h"
 #include "line/ShellQuote.h"
+#include "station/Backup.h"
 #include "station/OriginalNames.h"
 #include "station/PrivateCopies.h"
 #include "station/RunIdentity.h"
@@ -179,6 +180,9 @@ class RunSession {
         }
         OriginalNames names(m_recorded.record.Files(), std::move(observers));
         RunOutcome outcome = m_run.Run({&names});
+        if (outcome.inBackup) {
+            RemovePartialBackups(m_options.station.backup, m_recorded.id, outcome.backups);
+        }
         outcome.detail = names.Replace(std::move(outcome.detail));
         outcome.run = m_recorded.ShownId();
         outcome.banks = call.banks;

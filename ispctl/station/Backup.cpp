@@ -31,6 +31,10 @@ void AddFlag(const STRUCT_FLAG_SETTING &flag, std::set<std::uint32_t> &banks) {
     }
 }
 
+std::string NamePrefix(const std::string &runId) {
+    return runId + "-bank-";
+}
+
 bool ProgramsBootFirmware(const STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING &command) {
     return command.enumBootCodeType == SCALER_ISP_NEW_BOOT_CODE &&
            command.enumIspMode == SCALER_ISP_MODE_FACTORY && command.szBootFwPath[0] != '\0';
@@ -82,9 +86,29 @@ std::vector<BackupRange> BackupRanges(const std::vector<std::uint32_t> &banks,
     }
     for (BackupRange &range : ranges) {
         range.file = fs::absolute(directory) /
-                     fmt::format("{}-bank-{}-{}.bin", runId, range.firstBank, range.lastBank);
+                     fmt::format("{}{}-{}.bin", NamePrefix(runId), range.firstBank, range.lastBank);
     }
     return ranges;
+}
+
+void RemovePartialBackups(const fs::path &directory, const std::string &runId,
+                          const std::vector<std::string> &complete) {
+    std::set<fs::path> kept;
+    for (const std::string &backup : complete) {
+        kept.insert(fs::path(Json::parse(backup)["path"].get<std::string>()).filename());
+    }
+    std::error_code error;
+    std::vector<fs::path> partial;
+    for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
+         entry.increment(error)) {
+        const fs::path name = entry->path().filename();
+        if (name.string().starts_with(NamePrefix(runId)) && !kept.contains(name)) {
+            partial.push_back(entry->path());
+        }
+    }
+    for (const fs::path &file : partial) {
+        fs::remove(file, error);
+    }
 }
 
 bool PrepareBackupDirectory(const fs::path &directory, std::string &error) {

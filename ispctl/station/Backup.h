@@ -35,6 +35,11 @@ std::vector<BackupRange> BackupRanges(const std::vector<std::uint32_t> &banks,
                                       const std::filesystem::path &directory,
                                       const std::string &runId);
 
+/// Removes what a run that ended inside a backup has left in the directory, except complete files.
+/// \param complete  JSON objects that CheckBackup has made
+void RemovePartialBackups(const std::filesystem::path &directory, const std::string &runId,
+                          const std::vector<std::string> &complete);
+
 /// Makes the directory if it is missing. RETURNS false if no file can be made there, with the
 /// reason in error.
 bool PrepareBackupDirectory(const std::filesystem::path &directory, std::string &error);
