@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <cwchar>
+#include <iterator>
 
 #include "Utf8.h"
 #include "line/LineUnderCheck.h"
@@ -22,6 +23,14 @@ bool IsInput(const GivenArgument &given) {
     const auto &option = *given.option;
     return given.value && (option.effect.kind == Kind::Firmware || option.name == "boot" ||
                            option.name == "signfile");
+}
+
+constexpr std::string_view kCompanions[] = {"vkfile", "skfile", "nextvkfile", "subcert",
+                                            "settingfile"};
+
+bool IsCompanion(const GivenArgument &given) {
+    return given.value && std::find(std::begin(kCompanions), std::end(kCompanions),
+                                    given.option->name) != std::end(kCompanions);
 }
 
 bool Reads(const ActionFacts *action) {
@@ -94,6 +103,23 @@ std::vector<RunFile> InputFiles(const std::vector<std::string> &arguments,
         if (!found.empty()) {
             files.insert(files.begin(), {"fw", "", found, {}, {}, "", search->position});
         }
+    }
+    return files;
+}
+
+std::vector<RunFile> CompanionFiles(const std::vector<std::string> &arguments,
+                                    const LineContext &context) {
+    const LineUnderCheck line(arguments, context, false);
+    std::vector<RunFile> files;
+    for (std::size_t i = 0; i < line.Options().size(); ++i) {
+        const GivenArgument &given = *line.Options()[i];
+        if (!IsCompanion(given) || line.IsReplaced(i)) {
+            continue;
+        }
+        RunFile file{std::string(given.option->name), *given.value, {}, {}, {}, "", given.position};
+        file.path = FileOf(given, context).path;
+        AddDigest(file);
+        files.push_back(std::move(file));
     }
     return files;
 }

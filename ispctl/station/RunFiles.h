@@ -14,7 +14,7 @@ namespace ispctl {
 
 /// A file that decides what a run does.
 struct RunFile {
-    std::string role;           ///< the option ("fw", "fw1", "boot", "signfile"), or the plug-in
+    std::string role;           ///< the option, such as "fw1" or "vkfile", or the plug-in
     std::string given;          ///< as the user typed it; empty for a file that nobody typed
     std::filesystem::path path; ///< absolute, of the original
     std::filesystem::path copy; ///< what the run uses instead; empty: the original
@@ -32,6 +32,10 @@ Json RunFileJson(const RunFile &file);
 /// \param records  of the line, for the file that a firmware search has found; may be null
 std::vector<RunFile> InputFiles(const std::vector<std::string> &arguments,
                                 const LineContext &context, const Records *records);
+
+/// The key, certificate and settings files that the line names, with digests.
+std::vector<RunFile> CompanionFiles(const std::vector<std::string> &arguments,
+                                    const LineContext &context);
 
 /// The library and its plug-ins as far as they exist, with digests.
 std::vector<RunFile> InstalledFiles(const std::filesystem::path &library);

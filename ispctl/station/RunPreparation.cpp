@@ -75,6 +75,8 @@ bool PrepareFiles(const RunOptions &options, const fs::path &library, const Line
     } else {
         std::for_each(files.begin(), files.end(), AddDigest);
     }
+    const auto companions = CompanionFiles(options.arguments, context);
+    files.insert(files.end(), companions.begin(), companions.end());
     const auto installed = InstalledFiles(library);
     files.insert(files.end(), installed.begin(), installed.end());
     Json json = Json::array();

@@ -90,6 +90,21 @@ TEST_F(StationRun, Record_has_result_files_and_tags) {
     EXPECT_EQ(record["files"][2]["role"], "isp-plugin");
 }
 
+TEST_F(StationRun, Record_has_keys_and_settings_file) {
+    const std::string key = m_folder.Write("key.pem", "key");
+    const std::string settings = m_folder.Write("own.ini", "[ISP_Fw]\n");
+    Run({"--verbatim"}, {"--isp", "--fw", m_firmware, "--vkfile", key, "--nextvkfile",
+                         m_folder.Path("none"), "--settingfile", settings});
+    const json files = Records().at(0)["files"];
+    ASSERT_GE(files.size(), 4U);
+    EXPECT_EQ(files[1]["role"], "vkfile");
+    EXPECT_EQ(files[1]["sha256"], ispctl::Sha256Of("key"));
+    EXPECT_EQ(files[2]["role"], "nextvkfile");
+    EXPECT_THAT(files[2]["problem"].get<std::string>(), HasSubstr("none"));
+    EXPECT_EQ(files[3]["role"], "settingfile");
+    EXPECT_EQ(files[3]["sha256"], ispctl::Sha256Of("[ISP_Fw]\n"));
+}
+
 TEST_F(StationRun, Refused_line_has_record) {
     EXPECT_EQ(Run({}, {"--isp", "--bnak", "3", "--fw", m_firmware}).status, 4);
     EXPECT_EQ(Records().at(0)["status"], 4);
