@@ -74,13 +74,24 @@ std::vector<std::string> CopyInputs(const std::vector<std::string> &arguments,
     std::vector<std::string> changed = arguments;
     for (RunFile &file : files) {
         const fs::path copy = CopyName(directory, file);
+        if (!FitsRecord(copy)) {
+            error = fmt::format("the path {} of a private copy is too long for the library; set "
+                                "TMPDIR to a directory with a shorter path",
+                                copy.string());
+            return arguments;
+        }
         if (!MakeDirectory(copy.parent_path(), error)) {
             return arguments;
         }
         file.digest = CopyFile(file.path, copy, error);
         const auto given = ReadGivenArguments(changed);
         const GivenArgument *option = OptionAt(given, file.argument.value_or(given.size()));
-        if (!file.digest || option == nullptr) {
+        if (file.digest && option == nullptr) {
+            error = fmt::format("no option of the line names {}, so its private copy cannot "
+                                "replace it; give --no-private-copy",
+                                file.path.string());
+        }
+        if (!error.empty()) {
             return arguments;
         }
         file.copy = copy;

@@ -138,6 +138,10 @@ std::vector<RunFile> InstalledFiles(const fs::path &library) {
     return files;
 }
 
+bool FitsRecord(const fs::path &path) {
+    return path.string().size() < SCALER_ISP_PATH_CHARS;
+}
+
 void AddDigest(RunFile &file) {
     file.digest = DigestOf(file.path, file.problem);
 }

@@ -40,6 +40,9 @@ std::vector<RunFile> CompanionFiles(const std::vector<std::string> &arguments,
 /// The library and its plug-ins as far as they exist, with digests.
 std::vector<RunFile> InstalledFiles(const std::filesystem::path &library);
 
+/// Whether the library's records have the capacity for this path. A longer one would be cut.
+bool FitsRecord(const std::filesystem::path &path);
+
 /// Stores digest or problem.
 void AddDigest(RunFile &file);
 

@@ -114,6 +114,14 @@ bool PlanBackups(const RunOptions &options, const LineContext &context, const Re
         return Refuse(link, kExitFileError, "backup", error);
     }
     preparation.backups = BackupRanges(banks, directory, options.station.runId);
+    for (const BackupRange &range : preparation.backups) {
+        if (!FitsRecord(range.file)) {
+            return Refuse(link, kExitFileError, "backup",
+                          fmt::format("the path {} is too long for the library; give --backup a "
+                                      "directory with a shorter path",
+                                      range.file.string()));
+        }
+    }
     return true;
 }
 

@@ -213,6 +213,20 @@ TEST_F(StationRun, Copy_that_cannot_be_made_ends_run_with_8) {
     EXPECT_FALSE(m_folder.Exists("device/journal.txt"));
 }
 
+TEST_F(StationRun, Path_too_long_for_library_ends_run_with_8) {
+    const std::string folder = m_folder.MakeFolder(std::string(200, 'l'));
+    const std::string deep = folder + "/" + std::string(60, 'd');
+    fs::create_directory(deep);
+    const ConsoleResult backup = Run({"--backup", deep}, {"--isp", "--fw", m_firmware});
+    EXPECT_EQ(backup.status, 8);
+    EXPECT_THAT(backup.err, HasSubstr("--backup a directory with a shorter path"));
+    const EnvGuard tmpdir("TMPDIR", deep);
+    const ConsoleResult copies = Run({}, {"--isp", "--fw", m_firmware});
+    EXPECT_EQ(copies.status, 8);
+    EXPECT_THAT(copies.err, HasSubstr("TMPDIR to a directory with a shorter path"));
+    EXPECT_FALSE(m_folder.Exists("device/journal.txt"));
+}
+
 TEST_F(StationRun, Backup_holds_what_was_programmed_over) {
     ASSERT_EQ(Run({}, {"--isp", "--fw", m_firmware}).status, 0);
     const std::string other = m_folder.Write("other.bin", std::string(kBank, 'o'));
