@@ -33,8 +33,9 @@ namespace fs = std::filesystem;
 struct RecordedRun {
     std::string id;
     RunRecord record;
-    fs::path copies; ///< directory for private copies; empty: none are made
-    bool isKept;     ///< in a log or a station file
+    fs::path copies;       ///< directory for private copies; empty: none are made
+    bool isKept;           ///< in a log or a station file
+    bool isCalled = false; ///< the library, by now
 
     /// For results; empty if nobody could look the run up.
     std::string ShownId() const {
@@ -179,6 +180,7 @@ class RunSession {
             observers.push_back(&*log);
         }
         OriginalNames names(m_recorded.record.Files(), std::move(observers));
+        m_recorded.isCalled = true;
         RunOutcome outcome = m_run.Run({&names});
         if (outcome.inBackup) {
             RemovePartialBackups(m_options.station.backup, m_recorded.id, outcome.backups);
@@ -314,7 +316,8 @@ ExitStatus RunCommand(const RunOptions &options, const std::vector<std::string> 
         copies.Remove(); // while the signals are still handled
         return status;
     } catch (const std::exception &reason) {
-        recorded.record.FinishUncalled(kExitUsage, "open", reason.what(), error);
+        recorded.record.FinishUncalled(kExitUsage, recorded.isCalled ? "call" : "open",
+                                       reason.what(), error);
         throw;
     }
 }
