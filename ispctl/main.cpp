@@ -22,6 +22,7 @@
 #include "RunCommand.h"
 #include "Session.h"
 #include "explain/ExplainCommand.h"
+#include "station/RunIdentity.h"
 
 namespace {
 
@@ -124,6 +125,7 @@ int MainOfLibraryProcess(ispctl::Session &session) {
     ispctl::BecomeLibraryProcess();
     session.link = &*link;
     ispctl::Commands commands(session);
+    ispctl::TakeRunOptions(session.arguments, commands.runOptions.station);
     Main(session, commands);
     return 0;
 }

@@ -32,8 +32,6 @@ complete -c ispctl -n '__fish_seen_subcommand_from run; and not __fish_seen_subc
 complete -c ispctl -n '__fish_seen_subcommand_from run; and not __fish_seen_subcommand_from script' -l backup -x -a '(__fish_complete_directories)' -d 'first read what is programmed over into DIR'
 complete -c ispctl -n '__fish_seen_subcommand_from run; and not __fish_seen_subcommand_from script' -l private-copy -d 'run on copies; the default with --station'
 complete -c ispctl -n '__fish_seen_subcommand_from run; and not __fish_seen_subcommand_from script' -l no-private-copy -d 'run on the files themselves'
-complete -c ispctl -n '__fish_seen_subcommand_from run; and not __fish_seen_subcommand_from script' -l run-id -x -d ''
-complete -c ispctl -n '__fish_seen_subcommand_from run; and not __fish_seen_subcommand_from script' -l private-directory -x -d ''
 complete -c ispctl -n '__fish_seen_subcommand_from run; and not __fish_seen_subcommand_from script' -l verify -d 'verifies the signature of a firmware file; the device is not accessed'
 complete -c ispctl -n '__fish_seen_subcommand_from run; and not __fish_seen_subcommand_from script' -l sign -d 'writes the signature of a firmware file; the device is not accessed'
 complete -c ispctl -n '__fish_seen_subcommand_from run; and not __fish_seen_subcommand_from script' -l erase -d 'loads the plug-in and calls none of its functions'

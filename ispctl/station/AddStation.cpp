@@ -6,7 +6,6 @@
 
 #include "Utf8.h"
 #include "VisibleText.h"
-#include "station/RunIdentity.h"
 
 namespace ispctl {
 namespace {
@@ -61,11 +60,6 @@ void AddTag(const std::string &text, std::vector<Tag> &tags) {
     tags.emplace_back(text.substr(0, equals), text.substr(equals + 1));
 }
 
-void AddInternalOptions(CLI::App &run, StationOptions &options) {
-    run.add_option(kRunIdOption, options.runId)->group("");
-    run.add_option(kPrivateDirectoryOption, options.privateDirectory)->group("");
-}
-
 } // namespace
 
 void AddStationOptions(CLI::App &run, StationOptions &options) {
@@ -95,7 +89,6 @@ void AddStationOptions(CLI::App &run, StationOptions &options) {
     run.add_flag("--no-private-copy", options.noPrivateCopy, "run on the files themselves")
         ->disable_flag_override()
         ->excludes(copy);
-    AddInternalOptions(run, options);
 }
 
 } // namespace ispctl

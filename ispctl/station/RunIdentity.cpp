@@ -18,4 +18,13 @@ std::vector<std::string> WithRunOption(std::vector<std::string> arguments, const
     return arguments;
 }
 
+void TakeRunOptions(std::vector<std::string> &arguments, StationOptions &options) {
+    constexpr std::size_t kNeeded = 3; // "run", option, value
+    while (options.runId.empty() && arguments.size() >= kNeeded &&
+           (arguments[1] == kRunIdOption || arguments[1] == kPrivateDirectoryOption)) {
+        (arguments[1] == kRunIdOption ? options.runId : options.privateDirectory) = arguments[2];
+        arguments.erase(arguments.begin() + 1, arguments.begin() + kNeeded);
+    }
+}
+
 } // namespace ispctl

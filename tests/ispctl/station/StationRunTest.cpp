@@ -141,6 +141,15 @@ TEST_F(StationRun, Usage_errors_name_their_reason) {
     EXPECT_FALSE(m_folder.Exists("device/flash.bin"));
 }
 
+TEST_F(StationRun, Options_of_library_process_are_unknown_to_users) {
+    const std::string mine = m_folder.Path("mine");
+    for (const Words &own : {Words{"--private-directory", mine}, Words{"--run-id", "../other"}}) {
+        EXPECT_NE(Run(own, {"--isp", "--fw", m_firmware}).status, 0) << own[0];
+    }
+    EXPECT_FALSE(m_folder.Exists("mine"));
+    EXPECT_FALSE(m_folder.Exists("device/journal.txt"));
+}
+
 TEST_F(StationRun, Unwritable_station_file_ends_run_before_plugin_is_called) {
     for (const std::string &file : {std::string("/dev/full"), m_folder.Path("no/such")}) {
         const ConsoleResult result =
