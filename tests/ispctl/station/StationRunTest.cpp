@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "ConsoleProcess.h"
+#include "scaler_isp/abi/CommandSetting.h"
 #include "station/Sha256.h"
 #include "support/EnvGuard.h"
 #include "support/TempFolder.h"
@@ -269,6 +270,96 @@ TEST_F(StationRun, Failed_backup_ends_run_before_programming) {
     EXPECT_EQ(Records().at(0)["hex"], "0x5A01");
     EXPECT_THAT(m_folder.Read("device/journal.txt"), Not(HasSubstr("IspFlash")));
     EXPECT_TRUE(fs::is_empty(m_folder.Path("backups")));
+}
+
+TEST_F(StationRun, Signal_during_backup_ends_run_before_programming) {
+    m_folder.Write("device/faults.txt", "slow 800\n");
+    for (const int signal : {SIGINT, SIGTERM}) {
+        const std::string backups = m_folder.Path("backups" + std::to_string(signal));
+        ConsoleProcess process(Line({"--wait", "20", "--station", m_station, "--backup", backups},
+                                    {"--isp", "--fw", m_firmware}));
+        ASSERT_TRUE(process.WaitForText("backup: reading"));
+        process.Signal(signal);
+        EXPECT_EQ(process.Finish(), 130);
+        EXPECT_THAT(process.Err(), HasSubstr("nothing was programmed"));
+        const json record = Records().back();
+        EXPECT_EQ(record["status"], 130);
+        EXPECT_EQ(record["stage"], "backup");
+        EXPECT_EQ(record["backup"].size(), 1U); // the read is finished
+        EXPECT_FALSE(fs::is_empty(backups));
+        EXPECT_FALSE(HasCopies());
+    }
+    EXPECT_THAT(m_folder.Read("device/journal.txt"), Not(HasSubstr("IspFlash")));
+}
+
+TEST_F(StationRun, Process_killed_inside_backup_leaves_no_partial_file) {
+    m_folder.Write("device/faults.txt", "slow 20000\n");
+    const std::string backups = m_folder.MakeFolder("backups");
+    const std::string other = m_folder.Write("backups/0123456789abcdef-bank-0-1.bin", "other run");
+    ConsoleProcess process(Line({"--wait", "20", "--station", m_station, "--backup", backups},
+                                {"--isp", "--fw", m_firmware}));
+    ASSERT_TRUE(process.WaitForText("-bank-0-1.bin\n"));
+    const std::string text = process.Err();
+    const std::size_t at = text.find(" into ") + 6;
+    const std::string file = text.substr(at, text.find('\n', at) - at);
+    m_folder.Write("backups/" + fs::path(file).filename().string(), "part");
+    ASSERT_TRUE(fs::exists(file));
+    process.Signal(SIGINT);
+    ASSERT_TRUE(process.WaitForText("press Ctrl-C again"));
+    process.Signal(SIGINT);
+    EXPECT_EQ(process.Finish(), 130);
+    EXPECT_FALSE(fs::exists(file));
+    EXPECT_TRUE(fs::exists(other));
+}
+
+TEST_F(StationRun, Backup_that_nobody_follows_is_last_call) {
+    m_folder.Write("device/faults.txt", "slow 800\n");
+    ConsoleProcess process(
+        Line({"--wait", "20", "--station", m_station, "--backup", m_folder.Path("backups")},
+             {"--isp", "--fw", m_firmware}));
+    ASSERT_TRUE(process.WaitForText("progress 0 %")); // of the backup
+    process.Signal(SIGKILL);
+    EXPECT_EQ(process.Finish(), -SIGKILL);
+    m_folder.Write("device/faults.txt", "");
+    // Waits for the end of the library's process, which holds the lock.
+    ASSERT_EQ(Run({}, {"--resetmcu"}).status, 0);
+    EXPECT_THAT(m_folder.Read("device/journal.txt"), HasSubstr("DumpFlash"));
+    EXPECT_THAT(m_folder.Read("device/journal.txt"), Not(HasSubstr("IspFlash")));
+}
+
+TEST_F(StationRun, Backup_fits_firmware_that_was_exchanged_during_wait) {
+    m_folder.Write("device/faults.txt", "slow 2000\n");
+    const std::string other = m_folder.Write("other.bin", "other");
+    ConsoleProcess first(
+        Line({"--wait", "20", "--station", m_station}, {"--isp", "--fw", other, "--bank", "9"}));
+    ASSERT_TRUE(first.WaitForText("progress 0 %"));
+    ConsoleProcess second(
+        Line({"--wait", "20", "--station", m_station, "--backup", m_folder.Path("backups")},
+             {"--isp", "--fw", m_firmware}));
+    ASSERT_TRUE(second.WaitForText("waiting for at most"));
+    const std::string bytes(4 * kBank, 'n');
+    m_folder.Write("monitor.bin", bytes);
+    m_folder.Write("device/faults.txt", "");
+    EXPECT_EQ(first.Finish(), 0);
+    EXPECT_EQ(second.Finish(), 0) << second.Err();
+    EXPECT_EQ(Records().back()["backup"][0]["size"], 4 * kBank);
+    EXPECT_EQ(Flash(0, 4), bytes);
+}
+
+TEST_F(StationRun, Firmware_that_grew_too_large_during_wait_ends_run) {
+    m_folder.Write("device/faults.txt", "slow 2000\n");
+    const std::string other = m_folder.Write("other.bin", "other");
+    ConsoleProcess first(
+        Line({"--wait", "20", "--station", m_station}, {"--isp", "--fw", other, "--bank", "9"}));
+    ASSERT_TRUE(first.WaitForText("progress 0 %"));
+    ConsoleProcess second(
+        Line({"--wait", "20", "--station", m_station}, {"--isp", "--fw", m_firmware}));
+    ASSERT_TRUE(second.WaitForText("waiting for at most"));
+    fs::resize_file(m_firmware, (SCALER_ISP_MAX_BANKS + 1) * kBank);
+    EXPECT_EQ(first.Finish(), 0);
+    EXPECT_EQ(second.Finish(), 4);
+    EXPECT_THAT(second.Err(), HasSubstr("with the files as they are now"));
+    EXPECT_EQ(Records().back()["stage"], "files");
 }
 
 TEST_F(StationRun, Backup_into_file_ends_run_with_8) {
