@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <filesystem>
 #include <fmt/format.h>
 #include <sys/stat.h>
@@ -53,7 +54,25 @@ StagedFiles::~StagedFiles() {
         if (!file.temporary.empty()) {
             ::unlink(file.temporary.c_str());
         }
+        if (file.descriptor >= 0) {
+            ::close(file.descriptor);
+        }
     }
+}
+
+bool StagedFiles::AddSpecial(const std::string &name, std::string_view bytes, std::string &error) {
+    // It stays open until it is written: closing it here would be the end of the data for a reader.
+    const int descriptor = ::open(name.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (descriptor < 0) {
+        if (errno == ENXIO) {
+            error = fmt::format("{} cannot be written: nobody reads this pipe", name);
+            return false;
+        }
+        return Fail(name, errno, error);
+    }
+    ::fcntl(descriptor, F_SETFL, ::fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
+    m_files.push_back({name, "", std::string(bytes), descriptor});
+    return true;
 }
 
 bool StagedFiles::Add(const std::string &name, std::string_view bytes, std::string &error) {
@@ -63,12 +82,11 @@ bool StagedFiles::Add(const std::string &name, std::string_view bytes, std::stri
         return Fail(name, EISDIR, error);
     }
     if (exists && !S_ISREG(status.st_mode)) {
-        m_files.push_back({name, "", std::string(bytes)});
-        return true;
+        return AddSpecial(name, bytes, error);
     }
     std::error_code ignored;
     const fs::path resolved = exists ? fs::canonical(name, ignored) : fs::path(name);
-    File file{resolved.empty() ? name : resolved.string(), "", ""};
+    File file{resolved.empty() ? name : resolved.string(), "", "", -1};
     file.temporary = file.name + ".XXXXXX";
     const mode_t mode = exists ? status.st_mode & 0777U : ModeOfNewFile();
     const int number = WriteTemporary(file.temporary, bytes, mode);
@@ -79,10 +97,16 @@ bool StagedFiles::Add(const std::string &name, std::string_view bytes, std::stri
 bool StagedFiles::Commit(std::string &error) {
     for (File &file : m_files) {
         if (file.temporary.empty()) {
-            if (!WriteOutputFile(file.name, file.bytes, error)) {
-                return false;
+            const int written = WriteAll(file.descriptor, file.bytes);
+            const int closed = ::close(file.descriptor) == 0 ? 0 : errno;
+            file.descriptor = -1;
+            if (written != 0 || closed != 0) {
+                return Fail(file.name, written != 0 ? written : closed, error);
             }
-        } else if (::rename(file.temporary.c_str(), file.name.c_str()) != 0) {
+        }
+    }
+    for (File &file : m_files) {
+        if (!file.temporary.empty() && ::rename(file.temporary.c_str(), file.name.c_str()) != 0) {
             return Fail(file.name, errno, error);
         }
         file.temporary.clear();

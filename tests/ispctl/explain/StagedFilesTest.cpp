@@ -1,8 +1,10 @@
 // Output files appear completely or not at all.
 
+#include <fcntl.h>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "explain/StagedFiles.h"
 #include "support/TempFolder.h"
@@ -69,6 +71,37 @@ TEST_F(Staging, Device_gets_the_bytes_and_stays_a_device) {
     ASSERT_TRUE(files.Add("/dev/null", "1", m_error));
     EXPECT_TRUE(files.Commit(m_error));
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+TEST_F(Staging, Full_device_leaves_no_other_file) {
+    StagedFiles files;
+    ASSERT_TRUE(files.Add(m_folder.Path("a"), "1", m_error));
+    ASSERT_TRUE(files.Add("/dev/full", "2", m_error));
+    EXPECT_FALSE(files.Commit(m_error));
+    EXPECT_THAT(m_error, HasSubstr("/dev/full cannot be written"));
+    EXPECT_FALSE(fs::exists(m_folder.Path("a")));
+}
+
+TEST_F(Staging, Pipe_that_nobody_reads_is_refused) {
+    const std::string pipe = m_folder.Path("pipe");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    StagedFiles files;
+    EXPECT_FALSE(files.Add(pipe, "1", m_error));
+    EXPECT_THAT(m_error, HasSubstr("nobody reads this pipe"));
+}
+
+TEST_F(Staging, Pipe_with_reader_gets_the_bytes) {
+    const std::string pipe = m_folder.Path("pipe");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const int reader = ::open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    ASSERT_GE(reader, 0);
+    StagedFiles files;
+    ASSERT_TRUE(files.Add(pipe, "bytes", m_error));
+    EXPECT_TRUE(files.Commit(m_error));
+    char read[8] = {};
+    EXPECT_EQ(::read(reader, read, sizeof read), 5);
+    EXPECT_STREQ(read, "bytes");
+    ::close(reader);
 }
 
 } // namespace
