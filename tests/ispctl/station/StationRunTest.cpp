@@ -40,7 +40,7 @@ class StationRun : public testing::Test {
         return all;
     }
     ConsoleResult Run(Words own, const Words &arguments) const {
-        own.insert(own.begin(), {"--wait", "20", "--station", m_station});
+        own.insert(own.begin(), {"--wait", "120", "--station", m_station});
         return RunConsole(Line(own, arguments));
     }
     std::vector<json> Records() const {
@@ -164,7 +164,7 @@ TEST_F(StationRun, Unwritable_station_file_ends_run_before_plugin_is_called) {
 TEST_F(StationRun, Second_run_on_interface_names_first_or_waits_for_it) {
     m_folder.Write("device/faults.txt", "slow 400\n");
     const Words line =
-        Line({"--wait", "20", "--station", m_station}, {"--isp", "--fw", m_firmware});
+        Line({"--wait", "120", "--station", m_station}, {"--isp", "--fw", m_firmware});
     ConsoleProcess first(line);
     ASSERT_TRUE(first.WaitForText("progress 0 %"));
     const ConsoleResult second =
@@ -174,7 +174,7 @@ TEST_F(StationRun, Second_run_on_interface_names_first_or_waits_for_it) {
                                           m_station + "; --wait SECONDS"));
     const ConsoleResult waiting = RunConsole(line);
     EXPECT_EQ(waiting.status, 0);
-    EXPECT_THAT(waiting.err, HasSubstr("waiting for at most 20 s"));
+    EXPECT_THAT(waiting.err, HasSubstr("waiting for at most 120 s"));
     EXPECT_EQ(first.Finish(), 0);
     ASSERT_EQ(Records().size(), 3U);
     EXPECT_EQ(Records()[0]["stage"], "lock");
@@ -183,7 +183,7 @@ TEST_F(StationRun, Second_run_on_interface_names_first_or_waits_for_it) {
 TEST_F(StationRun, Firmware_exchanged_during_run_is_not_programmed) {
     m_folder.Write("device/faults.txt", "slow 400\n");
     ConsoleProcess process(
-        Line({"--wait", "20", "--station", m_station}, {"--isp", "--fw", m_firmware}));
+        Line({"--wait", "120", "--station", m_station}, {"--isp", "--fw", m_firmware}));
     ASSERT_TRUE(process.WaitForText("progress 0 %"));
     EXPECT_TRUE(HasCopies());
     m_folder.Write("monitor.bin", std::string(2 * kBank, 'X'));
@@ -276,7 +276,7 @@ TEST_F(StationRun, Signal_during_backup_ends_run_before_programming) {
     m_folder.Write("device/faults.txt", "slow 800\n");
     for (const int signal : {SIGINT, SIGTERM}) {
         const std::string backups = m_folder.Path("backups" + std::to_string(signal));
-        ConsoleProcess process(Line({"--wait", "20", "--station", m_station, "--backup", backups},
+        ConsoleProcess process(Line({"--wait", "120", "--station", m_station, "--backup", backups},
                                     {"--isp", "--fw", m_firmware}));
         ASSERT_TRUE(process.WaitForText("backup: reading"));
         process.Signal(signal);
@@ -296,7 +296,7 @@ TEST_F(StationRun, Process_killed_inside_backup_leaves_no_partial_file) {
     m_folder.Write("device/faults.txt", "slow 20000\n");
     const std::string backups = m_folder.MakeFolder("backups");
     const std::string other = m_folder.Write("backups/0123456789abcdef-bank-0-1.bin", "other run");
-    ConsoleProcess process(Line({"--wait", "20", "--station", m_station, "--backup", backups},
+    ConsoleProcess process(Line({"--wait", "120", "--station", m_station, "--backup", backups},
                                 {"--isp", "--fw", m_firmware}));
     ASSERT_TRUE(process.WaitForText("-bank-0-1.bin\n"));
     const std::string text = process.Err();
@@ -315,7 +315,7 @@ TEST_F(StationRun, Process_killed_inside_backup_leaves_no_partial_file) {
 TEST_F(StationRun, Backup_that_nobody_follows_is_last_call) {
     m_folder.Write("device/faults.txt", "slow 800\n");
     ConsoleProcess process(
-        Line({"--wait", "20", "--station", m_station, "--backup", m_folder.Path("backups")},
+        Line({"--wait", "120", "--station", m_station, "--backup", m_folder.Path("backups")},
              {"--isp", "--fw", m_firmware}));
     ASSERT_TRUE(process.WaitForText("progress 0 %")); // of the backup
     process.Signal(SIGKILL);
@@ -331,10 +331,10 @@ TEST_F(StationRun, Backup_fits_firmware_that_was_exchanged_during_wait) {
     m_folder.Write("device/faults.txt", "slow 2000\n");
     const std::string other = m_folder.Write("other.bin", "other");
     ConsoleProcess first(
-        Line({"--wait", "20", "--station", m_station}, {"--isp", "--fw", other, "--bank", "9"}));
+        Line({"--wait", "120", "--station", m_station}, {"--isp", "--fw", other, "--bank", "9"}));
     ASSERT_TRUE(first.WaitForText("progress 0 %"));
     ConsoleProcess second(
-        Line({"--wait", "20", "--station", m_station, "--backup", m_folder.Path("backups")},
+        Line({"--wait", "120", "--station", m_station, "--backup", m_folder.Path("backups")},
              {"--isp", "--fw", m_firmware}));
     ASSERT_TRUE(second.WaitForText("waiting for at most"));
     const std::string bytes(4 * kBank, 'n');
@@ -350,10 +350,10 @@ TEST_F(StationRun, Firmware_that_grew_too_large_during_wait_ends_run) {
     m_folder.Write("device/faults.txt", "slow 2000\n");
     const std::string other = m_folder.Write("other.bin", "other");
     ConsoleProcess first(
-        Line({"--wait", "20", "--station", m_station}, {"--isp", "--fw", other, "--bank", "9"}));
+        Line({"--wait", "120", "--station", m_station}, {"--isp", "--fw", other, "--bank", "9"}));
     ASSERT_TRUE(first.WaitForText("progress 0 %"));
     ConsoleProcess second(
-        Line({"--wait", "20", "--station", m_station}, {"--isp", "--fw", m_firmware}));
+        Line({"--wait", "120", "--station", m_station}, {"--isp", "--fw", m_firmware}));
     ASSERT_TRUE(second.WaitForText("waiting for at most"));
     fs::resize_file(m_firmware, (SCALER_ISP_MAX_BANKS + 1) * kBank);
     EXPECT_EQ(first.Finish(), 0);

@@ -201,7 +201,7 @@ TEST(EnvironmentLocale, Locale_in_use_outlives_its_replacement) {
     const EnvironmentLocaleGuard environment("C.UTF-8");
     const EnvironmentLocale first;
     {
-        const EnvGuard folder("LOCPATH", "/tmp");
+        const EnvironmentLocaleGuard other("tr_TR.UTF-8");
         const EnvironmentLocale second;
         EXPECT_STREQ(first.Charset(), "UTF-8");
     }
