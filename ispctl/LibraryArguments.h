@@ -22,7 +22,7 @@ namespace ispctl {
 std::vector<std::string> SplitOffLibraryArguments(const CLI::App &command,
                                                   std::vector<std::string> &arguments);
 
-/// How many of the library's first arguments are options of the command, misspelt or behind a
+/// How many of the library's first arguments are options of the command, misspelt or after a
 /// misspelt one: nobody meant them for the library.
 std::size_t CountMisplacedOptions(const CLI::App &command,
                                   const std::vector<std::string> &libraryArguments);

@@ -6,7 +6,7 @@
 
 namespace ispctl::check {
 
-/// What a call leaves behind, each time.
+/// What each call does not free or close.
 struct LeftBehind {
     std::size_t bytes = 0;       ///< of the heap
     std::size_t descriptors = 0; ///< open files

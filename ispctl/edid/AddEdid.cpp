@@ -2,6 +2,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "comm/CommOptions.h"
+
 namespace ispctl {
 namespace {
 
@@ -18,20 +20,6 @@ Examples:
   ispctl edid --comm /opt/adapter/libComm.dylib --channel 6
       reads the EDID of a display
 )";
-
-void AddBusOptions(CLI::App &edid, EdidOptions &options) {
-    CLI::Option *comm =
-        edid.add_option("--comm", options.comm, "read a display with this communication library")
-            ->type_name("LIB");
-    edid.add_flag("--virtual", options.virtualScaler, "read the display of the virtual bus")
-        ->disable_flag_override()
-        ->excludes(comm);
-    edid.add_option("--channel", options.channel, "select this communication channel first")
-        ->type_name("N");
-    edid.add_option("--lib", options.library,
-                    "the ScalerIsp library that opens the communication library, by path")
-        ->type_name("FILE");
-}
 
 } // namespace
 
@@ -53,7 +41,7 @@ void AddEdid(CLI::App &app, EdidOptions &options, Session &session, ExitStatus &
                      "read FILE as binary, hex or list; detected by default")
         ->check(CLI::IsMember({"binary", "hex", "list"}))
         ->type_name("FORM");
-    AddBusOptions(*edid, options);
+    AddCommOptions(*edid, options);
     edid->footer(kExamples + ExitStatusHelp());
     edid->callback([&] { status = EdidCommand(options, session); });
 }

@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <fmt/format.h>
 
-#include "RunWire.h"
+#include "comm/CommProcess.h"
 #include "edid/EdidBus.h"
 #include "edid/EdidJson.h"
 #include "edid/EdidReport.h"
 #include "edid/EdidSource.h"
 #include "edid/EdidView.h"
 #include "explain/StagedFiles.h"
-#include "script/ScriptRelay.h"
 
 namespace ispctl {
 namespace {
@@ -155,24 +154,6 @@ ExitStatus ReadAndShow(const EdidOptions &options, Session &session) {
     return WriteAndShow(options, {edid::MakeReport(name, std::move(*input))}, session);
 }
 
-/// In the process of its own: a communication library may crash.
-ExitStatus RunOnBus(const EdidOptions &options, Session &session) {
-    if (session.link == nullptr) {
-        return RelayScript(session);
-    }
-    if (!session.link->Send(FrameKind::Ready, "")) {
-        return kExitUsage;
-    }
-    ExitStatus status = kExitUsage;
-    try {
-        status = ReadAndShow(options, session);
-    } catch (const std::exception &error) {
-        session.Fail(status, error.what());
-    }
-    session.link->Send(FrameKind::Result, BytesOf(RunResult{status, 1, 1}));
-    return status;
-}
-
 } // namespace
 
 ExitStatus EdidCommand(const EdidOptions &options, Session &session) {
@@ -180,7 +161,7 @@ ExitStatus EdidCommand(const EdidOptions &options, Session &session) {
         return session.Fail(kExitUsage, error);
     }
     if (options.UsesBus()) {
-        return RunOnBus(options, session);
+        return RunInCommProcess(session, [&] { return ReadAndShow(options, session); });
     }
     std::vector<edid::Report> reports;
     for (const std::string &file : options.files) {

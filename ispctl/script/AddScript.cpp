@@ -2,6 +2,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "comm/CommOptions.h"
+
 namespace ispctl {
 namespace {
 
@@ -58,18 +60,6 @@ void AddForm(CLI::App *command, ScriptOptions &options) {
         ->excludes(text);
 }
 
-void AddRunOptions(CLI::App *run, ScriptOptions &options) {
-    CLI::Option *comm =
-        run->add_option("--comm", options.comm, "the communication library")->type_name("LIB");
-    run->add_flag("--virtual", options.virtualScaler, "use the virtual bus: no hardware is touched")
-        ->disable_flag_override()
-        ->excludes(comm);
-    run->add_option("--lib", options.library, "the ScalerIsp library to open, by path")
-        ->type_name("FILE");
-    run->add_option("--channel", options.channel, "select this communication channel first")
-        ->type_name("N");
-}
-
 } // namespace
 
 void AddScript(CLI::App &app, ScriptOptions &options, Session &session, ExitStatus &status) {
@@ -92,7 +82,7 @@ void AddScript(CLI::App &app, ScriptOptions &options, Session &session, ExitStat
     AddForm(add(kCheck), options);
     CLI::App *run = add(kRun);
     AddForm(run, options);
-    AddRunOptions(run, options);
+    AddCommOptions(*run, options);
 }
 
 } // namespace ispctl

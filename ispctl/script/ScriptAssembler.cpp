@@ -112,7 +112,7 @@ class Assembler {
         return m_script.steps.back().records;
     }
 
-    /// After an error: goes on behind the statement. Braces that are never closed end at the next
+    /// After an error: continues after the statement. Braces that are never closed end at the next
     /// line that begins like a statement.
     void SkipStatement() {
         bool beginsLine = false;

@@ -3,11 +3,10 @@
 #include <fmt/format.h>
 #include <vector>
 
-#include "RunWire.h"
+#include "comm/CommProcess.h"
 #include "explain/StagedFiles.h"
 #include "script/ScriptCheck.h"
 #include "script/ScriptInput.h"
-#include "script/ScriptRelay.h"
 #include "script/ScriptRunner.h"
 #include "script/ScriptText.h"
 
@@ -166,23 +165,10 @@ ExitStatus CheckCommand(const ScriptOptions &options, Session &session) {
 }
 
 ExitStatus RunScriptCommand(const ScriptOptions &options, Session &session) {
-    if (options.comm.empty() && !options.virtualScaler) {
+    if (!options.UsesBus()) {
         return session.Fail(kExitUsage, "no communication library: use --comm LIB or --virtual");
     }
-    if (session.link == nullptr) {
-        return RelayScript(session);
-    }
-    if (!session.link->Send(FrameKind::Ready, "")) {
-        return kExitUsage;
-    }
-    ExitStatus status = kExitUsage;
-    try {
-        status = CheckAndRun(options, session);
-    } catch (const std::exception &error) {
-        session.Fail(status, error.what());
-    }
-    session.link->Send(FrameKind::Result, BytesOf(RunResult{status, 1, 1}));
-    return status;
+    return RunInCommProcess(session, [&] { return CheckAndRun(options, session); });
 }
 
 } // namespace ispctl

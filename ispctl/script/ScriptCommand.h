@@ -1,23 +1,19 @@
 #ifndef ISPCTL_SCRIPT_SCRIPT_COMMAND_H
 #define ISPCTL_SCRIPT_SCRIPT_COMMAND_H
 
-#include <optional>
 #include <string>
 
 #include "Session.h"
+#include "comm/CommOptions.h"
 
 namespace ispctl {
 
-/// The options of `ispctl script`.
-struct ScriptOptions {
+/// The options of `ispctl script`; those of a communication library are for run.
+struct ScriptOptions : CommOptions {
     std::string file;
-    std::string output;         ///< assemble: file for the bytes; empty: print a byte list
-    bool text = false;          ///< check, list, run: the file is script text
-    bool binary = false;        ///< the same: it is bytes; neither: its content decides
-    std::string library;        ///< run: empty: the installed one
-    std::string comm;           ///< run: the communication library
-    bool virtualScaler = false; ///< run: use the virtual bus
-    std::optional<unsigned short> channel; ///< run: communication channel to select first
+    std::string output;  ///< assemble: file for the bytes; empty: print a byte list
+    bool text = false;   ///< check, list, run: the file is script text
+    bool binary = false; ///< the same: it is bytes; neither: its content decides
 };
 
 /// Each RETURNS kExitSuccess, kExitFailed if the script is rejected or fails, or another status.

@@ -1,5 +1,6 @@
-#include "script/ScriptRelay.h"
+#include "comm/CommProcess.h"
 
+#include <exception>
 #include <fmt/format.h>
 
 #include "ChildProcess.h"
@@ -21,9 +22,7 @@ std::string DescribeEnd(const RunOutcome &outcome) {
     }
 }
 
-} // namespace
-
-ExitStatus RelayScript(Session &session) {
+ExitStatus Relay(Session &session) {
     const auto ordering = ConsoleStreams::ShareOneTarget() ? ChildProcess::Ordering::OnePipe
                                                            : ChildProcess::Ordering::TwoPipes;
     ChildProcess child(session.arguments, ordering, RunSignals::Stop::AtFirst);
@@ -45,6 +44,25 @@ ExitStatus RelayScript(Session &session) {
         return session.Fail(kExitFileError, "the output is incomplete: " + run.Problem());
     }
     return static_cast<ExitStatus>(outcome.code.value_or(kExitFailed));
+}
+
+} // namespace
+
+ExitStatus RunInCommProcess(Session &session, const std::function<ExitStatus()> &work) {
+    if (session.link == nullptr) {
+        return Relay(session);
+    }
+    if (!session.link->Send(FrameKind::Ready, "")) {
+        return kExitUsage;
+    }
+    ExitStatus status = kExitUsage;
+    try {
+        status = work();
+    } catch (const std::exception &error) {
+        session.Fail(status, error.what());
+    }
+    session.link->Send(FrameKind::Result, BytesOf(RunResult{status, 1, 1}));
+    return status;
 }
 
 } // namespace ispctl

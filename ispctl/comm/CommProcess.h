@@ -1,0 +1,18 @@
+#ifndef ISPCTL_COMM_COMM_PROCESS_H
+#define ISPCTL_COMM_COMM_PROCESS_H
+
+#include <functional>
+
+#include "Session.h"
+
+namespace ispctl {
+
+/// Does the work in a separate process, because communication libraries may crash: the first
+/// process starts the same command again and shows its output, the second one does the work.
+/// What it throws is reported there.
+/// RETURNS the status of the work, or kExitFailed if the process did not end by itself.
+ExitStatus RunInCommProcess(Session &session, const std::function<ExitStatus()> &work);
+
+} // namespace ispctl
+
+#endif
