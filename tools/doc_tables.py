@@ -30,8 +30,7 @@ from tracked_files import ROOT, report
 BLOCK = re.compile(r"(<!-- table: (?P<name>[a-zA-Z0-9 ]+) -->\n).*?(<!-- end of table -->\n)", re.DOTALL)
 OPCODE = re.compile(
     r'^SCALER_ISP_OPCODE\((\d+), (\w+), (\w+), "([^"]*)", (.*)\)$', re.MULTILINE)
-KEY = re.compile(r"^    SCALER_ISP_(?:COMMAND|UI)_KEY\(L\"(\w+)\", (\w+)(?:, (\w+))?\),$",
-                 re.MULTILINE)
+KEY = re.compile(r"^SCALER_ISP_(\w+)_KEY\(\"(\w+)\", (\w+)(?:, (\w+))?\)$", re.MULTILINE)
 SIZES = {"b": 1, "i": 1, "w": 2, "L": 2, "d": 4}
 DOES = {
     "WAIT": "waits `ms` milliseconds",
@@ -69,11 +68,12 @@ def number(word):
     return re.search(rf"\b{word} = (\d+)", text_of("abi/CommandSetting.h")).group(1)
 
 
-def keys(source):
+def keys(kind):
     """The keys that a record loads, in their order."""
     yield "| section | key | default |\n|---|---|---|\n"
-    for section, field, default in KEY.findall(text_of(source)):
-        yield f"| `{section}` | `{field}` | {number(default or '0')} |\n"
+    for row, section, field, default in KEY.findall(text_of("settings/setting_keys.def")):
+        if row == kind:
+            yield f"| `{section}` | `{field}` | {number(default or '0')} |\n"
 
 
 def printed_parts(program):
@@ -90,8 +90,8 @@ def printed_parts(program):
 
 TABLES = {
     "opcodes": opcodes,
-    "command keys": lambda: keys("settings/CommandSettingStore.cpp"),
-    "switch keys": lambda: keys("settings/UiSetting.cpp"),
+    "command keys": lambda: keys("COMMAND"),
+    "switch keys": lambda: keys("UI"),
     **code_tables.TABLES,
     **record_tables.TABLES,
 }

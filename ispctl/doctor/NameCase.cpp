@@ -7,27 +7,10 @@ namespace ispctl::doctor {
 namespace {
 
 constexpr KnownKey kSettingKeys[] = {
-    {"Communication", "enumCommID"},
-    {"ISP_Action", "enumActionType"},
-    {"ISP_DualBank", "enumDigitalSignatureType"},
-    {"ISP_DualBank", "enumSWDigitalSignatureMode"},
-    {"ISP_DualBank", "enumBootCodeType"},
-    {"ISP_DualBank", "enumIspMode"},
-    {"ISP_Basic", "enumVersionLocationType"},
-    {"ISP_Basic", "enumMergeFWInfoMode"},
-    {"ISP_Basic", "enumMergeFWInfoType"},
-    {"ISP_Basic", "enumMergeFWGeneration"},
-    {"ISP_Basic", "bAutoSearchFW"},
-    {"ISP_Basic", "bShowEraseUI"},
-    {"ISP_Basic", "bShowFWInfoUI"},
-    {"ISP_Basic", "bShowFWVersion"},
-    {"ISP_Basic", "bShowMergeFW"},
-    {"ISP_Basic", "bShowDualBankFW"},
-    {"ISP_Basic", "bShowResetMCU"},
-    {"ISP_Basic", "bShowEnterIspMode"},
-    {"ISP_Fw", "ulProgStartBank"},
-    {"ISP_Fw", "strFwPrefix"},
-    {"ISP_Flash", "bShowDumpFlash"},
+#define SCALER_ISP_COMMAND_KEY(SECTION, FIELD, DEFAULT) {SECTION, #FIELD},
+#define SCALER_ISP_UI_KEY(SECTION, FIELD) {SECTION, #FIELD},
+#define SCALER_ISP_TEXT_KEY(SECTION, KEY) {SECTION, #KEY},
+#include "scaler_isp/settings/setting_keys.def"
 };
 
 // Names of the library are ASCII, so no other letters have to be compared.

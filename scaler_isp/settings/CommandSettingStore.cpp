@@ -9,22 +9,10 @@
 
 namespace {
 
-#define SCALER_ISP_COMMAND_KEY(SECTION, FIELD, DEFAULT)                                            \
-    SCALER_ISP_SETTING_KEY(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING, SECTION, FIELD, DEFAULT)
-
 constexpr SettingKey kKeys[] = {
-    SCALER_ISP_COMMAND_KEY(L"Communication", enumCommID, 0),
-    SCALER_ISP_COMMAND_KEY(L"ISP_Action", enumActionType, ENUM_ACTION_ISP),
-    SCALER_ISP_COMMAND_KEY(L"ISP_DualBank", enumDigitalSignatureType, 0),
-    SCALER_ISP_COMMAND_KEY(L"ISP_DualBank", enumSWDigitalSignatureMode, 0),
-    SCALER_ISP_COMMAND_KEY(L"ISP_DualBank", enumBootCodeType, 0),
-    SCALER_ISP_COMMAND_KEY(L"ISP_DualBank", enumIspMode, 1),
-    SCALER_ISP_COMMAND_KEY(L"ISP_Basic", enumVersionLocationType, ENUM_VER_LOC_REG),
-    SCALER_ISP_COMMAND_KEY(L"ISP_Basic", enumMergeFWInfoMode, 0),
-    SCALER_ISP_COMMAND_KEY(L"ISP_Basic", enumMergeFWInfoType, 0),
-    SCALER_ISP_COMMAND_KEY(L"ISP_Basic", enumMergeFWGeneration, 2),
-    SCALER_ISP_COMMAND_KEY(L"ISP_Fw", ulProgStartBank, 0),
-    SCALER_ISP_COMMAND_KEY(L"ISP_Basic", bAutoSearchFW, 0),
+#define SCALER_ISP_COMMAND_KEY(SECTION, FIELD, DEFAULT)                                            \
+    SCALER_ISP_SETTING_KEY(STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING, SECTION, FIELD, DEFAULT),
+#include "scaler_isp/settings/setting_keys.def"
 };
 
 } // namespace
