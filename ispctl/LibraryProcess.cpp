@@ -144,7 +144,7 @@ void OnMessage(wchar_t *text) {
 }
 
 /// Calls the library, and finds out who formed its result.
-JudgedResult RunAndJudge(const ScalerLibrary &library, const std::wstring &line,
+JudgedResult RunAndClassify(const ScalerLibrary &library, const std::wstring &line,
                          const Records *records) {
     const ImageWatch watch;
     JudgedResult judged;
@@ -221,7 +221,7 @@ void RunLibrary(const RunOptions &options, ParentLink &link) {
         return; // ispctl has ended, before anything was done
     }
     const LibraryCall runLine = [&](const std::wstring &text, const Records *ofText) {
-        return RunAndJudge(call->library, text, ofText);
+        return RunAndClassify(call->library, text, ofText);
     };
     const auto failed = BackUp(preparation->backups, options.arguments, call->library,
                                call->context, runLine, link);

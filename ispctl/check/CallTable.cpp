@@ -148,7 +148,7 @@ void ExpectRejected(void *verify, CallInput &input, const char *file, const char
     ChangeFirstByte(input.PathOf(file));
 }
 
-void JudgeSign(const CallTarget &target, CallInput &input, int result, CallReporter &reporter) {
+void CheckSign(const CallTarget &target, CallInput &input, int result, CallReporter &reporter) {
     std::error_code ignored;
     if (result == 0) {
         return;
@@ -202,9 +202,9 @@ constexpr CallRow kRows[] = {
     {PluginRole::Sign, "VerifySignatureExport", " with missing files of 260 characters",
      PrepareVerifyLongPaths, CallVerify, JudgeVerify},
     {PluginRole::Sign, "SignFwExport", " with an internal key (--dsmode 2)",
-     PrepareSign<ENUM_SIGN_SW_MODE_VXM_INTERNAL>, CallSign, JudgeSign},
+     PrepareSign<ENUM_SIGN_SW_MODE_VXM_INTERNAL>, CallSign, CheckSign},
     {PluginRole::Sign, "SignFwExport", " with a key file (--dsmode 3)",
-     PrepareSign<ENUM_SIGN_SW_MODE_VXM_EXTERNAL>, CallSign, JudgeSign},
+     PrepareSign<ENUM_SIGN_SW_MODE_VXM_EXTERNAL>, CallSign, CheckSign},
 };
 
 } // namespace

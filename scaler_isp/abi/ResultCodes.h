@@ -20,7 +20,7 @@
       "use a plug-in that exports the function, or another action") \
     X(SCALER_ISP_PLUGIN_NOT_LOADED, 0xD67, "the ISP plug-in PlugIn/libIsp.dylib cannot be loaded", \
       "the file is missing from PlugIn in the library's directory, is built for another architecture, or lacks a library or a required function", \
-      "put the plug-in there; the line that begins with dlopen gives the loader's reason") \
+      "put the plug-in there; a line that begins with dlopen gives the loader's reason; without such a line a required function or memory is missing") \
     X(SCALER_ISP_NO_WORKING_COPY, 0xD69, "no memory for a working copy of the command", \
       "the system is out of memory", \
       "free memory and run the command again") \

@@ -10,7 +10,7 @@
 #include "scaler_isp/args/RawArgs.h"
 
 /// \file
-/// The columns of options.def and actions.def that the library uses. The columns for people are in
+/// The columns of options.def and actions.def that the library uses. The documentation columns are in
 /// CommandFacts.h, which the library must not include.
 
 /// The flag word that a flag option sets; the scan ORs it into a mask of the raw record. A mask,

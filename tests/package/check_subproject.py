@@ -22,7 +22,7 @@ OF_THE_RUN = {"HOW", "RECORD", "CMAKE_NUMBER_OF_MAKEFILES"}
 
 
 class Parent:
-    """The project of a stranger, configured with or without the library in it."""
+    """A project of a user, configured with or without the library in it."""
 
     def __init__(self, folder, checkout, compiler, how, *definitions):
         self.build = folder / how

@@ -3,7 +3,7 @@
 
 usage: check_symbols.py LIBRARY EXPORT-LIST
 
-Exported are the two C functions and the toolkit of the export list, each entry at least once; nothing
+Exported are the two C functions and the C++ API of the export list, each entry at least once; nothing
 of the standard library, no anchor, no member that a class marks as internal. Needed are the system's C
 and C++ libraries only. Of these it calls nothing that starts a thread, a process or a timer, that reads or
 changes the environment, or that ends the host, and prints through C stdio alone.

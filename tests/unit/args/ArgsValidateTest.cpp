@@ -1,6 +1,6 @@
 #include "ParserFixture.h"
 
-/// The order of the judgement and what each step stores.
+/// The order of the validation and what each step stores.
 class ArgsValidate : public ParserTest {
   protected:
     ArgsValidate() {

@@ -2,7 +2,7 @@
 """An author copies a template, builds it against the installation, has it checked and runs it; an integrator
 does the same with the hosts.
 
-usage: check_kit.py PREFIX LIBRARY-FOLDER C-COMPILER C++-COMPILER [--node NODE]
+usage: check_templates.py PREFIX LIBRARY-FOLDER C-COMPILER C++-COMPILER [--node NODE]
 
 The commands are those that docs/plug-ins.md and docs/hosts.md show.
 """
@@ -21,7 +21,7 @@ STRICT = ("-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wca
 FIRMWARE_BYTES = 3 * 65536 + 100
 
 
-class Kit:
+class Templates:
     def __init__(self, given, folder):
         self.given, self.folder = given, folder
         self.share = given.prefix / "share/scaler-isp"
@@ -151,12 +151,12 @@ def main():
     parser.add_argument("--node")
     given = parser.parse_args()
     with tempfile.TemporaryDirectory() as folder:
-        kit = Kit(given, pathlib.Path(folder).resolve())
-        kit.check_isp("isp-c")
-        kit.check_isp("isp-cpp")
-        kit.check_sign()
-        kit.check_hosts()
-        kit.check_pkg_config()
+        templates = Templates(given, pathlib.Path(folder).resolve())
+        templates.check_isp("isp-c")
+        templates.check_isp("isp-cpp")
+        templates.check_sign()
+        templates.check_hosts()
+        templates.check_pkg_config()
     print(f"three templates, {4 if given.node else 3} hosts, one line of pkg-config")
     return 0
 
