@@ -22,7 +22,7 @@ struct SettingKey {
 /// A row whose key has the name of the field.
 #define SCALER_ISP_SETTING_KEY(RECORD, SECTION, FIELD, DEFAULT)                                    \
     SettingKey {                                                                                   \
-        L"" SECTION, L"" #FIELD, DEFAULT, offsetof(RECORD, FIELD)                                      \
+        L"" SECTION, L"" #FIELD, DEFAULT, offsetof(RECORD, FIELD)                                  \
     }
 
 /// Reads all keys before it stores the first, so that the record is unchanged if reading throws. No
