@@ -1,6 +1,7 @@
 #include "line/OwnOptions.h"
 
 #include <algorithm>
+#include <fmt/format.h>
 #include <span>
 #include <string>
 #include <vector>
@@ -18,12 +19,15 @@ struct OwnOption {
     std::string_view name;
     std::string_view command; ///< the only one that has it; empty: several do
 };
+constexpr std::string_view kNoCommand = "none";
 
 // An unknown option that is as near to one of these as to one of the library is one of these: the
 // library that was meant would otherwise not be opened.
 constexpr OwnOption kOwnOptions[] = {
-    {"virtual", ""},  {"json", ""},        {"help", ""},       {"log", "run"},  {"lib", ""},
-    {"allow", "run"}, {"verbatim", "run"}, {"dry-run", "run"}, {"version", ""}, {"chip", ""},
+    {"virtual", ""},     {"json", ""},       {"help", ""},
+    {"log", "run"},      {"lib", ""},        {"allow", "run"},
+    {"verbatim", "run"}, {"dry-run", "run"}, {"version", kNoCommand},
+    {"chip", ""},
 };
 
 // Of these the library's are the more likely ones.
@@ -82,10 +86,15 @@ const OwnOption *MeantOption(std::string_view name) {
 void Report(LineUnderCheck &line, std::size_t index, const OwnOption &own) {
     const GivenArgument &given = line.Given()[index];
     const std::string name = "--" + std::string(own.name);
-    const std::string place = own.command.empty() ? " of ispctl" : " of ispctl ";
-    line.Report(
-        "ispctl-option", given, Underline::Name,
-        {.option = given.typed, .other = name, .detail = name + place + std::string(own.command)});
+    FindingWords words{.option = given.typed, .other = name};
+    if (own.command == kNoCommand) {
+        words.allowed = "ispctl " + name;
+        words.detail = name + " of ispctl is written without a command";
+    } else {
+        words.detail = fmt::format("{} of ispctl{}{} is written right after the command", name,
+                                   own.command.empty() ? "" : " ", own.command);
+    }
+    line.Report("ispctl-option", given, Underline::Name, words);
     ArgumentList without = line.Arguments();
     const GivenArgument *value = MeantValue(line, index);
     const auto first = without.begin() + static_cast<std::ptrdiff_t>(given.position);

@@ -44,6 +44,8 @@ const Mistake kMistakes[] = {
     {"--isp --fw @f.bin --vi", "error ispctl-option", "--vi", "write --virtual there", ""},
     {"--isp --fw @f.bin --help", "error ispctl-option", "--help", "write --help there", ""},
     {"--isp --fw @f.bin --json", "error ispctl-option", "--json", "write --json there", ""},
+    {"--isp --fw @f.bin --version", "error ispctl-option", "--version", "write ispctl --version",
+     ""},
     {"--isp --fw @f.bin --dry-run", "error ispctl-option", "--dry-run", "write --dry-run there",
      ""},
     {"--isp --fw @f.bin --verbatim", "error ispctl-option", "--verbatim", "write --verbatim there",
