@@ -36,6 +36,7 @@ std::string MeantNumber(const std::string &text, const NumberText &number, const
     std::transform(rest.begin(), rest.end(), rest.begin(), [](char c) { return c | 0x20; });
     const bool isKilo = rest == "k" || rest == "kb" || rest == "kib";
     const bool isMega = rest == "m" || rest == "mb" || rest == "mib";
+    const bool isHex = text.find_first_of("xX") < number.end; // letters are no unit then
     std::string meant;
     if (number.hasDigits && !form.isBounded && (isKilo || isMega)) {
         if (number.magnitude >= kLargestMultiple) {
@@ -46,7 +47,7 @@ std::string MeantNumber(const std::string &text, const NumberText &number, const
         meant = "0x" + text.substr(0, number.end);
     } else if (IsAllOf(text, kHexDigits)) {
         meant = "0x" + text;
-    } else if (number.hasDigits && form.isBounded && IsAllOf(rest, kLetters)) {
+    } else if (number.hasDigits && form.isBounded && !isHex && IsAllOf(rest, kLetters)) {
         meant = text.substr(0, number.end);
     }
     const NumberText result = ReadNumberText(meant);

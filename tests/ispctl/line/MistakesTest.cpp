@@ -107,6 +107,7 @@ const Mistake kMistakes[] = {
      "write 255, which is the same number", "--isp --fw @g.bin --bank 255"},
     {"--isp --fw @g.bin --bank 0400", "fatal number-out-of-range", "0400", "octal for 256", ""},
     {"--isp --fw @f.bin --bank 1.5", "fatal number-with-rest", "1.5", "\".5\" follows", ""},
+    {"--isp --fw @f.bin --bank 0x1G", "fatal number-with-rest", "0x1G", "such as --bank 3", ""},
     {"--isp --fw @f.bin --bank 0x", "fatal not-a-number", "0x", "such as --bank 3", ""},
     {"--isp --fw @f.bin --slave 255", "fatal number-out-of-range", "255", "--slave 0x94", ""},
     {"--isp --fw @f.bin --fw1 @g.bin --bank1 256", "fatal number-out-of-range", "256", "--bank1 16",
