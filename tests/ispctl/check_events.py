@@ -17,7 +17,7 @@ STATUSES = {
     "misspelt option": (["run", "--virtul", "--json"], 2),
     "unknown command": (["rnu", "--json"], 2),
     "usage of explain": (["explain", "--json"], 2),
-    "output of explain": (["explain", "--json", "--virtual", "--html", "/no/page", "--isp", "--fw", "FW"], 8),
+    "output of explain": (["explain", "--json", "--virtual", "--svg", "/no/page", "--resetmcu"], 8),
     "record of explain": (["explain", "--json", "--decode", "/no/record"], 8),
     "usage of edid": (["edid", "--json", "--fix-checksum", "FW"], 2),
     "bytes and JSON of edid": (["edid", "--json", "-o", "-", "FW"], 2),
