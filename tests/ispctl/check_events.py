@@ -28,7 +28,7 @@ STATUSES = {
     "usage of script": (["script", "--json"], 2),
     "no library": (["--lib", "/no/lib.so", "--isp", "--fw", "FW"], 2),
     "refused by findings": (["--virtual", "--isp", "--bnak", "3", "--fw", "FW", "--signfile", "\x1b[2J"], 4),
-    "refused by findings about characters": (["--virtual", "–isp", "--fw", "“FW”", "--bank", "010", "~/x"], 4),
+    "refused for its characters": (["--virtual", "–isp", "--fw", "“FW”", "--bank", "010", "~/x"], 4),
     "refused by the library": (["--virtual", "--verbatim", "--isp"], 4),
     "no plug-in": (["--isp", "--fw", "FW"], 5),
     "log": (["--virtual", "--log", "/no/log", "--isp", "--fw", "FW"], 8),
