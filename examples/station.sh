@@ -2,13 +2,17 @@
 # Programs several devices at the same time, one process for each interface number, and prints what
 # became of them:
 #
-#     station.sh FIRMWARE [OPTION OF ispctl run]...
-#     station.sh monitor.bin --chip panel27
+#     sh station.sh FIRMWARE [OPTION OF ispctl run]...
+#     sh station.sh monitor.bin --chip panel27
 #
 # Variables: ISPCTL (the program), DEVICES (how many, at most 19), RECORD (the station file),
 # WORK (a directory for the output of each run).
 set -eu
 
+if [ $# -eq 0 ] || [ "${1#-}" != "$1" ]; then
+    echo "usage: sh station.sh FIRMWARE [OPTION OF ispctl run]..., such as --chip panel27" >&2
+    exit 2
+fi
 firmware=$1
 shift
 case $firmware in

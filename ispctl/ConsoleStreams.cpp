@@ -34,8 +34,11 @@ bool IsOpen(int descriptor) {
 
 bool EnsureStandardDescriptors() {
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
+        // Writing to a closed standard output has to fail, or a script takes a run without a result
+        // for a success.
+        const int mode = descriptor == STDOUT_FILENO ? O_RDONLY : O_RDWR;
         // open returns the lowest free number, which is the missing one.
-        if (!IsOpen(descriptor) && ::open("/dev/null", O_RDWR) != descriptor) {
+        if (!IsOpen(descriptor) && ::open("/dev/null", mode) != descriptor) {
             return false;
         }
     }
@@ -64,6 +67,10 @@ ConsoleStreams::ConsoleStreams()
     : m_charset(IsUtf8Environment() ? Charset::Utf8 : Charset::Ascii) {}
 
 void ConsoleStreams::Write(Stream stream, std::string_view bytes) noexcept {
+    if (stream == Stream::Output && m_receiver) {
+        m_receiver(bytes);
+        return;
+    }
     int &error = m_errors[IndexOf(stream)];
     if (error == 0) {
         error = WriteAll(DescriptorOf(stream), bytes);

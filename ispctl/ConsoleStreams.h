@@ -2,8 +2,10 @@
 #define ISPCTL_CONSOLE_STREAMS_H
 
 #include <array>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "ExitStatus.h"
 #include "RunObserver.h"
@@ -12,7 +14,7 @@
 namespace ispctl {
 
 /// Opens the null device for each standard descriptor that is closed, so that no file opened later
-/// gets its number. RETURNS whether all three are open now.
+/// gets its number; standard output stays unwritable. RETURNS whether all three are open now.
 bool EnsureStandardDescriptors();
 
 /// Writes all bytes and waits for a slow reader. RETURNS 0, or the errno of the failure.
@@ -26,6 +28,10 @@ class ConsoleStreams {
 
     /// Writes bytes unchanged; only for output that this program has composed itself.
     void Write(Stream stream, std::string_view bytes) noexcept;
+    /// Passes what is written to standard output to a function instead.
+    void DivertOutput(std::function<void(std::string_view)> receiver) {
+        m_receiver = std::move(receiver);
+    }
     /// Writes text of several lines with control characters made visible.
     void Print(Stream stream, std::string_view text);
     /// Writes "ispctl: ", the text with control characters made visible, and a newline to standard
@@ -59,6 +65,7 @@ class ConsoleStreams {
 
   private:
     Charset m_charset;
+    std::function<void(std::string_view)> m_receiver;
     std::array<int, 2> m_errors{0, 0}; ///< errno of each stream's first failed write; 0: none
 };
 

@@ -53,6 +53,9 @@ std::string NearestArgument(const CLI::App &app, const std::vector<std::string> 
         if (argument.starts_with("--")) {
             const std::string name = argument.substr(0, argument.find('='));
             const CLI::Option *option = command->get_option_no_throw(name);
+            if (option == nullptr && app.get_option_no_throw(name) != nullptr) {
+                return fmt::format("{} is an option of ispctl alone: ispctl {}", name, name);
+            }
             if (option == nullptr) {
                 return Question(name, OptionNames(*command));
             }

@@ -5,13 +5,31 @@
 
 namespace ispctl {
 
+namespace {
+
+/// How far a command was that fails.
+std::string_view StageOf(ExitStatus status, bool isLibraryProcess) {
+    switch (status) {
+    case kExitFileError:
+        return "files";
+    case kExitNoPlugin:
+        return "load";
+    case kExitFailed:
+        return "call";
+    default:
+        return isLibraryProcess ? "open" : "usage";
+    }
+}
+
+} // namespace
+
 ExitStatus Session::Fail(ExitStatus status, std::string_view text) {
     streams.PrintMessage(text);
     if (!json) {
         return status;
     }
     const std::string event =
-        JsonEvents::NotCalled(status, link != nullptr ? "open" : "usage", text, {}, Charset::Ascii);
+        JsonEvents::NotCalled(status, StageOf(status, link != nullptr), text, {}, Charset::Ascii);
     if (link == nullptr) {
         streams.Write(Stream::Output, event);
     } else {

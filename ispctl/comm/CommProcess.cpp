@@ -7,9 +7,34 @@
 #include "LibraryRun.h"
 #include "RelayedText.h"
 #include "ResultInfo.h"
+#include "RunWire.h"
 
 namespace ispctl {
 namespace {
+
+/// The output of the work comes as messages, byte for byte.
+class WorkOutput : public RelayedText {
+  public:
+    using RelayedText::RelayedText;
+
+    void OnMessage(std::wstring_view text) override {
+        Streams().Write(Stream::Output, std::string(text.begin(), text.end()));
+    }
+    void OnConsole(Stream, std::string_view bytes) override {
+        RelayedText::OnConsole(Stream::Error, bytes);
+    }
+};
+
+void SendOutput(ParentLink &link, std::string_view bytes) {
+    for (std::size_t i = 0; i < bytes.size(); i += kMaxMessage) {
+        std::wstring wide;
+        for (const char byte : bytes.substr(i, kMaxMessage)) {
+            wide += static_cast<unsigned char>(byte);
+        }
+        link.Send(FrameKind::Message,
+                  {reinterpret_cast<const char *>(wide.data()), wide.size() * sizeof(wchar_t)});
+    }
+}
 
 std::string DescribeEnd(const RunOutcome &outcome) {
     switch (outcome.end) {
@@ -22,13 +47,15 @@ std::string DescribeEnd(const RunOutcome &outcome) {
     }
 }
 
-ExitStatus Relay(Session &session) {
+ExitStatus Relay(Session &session, OutputOf output) {
     const auto ordering = ConsoleStreams::ShareOneTarget() ? ChildProcess::Ordering::OnePipe
                                                            : ChildProcess::Ordering::TwoPipes;
     ChildProcess child(session.arguments, ordering, RunSignals::Stop::AtFirst);
     LibraryRun run(child, session.streams);
     run.WaitForFrame();
-    RelayedText view(session.streams);
+    RelayedText everybody(session.streams);
+    WorkOutput work(session.streams);
+    RelayedText &view = output == OutputOf::Work ? work : everybody;
     const RunOutcome outcome = run.Run({&view});
     run.NotifyEnd(view, outcome, kExitSuccess);
     if (outcome.end == RunEnd::Interrupted) {
@@ -48,9 +75,14 @@ ExitStatus Relay(Session &session) {
 
 } // namespace
 
-ExitStatus RunInCommProcess(Session &session, const std::function<ExitStatus()> &work) {
+ExitStatus RunInCommProcess(Session &session, OutputOf output,
+                            const std::function<ExitStatus()> &work) {
     if (session.link == nullptr) {
-        return Relay(session);
+        return Relay(session, output);
+    }
+    if (output == OutputOf::Work) {
+        session.streams.DivertOutput(
+            [&session](std::string_view bytes) { SendOutput(*session.link, bytes); });
     }
     if (!session.link->Send(FrameKind::Ready, "")) {
         return kExitUsage;

@@ -34,6 +34,7 @@ edid::Bytes ReadBlocks(CommSession &bus, Session &session, ExitStatus &status) {
     for (std::size_t number = 0; number <= declared; ++number) {
         Block block{};
         if (const unsigned int code = ReadBlock(bus.Comm(), number, block); code != 0) {
+            session.json = session.json && bytes.empty(); // else there is a document
             status = session.Fail(
                 kExitFailed,
                 fmt::format("block {} of the EDID cannot be read ({}): check the cable, the "

@@ -33,6 +33,11 @@ std::string UsageError(const EdidOptions &options) {
     if (options.fixChecksum && options.output.empty()) {
         return "--fix-checksum needs -o OUT: the input is not changed";
     }
+    if (options.output == kStandardOutput && (options.json || options.text)) {
+        return fmt::format("-o - writes the bytes to standard output, where {} writes something "
+                           "else: name a file for -o",
+                           options.json ? "--json" : "--text");
+    }
     if (!options.output.empty() && options.files.size() > 1) {
         return "-o writes one EDID: name one FILE";
     }
@@ -111,7 +116,7 @@ void ShowReport(const EdidOptions &options, const edid::Report &report, Session 
 ExitStatus ShowReports(const EdidOptions &options, const std::vector<edid::Report> &reports,
                        Session &session) {
     ExitStatus status = kExitSuccess;
-    if (options.json && options.output != kStandardOutput) {
+    if (options.json) {
         session.streams.Write(Stream::Output, edid::WriteJson(reports));
     }
     for (const edid::Report &report : reports) {
@@ -138,6 +143,7 @@ ExitStatus ReadAndShow(const EdidOptions &options, Session &session) {
     if (!input) {
         return status;
     }
+    session.json = false; // the document says it
     const std::string name = options.virtualScaler ? "virtual bus" : options.comm;
     if (status != kExitSuccess) {
         // Part of an EDID is worth a look, but must not replace a file that has all of it.
@@ -158,10 +164,14 @@ ExitStatus ReadAndShow(const EdidOptions &options, Session &session) {
 
 ExitStatus EdidCommand(const EdidOptions &options, Session &session) {
     if (const std::string error = UsageError(options); !error.empty()) {
+        session.json = options.json;
         return session.Fail(kExitUsage, error);
     }
     if (options.UsesBus()) {
-        return RunInCommProcess(session, [&] { return ReadAndShow(options, session); });
+        session.json = options.json; // until there is a document
+        const bool isForPrograms = options.json || options.output == kStandardOutput;
+        return RunInCommProcess(session, isForPrograms ? OutputOf::Work : OutputOf::Everybody,
+                                [&] { return ReadAndShow(options, session); });
     }
     std::vector<edid::Report> reports;
     for (const std::string &file : options.files) {

@@ -114,7 +114,7 @@ void AddProblem(Input &input, std::string_view text, const SyntaxError &error) {
     const Position position = LineAndColumn(text, error.Offset());
     Finding problem = MakeFinding(
         FindingId::Syntax, std::nullopt,
-        fmt::format("line {}, column {}: {}", position.line, position.column, error.what()));
+        fmt::format("line {}, column {}: {}", position.line, position.column, error.Message()));
     problem.line = position.line;
     problem.column = position.column;
     input.problems.push_back(std::move(problem));

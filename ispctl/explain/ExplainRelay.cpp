@@ -10,6 +10,7 @@
 #include "LibraryRun.h"
 #include "RelayedText.h"
 #include "ResultInfo.h"
+#include "RunCommand.h"
 #include "Utf8.h"
 #include "explain/FlashText.h"
 
@@ -62,7 +63,9 @@ ExitStatus RelayExplanation(const ExplainOptions &options, Session &session) {
         return kExitInterrupted;
     }
     if (outcome.end != RunEnd::Returned) {
-        return session.Fail(kExitUsage, "the library cannot be examined: " + DescribeEnd(outcome));
+        return ReportNotCalled(session.json, kExitUsage, "open",
+                               "the library cannot be examined: " + DescribeEnd(outcome), {},
+                               session.streams);
     }
     if (!run.Problem().empty()) {
         return session.Fail(kExitFileError, "the output is incomplete: " + run.Problem());

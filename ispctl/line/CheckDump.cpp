@@ -44,7 +44,8 @@ void CheckExisting(LineUnderCheck &line, const GivenArgument &given, const fs::p
 
 bool CheckWritable(LineUnderCheck &line, const GivenArgument &given, const fs::path &path) {
     const std::string reason = WhyUnwritable(path);
-    if (!reason.empty()) {
+    const bool isUnexpanded = !reason.empty() && given.value && ReportUnexpanded(line, given);
+    if (!reason.empty() && !isUnexpanded) {
         line.Report("unwritable-file", given, given.value ? Underline::Value : Underline::Name,
                     {.other = path.string(), .detail = reason});
     }

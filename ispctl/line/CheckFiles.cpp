@@ -13,6 +13,7 @@
 #include "line/NamedFile.h"
 #include "line/NearestName.h"
 #include "line/ShellQuote.h"
+#include "line/UnexpandedPath.h"
 #include "line/ValueForm.h"
 
 namespace ispctl {
@@ -87,6 +88,9 @@ class FileCheck {
             m_words.detail = m_line.Context().libraryDirectory.string();
             Report("relative-path-elsewhere").corrected =
                 WithValue(m_line.Arguments(), m_given, callers.string());
+            return;
+        }
+        if (ReportUnexpanded(m_line, m_given)) {
             return;
         }
         const std::string similar = SimilarFile();
@@ -202,6 +206,22 @@ void CheckFiles(LineUnderCheck &line) {
             CheckWritable(line, given, FileOf(given, line.Context()).path);
         }
     }
+}
+
+bool ReportUnexpanded(LineUnderCheck &line, const GivenArgument &given) {
+    const UnexpandedPath unexpanded = FindUnexpanded(*given.value);
+    if (unexpanded.reason.empty()) {
+        return false;
+    }
+    const std::string &meant = unexpanded.expanded;
+    Finding &finding = line.Report("unexpanded-path", given, Underline::Value,
+                                   {.other = meant.empty() ? "" : QuoteForShell(meant),
+                                    .example = ExampleOf(*given.option),
+                                    .detail = unexpanded.reason});
+    if (!meant.empty()) {
+        finding.corrected = WithValue(line.Arguments(), given, meant);
+    }
+    return true;
 }
 
 bool NamesBlockingFile(const ArgumentList &arguments, const LineContext &context) {

@@ -47,6 +47,7 @@ void SettleClasses(LineUnderCheck &line) {
 
 void CheckAll(LineUnderCheck &line) {
     CheckSpaces(line);
+    CheckTypography(line);
     CheckNames(line);
     CheckActions(line);
     CheckValues(line);

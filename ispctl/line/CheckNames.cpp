@@ -1,106 +1,24 @@
 #include "line/Checks.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fmt/format.h>
-#include <span>
+#include <system_error>
 
 #include "line/LikelyOptions.h"
-#include "line/NearestName.h"
+#include "line/OwnOptions.h"
 #include "line/ShellQuote.h"
 #include "line/ValueForm.h"
 
 namespace ispctl {
 namespace {
 
+namespace fs = std::filesystem;
 using Kind = GivenArgument::Kind;
 using ScalerIspFacts::OptionFacts;
 
-/// An option of ispctl itself that people write after those of the library.
-struct OwnOption {
-    std::string_view name;
-    std::string_view command; ///< the only one that has it; empty: several do
-};
-
-// An unknown option that is as near to one of these as to one of the library is one of these: the
-// library that was meant would otherwise not be opened.
-constexpr OwnOption kOwnOptions[] = {
-    {"virtual", ""},  {"json", ""},        {"help", ""},       {"log", "run"},  {"lib", ""},
-    {"allow", "run"}, {"verbatim", "run"}, {"dry-run", "run"}, {"version", ""},
-};
-
-// Of these the library's are the more likely ones.
-constexpr OwnOption kExplainOptions[] = {
-    {"svg", "explain"},    {"html", "explain"}, {"record", "explain"},
-    {"decode", "explain"}, {"diff", "explain"}, {"all", "explain"},
-};
-
-const std::vector<std::string_view> &AllNames() {
-    static const std::vector<std::string_view> names = [] {
-        std::vector<std::string_view> all;
-        for (const OwnOption &own : kOwnOptions) {
-            all.push_back(own.name);
-        }
-        for (const OptionFacts &option : ScalerIspFacts::kOptions) {
-            all.push_back(option.name);
-        }
-        for (const OwnOption &own : kExplainOptions) {
-            all.push_back(own.name);
-        }
-        return all;
-    }();
-    return names;
-}
-
-const OwnOption *FindOwnOption(std::string_view name) {
-    for (const std::span<const OwnOption> options :
-         {std::span<const OwnOption>(kOwnOptions), std::span<const OwnOption>(kExplainOptions)}) {
-        for (const OwnOption &own : options) {
-            if (own.name == name) {
-                return &own;
-            }
-        }
-    }
-    return nullptr;
-}
-
-std::string_view WithoutDashes(std::string_view typed) {
-    typed.remove_prefix(std::min(typed.find_first_not_of('-'), typed.size()));
-    return typed;
-}
-
-/// Names of one unknown option: that of ispctl, or the nearest of the library.
-std::string_view NearestOption(const GivenArgument &given) {
-    const std::string_view name = WithoutDashes(given.typed);
-    if (FindOwnOption(name) != nullptr) {
-        return name;
-    }
-    // An abbreviation of --virtual must not become a run on the real library.
-    constexpr std::size_t kFewest = 2;
-    for (const OwnOption &own : kOwnOptions) {
-        if (name.size() >= kFewest && own.name.starts_with(name)) {
-            return own.name;
-        }
-    }
-    return NearestName(name, AllNames());
-}
-
 std::string AndItsValue(const GivenArgument *value) {
     return value != nullptr ? fmt::format(", and \"{}\" after it", value->typed) : "";
-}
-
-/// Without a corrected line: what stands before the arguments is not known here, and a line without
-/// --virtual would touch the device.
-void ReportOwnOption(LineUnderCheck &line, std::size_t index, const OwnOption &own) {
-    const GivenArgument &given = line.Given()[index];
-    const std::string name = "--" + std::string(own.name);
-    const std::string place = own.command.empty() ? " of ispctl" : " of ispctl ";
-    line.Report("ispctl-option", given, Underline::Name,
-                {.other = name, .detail = name + place + std::string(own.command)});
-    ArgumentList without = line.Arguments();
-    const GivenArgument *value = MeantValue(line, index);
-    const auto first = without.begin() + static_cast<std::ptrdiff_t>(given.position);
-    without.erase(first, first + (value != nullptr ? 2 : 1));
-    line.AddProbe(std::move(without));
 }
 
 /// With the likely options as probes: whichever was meant, findings that it would not have follow.
@@ -123,8 +41,7 @@ constexpr std::size_t kMostNamed = 4;
 
 void CheckUnknown(LineUnderCheck &line, std::size_t index) {
     const GivenArgument &given = line.Given()[index];
-    if (const OwnOption *own = FindOwnOption(NearestOption(given))) {
-        ReportOwnOption(line, index, *own);
+    if (ReportOwnOption(line, index, WithoutDashes(given.typed))) {
         return;
     }
     FindingWords words;
@@ -155,6 +72,38 @@ void CheckAmbiguous(LineUnderCheck &line, std::size_t index) {
     ReportLikely(line, index, "ambiguous-option", words, likely);
 }
 
+/// The caller's file that has this name, or else the library's; empty if there is none.
+std::string ExistingFile(const LineUnderCheck &line, const std::string &name) {
+    std::error_code ignored;
+    const fs::path callers = line.Context().callerDirectory / name;
+    if (fs::is_regular_file(callers, ignored)) {
+        return callers.string();
+    }
+    return fs::is_regular_file(line.Context().libraryDirectory / name, ignored) ? name : "";
+}
+
+/// ARGS with a firmware option before a file whose option was forgotten; empty if the line has no
+/// use for one, or has one.
+ArgumentList WithFirmwareOption(const LineUnderCheck &line, const GivenArgument &given,
+                                const std::string &file) {
+    constexpr std::string_view kName = "fw";
+    std::vector<ScalerIspFacts::GivenOption> options(line.Facts());
+    options.push_back({kName, file});
+    const ScalerIspFacts::GivenLine with{options, options.size() - 1};
+    if (file.empty() || line.Holds("FIRMWARE") ||
+        !HasNeeds(*ScalerIspFacts::FindOption(kName), with)) {
+        return {};
+    }
+    ArgumentList arguments = WithBefore(line.Arguments(), given, {"--" + std::string(kName)});
+    arguments[given.position + 1] = file;
+    // Nothing is an option after "--".
+    const std::vector<GivenArgument> read = ReadGivenArguments(arguments);
+    const bool isRead = std::any_of(read.begin(), read.end(), [&](const GivenArgument &argument) {
+        return argument.kind == Kind::Option && argument.position == given.position;
+    });
+    return isRead ? arguments : ArgumentList();
+}
+
 void CheckNonOption(LineUnderCheck &line, std::size_t index) {
     const GivenArgument &given = line.Given()[index];
     if (index > 0 && MeantValue(line, index - 1) == &given &&
@@ -168,6 +117,10 @@ void CheckNonOption(LineUnderCheck &line, std::size_t index) {
     if (option != nullptr && !option->takesValue && !given.typed.starts_with('-')) {
         words.other = "--" + std::string(option->name);
         corrected = WithName(line.Arguments(), given, words.other);
+    } else {
+        const std::string file = ExistingFile(line, given.typed);
+        corrected = WithFirmwareOption(line, given, file);
+        words.other = corrected.empty() ? "" : "--fw " + QuoteForShell(file);
     }
     line.Report("leftover-argument", given, Underline::Name, words).corrected = corrected;
     if (!corrected.empty()) {

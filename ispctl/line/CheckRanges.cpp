@@ -11,6 +11,7 @@ namespace ispctl {
 namespace {
 
 constexpr std::uint64_t kFlashEnd = 0x1000000;
+constexpr std::uint64_t kLongestVersion = 256;
 
 /// The number that the library reads; nothing if it reads none, or a finding is about it already.
 std::optional<std::uint64_t> NumberOf(const LineUnderCheck &line, std::string_view name,
@@ -33,7 +34,15 @@ void CheckVersion(LineUnderCheck &line) {
     if (!line.Holds("flash") || !address || !total || !major || !sub) {
         return;
     }
-    if (*major + *sub > *total) {
+    if (*major + *sub > kLongestVersion) {
+        const GivenArgument &given = *line.Find(*major >= *sub ? "majorverlen" : "subverlen");
+        line.Report("wrong-version-range", given, Underline::Value,
+                    {.allowed = fmt::format("fewer bytes for {}", given.typed),
+                     .example = ExampleOf(*given.option),
+                     .detail = fmt::format("major and sub version have {} bytes together, a whole "
+                                           "version has at most {}",
+                                           *major + *sub, kLongestVersion)});
+    } else if (*major + *sub > *total) {
         const GivenArgument &given = *line.Find("totalverlen");
         line.Report("wrong-version-range", given, Underline::Value,
                     {.allowed = fmt::format("at least {} for --totalverlen", *major + *sub),

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "line/ShellQuote.h"
+#include "line/Typography.h"
 #include "line/ValueForm.h"
 
 namespace ispctl {
@@ -33,7 +34,7 @@ std::vector<std::string> WordsAfter(const LineUnderCheck &line, const GivenArgum
         const bool isLeftOver =
             other.kind == GivenArgument::Kind::NonOption ||
             (other.kind == GivenArgument::Kind::Unknown && !other.typed.starts_with("--"));
-        if (isNext && isLeftOver) {
+        if (isNext && isLeftOver && WithPlainDashes(other.typed).first == 0) {
             words.push_back(line.Arguments()[other.position]);
         }
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <fmt/format.h>
 
+#include "line/FittingExample.h"
 #include "line/NearestName.h"
 #include "line/NumberText.h"
 #include "line/ValueForm.h"
@@ -29,11 +30,13 @@ std::string WithoutLeadingZeros(std::string_view text) {
 /// What a number with letters after it was meant to be; empty if nobody can know.
 std::string MeantNumber(const std::string &text, const NumberText &number, const ValueForm &form) {
     constexpr std::string_view kHexDigits = "0123456789abcdefABCDEF";
+    constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyz"; // of a unit
     constexpr std::uint64_t kLargestMultiple = 1U << 12U;
     std::string rest = text.substr(number.end);
     std::transform(rest.begin(), rest.end(), rest.begin(), [](char c) { return c | 0x20; });
     const bool isKilo = rest == "k" || rest == "kb" || rest == "kib";
     const bool isMega = rest == "m" || rest == "mb" || rest == "mib";
+    const bool isHex = text.find_first_of("xX") < number.end; // letters are no unit then
     std::string meant;
     if (number.hasDigits && !form.isBounded && (isKilo || isMega)) {
         if (number.magnitude >= kLargestMultiple) {
@@ -44,7 +47,7 @@ std::string MeantNumber(const std::string &text, const NumberText &number, const
         meant = "0x" + text.substr(0, number.end);
     } else if (IsAllOf(text, kHexDigits)) {
         meant = "0x" + text;
-    } else if (number.hasDigits && form.isBounded) {
+    } else if (number.hasDigits && form.isBounded && !isHex && IsAllOf(rest, kLetters)) {
         meant = text.substr(0, number.end);
     }
     const NumberText result = ReadNumberText(meant);
@@ -66,7 +69,7 @@ class NumberCheck {
         m_numbers.last = isByte ? 255 : form.last;
         m_numbers.isBounded = isByte || form.isBounded;
         m_words.allowed = isByte ? "a number from 0 to 255" : AllowedValue(option);
-        m_words.example = ExampleOf(option);
+        m_words.example = FittingExample(line, given);
     }
 
     /// RETURNS whether the library could read it as meant.
@@ -87,20 +90,42 @@ class NumberCheck {
         const auto magnitude = static_cast<std::int64_t>(number.magnitude);
         const std::int64_t value = number.isNegative ? -magnitude : magnitude;
         if (value < m_numbers.first || value > m_numbers.last) {
+            m_words.detail =
+                number.isOctal ? fmt::format(" (octal for {}, because of its leading zero)", value)
+                               : "";
             Report("number-out-of-range", piece, "");
             return false;
         }
         if (number.isOctal) {
-            m_words.other = WithoutLeadingZeros(piece.text);
-            m_words.detail = std::to_string(value);
-            Report("octal-number", piece, m_words.other);
+            CheckOctal(piece, value);
         }
         return true;
     }
 
   private:
+    /// A number that means the same in decimal misleads nobody.
+    void CheckOctal(const Piece &piece, std::int64_t value) {
+        const std::string decimal = WithoutLeadingZeros(piece.text);
+        const NumberText read = ReadNumberText(decimal);
+        const auto asDecimal = static_cast<std::int64_t>(read.magnitude);
+        if (asDecimal == value) {
+            return;
+        }
+        m_words.example = std::to_string(value);
+        m_words.other = decimal;
+        m_words.detail = fmt::format("{}, not {}", value, decimal);
+        if (asDecimal > m_numbers.last) {
+            m_words.other.clear();
+        }
+        Report("octal-number", piece, m_words.other.empty() ? m_words.example : decimal);
+    }
+
     void CheckIncomplete(const Piece &piece, const NumberText &number) {
         m_words.detail = piece.text.substr(number.end);
+        if (m_words.detail == "x" || m_words.detail == "X") { // "0x" alone
+            Report("not-a-number", piece, "");
+            return;
+        }
         if (number.hasDigits && IsAllOf(m_words.detail, "0123456789")) {
             m_words.detail.resize(1);
             m_words.other = WithoutLeadingZeros(piece.text);
@@ -193,12 +218,22 @@ void CheckBytes(LineUnderCheck &line, const GivenArgument &given, const ValueFor
     }
 }
 
+/// Nothing if several words are equally near: one of them as a correction would be a guess.
+std::string_view OnlyNearest(const std::string &value,
+                             const std::vector<std::string_view> &keywords) {
+    const std::string_view nearest = NearestName(value, keywords);
+    const auto isAsNear = [&](std::string_view word) {
+        return word != nearest && NameDistance(value, word) == NameDistance(value, nearest);
+    };
+    return std::any_of(keywords.begin(), keywords.end(), isAsNear) ? std::string_view() : nearest;
+}
+
 void CheckKeyword(LineUnderCheck &line, const GivenArgument &given, const ValueForm &form) {
     if (std::find(form.keywords.begin(), form.keywords.end(), *given.value) !=
         form.keywords.end()) {
         return;
     }
-    const std::string_view nearest = NearestName(*given.value, form.keywords);
+    const std::string_view nearest = OnlyNearest(*given.value, form.keywords);
     const std::string name = "--" + std::string(given.option->name) + " ";
     FindingWords words{.allowed = AllowedValue(*given.option), .example = ExampleOf(*given.option)};
     ArgumentList corrected;
@@ -212,7 +247,7 @@ void CheckKeyword(LineUnderCheck &line, const GivenArgument &given, const ValueF
 void CheckValue(LineUnderCheck &line, const GivenArgument &given) {
     const ValueForm form = FormOf(*given.option);
     const FindingWords words{.allowed = AllowedValue(*given.option),
-                             .example = ExampleOf(*given.option)};
+                             .example = FittingExample(line, given)};
     if (given.value->empty()) {
         line.Report("empty-value", given, Underline::Value, words);
     } else if (given.value->starts_with("--") && given.valuePosition != given.position) {
@@ -243,7 +278,8 @@ bool IsReadAtOnce(const OptionFacts &option) {
 void CheckValues(LineUnderCheck &line) {
     for (std::size_t i = 0; i < line.Options().size(); ++i) {
         const GivenArgument &given = *line.Options()[i];
-        if (given.value && (!line.IsReplaced(i) || IsReadAtOnce(*given.option))) {
+        if (given.value && !line.IsExplained(given.valuePosition) &&
+            (!line.IsReplaced(i) || IsReadAtOnce(*given.option))) {
             CheckValue(line, given);
         }
     }

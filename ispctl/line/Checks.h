@@ -11,6 +11,7 @@ namespace ispctl {
 /// findings about one argument, unless said otherwise.
 
 void CheckSpaces(LineUnderCheck &line);     ///< no path was split at its spaces; before CheckNames
+void CheckTypography(LineUnderCheck &line); ///< dashes and quotes of a keyboard; before CheckNames
 void CheckNames(LineUnderCheck &line);      ///< every argument is an option or a value
 void CheckActions(LineUnderCheck &line);    ///< exactly one action, which does something
 void CheckValues(LineUnderCheck &line);     ///< numbers, bytes and keywords
@@ -26,6 +27,10 @@ void CheckSearch(LineUnderCheck &line);     ///< the firmware search finds a fil
 /// Reports a file that cannot be written. RETURNS whether it can.
 bool CheckWritable(LineUnderCheck &line, const GivenArgument &given,
                    const std::filesystem::path &path);
+
+/// Reports what in a path only a shell replaces. REQUIRES: nothing is at this path.
+/// RETURNS whether there is such.
+bool ReportUnexpanded(LineUnderCheck &line, const GivenArgument &given);
 
 /// Reports what the firmware search does not find in its settings file, and why.
 /// REQUIRES: the search was refused. RETURNS whether there is something.

@@ -88,7 +88,24 @@ ValueForm KeywordForm(std::string_view text, std::string_view delimiters) {
     return form;
 }
 
+/// Values that say more than those made from FORM and MEANING.
+constexpr struct {
+    std::string_view option;
+    std::string_view value;
+} kExamples[] = {
+    {"slave", "0x94"},
+    {"flagdata", "0x01,0x02"},
+    {"write", "0x01.0x02"},
+    {"writedata", "0x6E,0x51,0x03"},
+};
+
 std::string ExampleFile(const OptionFacts &option) {
+    if (option.meaning.starts_with("boot firmware")) {
+        return "/srv/fw/boot.bin";
+    }
+    if (option.meaning.starts_with("further firmware")) {
+        return "/srv/fw/panel.bin";
+    }
     if (option.meaning.starts_with("the signature")) {
         return "/srv/fw/monitor.bin.sig";
     }
@@ -105,6 +122,10 @@ std::string ExampleFile(const OptionFacts &option) {
 }
 
 std::string ExampleNumber(const OptionFacts &option, const ValueForm &form) {
+    constexpr unsigned kBanksOfMiB = 16;
+    if (option.effect.kind == ScalerIspFacts::Kind::Bank && option.effect.entry > 0) {
+        return std::to_string(kBanksOfMiB * option.effect.entry);
+    }
     if (!form.isBounded) {
         return option.meaning.starts_with("bytes of") ? "2" : "0x1000";
     }
@@ -138,9 +159,7 @@ std::string AllowedValue(const OptionFacts &option) {
     const ValueForm form = FormOf(option);
     switch (form.kind) {
     case ValueForm::Kind::Number:
-        return form.last == kLargestNumber && form.first == 0
-                   ? "a number of at most 32 bits, decimal or hexadecimal after 0x"
-               : form.last == kLargestNumber
+        return form.last == kLargestNumber
                    ? fmt::format("a number from {} to {:#x}", form.first, form.last)
                    : fmt::format("a number from {} to {}", form.first, form.last);
     case ValueForm::Kind::Bytes:
@@ -156,12 +175,17 @@ std::string AllowedValue(const OptionFacts &option) {
 }
 
 std::string ExampleValue(const OptionFacts &option) {
+    for (const auto &example : kExamples) {
+        if (example.option == option.name) {
+            return std::string(example.value);
+        }
+    }
     const ValueForm form = FormOf(option);
     switch (form.kind) {
     case ValueForm::Kind::Number:
         return ExampleNumber(option, form);
     case ValueForm::Kind::Bytes:
-        return fmt::format("0x6E{0}0x51{0}0x03", form.separator);
+        return fmt::format("0x01{}0x02", form.separator);
     case ValueForm::Kind::Keyword:
         return std::string(form.keywords.front());
     case ValueForm::Kind::File:

@@ -25,26 +25,28 @@ struct Row {
     Command command;
 };
 
+constexpr const char *kInput = "the bytes of a script, or text; - is standard input";
+
 constexpr Row kAssemble{"assemble", "Converts script text to a byte list, or with -o to bytes.",
-                        "script text", R"(
+                        "script text; - is standard input", R"(
 Examples:
   ispctl script assemble panel.script > panel.txt
   ispctl script assemble panel.script -o panel.bin
 )",
                         AssembleCommand};
-constexpr Row kList{"list", "Converts a script to script text.", "the bytes of a script, or text",
+constexpr Row kList{"list", "Converts a script to script text.", kInput,
                     R"(
 Examples:
   ispctl script list panel.bin > panel.script
 )",
                     ListCommand};
-constexpr Row kCheck{"check", "Finds records that must not run.", "the bytes of a script, or text",
+constexpr Row kCheck{"check", "Finds records that must not run.", kInput,
                      R"(
 Examples:
   ispctl script check panel.bin
 )",
                      CheckCommand};
-constexpr Row kRun{"run", "Checks a script and runs it.", "the bytes of a script, or text", R"(
+constexpr Row kRun{"run", "Checks a script and runs it.", kInput, R"(
 Examples:
   ispctl script run --virtual panel.script
   ispctl script run --comm /opt/adapter/libComm.dylib --channel 6 panel.bin

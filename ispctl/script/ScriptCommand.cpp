@@ -69,7 +69,7 @@ std::optional<CheckedScript> ReadAndCheck(const std::string &file, ScriptForm fo
         return std::nullopt;
     }
     CheckedScript script = Check(std::move(input->steps));
-    PrintReport(file, script.report, session);
+    PrintReport(ShownName(file), script.report, session);
     if (script.report.problemCount > 0 && !input->whyBytes.empty()) {
         session.streams.PrintMessage(input->whyBytes);
     }
@@ -85,7 +85,7 @@ std::optional<Bytes> OnlyRecords(const std::string &file, const std::vector<Scri
             session.streams.Print(
                 Stream::Error,
                 fmt::format("{}:{}:{}: no record can express ddc; ispctl script run sends it\n",
-                            file, step.ddc->line, step.ddc->column));
+                            ShownName(file), step.ddc->line, step.ddc->column));
             status = kExitFailed;
         }
     }
@@ -168,7 +168,8 @@ ExitStatus RunScriptCommand(const ScriptOptions &options, Session &session) {
     if (!options.UsesBus()) {
         return session.Fail(kExitUsage, "no communication library: use --comm LIB or --virtual");
     }
-    return RunInCommProcess(session, [&] { return CheckAndRun(options, session); });
+    return RunInCommProcess(session, OutputOf::Everybody,
+                            [&] { return CheckAndRun(options, session); });
 }
 
 } // namespace ispctl

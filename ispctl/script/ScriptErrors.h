@@ -13,7 +13,12 @@ namespace ispctl {
 class ScriptError : public std::runtime_error {
   public:
     ScriptError(std::size_t line, std::size_t column, const std::string &text)
-        : std::runtime_error(text), m_line(line), m_column(column) {}
+        : std::runtime_error(text), m_text(text), m_line(line), m_column(column) {}
+
+    /// As what(), which ends at a NUL of the script.
+    const std::string &Text() const {
+        return m_text;
+    }
 
     std::size_t Line() const {
         return m_line;
@@ -23,6 +28,7 @@ class ScriptError : public std::runtime_error {
     }
 
   private:
+    std::string m_text;
     std::size_t m_line;
     std::size_t m_column;
 };

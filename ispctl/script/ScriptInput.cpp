@@ -19,10 +19,12 @@ bool IsControl(char c) {
            kSpaces.find(c) == std::string_view::npos;
 }
 
+constexpr std::string_view kStandardInput = "-";
+
 void PrintErrors(const std::string &file, const ScriptErrors &errors, Session &session) {
     for (const auto &[line, error] : errors.First()) {
         session.streams.Print(
-            Stream::Error, fmt::format("{}:{}:{}: {}\n", file, line, error.Column(), error.what()));
+            Stream::Error, fmt::format("{}:{}:{}: {}\n", file, line, error.Column(), error.Text()));
     }
     if (errors.Unlisted() > 0) {
         session.streams.Print(
@@ -31,6 +33,10 @@ void PrintErrors(const std::string &file, const ScriptErrors &errors, Session &s
 }
 
 } // namespace
+
+std::string ShownName(const std::string &file) {
+    return file == kStandardInput ? "standard input" : file;
+}
 
 std::optional<std::size_t> FirstByteOfBinary(std::string_view content) {
     for (std::size_t i = 0; i < content.size(); ++i) {
@@ -47,10 +53,13 @@ std::optional<std::size_t> FirstByteOfBinary(std::string_view content) {
 
 std::optional<ScriptInput> ReadScript(const std::string &file, ScriptForm form, ExitStatus &status,
                                       Session &session) {
-    std::string error;
-    const auto content = ReadInputFile(file, kMaxScript, error);
+    const std::string shown = ShownName(file);
+    InputFault fault;
+    const auto content =
+        ReadInput(file == kStandardInput ? InputSource::StandardInput() : InputSource::Open(file),
+                  shown, kMaxScript, fault);
     if (!content) {
-        status = session.Fail(kExitFileError, error);
+        status = session.Fail(kExitFileError, fault.text);
         return std::nullopt;
     }
     const auto binary = FirstByteOfBinary(*content);
@@ -61,13 +70,13 @@ std::optional<ScriptInput> ReadScript(const std::string &file, ScriptForm form, 
         if (form == ScriptForm::Detected) {
             input.whyBytes = fmt::format("{} was read as bytes, because its byte {} is none of a "
                                          "text; --text reads it as script text",
-                                         file, *binary);
+                                         shown, *binary);
         }
         return input;
     }
     AssembledScript script = AssembleScript(*content);
     if (!script.errors.First().empty()) {
-        PrintErrors(file, script.errors, session);
+        PrintErrors(shown, script.errors, session);
         status = kExitFailed;
         return std::nullopt;
     }

@@ -24,8 +24,11 @@ struct ScriptInput {
     std::string whyBytes; ///< if that was detected: why it was not read as text
 };
 
+/// The name of an input in messages.
+std::string ShownName(const std::string &file);
+
 /// Reads a script as bytes, or assembles it from text. RETURNS nothing on failure, after printing
-/// all errors, with the exit status in status.
+/// all errors, with the exit status in status. \param file  a name, or "-" for standard input
 std::optional<ScriptInput> ReadScript(const std::string &file, ScriptForm form, ExitStatus &status,
                                       Session &session);
 

@@ -1,7 +1,6 @@
 #include "bus/BusSession.h"
 
 #include <cerrno>
-#include <cstring>
 #include <map>
 #include <utility>
 
@@ -21,7 +20,7 @@ std::map<std::pair<std::string, std::uint32_t>, std::uint32_t> g_busyReads;
 Faults CheckedFaults(const std::string &directory) {
     if (!MakeDirectory(directory)) {
         throw Failure{VIRTUAL_ISP_NO_DEVICE, Format("The device's directory cannot be made: %s: %s",
-                                                    directory.c_str(), std::strerror(errno))};
+                                                    directory.c_str(), ErrorText(errno))};
     }
     Faults faults = LoadFaults(directory + "faults.txt");
     if (faults.refuseOpen) {
@@ -32,14 +31,14 @@ Faults CheckedFaults(const std::string &directory) {
 
 [[noreturn]] void FailOnFile(const char *verb) {
     throw Failure{VIRTUAL_BUS_NO_STATE,
-                  Format("registers.txt cannot be %s: %s", verb, std::strerror(errno))};
+                  Format("registers.txt cannot be %s: %s", verb, ErrorText(errno))};
 }
 
 } // namespace
 
 BusSession::BusSession(std::string directory)
     : m_directory(std::move(directory)), m_faults(CheckedFaults(m_directory)),
-      m_file(open((m_directory + "registers.txt").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644)) {
+      m_file(OpenRegular(m_directory + "registers.txt", O_RDWR | O_CREAT)) {
     if (!m_file.IsOpen()) {
         FailOnFile("opened");
     }

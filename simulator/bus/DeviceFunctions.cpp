@@ -41,7 +41,7 @@ void DeviceFunctions::SetMode(const char *mode) {
     const std::string text = std::string(mode) + '\n';
     if (!ReplaceFile(m_session.Directory() + "mode.txt", text.data(), text.size())) {
         throw Failure{VIRTUAL_ISP_WRITE_FAILED,
-                      Format("The device's mode cannot be written: %s", std::strerror(errno))};
+                      Format("The device's mode cannot be written: %s", ErrorText(errno))};
     }
 }
 

@@ -1,7 +1,6 @@
 #include "bus/EdidEeprom.h"
 
 #include <cerrno>
-#include <cstring>
 
 #include "bus/BusStatus.h"
 #include "bus/DefaultEdid.h"
@@ -21,7 +20,7 @@ EdidEeprom::EdidEeprom(const std::string &directory) : m_path(directory + "edid.
         Save();
     } else {
         throw Failure{VIRTUAL_BUS_NO_STATE,
-                      Format("edid.bin cannot be read: %s", std::strerror(errno))};
+                      Format("edid.bin cannot be read: %s", ErrorText(errno))};
     }
     const std::size_t segments = m_bytes.empty() ? 1 : (m_bytes.size() + 255) / 256;
     m_bytes.resize(segments * 256, 0xFF);
@@ -30,7 +29,7 @@ EdidEeprom::EdidEeprom(const std::string &directory) : m_path(directory + "edid.
 void EdidEeprom::Save() const {
     if (!ReplaceFile(m_path, m_bytes.data(), m_bytes.size())) {
         throw Failure{VIRTUAL_BUS_NO_STATE,
-                      Format("edid.bin cannot be written: %s", std::strerror(errno))};
+                      Format("edid.bin cannot be written: %s", ErrorText(errno))};
     }
 }
 

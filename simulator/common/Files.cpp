@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -15,6 +16,7 @@ namespace {
 const char kAnchor = 0;
 
 constexpr mode_t kFileMode = 0644;
+constexpr std::size_t kMaxText = 64 * 1024 * 1024; ///< UNITS: bytes
 
 std::string ParentDirectory(const std::string &path) {
     const std::size_t slash = path.find_last_of('/');
@@ -42,12 +44,42 @@ bool IsRegular(int descriptor) {
     return fstat(descriptor, &state) == 0 && S_ISREG(state.st_mode);
 }
 
+enum class Accept { RegularFiles, Devices };
+
+int Open(const std::string &path, int flags, Accept accept) {
+    // Without O_NONBLOCK a named pipe waits for somebody at its other end; for a regular file it
+    // has no meaning.
+    const int number = open(path.c_str(), flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, kFileMode);
+    if (number < 0) {
+        errno = errno == ENXIO ? kNotRegularFile : errno; // a pipe without reader, a socket
+        return -1;
+    }
+    struct stat state {};
+    const bool known = fstat(number, &state) == 0;
+    if (known &&
+        (S_ISREG(state.st_mode) || (accept == Accept::Devices && S_ISCHR(state.st_mode)))) {
+        return number;
+    }
+    const int error = !known ? errno : S_ISDIR(state.st_mode) ? EISDIR : kNotRegularFile;
+    close(number);
+    errno = error;
+    return -1;
+}
+
 } // namespace
 
 Descriptor::~Descriptor() {
     if (m_number >= 0) {
         close(m_number);
     }
+}
+
+const char *ErrorText(int error) {
+    return error == kNotRegularFile ? "it is not a regular file" : std::strerror(error);
+}
+
+int OpenRegular(const std::string &path, int flags) {
+    return Open(path, flags, Accept::RegularFiles);
 }
 
 std::string DeviceDirectory(int levels) {
@@ -128,13 +160,17 @@ std::int64_t ReadUpTo(int descriptor, void *bytes, std::size_t count, std::uint6
 }
 
 bool ReadText(const std::string &path, std::string &text) {
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    const Descriptor file(OpenRegular(path, O_RDONLY));
     if (!file.IsOpen()) {
         return false;
     }
     text.clear();
     char piece[4096];
     for (;;) {
+        if (text.size() > kMaxText) {
+            errno = EFBIG;
+            return false;
+        }
         const std::int64_t got = ReadUpTo(file.Get(), piece, sizeof piece, text.size());
         if (got < 0) {
             return false;
@@ -147,7 +183,7 @@ bool ReadText(const std::string &path, std::string &text) {
 }
 
 bool ReplaceFile(const std::string &path, const void *bytes, std::size_t count) {
-    const Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kFileMode));
+    const Descriptor file(Open(path, O_WRONLY | O_CREAT | O_TRUNC, Accept::Devices));
     if (!file.IsOpen()) {
         return false;
     }
@@ -167,7 +203,7 @@ bool AppendToJournal(const std::string &directory, const std::string &line) {
         return false;
     }
     const std::string path = directory + "journal.txt";
-    const Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, kFileMode));
+    const Descriptor file(Open(path, O_WRONLY | O_CREAT | O_APPEND, Accept::Devices));
     const std::string terminated = line + '\n';
     return file.IsOpen() && WriteAll(file.Get(), terminated.data(), terminated.size());
 }

@@ -25,6 +25,15 @@ class Descriptor {
     int m_number;
 };
 
+/// Instead of an errno: what was opened is a pipe, a device or a socket. No errno is negative.
+constexpr int kNotRegularFile = -1;
+/// RETURNS the text for errno, or for kNotRegularFile.
+const char *ErrorText(int error);
+
+/// Opens a file of the device, never anything that could wait or be endless: errno is then
+/// kNotRegularFile. A new file is created with `flags`. RETURNS -1 with errno set.
+int OpenRegular(const std::string &path, int flags);
+
 /// RETURNS the directory of the device, ending in "/": the one that SCALER_ISP_VIRTUAL_DEVICE
 /// names, otherwise "VirtualScaler" in the directory `levels` above the file of this plug-in.
 std::string DeviceDirectory(int levels);
@@ -39,10 +48,10 @@ bool WriteAllAt(int descriptor, const void *bytes, std::size_t count, std::uint6
 /// RETURNS the number of bytes read, less than `count` only at the end of the file; -1 with errno.
 std::int64_t ReadUpTo(int descriptor, void *bytes, std::size_t count, std::uint64_t offset);
 
-/// Reads a complete small text file. RETURNS false with errno set.
+/// Reads a complete file of at most 64 MiB. RETURNS false with errno set.
 bool ReadText(const std::string &path, std::string &text);
 /// Replaces a file; removes it if it cannot be written completely, so that no partial file is
-/// mistaken for a result. RETURNS false with errno set.
+/// mistaken for a result. A device is written, too; nothing waits. RETURNS false with errno set.
 bool ReplaceFile(const std::string &path, const void *bytes, std::size_t count);
 
 /// Appends a line to journal.txt in the device's directory, which is created if needed. One write,

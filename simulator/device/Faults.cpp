@@ -1,7 +1,6 @@
 #include "device/Faults.h"
 
 #include <cerrno>
-#include <cstring>
 #include <ctime>
 #include <string_view>
 #include <vector>
@@ -122,8 +121,8 @@ Faults LoadFaults(const std::string &path) {
         if (errno == ENOENT) {
             return faults;
         }
-        throw Failure{VIRTUAL_ISP_BAD_FAULTS, Format("faults.txt cannot be read: %s: %s",
-                                                     path.c_str(), std::strerror(errno))};
+        throw Failure{VIRTUAL_ISP_BAD_FAULTS,
+                      Format("faults.txt cannot be read: %s: %s", path.c_str(), ErrorText(errno))};
     }
     ForEachLine(text, [&](int number, std::string_view line) {
         if (!ParseFault(faults, Tokens(line))) {

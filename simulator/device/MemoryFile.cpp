@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <utility>
 
 #include <fcntl.h>
@@ -17,12 +16,12 @@ namespace virtual_scaler {
 
 MemoryFile::MemoryFile(std::string path, const char *name, std::uint32_t size)
     : m_path(std::move(path)), m_name(name), m_size(size),
-      m_file(open(m_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644)) {
+      m_file(OpenRegular(m_path, O_RDWR | O_CREAT)) {
     if (!m_file.IsOpen()) {
         throw Failure{VIRTUAL_ISP_NO_DEVICE,
                       Format("The %s file cannot be opened: %s: %s. Another device can be chosen "
                              "with SCALER_ISP_VIRTUAL_DEVICE.",
-                             m_name, m_path.c_str(), std::strerror(errno))};
+                             m_name, m_path.c_str(), ErrorText(errno))};
     }
     if (flock(m_file.Get(), LOCK_EX | LOCK_NB) != 0) {
         throw Failure{VIRTUAL_ISP_NO_DEVICE,
@@ -44,7 +43,7 @@ Bytes MemoryFile::Read(std::uint32_t address, std::uint32_t count) const {
     Bytes bytes(count, kErased);
     if (ReadUpTo(m_file.Get(), bytes.data(), count, address) < 0) {
         throw Failure{VIRTUAL_ISP_READ_FAILED,
-                      Format("The %s cannot be read: %s", m_name, std::strerror(errno))};
+                      Format("The %s cannot be read: %s", m_name, ErrorText(errno))};
     }
     return bytes;
 }
@@ -84,7 +83,7 @@ std::uint64_t MemoryFile::FileBytes() const {
     struct stat state {};
     if (fstat(m_file.Get(), &state) != 0) {
         throw Failure{VIRTUAL_ISP_READ_FAILED,
-                      Format("The %s cannot be read: %s", m_name, std::strerror(errno))};
+                      Format("The %s cannot be read: %s", m_name, ErrorText(errno))};
     }
     return static_cast<std::uint64_t>(state.st_size);
 }
@@ -103,7 +102,7 @@ void MemoryFile::Fill(std::uint64_t address, std::uint64_t end) {
 
 void MemoryFile::FailWriting(int reason) const {
     throw Failure{VIRTUAL_ISP_WRITE_FAILED,
-                  Format("The %s cannot be written: %s", m_name, std::strerror(reason))};
+                  Format("The %s cannot be written: %s", m_name, ErrorText(reason))};
 }
 
 } // namespace virtual_scaler

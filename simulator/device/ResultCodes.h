@@ -10,7 +10,8 @@
     X(VIRTUAL_ISP_SUCCESS, 0, "success")                                                           \
     X(VIRTUAL_ISP_NO_DEVICE, 0x5A01, "the device's directory or files cannot be opened")           \
     X(VIRTUAL_ISP_BAD_DESCRIPTION, 0x5A02, "device.ini has a line that cannot be understood")      \
-    X(VIRTUAL_ISP_BAD_FAULTS, 0x5A03, "faults.txt has a line that cannot be understood")           \
+    X(VIRTUAL_ISP_BAD_FAULTS, 0x5A03,                                                              \
+      "faults.txt cannot be read or has a line that cannot be understood")                         \
     X(VIRTUAL_ISP_OUTSIDE, 0x5A04, "a bank or an address lies outside the flash or the EEPROM")    \
     X(VIRTUAL_ISP_NO_FIRMWARE_FILE, 0x5A05, "a firmware file cannot be read")                      \
     X(VIRTUAL_ISP_SHORT_FIRMWARE, 0x5A06, "a firmware file ends before a bank that is asked for")  \

@@ -1,7 +1,6 @@
 #include "isp/Description.h"
 
 #include <cerrno>
-#include <cstring>
 #include <string_view>
 
 #include "common/Files.h"
@@ -91,7 +90,7 @@ void WriteDefaults(const std::string &path) {
             VIRTUAL_ISP_NO_DEVICE,
             Format("The device's description cannot be written: %s: %s. Another device can "
                    "be chosen with SCALER_ISP_VIRTUAL_DEVICE.",
-                   path.c_str(), std::strerror(errno))};
+                   path.c_str(), ErrorText(errno))};
     }
 }
 
@@ -107,7 +106,7 @@ Description LoadDescription(const std::string &path) {
         if (errno != ENOENT) {
             throw Failure{VIRTUAL_ISP_NO_DEVICE,
                           Format("The device's description cannot be read: %s: %s", path.c_str(),
-                                 std::strerror(errno))};
+                                 ErrorText(errno))};
         }
         WriteDefaults(path);
         return description;

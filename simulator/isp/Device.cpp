@@ -1,7 +1,6 @@
 #include "isp/Device.h"
 
 #include <cerrno>
-#include <cstring>
 
 #include "common/Files.h"
 #include "common/Text.h"
@@ -15,7 +14,7 @@ std::string CreatedDirectory(const std::string &directory) {
         throw Failure{VIRTUAL_ISP_NO_DEVICE,
                       Format("The device's directory cannot be made: %s: %s. Another device can be "
                              "chosen with SCALER_ISP_VIRTUAL_DEVICE.",
-                             directory.c_str(), std::strerror(errno))};
+                             directory.c_str(), ErrorText(errno))};
     }
     return directory;
 }
@@ -40,7 +39,7 @@ void Device::SetMode(const char *mode) const {
     const std::string text = std::string(mode) + '\n';
     if (!ReplaceFile(directory + "mode.txt", text.data(), text.size())) {
         throw Failure{VIRTUAL_ISP_WRITE_FAILED,
-                      Format("The device's mode cannot be written: %s", std::strerror(errno))};
+                      Format("The device's mode cannot be written: %s", ErrorText(errno))};
     }
 }
 

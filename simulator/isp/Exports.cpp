@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 
 #include "common/ExceptionBarrier.h"
 #include "common/Files.h"
@@ -68,7 +67,7 @@ void Dump(const Device &device, const STRUCT_DUMP_FLASH_SETTING &dump) {
     const std::string path = FromWide(dump.wszDumpFile, SCALER_ISP_PATH_CHARS);
     if (!ReplaceFile(path, bytes.data(), bytes.size())) {
         throw Failure{VIRTUAL_ISP_NO_DUMP, Format("The dump file cannot be written: %s: %s",
-                                                  path.c_str(), std::strerror(errno))};
+                                                  path.c_str(), ErrorText(errno))};
     }
     SendMessage(Format("0x%X bytes from 0x%X written to %s", dump.ulDumpLen, dump.ulDumpAddr,
                        path.c_str()));

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 
 #include <fcntl.h>
 
@@ -21,7 +20,7 @@ void RequireBankInside(std::uint32_t bank, const MemoryFile &memory) {
 }
 
 Bytes ReadFileBank(const std::string &path, std::uint32_t fileBank) {
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    const Descriptor file(OpenRegular(path, O_RDONLY));
     Bytes bytes(kBankBytes, kErased);
     const std::int64_t got = file.IsOpen() ? ReadUpTo(file.Get(), bytes.data(), bytes.size(),
                                                       std::uint64_t{fileBank} * kBankBytes)
@@ -29,7 +28,7 @@ Bytes ReadFileBank(const std::string &path, std::uint32_t fileBank) {
     if (got < 0) {
         throw Failure{
             VIRTUAL_ISP_NO_FIRMWARE_FILE,
-            Format("The firmware file cannot be read: %s: %s", path.c_str(), std::strerror(errno))};
+            Format("The firmware file cannot be read: %s: %s", path.c_str(), ErrorText(errno))};
     }
     if (got == 0) {
         throw Failure{

@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 
 #include "common/ExceptionBarrier.h"
 #include "common/FieldList.h"
@@ -46,7 +45,7 @@ std::string FileText(const std::string &path, const char *what) {
     }
     if (!ReadText(path, text)) {
         throw SignFailure{
-            Format("the %s cannot be read: %s: %s", what, path.c_str(), std::strerror(errno))};
+            Format("the %s cannot be read: %s: %s", what, path.c_str(), ErrorText(errno))};
     }
     return text;
 }
@@ -129,8 +128,8 @@ void SignFirmware(const Args &args) {
     const std::vector<std::uint8_t> signature = Sign(key, TextToSign(args));
     const std::string path = PathOf(args.szSignatureFile);
     if (!ReplaceFile(path, signature.data(), signature.size())) {
-        throw SignFailure{Format("the signature file cannot be written: %s: %s", path.c_str(),
-                                 std::strerror(errno))};
+        throw SignFailure{
+            Format("the signature file cannot be written: %s: %s", path.c_str(), ErrorText(errno))};
     }
 }
 

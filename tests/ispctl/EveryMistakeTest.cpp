@@ -72,7 +72,7 @@ const Mistake kMistakes[] = {
      "--isp --fw @f.bin --bank 010",
      kRuns,
      kFound,
-     {"octal", "it means 8", "write 10"}},
+     {"octal", "reads 8, not 10", "write 10"}},
     {"octal digit",
      "--isp --fw @f.bin --bank 09",
      kRefused,

@@ -20,18 +20,40 @@ class OutputFailure : public testing::Test {
     TempFolder m_folder;
 };
 
-TEST_F(OutputFailure, Every_command_fails_if_disk_is_full) {
+TEST_F(OutputFailure, Every_command_fails_if_output_is_full_or_closed) {
     const std::string script = m_folder.Write("a.script", "ScalerRun\n");
     const std::string bytes = m_folder.Write("a.bin", "\x01");
+    const std::string log = m_folder.Write("log", "");
     for (const std::string &command :
          {std::string("--version"), std::string("--help"), std::string("run --help"),
-          "script assemble " + script, "script list " + bytes, "script check " + bytes,
+          std::string("help explain"), "script assemble " + script, "script list " + bytes,
+          "script check " + bytes, std::string("explain --lib $REAL --resetmcu"),
+          std::string("explain --json --lib $REAL --resetmcu"), std::string("paths"),
+          std::string("paths --json"), "log summary " + log, "log summary --json " + log,
           std::string("run --verbatim --lib $SCRIPTED 'out:x\\n'"),
           std::string("run --json --verbatim --lib $SCRIPTED progress:1")}) {
         SCOPED_TRACE(command);
-        const ConsoleResult result = RunShell("$ISPCTL " + command + " >/dev/full");
-        EXPECT_EQ(result.status, 8);
-        EXPECT_THAT(result.err, EndsWith(kFull));
+        const ConsoleResult full = RunShell("$ISPCTL " + command + " >/dev/full");
+        EXPECT_EQ(full.status, 8);
+        EXPECT_THAT(full.err, EndsWith(kFull));
+        const ConsoleResult closed = RunShell("$ISPCTL " + command + " >&-");
+        EXPECT_EQ(closed.status, 8);
+        EXPECT_THAT(closed.err, EndsWith("ispctl: standard output could not be written completely: "
+                                         "Bad file descriptor\n"));
+    }
+}
+
+// What a command says about its input counts more than that nobody can read it.
+TEST_F(OutputFailure, Closed_output_is_reported_beside_another_failure) {
+    const std::string edid = m_folder.Write("edid.txt", "00ffffffffffff00");
+    for (const std::string &command : {"edid --json " + edid, std::string("doctor --lib /no/lib"),
+                                       std::string("doctor --json --lib /no/lib")}) {
+        SCOPED_TRACE(command);
+        const ConsoleResult open = RunShell("$ISPCTL " + command);
+        const ConsoleResult closed = RunShell("$ISPCTL " + command + " >&-");
+        EXPECT_NE(open.status, 0);
+        EXPECT_EQ(closed.status, open.status);
+        EXPECT_THAT(closed.err, HasSubstr("Bad file descriptor"));
     }
 }
 
@@ -93,14 +115,18 @@ TEST_F(OutputFailure, Closed_output_pipe_is_reported) {
     EXPECT_THAT(result.err, EndsWith("could not be written completely: Broken pipe\n8\n"));
 }
 
-TEST_F(OutputFailure, Closed_standard_descriptors_do_not_fail_run) {
-    for (const char *closed : {"<&-", ">&-", "2>&-", "<&- >&- 2>&-"}) {
-        SCOPED_TRACE(closed);
+TEST_F(OutputFailure, Closed_standard_descriptors_do_not_keep_run_from_ending) {
+    const struct {
+        const char *closed;
+        int status;
+    } kCases[] = {{"<&-", 0}, {"2>&-", 0}, {">&-", 8}, {"<&- >&- 2>&-", 8}};
+    for (const auto &row : kCases) {
+        SCOPED_TRACE(row.closed);
         const std::string file = m_folder.Path("called");
         EXPECT_EQ(RunShell(std::string("$ISPCTL run --log ") + file +
-                           " --verbatim --lib $SCRIPTED 'out:x\\n' message:m " + closed)
+                           " --verbatim --lib $SCRIPTED 'out:x\\n' message:m " + row.closed)
                       .status,
-                  0);
+                  row.status);
         EXPECT_THAT(m_folder.Read("called"), HasSubstr("message  m\n"));
     }
 }
@@ -111,6 +137,18 @@ TEST_F(OutputFailure, Library_that_exits_while_loading_counts_as_not_called) {
     EXPECT_THAT(result.out, StartsWith("{\"event\":\"result\",\"status\":2,"));
     EXPECT_EQ(result.err, "ispctl: the library was not called: opening it ended its process "
                           "(exit status 0)\n");
+}
+
+TEST_F(OutputFailure, Script_is_read_from_standard_input) {
+    const std::string script = m_folder.Write("a.script", "ScalerRun\n");
+    EXPECT_EQ(RunShell("$ISPCTL script assemble - <" + script).out,
+              RunShell("$ISPCTL script assemble " + script).out);
+    EXPECT_EQ(RunShell("echo ScalerRun | $ISPCTL script list -").out, "ScalerRun\n");
+    EXPECT_EQ(RunShell("echo ScalerRun | $ISPCTL script check -").status, 0);
+    EXPECT_EQ(RunShell("echo ScalerWalk | $ISPCTL script check -").err,
+              "standard input:1:1: unknown statement ScalerWalk\n");
+    EXPECT_THAT(RunShell("$ISPCTL script check - <" + m_folder.Path()).err,
+                StartsWith("ispctl: cannot read standard input: "));
 }
 
 TEST_F(OutputFailure, Endless_input_is_rejected_with_size_limit) {

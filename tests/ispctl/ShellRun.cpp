@@ -10,6 +10,7 @@ ConsoleResult RunShell(const std::string &line) {
     const TempFolder folder;
     const EnvGuard console("ISPCTL", ISPCTL_EXECUTABLE);
     const EnvGuard library("SCRIPTED", SCRIPTED_LIBRARY);
+    const EnvGuard real("REAL", REAL_LIBRARY);
     const EnvGuard ending("ENDING", ENDING_LIBRARY);
     const std::string script = folder.Write("line.sh", line + "\n");
     const std::string command = "timeout 30 sh " + script + " >" + folder.Write("out", "") + " 2>" +

@@ -40,6 +40,16 @@ const Row kRows[] = {
     {{"explain", "--json", "--html", "", "--isp"}, "must not be empty"},
     {{"run", "--json", "--log", "x", "--station", "x", "--isp"}, "another option names it"},
     {{"run", "--json", "--log", "/fw.bin", "--isp", "--fw=/fw.bin"}, "/fw.bin is not written"},
+    {{"edid", "--json"}, "name FILE"},
+    {{"edid", "--json", "--fix-checksum", "x"}, "--fix-checksum needs -o OUT"},
+    {{"edid", "--json", "-o", "y", "x", "x"}, "-o writes one EDID"},
+    {{"edid", "--json", "-o", "-", "x"}, "name a file for -o"},
+    {{"edid", "--json", "--virtual", "x"}, "name either FILE or a communication library"},
+    {{"edid", "--json", "--text", "x"}, "--text"},
+    {{"edid", "--json", "--version"}, "ispctl --version"},
+    {{"check-plugin", "--json"}, "FILE"},
+    {{"log", "summary", "--json"}, "FILE"},
+    {{"script", "check", "--json", "-"}, "--json"},
     {{"--json"}, ""},
 };
 

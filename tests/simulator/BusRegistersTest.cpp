@@ -2,6 +2,8 @@
 
 #include "VirtualBusFixture.h"
 
+#include <filesystem>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -259,6 +261,20 @@ TEST_F(VirtualBus, Functions_without_status_record_failure_in_journal) {
     EXPECT_EQ(Journal(),
               "GetCommName index=0x7 -> 0x5B04 \"There is no channel 7\"\n"
               "GetDebugSlave -> 0x5A01 \"The device refuses to open, as faults.txt asks for\"\n");
+}
+
+TEST_F(VirtualBus, File_of_the_device_that_is_a_pipe_fails_the_call) {
+    unsigned char value = 0;
+    ASSERT_EQ(comm.ReadReg(1, &value), 0U); // creates the device
+    for (const char *name : {"registers.txt", "edid.bin"}) {
+        SCOPED_TRACE(name);
+        const std::string path = m_folder.Path("device/") + name;
+        std::filesystem::remove(path);
+        ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+        EXPECT_EQ(comm.I2CRead(0xA0, 0, 1, &value), 0x5B09U);
+        EXPECT_THAT(Journal(), HasSubstr("it is not a regular file"));
+        std::filesystem::remove(path);
+    }
 }
 
 TEST_F(VirtualBus, Null_pointer_is_rejected_unless_length_is_0) {

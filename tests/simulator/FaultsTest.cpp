@@ -1,13 +1,16 @@
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include "VirtualPlugin.h"
 
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 constexpr std::size_t kBank = 65536;
@@ -95,6 +98,50 @@ TEST_F(VirtualFaults, Unreadable_line_of_faults_fails_run) {
     }
     isp.SetFaults("");
     EXPECT_EQ(isp.Dump(0, 4 * kBank), oldFirmware);
+}
+
+// In place of a file of the device, each of these would wait, or never end.
+TEST_F(VirtualFaults, File_of_the_device_that_is_no_regular_file_fails_the_call) {
+    const std::string device = isp.folder.Path("device/");
+    const struct {
+        const char *name;
+        const char *function;
+        int code;
+    } kFiles[] = {
+        {"faults.txt", "IspFlash", 0x5A03},     {"device.ini", "IspFlash", 0x5A01},
+        {"flash.bin", "IspFlash", 0x5A01},      {"eeprom.bin", "IspFlash", 0x5A01},
+        {"mode.txt", "ResetMCUExport", 0x5A07},
+    };
+    for (const auto &file : kFiles) {
+        const std::string path = device + file.name;
+        for (const bool isPipe : {true, false}) {
+            SCOPED_TRACE(file.name);
+            std::filesystem::remove(path);
+            if (isPipe) {
+                ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+            } else {
+                std::filesystem::create_symlink("/dev/zero", path);
+            }
+            // A mode can be written to a device: nothing of it is read.
+            const bool isAccepted = !isPipe && file.code == 0x5A07;
+            EXPECT_EQ(isp.Run(file.function, command), isAccepted ? 0 : file.code);
+            if (!isAccepted) {
+                ASSERT_FALSE(isp.messages.empty());
+                EXPECT_THAT(isp.messages.back(), HasSubstr(L"it is not a regular file"));
+            }
+        }
+        std::filesystem::remove(path);
+    }
+}
+
+TEST_F(VirtualFaults, Journal_that_is_a_pipe_is_not_waited_for) {
+    const std::string path = isp.folder.Path("device/journal.txt");
+    std::filesystem::remove(path);
+    ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+    EXPECT_EQ(isp.Run("IspFlash", command), 0);
+    ASSERT_FALSE(isp.messages.empty());
+    EXPECT_THAT(isp.messages.front(), HasSubstr(L"The journal cannot be written"));
+    std::filesystem::remove(path);
 }
 
 TEST_F(VirtualFaults, Second_host_gets_error_device_in_use) {

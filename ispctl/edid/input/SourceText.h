@@ -15,14 +15,19 @@ class SyntaxError : public std::runtime_error {
   public:
     /// \param offset  of the bad character in the text
     SyntaxError(std::size_t offset, const std::string &message)
-        : std::runtime_error(message), m_offset(offset) {}
+        : std::runtime_error(message), m_offset(offset), m_message(message) {}
 
     std::size_t Offset() const {
         return m_offset;
     }
+    /// As what(), which ends at a NUL of the text.
+    const std::string &Message() const {
+        return m_message;
+    }
 
   private:
     std::size_t m_offset;
+    std::string m_message;
 };
 
 /// UNITS: lines and characters, both from 1.

@@ -50,6 +50,14 @@ TEST_F(EdidBus, Blocks_before_missing_one_are_shown) {
     EXPECT_FALSE(std::filesystem::exists(m_out));
 }
 
+TEST_F(EdidBus, Standard_output_has_only_the_bytes) {
+    std::string edid = edid::Bytes(edid::Base());
+    edid += std::string(128, '\xFF');
+    const ConsoleResult result = Read(edid, "-");
+    EXPECT_EQ(result.out, edid.substr(0, 128));
+    EXPECT_THAT(result.err, HasSubstr("virtual scaler"));
+}
+
 TEST_F(EdidBus, Output_is_kept_if_a_block_is_missing) {
     m_folder.Write("out", "before");
     const std::string part = edid::Bytes(edid::Base(2)) + edid::Bytes(edid::Cta());

@@ -4,6 +4,7 @@
 
 #include "ConsoleProcess.h"
 #include "edid/EdidMaker.h"
+#include "support/EnvGuard.h"
 #include "support/TempFolder.h"
 
 namespace {
@@ -191,6 +192,41 @@ TEST_F(EdidRun, Option_output_writes_nothing_without_EDID) {
     EXPECT_EQ(ReadBytes(out), "before");
 }
 
+// Whoever reads the bytes would take anything else for a part of them.
+TEST_F(EdidRun, Bytes_on_standard_output_exclude_other_output) {
+    for (const char *other : {"--json", "--text"}) {
+        const ConsoleResult result = Run(m_edid, {"-o", "-", other});
+        EXPECT_EQ(result.status, 2);
+        EXPECT_THAT(result.err, AllOf(HasSubstr(other), HasSubstr("name a file for -o\n")));
+        EXPECT_THAT(result.out, Not(HasSubstr("manufacturer")));
+    }
+}
+
+TEST_F(EdidRun, NUL_of_the_input_does_not_cut_the_message) {
+    const std::string text("00 ff \0 ff\n", 11);
+    const ConsoleResult result = Run(text, {"--form", "hex"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.err, AllOf(HasSubstr("line 1, column 7: "), HasSubstr("\\x00"),
+                                  HasSubstr(" (read as hex: hexadecimal digits; --form")));
+}
+
+// What a communication library prints, too, must not come between JSON.
+TEST_F(EdidRun, Output_of_communication_library_goes_to_standard_error_with_json) {
+    const EnvGuard prints("RECORDING_COMM_PRINTS", "noise");
+    const ConsoleResult json = RunEdid({"--json", "--lib", REAL_LIBRARY, "--comm", RECORDING_COMM});
+    EXPECT_EQ(json.status, 1);
+    EXPECT_THAT(json.out, AllOf(StartsWith("[\n"), Not(HasSubstr("noise"))));
+    EXPECT_THAT(json.err, HasSubstr("noise\n"));
+}
+
+TEST_F(EdidRun, Display_that_cannot_be_read_is_an_event_with_json) {
+    const EnvGuard fails("RECORDING_COMM_FAILS", "I2CRead");
+    const ConsoleResult json = RunEdid({"--json", "--lib", REAL_LIBRARY, "--comm", RECORDING_COMM});
+    EXPECT_EQ(json.status, 1);
+    EXPECT_THAT(json.out, AllOf(StartsWith("{\"event\":\"result\",\"status\":1,"),
+                                HasSubstr("\"stage\":\"call\""), HasSubstr("block 0 of the EDID")));
+}
+
 TEST_F(EdidRun, Option_fix_checksum_writes_valid_EDID) {
     const std::string good = m_edid;
     m_edid[127] = static_cast<char>(m_edid[127] + 1);
@@ -217,6 +253,9 @@ TEST_F(EdidRun, Communication_library_that_does_not_load_has_status_5) {
         RunEdid({"--lib", REAL_LIBRARY, "--comm", m_folder.Write("c", "x")});
     EXPECT_EQ(result.status, 5);
     EXPECT_THAT(result.err, HasSubstr("as a communication library\n"));
+    EXPECT_THAT(
+        RunEdid({"--json", "--lib", REAL_LIBRARY, "--comm", m_folder.Path("c")}).out,
+        AllOf(StartsWith("{\"event\":\"result\",\"status\":5,"), HasSubstr("\"stage\":\"load\"")));
 }
 
 } // namespace

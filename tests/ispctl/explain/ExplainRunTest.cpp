@@ -196,6 +196,7 @@ TEST_F(ExplainRun, File_that_is_no_record_has_status_8) {
             EXPECT_EQ(result.status, 8) << file;
             if (own.front() == "--json") {
                 EXPECT_EQ(json::parse(result.out)["status"], 8) << file;
+                EXPECT_EQ(json::parse(result.out)["stage"], "files") << file;
             } else {
                 EXPECT_EQ(result.out, "");
             }
@@ -211,6 +212,8 @@ TEST_F(ExplainRun, File_that_cannot_be_written_leaves_none_behind) {
         ExplainLine({"--svg", "a.svg", "--html", "missing/a.html", "--record", "r"}, m_line);
     EXPECT_EQ(result.status, 8);
     EXPECT_THAT(result.err, HasSubstr("missing/a.html cannot be written"));
+    const ConsoleResult event = ExplainLine({"--json", "--html", "missing/a.html"}, m_line);
+    EXPECT_EQ(json::parse(event.out)["stage"], "files");
     EXPECT_EQ(FilesInFolder(), before);
     if (fs::exists("/dev/full")) {
         EXPECT_EQ(ExplainLine({"--html", "/dev/full"}, m_line).status, 8);
@@ -252,6 +255,8 @@ TEST_F(ExplainRun, Library_that_ends_its_process_is_reported) {
     const ConsoleResult result = Explain({"--lib", ENDING_LIBRARY, "--isp"});
     EXPECT_EQ(result.status, 2);
     EXPECT_THAT(result.err, HasSubstr("the library cannot be examined"));
+    const ConsoleResult event = Explain({"--json", "--lib", ENDING_LIBRARY, "--isp"});
+    EXPECT_EQ(json::parse(event.out)["stage"], "open");
 }
 
 TEST_F(ExplainRun, Terminal_has_colours_unless_NO_COLOR_is_set) {

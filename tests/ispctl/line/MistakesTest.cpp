@@ -44,6 +44,8 @@ const Mistake kMistakes[] = {
     {"--isp --fw @f.bin --vi", "error ispctl-option", "--vi", "write --virtual there", ""},
     {"--isp --fw @f.bin --help", "error ispctl-option", "--help", "write --help there", ""},
     {"--isp --fw @f.bin --json", "error ispctl-option", "--json", "write --json there", ""},
+    {"--isp --fw @f.bin --version", "error ispctl-option", "--version", "write ispctl --version",
+     ""},
     {"--isp --fw @f.bin --dry-run", "error ispctl-option", "--dry-run", "write --dry-run there",
      ""},
     {"--isp --fw @f.bin --verbatim", "error ispctl-option", "--verbatim", "write --verbatim there",
@@ -54,6 +56,37 @@ const Mistake kMistakes[] = {
      ""},
     {"--isp --fw @f.bin --html x.html", "error ispctl-option", "--html", "write --html there", ""},
     {"--isp --fw @f.bin --allow x", "error ispctl-option", "--allow", "write --allow there", ""},
+    {"--isp @f.bin", "error leftover-argument", "@f.bin", "did you mean --fw @f.bin",
+     "--isp --fw @f.bin"},
+    {"--isp f.bin --comm 3", "error leftover-argument", "f.bin", "did you mean --fw @f.bin",
+     "--isp --fw @f.bin --comm 3"},
+    {"--isp --comm 3 g.bin", "error leftover-argument", "g.bin", "did you mean --fw @g.bin",
+     "--isp --comm 3 --fw @g.bin"},
+    {"--isp -- f.bin", "error leftover-argument", "f.bin", "leave it out", ""},
+    {"--isp @none.bin", "error leftover-argument", "@none.bin", "leave it out", ""},
+    {"--isp --fw @f.bin @g.bin", "error leftover-argument", "@g.bin", "leave it out", ""},
+    {"--resetmcu @f.bin", "error leftover-argument", "@f.bin", "leave it out", ""},
+    {"–isp --fw @f.bin", "error typographic-dash", "–isp", "write --isp", "--isp --fw @f.bin"},
+    {"—isp --fw @f.bin", "error typographic-dash", "—isp", "U+2014", "--isp --fw @f.bin"},
+    {"−−isp --fw @f.bin", "error typographic-dash", "−−isp", "U+2212", "--isp --fw @f.bin"},
+    {"-–isp --fw @f.bin", "error typographic-dash", "-–isp", "U+2013", "--isp --fw @f.bin"},
+    {"--isp –fw @f.bin", "error typographic-dash", "–fw", "write --fw", "--isp --fw @f.bin"},
+    {"--isp –fw=@f.bin", "error typographic-dash", "–fw=@f.bin", "write --fw=@f.bin",
+     "--isp --fw=@f.bin"},
+    {"--isp --fw @f.bin –virtual", "error ispctl-option", "–virtual", "write --virtual there", ""},
+    {"--isp --fw @f.bin –virtul", "error ispctl-option", "–virtul", "write --virtual there", ""},
+    {"--isp --fw @f.bin --backup @sub", "error ispctl-option", "--backup", "write --backup there",
+     ""},
+    {"--isp --fw @f.bin --chip x", "error ispctl-option", "--chip", "write --chip there", ""},
+    {"--isp --fw “@f.bin”", "fatal typographic-quotes", "“@f.bin”", "write @f.bin",
+     "--isp --fw @f.bin"},
+    {"--isp --fw=„@f.bin“", "fatal typographic-quotes", "„@f.bin“", "U+201E", "--isp --fw=@f.bin"},
+    {"--isp --fw @f.bin --bank ‘3’", "fatal typographic-quotes", "‘3’", "write 3",
+     "--isp --fw @f.bin --bank 3"},
+    {"--isp --searchfw «auto»", "fatal typographic-quotes", "«auto»", "write auto",
+     "--isp --searchfw auto"},
+    {"--isp --fw @f.bin “--comm 3”", "error typographic-quotes", "“--comm", "write --comm",
+     "--isp --fw @f.bin --comm 3”"},
     // values
     {"--isp --fw @f.bin --comm=", "error empty-value", "--comm=", "a number from 1 to 19", ""},
     {"--isp --fw @f.bin --bank 16k", "fatal number-with-rest", "16k", "\"k\" follows the digits",
@@ -67,8 +100,20 @@ const Mistake kMistakes[] = {
     {"--isp --fw @f.bin --bank -1", "fatal number-out-of-range", "-1", "from 0 to 255", ""},
     {"--isp --fw @f.bin --bank 4294967299", "error number-truncated", "4294967299", "reads 3", ""},
     {"--dumpflash --dumplen 0x100000010", "error number-truncated", "0x100000010", "reads 16", ""},
-    {"--isp --fw @f.bin --bank 010", "warning octal-number", "010", "it means 8",
+    {"--isp --fw @f.bin --bank 010", "warning octal-number", "010", "reads 8, not 10",
      "--isp --fw @f.bin --bank 10"},
+    {"--isp --fw @f.bin --bank 0377", "error bank-beyond-flash", "0377", "bank 255", ""},
+    {"--isp --fw @g.bin --bank 0377", "warning octal-number", "0377",
+     "write 255, which is the same number", "--isp --fw @g.bin --bank 255"},
+    {"--isp --fw @g.bin --bank 0400", "fatal number-out-of-range", "0400", "octal for 256", ""},
+    {"--isp --fw @f.bin --bank 1.5", "fatal number-with-rest", "1.5", "\".5\" follows", ""},
+    {"--isp --fw @f.bin --bank 0x1G", "fatal number-with-rest", "0x1G", "such as --bank 3", ""},
+    {"--isp --fw @f.bin --bank 0x", "fatal not-a-number", "0x", "such as --bank 3", ""},
+    {"--isp --fw @f.bin --slave 255", "fatal number-out-of-range", "255", "--slave 0x94", ""},
+    {"--isp --fw @f.bin --fw1 @g.bin --bank1 256", "fatal number-out-of-range", "256", "--bank1 16",
+     ""},
+    {"--dumpflash --dumplen 16 --dumpaddr -1", "error number-out-of-range", "-1",
+     "from 0 to 0xffffffff", ""},
     {"--isp --fw @f.bin --bank 09", "fatal octal-digit", "09", "not an octal digit",
      "--isp --fw @f.bin --bank 9"},
     {"--edpisp --edpmode red", "fatal wrong-keyword", "red", "isp or readver", ""},
@@ -80,6 +125,9 @@ const Mistake kMistakes[] = {
     {"--dumpflash --dumplen 0", "fatal number-out-of-range", "0", "from 1 to", ""},
     {"--ispuser --fw @f.bin --flagaddr 1 --flagdata 1.2", "fatal wrong-separator", "1.2",
      "--flagdata 1,2", "--ispuser --fw @f.bin --flagaddr 1 --flagdata 1,2"},
+    {"--ispuser --fw @f.bin --flagaddr 1 --flagdata x", "fatal not-a-number", "x",
+     "--flagdata 0x01,0x02", ""},
+    {"--mergefwinfo --mergefwgen gen3", "fatal wrong-keyword", "gen3", "one of these words", ""},
     {"--ispuser --fw @f.bin --flagaddr 1 --flagdata 1,256", "fatal number-out-of-range", "256",
      "from 0 to 255", ""},
     {"--i2cwrite --writedata 110", "fatal wrong-byte-count", "110", "3 to 258", ""},
@@ -89,6 +137,10 @@ const Mistake kMistakes[] = {
      "fatal wrong-version-range", "0xffffff", "below 0x1000000", ""},
     {"--recordver --flash --veraddr 1 --totalverlen 4 --majorverlen 2 --subverlen 3",
      "fatal wrong-version-range", "4", "--totalverlen 5", ""},
+    {"--recordver --flash --veraddr 1 --totalverlen 4 --majorverlen 300",
+     "fatal wrong-version-range", "300", "such as --majorverlen 2", ""},
+    {"--recordver --flash --veraddr 1 --totalverlen 4 --majorverlen 2 --subverlen 300",
+     "fatal wrong-version-range", "300", "at most 256", ""},
     {"--recordver --flash --veraddr 1", "fatal missing-need", "--veraddr", "--totalverlen", ""},
     {"--recordver --flash --veraddr 1 --totalverlen 4", "fatal missing-need", "--veraddr",
      "--majorverlen", ""},
@@ -150,7 +202,9 @@ const Mistake kMistakes[] = {
     {"--isp --fw @f.bin --sw --signfile @s.sig --fw1 @g.bin --bank1 9", "warning unsigned-file",
      "--fw1", "does not cover", ""},
     {"--isp --fw @f.bin --sw --dsmode 5 --signfile @s.sig", "fatal number-out-of-range", "5",
-     "from 1 to 4", ""},
+     "such as --dsmode 2", ""},
+    {"--isp --fw @f.bin --sw --dsmode 5 --signfile @s.sig --vkfile @k.pem",
+     "fatal number-out-of-range", "5", "such as --dsmode 3", ""},
     {"--sign --fw @f.bin --sw --dsmode 3", "fatal missing-need", "--dsmode",
      "--skfile /srv/fw/key.pem", ""},
     // files
@@ -161,6 +215,16 @@ const Mistake kMistakes[] = {
      "--isp --fw @f.bin"},
     {"--isp --fw=f.bin", "fatal relative-path-elsewhere", "f.bin", "absolute path",
      "--isp --fw=@f.bin"},
+    {"--isp --fw ~/x.bin", "fatal unexpanded-path", "~/x.bin", "no shell has replaced \"~\"",
+     "--isp --fw /home/trial/x.bin"},
+    {"--isp --fw ~else/x.bin", "fatal unexpanded-path", "~else/x.bin", "\"~else\"", ""},
+    {"--isp --fw=$TRIAL/x.bin", "fatal unexpanded-path", "$TRIAL/x.bin", "variable $TRIAL",
+     "--isp --fw=/srv/trial/x.bin"},
+    {"--isp --fw ${TRIAL}/$TRIAL_NONE.bin", "fatal unexpanded-path", "${TRIAL}/$TRIAL_NONE.bin",
+     "$TRIAL_NONE, which has no value", ""},
+    {"--isp --fw C:\\fw\\x.bin", "fatal unexpanded-path", "C:\\fw\\x.bin", "path of Windows", ""},
+    {"--dumpflash --dumplen 16 --dumpname ~/x.bin", "error unexpanded-path", "~/x.bin",
+     "write /home/trial/x.bin", "--dumpflash --dumplen 16 --dumpname /home/trial/x.bin"},
     {"--isp --fw @sub", "fatal firmware-not-a-file", "@sub", "a directory", ""},
     {"--isp --fw /dev/null", "error firmware-not-a-file", "/dev/null", "a device", ""},
     {"--isp --fw @empty.bin", "error firmware-empty", "@empty.bin", "is empty", ""},
@@ -197,6 +261,9 @@ class Mistakes : public LineFixture {
     Mistakes() {
         MakeSparse("big.bin", 0x2100000);
         MakeSparse("huge.bin", 0x100000001);
+        ::setenv("HOME", "/home/trial", 1);
+        ::setenv("TRIAL", "/srv/trial", 1);
+        ::unsetenv("TRIAL_NONE");
     }
 
     void MakeSparse(const std::string &name, std::uintmax_t size) {
@@ -276,6 +343,14 @@ TEST_F(Mistakes, Umlaut_is_not_expressible_in_locale_c) {
 TEST_F(Mistakes, Pipe_as_firmware_is_found_without_waiting_for_it) {
     ASSERT_EQ(std::system(("mkfifo " + Here() + "pipe").c_str()), 0);
     EXPECT_THAT(Names(Check("--isp --fw @pipe")), Contains("fatal firmware-not-a-file"));
+}
+
+// "%" has a meaning in the table.
+TEST_F(Mistakes, Variable_of_Windows_is_said_not_to_be_replaced) {
+    const Findings findings = Check({"--isp", "--fw", "/srv/%USERPROFILE%/x.bin"});
+    ASSERT_THAT(Names(findings), testing::ElementsAre("fatal unexpanded-path"));
+    EXPECT_THAT(findings[0].message, HasSubstr("%USERPROFILE% is a variable of Windows"));
+    EXPECT_THAT(findings[0].suggestion, HasSubstr("--fw /srv/fw/monitor.bin"));
 }
 
 TEST_F(Mistakes, File_in_both_directories_is_said) {

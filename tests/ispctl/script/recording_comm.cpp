@@ -1,6 +1,7 @@
 // A communication library that writes every call down on standard error, "comm WriteReg 10 20" in
 // hexadecimal. Reads deliver A1, A2, A3 ... The variable RECORDING_COMM_FAILS names a function that
-// ends with status 9, RECORDING_COMM_EXITS one that ends the process with status 0.
+// ends with status 9, RECORDING_COMM_EXITS one that ends the process with status 0. What
+// RECORDING_COMM_PRINTS holds is printed to standard output at each call.
 
 #include <cstdio>
 #include <cstdlib>
@@ -70,6 +71,10 @@ int Call(const std::string &name, const Arguments &arguments) {
         }
     }
     std::fprintf(stderr, "%s\n", text.c_str());
+    if (const char *prints = std::getenv("RECORDING_COMM_PRINTS")) {
+        std::printf("%s\n", prints);
+        std::fflush(stdout);
+    }
     const char *exits = std::getenv("RECORDING_COMM_EXITS");
     if (exits != nullptr && name == exits) {
         ::_exit(0);
