@@ -119,7 +119,7 @@ std::string JsonEvents::NotCalled(ExitStatus status, std::string_view stage,
                                   Charset charset, std::string_view run) {
     Json event = ResultEvent(status, "ispctl", stage, run);
     event["meaning"] = JsonString(reason);
-    event["device"] = "untouched";
+    event["device"] = stage == "call" ? "unknown" : "untouched";
     event["findings"] = FindingsJson(findings);
     return JsonLine(event, charset);
 }

@@ -26,8 +26,9 @@ class JsonEvents : public RunObserver {
     void OnPause() override;
     void OnEnd(const RunOutcome &outcome, ExitStatus status) override;
 
-    /// The result event of a run that did not call the library.
-    /// \param stage  "usage", "open", "check", "log", "station", "lock", "files" or "backup"
+    /// The result event of a run that has no result of the library.
+    /// \param stage  "usage", "open", "check", "log", "station", "lock", "files" or "backup" if the
+    /// library was not called; "call" if ispctl itself failed after it was
     /// \param run  id of the run; empty: it is recorded nowhere
     static void WriteNotCalled(ConsoleStreams &streams, ExitStatus status, std::string_view stage,
                                std::string_view reason, const std::vector<Finding> &findings,
