@@ -11,7 +11,7 @@ from tracked_files import ROOT
 OPTION = re.compile(r'^\s*SCALER_ISP_(?:OPTION|ACTION)(?:_LIKE)?\("(\w+)"', re.MULTILINE)
 KEYWORDS = re.compile(r'Keyword\(\d+, &Args::\w+, "([^"]+)"')
 OPCODE = re.compile(r'^SCALER_ISP_OPCODE\((\d+), (\w+), \w+, "([^"]*)"', re.MULTILINE)
-FIELD = re.compile(r'COMMAND_KEY\(L"(\w+)", (\w+)')
+FIELD = re.compile(r'^SCALER_ISP_\w+_KEY\("(\w+)", (\w+)', re.MULTILINE)
 WIDE = re.compile(r'L"(\w+)"')
 
 
@@ -52,7 +52,7 @@ def keys(*sources):
 
 
 def setting_names():
-    fields = FIELD.findall(text_of("scaler_isp/settings/CommandSettingStore.cpp"))
+    fields = FIELD.findall(text_of("scaler_isp/settings/setting_keys.def"))
     assert fields, "no setting was found in its table"
     sections = {section for section, _ in fields}
     return [f"[{section}]\n" for section in sorted(sections)] + [f"{key}=" for _, key in fields]
