@@ -25,7 +25,8 @@ def run_and_change(options, contents, own_options=()):
     os.mkdir(device)
     write(os.path.join(device, "faults.txt"), b"slow 300\n")
     firmware = write(os.path.join(root, "f.bin"))
-    boot = write(os.path.join(root, "boot.bin"), b"boot")
+    # Long enough for the change to come before the file is read.
+    boot = write(os.path.join(root, "boot.bin"), bytes(4 * BANK_BYTES))
     environment = {**os.environ, "LC_ALL": "C.UTF-8", "SCALER_ISP_VIRTUAL_DEVICE": device,
                    "TMPDIR": options.work}
     command = [options.ispctl, "run", "--virtual", *own_options, "--isp", "--factory", "--newboot", "--hw",
@@ -36,7 +37,8 @@ def run_and_change(options, contents, own_options=()):
         for line in process.stdout:
             shown += line
             if b"Bank 0: erased" in line:
-                write(firmware, contents)
+                # In one step: a plug-in must not meet a file in between.
+                os.replace(write(firmware + ".new", contents), firmware)
         process.wait(SECONDS)
     with open(os.path.join(device, "flash.bin"), "rb") as file:
         file.seek(BANK * BANK_BYTES)
