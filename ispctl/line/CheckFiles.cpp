@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 #include "Environment.h"
 #include "Utf8.h"
@@ -47,16 +48,18 @@ class FileCheck {
     }
 
     void Check() {
+        std::error_code ignored;
+        if (!m_file.Exists() && fs::is_symlink(fs::symlink_status(m_file.path, ignored))) {
+            ReportKind("a symbolic link that leads to no file");
+            return;
+        }
         if (!m_file.Exists()) {
             CheckMissing();
             return;
         }
         CheckTwice();
         if (!m_file.IsFile()) {
-            m_words.detail = KindOf(m_file.status);
-            m_words.example = ExampleOf(*m_given.option);
-            Report(IsFirmware(*m_given.option) ? FindingName("firmware-not-a-file")
-                                               : FindingName("not-a-file"));
+            ReportKind(KindOf(m_file.status));
         } else if (::access(m_file.path.c_str(), R_OK) != 0) {
             m_words.detail = std::strerror(errno);
             Report("unreadable-file");
@@ -71,6 +74,14 @@ class FileCheck {
   private:
     Finding &Report(FindingName name) {
         return m_line.Report(name, m_given, Underline::Value, m_words);
+    }
+
+    /// \param kind  what it is instead of a file
+    void ReportKind(std::string kind) {
+        m_words.detail = std::move(kind);
+        m_words.example = ExampleOf(*m_given.option);
+        Report(IsFirmware(*m_given.option) ? FindingName("firmware-not-a-file")
+                                           : FindingName("not-a-file"));
     }
 
     /// A relative path is often meant for the directory in which it was typed.

@@ -55,6 +55,7 @@ void CheckAll(LineUnderCheck &line) {
     CheckSignatures(line);
     CheckCompanions(line);
     CheckFiles(line);
+    CheckAccess(line);
     CheckBanks(line);
     CheckRanges(line);
     CheckDump(line);

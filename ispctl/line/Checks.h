@@ -18,6 +18,7 @@ void CheckValues(LineUnderCheck &line);     ///< numbers, bytes and keywords
 void CheckNeeds(LineUnderCheck &line);      ///< every option has what it needs
 void CheckSignatures(LineUnderCheck &line); ///< what is programmed is verified, every key is used
 void CheckFiles(LineUnderCheck &line);      ///< every file is where the library looks for it
+void CheckAccess(LineUnderCheck &line);     ///< nobody else may exchange what is loaded or read
 void CheckBanks(LineUnderCheck &line);      ///< the firmware files fit into the flash
 void CheckCompanions(LineUnderCheck &line); ///< what is meant to be used together is
 void CheckDump(LineUnderCheck &line);       ///< where the dump goes

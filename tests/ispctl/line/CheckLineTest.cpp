@@ -73,6 +73,18 @@ TEST_F(CheckLine, Search_that_finds_a_file_is_good) {
     EXPECT_THAT(names, IsEmpty());
 }
 
+TEST_F(CheckLine, Link_that_leads_to_no_file_is_named) {
+    std::filesystem::create_symlink("loop.bin", m_here.Path("loop.bin"));
+    std::filesystem::create_symlink("gone.bin", m_here.Path("old.bin"));
+    for (const char *name : {"loop.bin", "old.bin"}) {
+        const Findings found = Check(Line("--isp --fw @" + std::string(name)));
+        ASSERT_THAT(Names(found), ElementsAre("fatal firmware-not-a-file")) << name;
+        EXPECT_EQ(found[0].message, "--fw: " + m_here.Path(name) +
+                                        " is a symbolic link that leads to no file, not a "
+                                        "firmware file");
+    }
+}
+
 TEST_F(CheckLine, Spelling_comes_first_then_fatal_findings_errors_and_warnings) {
     EXPECT_THAT(Names(Check("--isp --comm 010 --fw @f.bin --slave 999 --bnak 3 --factory")),
                 ElementsAre("error unknown-option", "fatal number-out-of-range",
