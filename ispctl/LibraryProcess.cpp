@@ -145,7 +145,7 @@ void OnMessage(wchar_t *text) {
 
 /// Calls the library, and finds out who formed its result.
 JudgedResult RunAndClassify(const ScalerLibrary &library, const std::wstring &line,
-                         const Records *records) {
+                            const Records *records) {
     const ImageWatch watch;
     JudgedResult judged;
     judged.result.code = library.Run(line, OnProgress, OnMessage);

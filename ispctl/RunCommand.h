@@ -31,7 +31,8 @@ struct RunOptions {
 ExitStatus RunCommand(const RunOptions &options, const std::vector<std::string> &arguments,
                       ConsoleStreams &streams);
 
-/// Says why there is no result of the library, with `json` also as the result event. RETURNS the status.
+/// Says why there is no result of the library, with `json` also as the result event. RETURNS the
+/// status.
 /// \param stage  as in JsonEvents::WriteNotCalled
 ExitStatus ReportNotCalled(bool json, ExitStatus status, std::string_view stage,
                            const std::string &reason, const std::vector<Finding> &findings,

@@ -10,8 +10,8 @@
 #include "scaler_isp/args/RawArgs.h"
 
 /// \file
-/// The columns of options.def and actions.def that the library uses. The documentation columns are in
-/// CommandFacts.h, which the library must not include.
+/// The columns of options.def and actions.def that the library uses. The documentation columns are
+/// in CommandFacts.h, which the library must not include.
 
 /// The flag word that a flag option sets; the scan ORs it into a mask of the raw record. A mask,
 /// because an enumerator would be overwritten by a second option of the group, which must be seen
