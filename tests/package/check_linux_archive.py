@@ -65,7 +65,7 @@ def check_use(root, folder, version):
     check_first_command(root, folder)
     shown = run(SOURCES / "tools/demo.sh", root / "bin/ispctl", cwd=folder)
     assert "ispctl: success" in shown, shown
-    run(sys.executable, "-B", HERE / "check_kit.py", root, root / "lib", "cc", "c++", cwd=folder)
+    run(sys.executable, "-B", HERE / "check_templates.py", root, root / "lib", "cc", "c++", cwd=folder)
     run(sys.executable, "-B", HERE / "check_pkg_config.py", root / "lib", version, HERE / "consumer",
         "cc", "c++", cwd=folder)
     consumer = folder / "consumer"
