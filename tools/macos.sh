@@ -24,7 +24,7 @@ macos_sysroot() {
     inputs=$(packaging/macos/fetch_inputs.sh "$macos_cache") || exit 2
     macos_npm=$(echo "$inputs" | sed -n 1p)
     run packaging/macos/make_sysroot.sh "$macos_npm" "$(echo "$inputs" | sed -n 2p)" \
-        "$(echo "$inputs" | sed -n 3p)" "$macos_llvm" "$PWD/build/macos/sysroot"
+        "$(echo "$inputs" | sed -n 3p)" "$(echo "$inputs" | sed -n 4p)" "$macos_llvm" "$PWD/build/macos/sysroot"
 }
 
 # macos_build FOLDER OPTIONS...: for every object of two architectures clang leaves an empty folder among
@@ -37,17 +37,22 @@ macos_build() {
     rm -rf build/macos/tmp
 }
 
-# The file that ships: debug information beside it, local symbols out of it.
 macos_library() {
     macos_environment
     if on_a_mac; then
         configure macos-native
-        macos_build build/macos/universal
-        bin=
     else
         macos_sysroot
         configure macos
-        macos_build build/macos/universal
+    fi
+    macos_build build/macos/universal
+    macos_ship
+}
+
+# The file that ships: debug information beside it, local symbols out of it.
+macos_ship() {
+    bin=
+    if ! on_a_mac; then
         bin=$macos_llvm/
         PATH=$PWD/build/macos/sysroot/bin:$PATH
     fi
@@ -123,22 +128,36 @@ macos_runtime() {
         "$macos_runtime" "$jobs"
 }
 
-# macos_run ARCH OPTIONS...: the suite on the unmodified file, in the loader.
-macos_run() {
+macos_emulator="qemu-aarch64 -L /usr/aarch64-linux-gnu"
+
+# macos_loader ARCH: the loader and its tests, for one processor, in build/macos/ARCH.
+macos_loader() {
     arch=$1
-    shift
     macos_environment
-    if on_a_mac; then
-        suite build/macos/universal -R blackbox
-        return 0
-    fi
     macos_npm=$(packaging/macos/fetch_inputs.sh "$macos_cache" | sed -n 1p)
     macos_runtime "$arch"
+    if [ "$arch" = arm64 ]; then
+        set -- -DCMAKE_SYSTEM_NAME=Linux -DCMAKE_SYSTEM_PROCESSOR=aarch64 \
+            -DCMAKE_C_COMPILER="$macos_llvm/clang" -DCMAKE_C_COMPILER_TARGET=aarch64-linux-gnu \
+            -DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld "-DMACOS_LAUNCHER=$macos_emulator"
+    else
+        set --
+    fi
     run cmake -S tests/macos -B "build/macos/$arch" -G Ninja -DCMAKE_BUILD_TYPE=Release \
         -DMACOS_BUILD="$PWD/build/macos/universal" -DMACOS_LIBRARY="$PWD/$macos_library" \
         -DMACOS_RUNTIME="$macos_runtime" "$@"
     build "build/macos/$arch"
-    suite "build/macos/$arch"
+}
+
+# macos_run ARCH: the suite on the unmodified file, in the loader.
+macos_run() {
+    if on_a_mac; then
+        macos_environment
+        suite build/macos/universal -R blackbox
+        return 0
+    fi
+    macos_loader "$1"
+    suite "build/macos/$1"
 }
 
 macos_x86_64() {
@@ -146,10 +165,7 @@ macos_x86_64() {
 }
 
 macos_arm64() {
-    macos_run arm64 -DCMAKE_SYSTEM_NAME=Linux -DCMAKE_SYSTEM_PROCESSOR=aarch64 \
-        -DCMAKE_C_COMPILER="$macos_llvm/clang" -DCMAKE_C_COMPILER_TARGET=aarch64-linux-gnu \
-        -DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld \
-        "-DMACOS_LAUNCHER=qemu-aarch64 -L /usr/aarch64-linux-gnu"
+    macos_run arm64
 }
 
 all_macos="library again inspection x86_64 arm64"

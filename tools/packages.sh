@@ -17,19 +17,19 @@ test,check,demo,bench,macos,package,fuzz inc:nlohmann/json.hpp         nlohmann-
 test,check,demo,bench,macos,package,fuzz inc:fmt/format.h              libfmt-dev          fmt
 test,check,demo,bench inc:mbedtls/pk.h              libmbedtls-dev      mbedtls@2
 test,check            inc:openssl/evp.h             libssl-dev          openssl@3
-test,demo,check,macos cmd:openssl                   openssl             openssl@3
-test,check,bench,macos inc:gtest/gtest.h             libgtest-dev        googletest
-test,check,bench,macos inc:gmock/gmock.h             libgmock-dev        googletest
+test,demo,check,macos,package cmd:openssl                   openssl             openssl@3
+test,check,bench,macos,package inc:gtest/gtest.h             libgtest-dev        googletest
+test,check,bench,macos,package inc:gmock/gmock.h             libgmock-dev        googletest
 test,check,bench      inc:benchmark/benchmark.h     libbenchmark-dev    google-benchmark
 test,lint,check,bench,macos,package,fuzz cmd:python3              python3             python@3
 test,check            cmd:jsonschema              python3-jsonschema  -
-test,check            cmd:mandoc                  mandoc              mandoc
+test,check,package    cmd:mandoc                  mandoc              mandoc
 test,check            cmd:zsh                     zsh                 -
 test,check            cmd:fish                    fish                fish
 test,check            cmd:node                    nodejs              node
 test,check,package    cmd:pkg-config                pkg-config          pkg-config
-test,check,bench,macos file:/usr/share/i18n/charmaps locales             -
-test,lint,check,format,fuzz cmd:git                      git                 git
+test,check,bench,macos,package file:/usr/share/i18n/charmaps locales             -
+test,lint,check,format,package,fuzz cmd:git                      git                 git
 lint,check            cmd:shellcheck                shellcheck          shellcheck
 lint,check            cmd:flake8                    flake8              flake8
 lint,check            cmd:codespell                 codespell           codespell
@@ -42,9 +42,11 @@ macos,package         linux:clang-19                clang-19            -
 macos,package         linux:ld64.lld-19             lld-19              -
 macos,package         linux:llvm-lipo-19            llvm-19             -
 macos,package         linux:npm                     npm                 -
-macos                 linux:qemu-aarch64            qemu-user           -
-macos                 file:/usr/aarch64-linux-gnu/include/stdio.h       libc6-dev-arm64-cross      -
-macos                 file:/usr/lib/gcc-cross/aarch64-linux-gnu/12      libgcc-12-dev-arm64-cross  -
+package               inc:tree_sitter/api.h       libtree-sitter-dev  -
+package               cmd:readelf                 binutils            -
+macos,package         linux:qemu-aarch64            qemu-user           -
+macos,package         file:/usr/aarch64-linux-gnu/include/stdio.h       libc6-dev-arm64-cross      -
+macos,package         file:/usr/lib/gcc-cross/aarch64-linux-gnu/12      libgcc-12-dev-arm64-cross  -
 ROWS
 }
 

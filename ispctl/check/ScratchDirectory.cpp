@@ -7,6 +7,8 @@
 #include <system_error>
 #include <utility>
 
+#include <unistd.h> // mkdtemp on macOS
+
 #include "FileIo.h"
 #include "check/CallInput.h"
 

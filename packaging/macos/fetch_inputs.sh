@@ -1,10 +1,10 @@
 #!/bin/sh
 # Fetches the external inputs of a macOS build on Linux, each pinned by version and hash:
 # macOS headers with the sources of libc++ and its unwinder (npm), headers of libc++ 19 (Debian), sources of
-# mbed TLS (Debian).
+# mbed TLS and fmt (Debian).
 #
-#   fetch_inputs.sh CACHE    -> CACHE/npm-HASH/lib/..., CACHE/libcxx-HASH/usr/..., CACHE/mbedtls-HASH/...;
-#                               prints the directories
+#   fetch_inputs.sh CACHE    -> CACHE/npm-HASH/lib/..., CACHE/libcxx-HASH/usr/..., CACHE/mbedtls-HASH/...,
+#                               CACHE/fmt-HASH/...; prints the directories
 #
 # What is already in CACHE is used without network access. An input that cannot be fetched may be put into
 # CACHE by hand, under the file name in the message.
@@ -23,6 +23,10 @@ deb_file=libc++-19-dev.deb
 mbed_binary=libmbedtls-dev
 mbed_file=mbedtls_2.28.3.orig.tar.gz
 mbed_sha256=3b4953aa55a681e084d31892d9904cc5328d6b4958ea57b90ae4b4f94ae69a8d
+
+fmt_binary=libfmt-dev
+fmt_file=fmtlib_9.1.0+ds1.orig.tar.gz
+fmt_sha256=84ce1c2d0be3a9863935137969dcec6970125caac032f82474640bfc81463583
 
 mkdir -p "$1"
 cache=$(cd "$1" && pwd)
@@ -81,20 +85,26 @@ fetch_deb() {
 }
 
 # The sources are in the directory of their binary packages, so that no apt source for sources is needed.
-download_mbed() {
-    binary=$(apt-get download --print-uris "$mbed_binary" 2>/dev/null | cut -d"'" -f2)
+# download_source BINARY FILE HASH
+download_source() {
+    binary=$(apt-get download --print-uris "$1" 2>/dev/null | cut -d"'" -f2)
     [ -n "$binary" ] || return 1
     # -o: the sandboxed user may not write into the cache.
-    /usr/lib/apt/apt-helper -o APT::Sandbox::User=root download-file "${binary%/*}/$mbed_file" \
-        "$cache/$mbed_file" "SHA256:$mbed_sha256" >/dev/null 2>&1
+    /usr/lib/apt/apt-helper -o APT::Sandbox::User=root download-file "${binary%/*}/$2" \
+        "$cache/$2" "SHA256:$3" >/dev/null 2>&1
+}
+
+# fetch_source BINARY FILE HASH: leaves the file in the cache.
+fetch_source() {
+    [ -e "$cache/$2" ] || download_source "$@" ||
+        { [ "$(id -u)" -eq 0 ] && apt-get update -q >/dev/null && download_source "$@"; } ||
+        die "apt could not fetch $2, the sources of Debian's package $1." \
+            "Run apt-get update as root and try again, or put that file into $cache"
+    check_hash sha256sum "$3" "$cache/$2" "$2"
 }
 
 fetch_mbed() {
-    [ -e "$cache/$mbed_file" ] || download_mbed ||
-        { [ "$(id -u)" -eq 0 ] && apt-get update -q >/dev/null && download_mbed; } ||
-        die "apt could not fetch $mbed_file, the sources of Debian's package $mbed_binary." \
-            "Run apt-get update as root and try again, or put that file into $cache"
-    check_hash sha256sum "$mbed_sha256" "$cache/$mbed_file" "$mbed_file"
+    fetch_source "$mbed_binary" "$mbed_file" "$mbed_sha256"
     rm -rf "$mbed_dir.new"
     mkdir "$mbed_dir.new"
     tar xzf "$cache/$mbed_file" -C "$mbed_dir.new" --strip-components=1 --wildcards --no-wildcards-match-slash \
@@ -103,12 +113,26 @@ fetch_mbed() {
     rm "$cache/$mbed_file"
 }
 
+# The headers are those of the package; its library is for Linux and shared.
+fetch_fmt() {
+    fetch_source "$fmt_binary" "$fmt_file" "$fmt_sha256"
+    rm -rf "$fmt_dir.new"
+    mkdir "$fmt_dir.new"
+    tar xzf "$cache/$fmt_file" -C "$fmt_dir.new" --strip-components=1 --wildcards --no-wildcards-match-slash \
+        '*/LICENSE.rst' '*/src/format.cc'
+    mv "$fmt_dir.new" "$fmt_dir"
+    rm "$cache/$fmt_file"
+}
+
 npm_dir=$cache/npm-$(echo "$npm_sha512" | cut -c1-16)
 deb_dir=$cache/libcxx-$(echo "$deb_sha256" | cut -c1-16)
 mbed_dir=$cache/mbedtls-$(echo "$mbed_sha256" | cut -c1-16)
+fmt_dir=$cache/fmt-$(echo "$fmt_sha256" | cut -c1-16)
 [ -d "$npm_dir" ] || fetch_npm
 [ -d "$deb_dir" ] || fetch_deb
 [ -d "$mbed_dir" ] || fetch_mbed
+[ -d "$fmt_dir" ] || fetch_fmt
 echo "$npm_dir/lib"
 echo "$deb_dir/usr/lib/llvm-19/include/c++/v1"
 echo "$mbed_dir"
+echo "$fmt_dir"

@@ -3,10 +3,10 @@
 # libiconv from this directory, packages for programs (packages/), and bin/ with the programs that clang and
 # dsymutil call by plain name.
 #
-#   make_sysroot.sh NPM-LIB LIBCXX-HEADERS MBEDTLS-SOURCES LLVM-BIN SYSROOT
+#   make_sysroot.sh NPM-LIB LIBCXX-HEADERS MBEDTLS-SOURCES FMT-SOURCES LLVM-BIN SYSROOT
 set -eu
 here=$(cd "$(dirname "$0")" && pwd)
-npm_lib=$1 libcxx=$2 mbedtls=$3 llvm_bin=$4 sysroot=$5
+npm_lib=$1 libcxx=$2 mbedtls=$3 fmt=$4 llvm_bin=$5 sysroot=$6
 
 rm -rf "$sysroot"
 mkdir -p "$sysroot/usr/include/c++" "$sysroot/usr/lib" "$sysroot/bin"
@@ -35,5 +35,6 @@ for package in "$here"/packages/*Config.cmake; do
 done
 mkdir "$sysroot/usr/src"
 cp -r "$mbedtls" "$sysroot/usr/src/mbedtls"
+cp -r "$fmt" "$sysroot/usr/src/fmt"
 ln -s "$llvm_bin/llvm-lipo" "$sysroot/bin/lipo"
 ln -s "$llvm_bin/dsymutil" "$sysroot/bin/dsymutil"

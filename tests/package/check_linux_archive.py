@@ -1,0 +1,94 @@
+#!/usr/bin/env python3
+"""Unpacks the archive for Linux and uses it as its users do: the demo and every command of the pages run,
+templates and hosts build against it, its plug-ins pass `ispctl check-plugin`, manual pages can be read.
+
+usage: check_linux_archive.py ARCHIVE VERSION
+"""
+
+import pathlib
+import re
+import sys
+import tempfile
+
+from check_files import promised
+from release_archive import ENVIRONMENT, SOURCES, run, unpack
+
+HERE = pathlib.Path(__file__).resolve().parent
+PARTS = ("ispctl", "virtual_isp", "virtual_comm", "virtual_device", "virtual_sign_verify")
+OF_ARCHIVES = {"README.md", "LICENSE", "SHA256SUMS", "licences/CLI11.txt", "licences/fmt.txt",
+               "licences/mbedtls.txt", "licences/nlohmann-json.txt"}
+# Every Linux has them; whatever else were needed would be missing on most.
+LIBRARIES = {"libstdc++.so.6", "libgcc_s.so.1", "libc.so.6", "libm.so.6", "ld-linux-x86-64.so.2",
+             "ld-linux-aarch64.so.1"}
+
+
+def check_files(root):
+    expected = set(promised(HERE / "installed_files.txt", "libScalerIsp.so", PARTS)) | OF_ARCHIVES
+    found = {re.sub(r"Targets-\w+\.cmake$", "Targets-CONFIG.cmake", str(path.relative_to(root)))
+             for path in root.rglob("*") if path.is_file()}
+    assert found == expected, found ^ expected
+
+
+def check_binaries(root):
+    """They need the system only, are stripped, and search for nothing in a directory of the build."""
+    binaries = [path for path in root.rglob("*") if path.is_file() and path.read_bytes()[:4] == b"\x7fELF"]
+    assert len(binaries) == 7, binaries
+    for path in binaries:
+        dynamic = run("readelf", "--dynamic", "--wide", path)
+        needed = set(re.findall(r"\(NEEDED\).*\[(.*)\]", dynamic))
+        assert needed <= LIBRARIES, f"{path.name} needs {needed - LIBRARIES}"
+        for paths in re.findall(r"\((?:RUNPATH|RPATH)\).*\[(.*)\]", dynamic):
+            assert all(part.startswith("$ORIGIN") for part in paths.split(":")), f"{path.name}: {paths}"
+        assert ".symtab" not in run("readelf", "--sections", "--wide", path), f"{path.name} is not stripped"
+
+
+def check_manual(root):
+    pages = sorted((root / "share/man/man1").glob("*.1"))
+    for page in pages:
+        run("mandoc", "-Tlint", "-Wwarning", page)
+        shown = re.sub(".\x08", "", run("mandoc", "-Tutf8", page))  # bold letters are struck twice
+        assert page.stem in shown, shown
+    return len(pages)
+
+
+def check_first_command(root, folder):
+    """The one that the README of the archive begins with."""
+    command = re.search(r"^    (bin/ispctl .*)$", (root / "README.md").read_text(), re.MULTILINE)[1]
+    environment = dict(ENVIRONMENT, SCALER_ISP_VIRTUAL_DEVICE=str(folder / "device"))
+    shown = run("sh", "-c", command, cwd=root, env=environment)
+    assert "ispctl: success" in shown, shown
+    flash = (folder / "device/flash.bin").read_bytes()
+    assert flash.startswith((root / "LICENSE").read_bytes())
+
+
+def check_use(root, folder, version):
+    check_first_command(root, folder)
+    shown = run(SOURCES / "tools/demo.sh", root / "bin/ispctl", cwd=folder)
+    assert "ispctl: success" in shown, shown
+    run(sys.executable, "-B", HERE / "check_templates.py", root, root / "lib", "cc", "c++", cwd=folder)
+    run(sys.executable, "-B", HERE / "check_pkg_config.py", root / "lib", version, HERE / "consumer",
+        "cc", "c++", cwd=folder)
+    consumer = folder / "consumer"
+    run("cmake", "-S", HERE / "consumer", "-B", consumer, "-G", "Ninja", f"-DEXPECTED_VERSION={version}",
+        f"-DCMAKE_PREFIX_PATH={root}")
+    run("cmake", "--build", consumer)
+    run("ctest", "--test-dir", consumer, "--no-tests=error")
+    run(sys.executable, "-B", SOURCES / "tools/page_sessions.py", "--prefix", root)
+
+
+def main():
+    archive, version = pathlib.Path(sys.argv[1]).resolve(), sys.argv[2]
+    with tempfile.TemporaryDirectory() as place:
+        folder = pathlib.Path(place).resolve() / "unpacked here"
+        folder.mkdir()
+        root = unpack(archive, folder)
+        check_files(root)
+        check_binaries(root)
+        pages = check_manual(root)
+        check_use(root, folder, version)
+    print(f"{archive.name}: programs the virtual scaler, templates and hosts build, commands of the pages "
+          f"run, {pages} manual pages")
+
+
+if __name__ == "__main__":
+    main()
