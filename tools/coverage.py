@@ -155,8 +155,8 @@ def main():
     parser.add_argument("--llvm-cov", default="llvm-cov-14")
     parser.add_argument("--llvm-profdata", default="llvm-profdata-14")
     given = parser.parse_args()
-    sources = list(covered_sources(given.llvm_cov, merged_profile(given.build, given.llvm_profdata),
-                                   objects_of(given.build), [each.folder for each in COMPONENTS]))
+    sources = covered_sources(given.llvm_cov, merged_profile(given.build, given.llvm_profdata),
+                              objects_of(given.build), [each.folder for each in COMPONENTS])
     places = list(missed_places(sources))
     (given.build / "missed.txt").write_text("".join(place + "\n" for place in places))
     if given.missed is not None:

@@ -8,6 +8,7 @@ import bisect
 import collections
 import dataclasses
 import json
+import os
 import subprocess
 
 from tracked_files import ROOT
@@ -56,18 +57,26 @@ def reached_at(segments, line, column):
     return segments[index].count if index >= 0 else 0
 
 
-def outcomes_of(branches, segments):
+def outcomes_of(branches, segments, text):
     """Both outcomes of each condition, those of all instantiations together."""
     sums = collections.defaultdict(lambda: [0, 0])
     for line, column, end_line, end_column, taken, not_taken, *_ in branches:
         sums[line, column, end_line, end_column][0] += taken
         sums[line, column, end_line, end_column][1] += not_taken
     for (line, column, _, _), counts in sorted(sums.items()):
+        if "if constexpr" in text[line - 1][:column]:
+            continue
         # Reached without any outcome: the compiler knows the value, so there is no choice.
         if counts == [0, 0] and reached_at(segments, line, column):
             continue
         yield line, column, "true", counts[0]
         yield line, column, "false", counts[1]
+
+
+def covered_source(path, file):
+    segments = [Segment(*each) for each in file["segments"]]
+    text = (ROOT / path).read_text().splitlines()
+    return CoveredSource(path, line_counts(segments), list(outcomes_of(file["branches"], segments, text)))
 
 
 def covered_sources(llvm_cov, profile, objects, folders):
@@ -76,9 +85,8 @@ def covered_sources(llvm_cov, profile, objects, folders):
                str(objects[0])]
     for each in objects[1:]:
         command += ["-object", str(each)]
-    command += [str(ROOT / folder) for folder in folders]
     exported = json.loads(subprocess.run(command, stdout=subprocess.PIPE, check=True).stdout)
-    for file in sorted(exported["data"][0]["files"], key=lambda each: each["filename"]):
-        segments = [Segment(*each) for each in file["segments"]]
-        yield CoveredSource(str(file["filename"]).removeprefix(f"{ROOT}/"), line_counts(segments),
-                            list(outcomes_of(file["branches"], segments)))
+    # A compiler cache may have made the paths relative to the build.
+    files = {os.path.relpath(file["filename"], ROOT): file for file in exported["data"][0]["files"]}
+    return [covered_source(path, file) for path, file in sorted(files.items())
+            if path.split("/")[0] in folders]

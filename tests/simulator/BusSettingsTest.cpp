@@ -2,6 +2,8 @@
 
 #include "VirtualBusFixture.h"
 
+#include "FileSizeLimit.h"
+
 namespace {
 
 using testing::HasSubstr;
@@ -135,11 +137,86 @@ TEST_F(VirtualBus, Failures_are_recorded_with_their_reason) {
              return c.ReadRegs(0, 1, data, STRUCT_ENUM_INC_TYPE(7));
          },
          "0x5B02 \"Address mode 0x7\""},
+        {[](CNxComm &c) {
+             unsigned char message[] = {0x82, 0x01, 0x10};
+             return c.DDCCIWrite(0x6E, 0x51, 3, message);
+         },
+         "0x5B03 \"A DDC/CI message is 0x51, 0x80 + length, its bytes and a checksum\""},
+        {[](CNxComm &c) {
+             unsigned char message[] = {0x82, 0x01, 0x10, 0xAD};
+             return c.DDCCIWrite(0x6E, 0x51, 4, message);
+         },
+         "0x5B03 \"The checksum of the DDC/CI message is 0xAD, expected 0xAC\""},
+        {[](CNxComm &c) {
+             c.RemoveDevice();
+             return c.ScalerStop();
+         },
+         "0x5B07 \"The device was removed\""},
     };
     for (const Row &row : rows) {
         EXPECT_NE(row.call(comm), 0U);
         EXPECT_THAT(Journal(), HasSubstr(row.reason));
     }
+}
+
+TEST_F(VirtualBus, Device_files_that_are_directories_are_reported) {
+    unsigned char byte = 0;
+    m_folder.Write("device/edid.bin/in-the-way", "");
+    EXPECT_EQ(comm.I2CRead(0xA0, 0, 1, &byte), 0x5B09U);
+    EXPECT_THAT(Journal(), HasSubstr("0x5B09 \"edid.bin cannot be read: Is a directory\""));
+    m_folder.Write("device/faults.txt/in-the-way", "");
+    EXPECT_EQ(comm.I2CRead(0xA0, 0, 1, &byte), 0x5A03U);
+    EXPECT_THAT(Journal(), HasSubstr("0x5A03 \"faults.txt cannot be read: "));
+}
+
+TEST_F(VirtualBus, Registers_file_that_is_a_directory_is_reported) {
+    m_folder.Write("device/registers.txt/in-the-way", "");
+    EXPECT_EQ(comm.WriteReg(1, 1), 0x5B09U);
+    EXPECT_THAT(Journal(), HasSubstr("0x5B09 \"registers.txt cannot be opened: Is a directory\""));
+}
+
+TEST_F(VirtualBus, Full_disk_is_reported_and_keeps_registers) {
+    comm.WriteReg(1, 1);
+    {
+        const FileSizeLimit limit(600);
+        unsigned char data[64] = {1, 2, 3};
+        EXPECT_EQ(comm.NativeWrite(1, 64, data), 0x5B09U);
+    }
+    EXPECT_THAT(Journal(), HasSubstr("0x5B09 \"registers.txt cannot be written: File too large\""));
+    EXPECT_EQ(Reg(1), 1);
+}
+
+TEST_F(VirtualBus, Device_directory_that_cannot_be_made_fails_every_call) {
+    const EnvGuard nowhere("SCALER_ISP_VIRTUAL_DEVICE", m_folder.Write("file", "") + "/device");
+    EXPECT_EQ(comm.WriteReg(1, 1), 0x5A01U);
+    EXPECT_EQ(comm.Initiallize(), 0x5A01U);
+}
+
+TEST_F(VirtualBus, Usb_packets_are_stored_by_request_value_and_index) {
+    unsigned char data[] = {1, 2, 3};
+    EXPECT_EQ(comm.SendUsbPacket(0x40, 1, 2, 3, data), 0U);
+    EXPECT_THAT(m_folder.Read("device/registers.txt"),
+                HasSubstr("box usb 0x40 0x0001 0x0002: 01 02 03\n"));
+}
+
+TEST_F(VirtualBus, Capabilities_list_commands_and_features) {
+    std::string text;
+    for (unsigned char offset = 0;; offset = static_cast<unsigned char>(offset + 32)) {
+        unsigned char request[] = {0x83, 0xF3, 0x00, offset,
+                                   static_cast<unsigned char>(0x6E ^ 0x51 ^ 0x83 ^ 0xF3 ^ offset)};
+        ASSERT_EQ(comm.DDCCIWrite(0x6E, 0x51, 5, request), 0U);
+        unsigned char answer[38] = {};
+        ASSERT_EQ(comm.DDCCIRead(0x6E, 0x51, 38, answer), 0U);
+        const int length = (answer[1] & 0x7F) - 3;
+        ASSERT_GE(length, 0);
+        if (length == 0) {
+            break;
+        }
+        text.append(answer + 5, answer + 5 + length);
+    }
+    EXPECT_EQ(text,
+              "(prot(monitor)type(lcd)model(VIRTUAL-1)cmds(01 02 03 0C E3 F3)vcp(04 10 12 14 16 18 "
+              "1A 60 62 D6 DF)mccs_ver(2.2))");
 }
 
 TEST_F(VirtualBus, Mode_that_cannot_be_written_is_reported) {

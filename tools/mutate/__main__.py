@@ -1,11 +1,12 @@
 """Changes one operator, bound, constant, text, condition or statement at a time, and says whether a test
 notices.
 
-usage: mutate [FOLDER|FILE] [--sample N] [--seed S] [--known] [--list] [--write]
+usage: mutate [FOLDER|FILE] [--sample N] [--seed S] [--known] [--nearest] [--list] [--write]
 
 The changes are drawn from FOLDER or FILE, otherwise from all components in equal parts; FILE may be a header,
 which folders leave out because so much is built again. --known tries those that tests/mutants.txt says are
-caught, instead of a sample. --list only shows what would be tried. --write puts the figures into
+caught, instead of a sample. --nearest runs only the nearest tests: quicker, and no judgement of the goals,
+as other tests may catch what survives. --list only shows what would be tried. --write puts the figures into
 docs/testing.md.
 
 The work is done in build/mutate, on a copy of the sources. For each change, what it touches is built and the
@@ -23,13 +24,15 @@ TOOLS = pathlib.Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(TOOLS))
 
 from components import COMPONENTS, component_of
-from copied_tree import BUILD, CopiedTree, sources
+from copied_tree import BUILD, CopiedTree, programs_of, sources
 from figures import write_figures
 from known import KnownChanges
 from mutations import mutations_of
 from nearest import nearest_programs
 from tracked_files import ROOT, git, report
 from verdict import HEAD, Tally
+
+NO_ERRORS = "-Wno-error"
 
 
 def arguments():
@@ -39,6 +42,7 @@ def arguments():
     parser.add_argument("--sample", type=int, default=12, metavar="N")
     parser.add_argument("--seed", metavar="S", help="any text; the commit if it is left out")
     parser.add_argument("--known", action="store_true")
+    parser.add_argument("--nearest", action="store_true")
     parser.add_argument("--list", action="store_true")
     parser.add_argument("--write", action="store_true")
     given = parser.parse_args()
@@ -72,7 +76,7 @@ def chosen(found, known, given):
     return changes
 
 
-def outcome_of(mutation, tree, known):
+def outcome_of(mutation, tree, known, only_nearest):
     """(outcome, what says so)"""
     reason = known.reason(mutation.key())
     if reason:
@@ -80,21 +84,22 @@ def outcome_of(mutation, tree, known):
     compiled = tree.object_of(mutation.path)
     if not compiled and mutation.path.endswith(".cpp"):
         return "equivalent", "is not compiled on this system"
+    if compiled and not tree.build(compiled.relative_to(BUILD)):  # it may be that of the change before
+        raise SystemExit(tree.build_output)
     before = compiled.read_bytes() if compiled else None
     with tree.changed(mutation):
-        if compiled and not tree.build(compiled.relative_to(BUILD)):
+        if compiled and not tree.build(compiled.relative_to(BUILD), flags=NO_ERRORS):
             return "does not compile", ""
         if compiled and compiled.read_bytes() == before:
             return "equivalent", "the compiler makes the same code of it"
         # Once the source compiles, a build can fail only where it runs what it has built.
         unbuilt = ("caught", "the build of the tests") if compiled else ("does not compile", "")
         nearest = nearest_programs(mutation.path)
-        if not tree.build(*(f"test_{name}" for name in nearest)):
+        if not tree.build(*programs_of(nearest), flags=NO_ERRORS):
             return unbuilt
-        failures = (tree.program_failure(name) for name in nearest)
-        failure = next(filter(None, failures), None)
-        if not failure:
-            if not tree.build():
+        failure = next(filter(None, (tree.program_failure(name) for name in nearest)), None)
+        if not failure and not only_nearest:
+            if not tree.build(flags=NO_ERRORS):
                 return unbuilt
             failure = tree.failing_test()
         return ("caught", failure) if failure else ("survived", "every test passes")
@@ -107,14 +112,11 @@ def show(number, count, mutation, outcome, by):
         print(mutation.diff(), flush=True)
 
 
-def prepared_tree(changes):
+def prepared_tree(changes, only_nearest):
     tree = CopiedTree(os.cpu_count() or 2)
     tree.copy()
-    tree.prepare()
-    for name in sorted({name for each in changes for name in nearest_programs(each.path)}):
-        failure = tree.program_failure(name)
-        if failure:
-            raise SystemExit(f"without a change, this fails: {failure}")
+    tree.prepare(sorted({name for each in changes for name in nearest_programs(each.path)}),
+                 not only_nearest)
     return tree
 
 
@@ -127,11 +129,11 @@ def main():
             print("\n    ".join((f"{each.path}:{each.line()} ({each.kind})", *each.key()[1:])))
         return 0
     print(f"{len(changes)} changes, seed {given.seed}", flush=True)
-    tree = prepared_tree(changes)
+    tree = prepared_tree(changes, given.nearest)
     tallies = {each: Tally(each) for each in COMPONENTS}
     problems = []
     for number, mutation in enumerate(changes, 1):
-        outcome, by = outcome_of(mutation, tree, known)
+        outcome, by = outcome_of(mutation, tree, known, given.nearest)
         show(number, len(changes), mutation, outcome, by)
         tallies[component_of(mutation.path)].add(outcome)
         if outcome == "survived" and known.is_caught(mutation.key()):
@@ -141,7 +143,9 @@ def main():
     print(table, end="")
     if given.write:
         write_figures("mutants", table)
-    return report("mutate", problems + [tally.problem() for tally in tried if tally.problem()])
+    if not given.nearest:
+        problems += [tally.problem() for tally in tried if tally.problem()]
+    return report("mutate", problems)
 
 
 if __name__ == "__main__":

@@ -9,15 +9,25 @@ import resource
 import shutil
 import signal
 import subprocess
+import tempfile
 import time
 
 from tracked_files import ROOT, git
 
 COPY = ROOT / "build/mutate"
 BUILD = COPY / "build/mutants"
+# Objects that ./dev test has built are taken over; HOME differs for tests, not for the cache.
+ENVIRONMENT = {"CCACHE_BASEDIR": str(ROOT), "CCACHE_NOHASHDIR": "1",
+               "CCACHE_DIR": os.path.expanduser("~/.cache/ccache")} | os.environ
 MEMORY = 4 << 30  # a change can ask for all of it
 SECONDS_OF_A_TEST = 60
+PASSED = "passed.txt"  # the sources of which every test has passed
 FAILED = re.compile(r"^\[  FAILED  \] (\S+)|^\s*\d+/\d+ Test\s+#\d+: (.+?) \.+\s*\*\*\*", re.MULTILINE)
+
+
+def programs_of(names):
+    """The targets of test programs."""
+    return [f"test_{name}" for name in names]
 
 
 def sources():
@@ -30,24 +40,28 @@ def limit_memory():
     resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
 
 
-def run_limited(command, seconds, **options):
+def run_limited(command, seconds, variables=None, **options):
     """(exit status or None if it took too long, output); a group of its own, so that nothing is left over."""
     scratch = BUILD / "scratch"
     scratch.mkdir(parents=True, exist_ok=True)
-    environment = os.environ | {"TMPDIR": str(scratch), "HOME": str(scratch)}
-    process = subprocess.Popen(
-        [str(word) for word in command], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-        stderr=subprocess.STDOUT, env=environment, start_new_session=True, preexec_fn=limit_memory, **options)
-    try:
-        output = process.communicate(timeout=seconds)[0]
-        return process.returncode, output.decode("utf-8", errors="replace")
-    except subprocess.TimeoutExpired:
-        return None, ""
-    finally:
-        with contextlib.suppress(ProcessLookupError):
-            os.killpg(process.pid, signal.SIGKILL)
-        process.communicate()
-        shutil.rmtree(scratch, ignore_errors=True)
+    environment = ENVIRONMENT | {"TMPDIR": str(scratch), "HOME": str(scratch)} | (variables or {})
+    # To a file: a process that is left over would keep a pipe open.
+    with tempfile.TemporaryFile() as output:
+        process = subprocess.Popen(
+            [str(word) for word in command], stdin=subprocess.DEVNULL, stdout=output,
+            stderr=subprocess.STDOUT, env=environment, start_new_session=True, preexec_fn=limit_memory,
+            **options)
+        try:
+            status = process.wait(seconds)
+        except subprocess.TimeoutExpired:
+            status = None
+        finally:
+            with contextlib.suppress(ProcessLookupError):
+                os.killpg(process.pid, signal.SIGKILL)
+            process.wait()
+            shutil.rmtree(scratch, ignore_errors=True)
+        output.seek(0)
+        return status, output.read().decode("utf-8", errors="replace")
 
 
 class CopiedTree:
@@ -76,24 +90,29 @@ class CopiedTree:
         self.digest = hashlib.sha256(b"".join(
             name.encode() + (ROOT / name).read_bytes() for name in names)).hexdigest()
 
-    def prepare(self):
-        """Configures, builds everything, and runs every test once without a change."""
-        launchers = [f"-DCMAKE_{language}_COMPILER_LAUNCHER=ccache" for language in ("C", "CXX")]
+    def prepare(self, programs, whole):
+        """Configures and builds, and runs the tests without a change."""
+        launchers = [f"-DCMAKE_{language}_COMPILER_LAUNCHER={COPY / 'tools/mutate/compiler.sh'}"
+                     for language in ("C", "CXX")]
         subprocess.run(["cmake", "--preset", "mutate", *launchers], cwd=COPY, check=True,
                        stdout=subprocess.DEVNULL)
-        if not self.build():
-            raise SystemExit("the sources do not build without a change: cmake --build " + str(BUILD))
-        record = BUILD / "unchanged.txt"
-        if record.exists() and record.read_text() == self.digest:
-            return
-        failure = self.failing_test(stop=False)
-        if failure:
-            raise SystemExit(f"without a change, this fails: {failure}")
-        record.write_text(self.digest)
+        if not self.build(*([] if whole else programs_of(programs))):
+            raise SystemExit("the sources do not build without a change:\n" + self.build_output[-4000:])
+        failures = [self.program_failure(name) for name in programs]
+        if whole and not self.is_known_to_pass():
+            failures.append(self.failing_test(stop=False))
+        if any(failures):
+            raise SystemExit(f"without a change, this fails: {', '.join(filter(None, failures))}")
+        if whole:
+            (BUILD / PASSED).write_text(self.digest)
 
-    def build(self, *targets):
+    def is_known_to_pass(self):
+        return (BUILD / PASSED).exists() and (BUILD / PASSED).read_text() == self.digest
+
+    def build(self, *targets, flags=""):
         status, self.build_output = run_limited(
-            ["cmake", "--build", BUILD, "-j", self.jobs, *(["--target", *targets] if targets else [])], None)
+            ["cmake", "--build", BUILD, "-j", self.jobs, *(["--target", *targets] if targets else [])],
+            None, {"MUTATE_FLAGS": flags})
         return status == 0
 
     def object_of(self, path):
