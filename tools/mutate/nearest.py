@@ -22,6 +22,7 @@ NEAREST = (
     ("ispctl/station/", ("ispctl_station", "ispctl_virtual")),
     ("ispctl/", ("ispctl_parts", "ispctl_process", "ispctl_virtual")),
     ("simulator/bus/", ("virtual_bus", "ispctl_virtual")),
+    ("simulator/common/", ("virtual_text", "virtual_isp_plugin", "virtual_bus")),
     ("simulator/sign/", ("virtual_sign_plugin",)),
     ("simulator/", ("virtual_isp_plugin", "virtual_bus", "ispctl_virtual")),
 )
