@@ -23,6 +23,7 @@ NEAREST = (
     ("ispctl/", ("ispctl_parts", "ispctl_process", "ispctl_virtual")),
     ("simulator/bus/", ("virtual_bus", "ispctl_virtual")),
     ("simulator/common/", ("virtual_text", "virtual_isp_plugin", "virtual_bus")),
+    ("simulator/device/", ("virtual_text", "virtual_isp_plugin", "virtual_bus")),
     ("simulator/sign/", ("virtual_sign_plugin",)),
     ("simulator/", ("virtual_isp_plugin", "virtual_bus", "ispctl_virtual")),
 )
