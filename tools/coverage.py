@@ -17,7 +17,7 @@ import subprocess
 import sys
 
 from components import COMPONENTS
-from covered_source import covered_sources
+from covered_source import covered_sources, runs_of
 from figures import PAGE, read_figures, rows_of, write_figures
 from tracked_files import ROOT, report
 
@@ -26,6 +26,7 @@ FLOORS = ROOT / "tests/coverage.floors"
 # what was measured; the page may differ that much from what is measured.
 FLOOR_SLACK = 0.3
 PAGE_SLACK = 0.5
+LEAST_TEXT = 8
 LISTED = re.compile(r"^\| `([^`]+)` \| `([^`]+)` \| (.+) \|$", re.MULTILINE)
 
 
@@ -110,29 +111,24 @@ def page_problems(figures):
                        "run ./dev coverage --write")
 
 
-def runs_of(lines):
-    """Consecutive lines together: (first, last)."""
-    runs = []
-    for line in sorted(lines):
-        if runs and line == runs[-1][1] + 1:
-            runs[-1] = (runs[-1][0], line)
-        else:
-            runs.append((line, line))
-    return runs
+def place_of(text, first):
+    """What names a run of lines: the one before, unless it says too little; then the first of them."""
+    before, here = text[first - 2].strip(), text[first - 1].strip()
+    return here if len(before) < LEAST_TEXT or before.startswith("//") else before
 
 
 def unlisted_problems(sources):
-    """A listed place is named by the line before it, which a change elsewhere in the file does not move."""
+    """A listed place is named by a line, which a change elsewhere in the file does not move."""
     listed = {(path, text.replace("\\|", "|")) for path, text, _ in LISTED.findall(PAGE.read_text())}
     missed = set()
     for source in sources:
         text = (ROOT / source.path).read_text().splitlines()
-        for first, last in runs_of(source.missed_lines()):
-            place = (source.path, text[first - 2].strip())
+        for first, _ in runs_of(source.missed_lines()):
+            place = (source.path, place_of(text, first))
             missed.add(place)
             if place not in listed:
-                yield (f"{source.path}:{first}-{last}: no test reaches what follows "
-                       f"`{place[1]}`; {PAGE.name} does not say why")
+                yield (f"{source.path}:{first}: no test reaches this; "
+                       f"{PAGE.name} does not say why, at `{place[1]}`")
     for path, text in sorted(listed - missed):
         yield f"{PAGE.name} lists a place in {path} that is reached, or is no longer there: `{text}`"
 

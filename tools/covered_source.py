@@ -73,10 +73,32 @@ def outcomes_of(branches, segments, text):
         yield line, column, "false", counts[1]
 
 
+def runs_of(lines):
+    """Consecutive lines together: (first, last)."""
+    runs = []
+    for line in sorted(lines):
+        if runs and line == runs[-1][1] + 1:
+            runs[-1] = (runs[-1][0], line)
+        else:
+            runs.append((line, line))
+    return runs
+
+
+def compiled_away(missed, text):
+    """Lines of functions that are evaluated at compile time: no run can count them."""
+    for first, last in runs_of(missed):
+        if "constexpr " in text[first - 1] or "consteval " in text[first - 1]:
+            yield from range(first, last + 1)
+
+
 def covered_source(path, file):
     segments = [Segment(*each) for each in file["segments"]]
     text = (ROOT / path).read_text().splitlines()
-    return CoveredSource(path, line_counts(segments), list(outcomes_of(file["branches"], segments, text)))
+    source = CoveredSource(path, line_counts(segments), list(outcomes_of(file["branches"], segments, text)))
+    away = set(compiled_away(source.missed_lines(), text))
+    source.lines = {line: count for line, count in source.lines.items() if line not in away}
+    source.outcomes = [each for each in source.outcomes if each[0] not in away]
+    return source
 
 
 def covered_sources(llvm_cov, profile, objects, folders):

@@ -6,8 +6,8 @@ import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tools"))
 
-from coverage import raised_floors, runs_of
-from covered_source import Segment, line_counts, outcomes_of
+from coverage import raised_floors
+from covered_source import Segment, compiled_away, line_counts, outcomes_of, runs_of
 
 
 def start(line, column, count):
@@ -40,6 +40,11 @@ class Lines(unittest.TestCase):
 
     def test_consecutive_lines_are_one_run(self):
         self.assertEqual(runs_of([7, 3, 4, 5]), [(3, 5), (7, 7)])
+
+    def test_functions_evaluated_at_compile_time_do_not_count(self):
+        text = ["constexpr int F() {", "    return 1;", "}", "int G() {", "}"]
+        self.assertEqual(list(compiled_away([1, 2, 3], text)), [1, 2, 3])
+        self.assertEqual(list(compiled_away([4, 5], text)), [])
 
 
 class Outcomes(unittest.TestCase):
