@@ -219,6 +219,36 @@ TEST_F(VirtualBus, Capabilities_list_commands_and_features) {
               "1A 60 62 D6 DF)mccs_ver(2.2))");
 }
 
+TEST_F(VirtualBus, Removed_device_rejects_every_kind_of_transfer) {
+    using Data = unsigned char *;
+    unsigned int (*const calls[])(CNxComm &, Data) = {
+        [](CNxComm &c, Data d) { return c.ReadReg(0, d); },
+        [](CNxComm &c, Data) { return c.WriteReg(0, 1); },
+        [](CNxComm &c, Data) {
+            unsigned int word = 0;
+            return c.Read32BitRegEx(0, &word);
+        },
+        [](CNxComm &c, Data) { return c.Write32BitRegEx(0, 1); },
+        [](CNxComm &c, Data d) { return c.I2CWrite(0x6A, 0, 1, d); },
+        [](CNxComm &c, Data d) { return c.NativeWrite(1, 1, d); },
+        [](CNxComm &c, Data d) { return c.NativeRead(1, 1, d); },
+        [](CNxComm &c, Data d) { return c.WriteFlashData(0, 1, d); },
+        [](CNxComm &c, Data d) { return c.ReadFlashData(0, 1, d); },
+        [](CNxComm &c, Data d) { return c.ReadAuxSniffer(1, d); },
+        [](CNxComm &c, Data) { return c.AuxSnifferStart(); },
+        [](CNxComm &c, Data) { return c.AutoDetectSlaveAddr(); },
+        [](CNxComm &c, Data) { return c.ScalerStop(); },
+        [](CNxComm &c, Data) { return c.ScalerRun(); },
+        [](CNxComm &c, Data) { return c.EnterIspMode(0); },
+    };
+    comm.AuxSnifferStart();
+    comm.RemoveDevice();
+    for (std::size_t i = 0; i < std::size(calls); ++i) {
+        unsigned char data[4] = {};
+        EXPECT_EQ(calls[i](comm, data), 0x5B07U) << i;
+    }
+}
+
 TEST_F(VirtualBus, Mode_that_cannot_be_written_is_reported) {
     comm.Initiallize();
     m_folder.Write("device/mode.txt/in-the-way", "");
