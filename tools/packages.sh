@@ -2,7 +2,7 @@
 # What each ./dev command needs; the one place where packages are named. Sourced by ./dev.
 #
 # One row for each need:
-#   commands   the ./dev commands that need it, joined by commas
+#   commands   the ./dev commands that need it, joined by commas; runs_tests has those that need all of test's
 #   probe      what shows that it is there: cmd:NAME a program, linux:NAME one that only Linux needs,
 #              inc:FILE a header, file:PATH a file
 #   apt        package of Debian 12, whose versions are the pinned ones
@@ -33,9 +33,11 @@ test,lint,check,format,package,fuzz cmd:git                      git            
 lint,check            cmd:shellcheck                shellcheck          shellcheck
 lint,check            cmd:flake8                    flake8              flake8
 lint,check            cmd:codespell                 codespell           codespell
-check,fuzz            cmd:clang++-14                clang-14            llvm@14
-fuzz                  file:/usr/lib/llvm-14/lib/clang/14.0.6/lib/linux libclang-rt-14-dev  -
+check,fuzz,coverage   cmd:clang++-14                clang-14            llvm@14
+fuzz,coverage         file:/usr/lib/llvm-14/lib/clang/14.0.6/lib/linux libclang-rt-14-dev  -
 fuzz                  cmd:llvm-symbolizer-14        llvm-14             llvm@14
+coverage              cmd:llvm-cov-14               llvm-14             llvm@14
+mutate                cmd:ccache                    ccache              ccache
 check                 cmd:clang-tidy-14             clang-tidy-14       llvm@14
 lint,check,format     cmd:clang-format-14           clang-format-14     llvm@14
 macos,package         linux:clang-19                clang-19            -
@@ -54,8 +56,10 @@ ROWS
 if [ "$(uname -s)" = Darwin ]; then
     llvm=$(brew --prefix llvm@14 2>/dev/null || true)/bin
     clang_format=$llvm/clang-format clang_tidy=$llvm/clang-tidy clangxx=$llvm/clang++ clang=$llvm/clang
+    llvm_cov=$llvm/llvm-cov llvm_profdata=$llvm/llvm-profdata
 else
     clang_format=clang-format-14 clang_tidy=clang-tidy-14 clangxx=clang++-14 clang=clang-14
+    llvm_cov=llvm-cov-14 llvm_profdata=llvm-profdata-14
 fi
 
 has_header() {
@@ -76,10 +80,19 @@ is_there() {
     esac
 }
 
+# Whether a command needs all that "test" needs, besides its own rows.
+runs_tests() {
+    [ "$1" = coverage ] || [ "$1" = mutate ]
+}
+
 # Prints the packages that a command still lacks, of the column apt or brew.
 lacking() {
     needs | while read -r commands probe apt brew; do
-        case ",$commands," in *",$1,"*) ;; *) continue ;; esac
+        case ",$commands," in
+        *",$1,"*) ;;
+        *,test,*) runs_tests "$1" || continue ;;
+        *) continue ;;
+        esac
         is_there "$probe" && continue
         if [ "$2" = apt ]; then echo "$apt"; else echo "$brew"; fi
     done | grep -v '^-$' | sort -u | tr '\n' ' '

@@ -1,6 +1,7 @@
 # The pages of an installation: those of docs/ in one directory, the index by question as index.md, and with
 # them README.md, CHANGELOG.md and LICENSE. Links between them, and into the headers, are rewritten; a link to
-# something that is not installed becomes plain text. docs/changing.md and docs/decisions are for a checkout.
+# something that is not installed becomes plain text. docs/changing.md, docs/testing.md and docs/decisions are
+# for a checkout.
 
 set(pages_directory ${CMAKE_INSTALL_DATADIR}/doc/scaler-isp)
 
@@ -8,7 +9,7 @@ set(pages_directory ${CMAKE_INSTALL_DATADIR}/doc/scaler-isp)
 # absolute; empty if it is not.
 function(scaler_isp_installed_path RESULT FILE)
     set(path "")
-    if(NOT EXISTS "${PROJECT_SOURCE_DIR}/${FILE}" OR FILE STREQUAL "docs/changing.md")
+    if(NOT EXISTS "${PROJECT_SOURCE_DIR}/${FILE}" OR FILE MATCHES "^docs/(changing|testing)\\.md$")
         # not installed
     elseif(FILE STREQUAL "docs/README.md")
         set(path "${pages_directory}/index.md")

@@ -1,9 +1,11 @@
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
+#include <sys/time.h>
 
 #include "VirtualPlugin.h"
 
@@ -68,6 +70,17 @@ TEST_F(VirtualFaults, Slow_device_delays_each_bank) {
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(isp.Run("IspFlash", command), 0);
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(4 * 20));
+}
+
+TEST_F(VirtualFaults, Slow_device_delays_in_spite_of_signals) {
+    const auto previous = std::signal(SIGALRM, [](int) {});
+    const itimerval soon{{0, 0}, {0, 20000}};
+    isp.SetFaults("slow 60\n");
+    const auto start = std::chrono::steady_clock::now();
+    setitimer(ITIMER_REAL, &soon, nullptr);
+    EXPECT_EQ(isp.Run("IspFlash", command), 0);
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(4 * 60));
+    std::signal(SIGALRM, previous);
 }
 
 TEST_F(VirtualFaults, Device_that_does_not_open_fails_every_function) {

@@ -1,12 +1,11 @@
 #include <algorithm>
-#include <csignal>
 #include <random>
 #include <stdexcept>
 
 #include <dlfcn.h>
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 
+#include "FileSizeLimit.h"
 #include "VirtualPlugin.h"
 
 namespace {
@@ -195,24 +194,6 @@ TEST(VirtualFlash, Invalid_map_or_file_leaves_flash_unchanged) {
     command->stMapFw.ulFwCount = 513;
     EXPECT_EQ(isp.Run("IspFlash", command), 0x5A0F);
 }
-
-/// No file can grow beyond this size, as on a disk that is full.
-class FileSizeLimit {
-  public:
-    explicit FileSizeLimit(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &m_previous);
-        const rlimit limit{bytes, m_previous.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &m_previous);
-        std::signal(SIGXFSZ, m_handler);
-    }
-
-  private:
-    void (*m_handler)(int);
-    rlimit m_previous{};
-};
 
 TEST(VirtualFlash, Full_disk_leaves_bank_erased_and_other_banks_unchanged) {
     VirtualIsp isp;

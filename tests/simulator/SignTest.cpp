@@ -250,6 +250,52 @@ TEST_F(VirtualSign, Missing_file_or_unknown_mode_is_rejected) {
     EXPECT_EQ(output, "Virtual sign/verify: there is no record\n");
 }
 
+TEST_F(VirtualSign, Refusals_name_their_reason) {
+    const std::string fw = folder.Path("fw.bin");
+    std::string output;
+    const auto signs = [&](unsigned mode) {
+        EXPECT_EQ(Sign(mode, &output), 0);
+        return output;
+    };
+    const auto verifies = [&](unsigned mode, char *key = nullptr) {
+        EXPECT_EQ(Verify(mode, key, &output), 0);
+        return output;
+    };
+    EXPECT_EQ(signs(1), "Virtual sign/verify: software mode 1 cannot sign\n");
+    EXPECT_EQ(signs(3), "Virtual sign/verify: the sign key file is not given\n");
+    EXPECT_EQ(verifies(0), "Virtual sign/verify: software mode 0 is unknown\n");
+    EXPECT_EQ(verifies(3), "Virtual sign/verify: the verify key file is not given\n");
+    EXPECT_EQ(verifies(4), "Virtual sign/verify: the next verify key file is not given\n");
+    EXPECT_EQ(verifies(2), "Virtual sign/verify: the signature file cannot be read: " + fw +
+                               ".sig: No such file or directory\n");
+    args.nKeyPair = 99;
+    EXPECT_THAT(signs(2),
+                StartsWith("Virtual sign/verify: there is no internal key pair 99, only "));
+    args.nKeyPair = 0;
+    Set(args.szSignKeyFile, folder.Path("vk.pem"));
+    EXPECT_EQ(signs(3), "Virtual sign/verify: no private key of the curve P-256: " +
+                            folder.Path("vk.pem") + "\n");
+    Set(args.szVerifyKeyFile, fw);
+    EXPECT_EQ(verifies(3), "Virtual sign/verify: no public key of the curve P-256: " + fw + "\n");
+    char flash[SCALER_ISP_FLASH_KEY_BYTES] = "no key";
+    EXPECT_EQ(verifies(3, flash),
+              "Virtual sign/verify: no public key of the curve P-256: key from the flash\n");
+    Set(args.szSignKeyFile, folder.Path("sk.pem"));
+    Set(args.szNextVerifyKeyFile, folder.Path("other.pem"));
+    EXPECT_EQ(signs(4), "Virtual sign/verify: the sign key and the next verify key are no pair\n");
+    Set(args.szSignatureFile, folder.Path("no/such.sig"));
+    EXPECT_EQ(signs(3), "Virtual sign/verify: the signature file cannot be written: " +
+                            folder.Path("no/such.sig") + ": No such file or directory\n");
+    Set(args.szFwFile, folder.Path("none.bin"));
+    EXPECT_EQ(signs(3), "Virtual sign/verify: the firmware file cannot be read: " +
+                            folder.Path("none.bin") + ": No such file or directory\n");
+    args.enumDigitalSignatureType = ENUM_SIGN_TYPE_HW;
+    EXPECT_EQ(verifies(3), "Virtual sign/verify: only software signatures can be verified\n");
+    args.enumDigitalSignatureType = ENUM_SIGN_TYPE_NONE;
+    EXPECT_EQ(signs(3), "Virtual sign/verify: signature type " +
+                            std::to_string(unsigned{ENUM_SIGN_TYPE_NONE}) + " is unknown\n");
+}
+
 TEST_F(VirtualSign, Path_of_260_bytes_is_read_without_terminator) {
     std::string path = folder.MakeFolder(std::string(100, 'd')) + "/";
     path += std::string(260 - path.size(), 'f');
