@@ -35,8 +35,10 @@ bool IsOpen(int descriptor) {
 bool EnsureStandardDescriptors() {
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
         // Writing to a closed standard output has to fail, or a script takes a run without a result
-        // for a success.
-        const int mode = descriptor == STDOUT_FILENO ? O_RDONLY : O_RDWR;
+        // for a success. So has reading from a closed standard input.
+        const int mode = descriptor == STDOUT_FILENO  ? O_RDONLY
+                         : descriptor == STDIN_FILENO ? O_WRONLY
+                                                      : O_RDWR;
         // open returns the lowest free number, which is the missing one.
         if (!IsOpen(descriptor) && ::open("/dev/null", mode) != descriptor) {
             return false;

@@ -10,6 +10,8 @@
 #include <xlocale.h>
 #endif
 
+#include "Utf8.h"
+
 namespace ispctl {
 namespace {
 
@@ -40,6 +42,14 @@ bool IsUtf8Environment() {
 
 bool IsTextOfEnvironment(const std::filesystem::path &path) {
     return CountCharactersOfEnvironment(path.native()).has_value();
+}
+
+bool HasNameInRecords(const std::filesystem::path &directory) {
+#if defined(__APPLE__)
+    return IsTextOfEnvironment(directory);
+#else
+    return IsTextOfEnvironment(directory) || WideFromUtf8(directory.native()).has_value();
+#endif
 }
 
 std::optional<std::size_t> CountCharactersOfEnvironment(const std::string &text) {

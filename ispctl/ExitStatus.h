@@ -16,7 +16,7 @@ namespace ispctl {
     X(kExitRefused, 4, "refused: by a finding about the command line, or by the library") \
     X(kExitNoPlugin, 5, "no usable plug-in") \
     X(kExitBadSignature, 6, "the firmware signature is invalid") \
-    X(kExitPluginEnded, 7, "the plug-in ended the process") \
+    X(kExitPluginEnded, 7, "a plug-in or communication library ended the process") \
     X(kExitFileError, 8, "a file or device of ispctl's own cannot be read or written") \
     X(kExitInterrupted, 130, "stopped by a signal")
 /* clang-format on */

@@ -95,7 +95,7 @@ std::optional<LibraryParser> LibraryParser::Find(const ScalerLibrary &library, s
         find(kSetDirectory[1], parser.m_setDirectory);
     }
     // A directory that the encoding cannot express is empty in the library's records, too.
-    if (IsTextOfEnvironment(library.Directory())) {
+    if (HasNameInRecords(library.Directory())) {
         parser.m_directory = library.Directory().string() + "/";
     }
     return error.empty() ? std::optional(std::move(parser)) : std::nullopt;

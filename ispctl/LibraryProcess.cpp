@@ -7,6 +7,7 @@
 #include <cwchar>
 #include <fcntl.h>
 #include <filesystem>
+#include <fmt/format.h>
 #include <optional>
 #include <stdexcept>
 #include <unistd.h>
@@ -23,6 +24,7 @@
 #include "line/CheckLine.h"
 #include "line/CheckPassable.h"
 #include "line/LineReport.h"
+#include "line/NamedFile.h"
 #include "station/BackupCall.h"
 #include "station/RunPreparation.h"
 
@@ -88,6 +90,7 @@ bool CheckAndReport(const RunOptions &options, Call &call, ParentLink &link) {
     LineContext &context = call.context;
     context.libraryDirectory = call.library.Directory();
     context.callerDirectory = std::filesystem::current_path(ignored);
+    context.hasPrivateCopies = !options.station.privateDirectory.empty();
     std::string missing;
     const auto parser = LibraryParser::Find(call.library, missing);
     if (parser) {
@@ -108,6 +111,19 @@ bool CheckAndReport(const RunOptions &options, Call &call, ParentLink &link) {
     report.findings = CheckLine(options.arguments, context);
     report.mended = MendLine(options.arguments, report.findings, options.allowed, context);
     return link.Send(FrameKind::Findings, EncodeLineReport(report, kMaxFrame));
+}
+
+/// What the library would wait for when it loads its plug-ins; empty: nothing.
+std::string PluginThatBlocks(const std::filesystem::path &directory) {
+    for (const char *name : {"PlugIn/libIsp.dylib", "libSignVerify.dylib"}) {
+        std::error_code ignored;
+        const auto status = std::filesystem::status(directory / name, ignored);
+        if (std::filesystem::is_fifo(status)) {
+            return fmt::format("{} is {}, not a plug-in: put the plug-in there",
+                               (directory / name).string(), KindOf(status));
+        }
+    }
+    return "";
 }
 
 std::vector<unsigned> ProgrammedBanks(const Records *records) {
@@ -212,6 +228,11 @@ void RunLibrary(const RunOptions &options, ParentLink &link) {
     } catch (const std::exception &error) {
         link.Send(FrameKind::Unopened, error.what());
         return;
+    }
+    if (const std::string problem = PluginThatBlocks(call->context.libraryDirectory);
+        !problem.empty()) {
+        link.Send(FrameKind::Refused, EncodeRefusal({kExitNoPlugin, "load", problem}));
+        return; // nothing was done
     }
     g_link = &link;
     const Records *records = preparation->records.get();

@@ -39,6 +39,26 @@ bool AsksForJson(const std::vector<std::string> &arguments) {
     return std::find(arguments.begin(), end, "--json") != end;
 }
 
+namespace {
+
+/// A word that is no command is the reason, not that a command is missing.
+std::string ReasonOf(const CLI::App &app, const std::vector<std::string> &arguments,
+                     const CLI::ParseError &end) {
+    const bool lacksCommand = end.get_name() == "RequiredError" && !arguments.empty();
+    const bool isCommand = lacksCommand && !app.get_subcommands([&](const CLI::App *command) {
+                                                   return command->get_name() == arguments.front();
+                                               })
+                                                .empty();
+    if (!lacksCommand || isCommand) {
+        return end.what();
+    }
+    return arguments.front().starts_with('-')
+               ? arguments.front() + " is no option of ispctl itself: options follow the command"
+               : "there is no command " + arguments.front();
+}
+
+} // namespace
+
 ExitStatus ShowParserEnd(const CLI::App &app, const std::vector<std::string> &arguments,
                          const CLI::ParseError &end, bool json, ConsoleStreams &streams) {
     std::ostringstream output;
@@ -47,8 +67,12 @@ ExitStatus ShowParserEnd(const CLI::App &app, const std::vector<std::string> &ar
         streams.Print(Stream::Output, output.str());
         return kExitSuccess;
     }
-    streams.Print(Stream::Error, error.str());
-    std::string reason = end.what();
+    std::string reason = ReasonOf(app, arguments, end);
+    if (reason == end.what()) {
+        streams.Print(Stream::Error, error.str());
+    } else {
+        streams.PrintMessage(reason + "; ispctl --help lists the commands");
+    }
     if (const std::string hint = NearestArgument(app, arguments); !hint.empty()) {
         streams.PrintMessage(hint);
         reason += "; " + hint;

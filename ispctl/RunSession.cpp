@@ -178,7 +178,7 @@ void RunSession::PrintNotices(const fs::path &directory) {
             m_streams.PrintMessage("private copy of " + FileWords(file));
         }
     }
-    if (!IsTextOfEnvironment(directory)) {
+    if (!HasNameInRecords(directory)) {
         m_streams.PrintMessage(
             fmt::format("the library's directory {} cannot be expressed in the encoding of "
                         "the environment, {}: plug-ins get an empty directory; set a UTF-8 "

@@ -15,6 +15,7 @@ std::string_view StageOf(ExitStatus status, bool isLibraryProcess) {
     case kExitNoPlugin:
         return "load";
     case kExitFailed:
+    case kExitPluginEnded:
         return "call";
     default:
         return isLibraryProcess ? "open" : "usage";
@@ -23,13 +24,15 @@ std::string_view StageOf(ExitStatus status, bool isLibraryProcess) {
 
 } // namespace
 
-ExitStatus Session::Fail(ExitStatus status, std::string_view text) {
+ExitStatus Session::Fail(ExitStatus status, std::string_view text, std::string_view stage) {
     streams.PrintMessage(text);
     if (!json) {
         return status;
     }
-    const std::string event =
-        JsonEvents::NotCalled(status, StageOf(status, link != nullptr), text, {}, Charset::Ascii);
+    if (stage.empty()) {
+        stage = StageOf(status, link != nullptr);
+    }
+    const std::string event = JsonEvents::NotCalled(status, stage, text, {}, Charset::Ascii);
     if (link == nullptr) {
         streams.Write(Stream::Output, event);
     } else {

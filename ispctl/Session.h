@@ -2,6 +2,7 @@
 #define ISPCTL_SESSION_H
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "ConsoleStreams.h"
@@ -17,7 +18,8 @@ struct Session {
     bool json = false; ///< a failure is also written as the result event of docs/ispctl.md
 
     /// Prints why a command fails. RETURNS the status, so that a command can return the call.
-    ExitStatus Fail(ExitStatus status, std::string_view text);
+    /// \param stage  how far it was, as in docs/ispctl.md; empty: what the status tells
+    ExitStatus Fail(ExitStatus status, std::string_view text, std::string_view stage = {});
 };
 
 } // namespace ispctl

@@ -17,12 +17,19 @@ class WorkOutput : public RelayedText {
   public:
     using RelayedText::RelayedText;
 
+    bool HasWritten() const {
+        return m_hasWritten;
+    }
     void OnMessage(std::wstring_view text) override {
+        m_hasWritten = true;
         Streams().Write(Stream::Output, std::string(text.begin(), text.end()));
     }
     void OnConsole(Stream, std::string_view bytes) override {
         RelayedText::OnConsole(Stream::Error, bytes);
     }
+
+  private:
+    bool m_hasWritten = false;
 };
 
 void SendOutput(ParentLink &link, std::string_view bytes) {
@@ -53,22 +60,28 @@ ExitStatus Relay(Session &session, OutputOf output) {
     ChildProcess child(session.arguments, ordering, RunSignals::Stop::AtFirst);
     LibraryRun run(child, session.streams);
     run.WaitForFrame();
-    RelayedText everybody(session.streams);
+    RelayedText all(session.streams);
     WorkOutput work(session.streams);
-    RelayedText &view = output == OutputOf::Work ? work : everybody;
+    RelayedText &view = output == OutputOf::Work ? work : all;
     const RunOutcome outcome = run.Run({&view});
     run.NotifyEnd(view, outcome, kExitSuccess);
+    // A document that was shown is the only one.
+    session.json = session.json && !work.HasWritten();
+    constexpr std::string_view kStage = "call";
     if (outcome.end == RunEnd::Interrupted) {
-        return kExitInterrupted;
+        return session.json ? session.Fail(kExitInterrupted,
+                                           "stopped; the state of the device is unknown", kStage)
+                            : kExitInterrupted;
     }
     if (outcome.end != RunEnd::Returned) {
         return session.Fail(StatusOfOutcome(outcome),
                             fmt::format("failed: {} while the communication library was in use; "
                                         "the state of the device is unknown",
-                                        DescribeEnd(outcome)));
+                                        DescribeEnd(outcome)),
+                            kStage);
     }
     if (!run.Problem().empty()) {
-        return session.Fail(kExitFileError, "the output is incomplete: " + run.Problem());
+        return session.Fail(kExitFileError, "the output is incomplete: " + run.Problem(), kStage);
     }
     return static_cast<ExitStatus>(outcome.code.value_or(kExitFailed));
 }
@@ -87,7 +100,7 @@ ExitStatus RunInCommProcess(Session &session, OutputOf output,
     if (!session.link->Send(FrameKind::Ready, "")) {
         return kExitUsage;
     }
-    ExitStatus status = kExitUsage;
+    ExitStatus status = kExitFailed; // the bus may have been used by then
     try {
         status = work();
     } catch (const std::exception &error) {

@@ -5,6 +5,7 @@
 
 #include "LibraryPaths.h"
 #include "Utf8.h"
+#include "line/NamedFile.h"
 
 namespace ispctl {
 
@@ -52,6 +53,14 @@ std::optional<CommSession> CommSession::Open(const CommOptions &options, Session
     auto wide = WideFromUtf8(path.string());
     if (!wide) {
         status = session.Fail(kExitUsage, fmt::format("{} is not valid UTF-8", path.string()));
+        return std::nullopt;
+    }
+    std::error_code ignored;
+    const auto kind = std::filesystem::status(path, ignored);
+    if (std::filesystem::exists(kind) && !std::filesystem::is_regular_file(kind)) {
+        // Loading a pipe would wait for a writer.
+        status = session.Fail(kExitNoPlugin, fmt::format("{} is {}, not a communication library",
+                                                         path.string(), KindOf(kind)));
         return std::nullopt;
     }
     CommSession opened(std::move(*library), *api, path);

@@ -43,18 +43,12 @@ bool IsAscii(const std::string &text) {
 void CheckDirectoryName(const Places &places, const std::string &encoding, bool ascii,
                         Report &report) {
     const std::string directory = places.directory.string();
-    const bool isUtf8 = WideFromUtf8(directory).has_value();
-#if defined(__APPLE__)
-    const bool fallsBackToUtf8 = false;
-#else
-    const bool fallsBackToUtf8 = true;
-#endif
     const bool isText = IsTextOfEnvironment(places.directory) && !(ascii && !IsAscii(directory));
     if (IsAscii(directory) || (isText && IsUtf8Environment())) {
         report.Add(FindingId::DirectoryText, directory);
     } else if (isText) {
         report.Add(FindingId::DirectoryMisread, directory, encoding);
-    } else if (isUtf8 && fallsBackToUtf8) {
+    } else if (HasNameInRecords(places.directory)) {
         report.Add(FindingId::DirectoryText, directory);
     } else {
         report.Add(FindingId::DirectoryNotText, directory, encoding);

@@ -169,8 +169,9 @@ ExitStatus EdidCommand(const EdidOptions &options, Session &session) {
     }
     if (options.UsesBus()) {
         session.json = options.json; // until there is a document
-        const bool isForPrograms = options.json || options.output == kStandardOutput;
-        return RunInCommProcess(session, isForPrograms ? OutputOf::Work : OutputOf::Everybody,
+        const bool isForPrograms =
+            options.json || options.text || options.output == kStandardOutput;
+        return RunInCommProcess(session, isForPrograms ? OutputOf::Work : OutputOf::Process,
                                 [&] { return ReadAndShow(options, session); });
     }
     std::vector<edid::Report> reports;

@@ -80,7 +80,7 @@ std::optional<Explanation> ExplainLine(const ExplainOptions &options, std::strin
         return parser->Parse(arguments);
     };
     std::error_code ignored;
-    const LineContext context{library->Directory(), fs::current_path(ignored), parse};
+    const LineContext context{library->Directory(), fs::current_path(ignored), parse, false};
     explanation.findings = CheckLine(options.arguments, context);
     explanation.mended = MendLine(options.arguments, explanation.findings, {}, context);
     if (NamesBlockingFile(options.arguments, context)) {

@@ -25,10 +25,11 @@ std::string WayToReplace(const fs::path &file) {
     return "";
 }
 
-/// The file of a dump is written, and nobody relies on what was there.
-bool IsRead(const GivenArgument &given) {
+/// Nobody relies on what was in a file that is written.
+bool IsRead(const LineUnderCheck &line, const GivenArgument &given) {
+    const bool isCopied = line.Context().hasPrivateCopies && CanBeCopied(*given.option);
     return given.value && FormOf(*given.option).kind == ValueForm::Kind::File &&
-           given.option->section != "dump";
+           !IsWritten(line, *given.option) && !isCopied;
 }
 
 void CheckPlugins(LineUnderCheck &line) {
@@ -47,14 +48,18 @@ void CheckPlugins(LineUnderCheck &line) {
 void CheckAccess(LineUnderCheck &line) {
     CheckPlugins(line);
     for (const GivenArgument *given : line.Options()) {
-        if (!IsRead(*given)) {
+        if (!IsRead(line, *given)) {
             continue;
         }
         const NamedFile file = FileOf(*given, line.Context());
         const std::string way = file.Exists() ? WayToReplace(file.path) : "";
         if (!way.empty()) {
             line.Report("replaceable-file", *given, Underline::Value,
-                        {.other = file.path.string(), .detail = way});
+                        {.other = file.path.string(),
+                         .allowed = CanBeCopied(*given->option)
+                                        ? ", or run on private copies (ispctl run --private-copy)"
+                                        : "",
+                         .detail = way});
         }
     }
 }

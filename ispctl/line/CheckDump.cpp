@@ -44,7 +44,10 @@ void CheckExisting(LineUnderCheck &line, const GivenArgument &given, const fs::p
 
 bool CheckWritable(LineUnderCheck &line, const GivenArgument &given, const fs::path &path) {
     const std::string reason = WhyUnwritable(path);
-    const bool isUnexpanded = !reason.empty() && given.value && ReportUnexpanded(line, given);
+    std::error_code ignored;
+    const bool isNowhere = !fs::exists(path, ignored) && !fs::exists(path.parent_path(), ignored);
+    const bool isUnexpanded =
+        !reason.empty() && isNowhere && given.value && ReportUnexpanded(line, given);
     if (!reason.empty() && !isUnexpanded) {
         line.Report("unwritable-file", given, given.value ? Underline::Value : Underline::Name,
                     {.other = path.string(), .detail = reason});

@@ -34,11 +34,6 @@ bool IsFirmware(const OptionFacts &option) {
            option.meaning.starts_with("boot firmware");
 }
 
-/// The file of a dump, and the signature that --sign makes, are written.
-bool IsWritten(const LineUnderCheck &line, const OptionFacts &option) {
-    return option.section == "dump" || (option.name == "signfile" && line.Holds("sign"));
-}
-
 /// Looks at one file that must be there.
 class FileCheck {
   public:
@@ -50,7 +45,7 @@ class FileCheck {
     void Check() {
         std::error_code ignored;
         if (!m_file.Exists() && fs::is_symlink(fs::symlink_status(m_file.path, ignored))) {
-            ReportKind("a symbolic link that leads to no file");
+            ReportKind(LinkWords());
             return;
         }
         if (!m_file.Exists()) {
@@ -82,6 +77,15 @@ class FileCheck {
         m_words.example = ExampleOf(*m_given.option);
         Report(IsFirmware(*m_given.option) ? FindingName("firmware-not-a-file")
                                            : FindingName("not-a-file"));
+    }
+
+    /// Why the link leads to nothing that can be opened.
+    std::string LinkWords() const {
+        std::error_code error;
+        const fs::path target = fs::canonical(m_file.path, error);
+        return error == std::errc::no_such_file_or_directory
+                   ? "a symbolic link that leads to no file"
+                   : "a symbolic link that cannot be followed: " + error.message();
     }
 
     /// A relative path is often meant for the directory in which it was typed.
@@ -190,6 +194,21 @@ bool CheckPath(LineUnderCheck &line, const GivenArgument &given) {
     return true;
 }
 
+/// Reports that the file to write is one that the same line reads. RETURNS whether it is.
+bool CheckOverwritten(LineUnderCheck &line, const GivenArgument &written) {
+    const fs::path path = FileOf(written, line.Context()).path;
+    for (const GivenArgument *other : line.Options()) {
+        std::error_code ignored;
+        if (NamesFile(*other) && !IsWritten(line, *other->option) &&
+            fs::equivalent(path, FileOf(*other, line.Context()).path, ignored)) {
+            line.Report("overwrites-input", written, Underline::Value,
+                        {.other = "--" + std::string(other->option->name)});
+            return true;
+        }
+    }
+    return false;
+}
+
 bool HasFinding(LineUnderCheck &line, const GivenArgument &given, std::string_view name) {
     const auto &all = line.Findings();
     return std::any_of(all.begin(), all.end(), [&](const Finding &finding) {
@@ -213,7 +232,7 @@ void CheckFiles(LineUnderCheck &line) {
         }
         if (!IsWritten(line, *given.option)) {
             FileCheck(line, given).Check();
-        } else if (given.option->section != "dump") {
+        } else if (!CheckOverwritten(line, given) && given.option->section != "dump") {
             CheckWritable(line, given, FileOf(given, line.Context()).path);
         }
     }
@@ -238,8 +257,9 @@ bool ReportUnexpanded(LineUnderCheck &line, const GivenArgument &given) {
 bool NamesBlockingFile(const ArgumentList &arguments, const LineContext &context) {
     const std::vector<GivenArgument> all = ReadGivenArguments(arguments);
     return std::any_of(all.begin(), all.end(), [&](const GivenArgument &given) {
-        return given.kind == GivenArgument::Kind::Option && NamesFile(given) &&
-               fs::is_fifo(FileOf(given, context).status);
+        return given.kind == GivenArgument::Kind::Option &&
+               ((NamesFile(given) && fs::is_fifo(FileOf(given, context).status)) ||
+                IsBlockingSearch(given, context));
     });
 }
 

@@ -18,6 +18,7 @@ struct LineContext {
     /// The library's parser, which neither loads a plug-in nor writes a file. Empty if the library
     /// lacks it; then only what needs no parser is found.
     std::function<ParsedLine(const std::vector<std::string> &arguments)> parse;
+    bool hasPrivateCopies = false; ///< the run reads firmware and signatures from copies
 };
 
 /// Everything that a user should know before these arguments are passed to the library: first what

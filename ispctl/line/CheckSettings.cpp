@@ -71,6 +71,13 @@ const doctor::Finding *Cause(const doctor::Report &report, bool isSeen) {
 
 } // namespace
 
+bool IsBlockingSearch(const GivenArgument &given, const LineContext &context) {
+    const bool isSearch = given.option->name == "searchfw" && given.value;
+    const Source *source = isSearch ? SourceOf(given) : nullptr;
+    std::error_code ignored;
+    return source != nullptr && fs::is_fifo(context.libraryDirectory / source->file, ignored);
+}
+
 bool CheckSettingsOfSearch(LineUnderCheck &line, const GivenArgument &search) {
     const Source *source = SourceOf(search);
     if (source == nullptr) {

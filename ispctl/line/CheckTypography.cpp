@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "line/LikelyOptions.h"
+#include "line/NamedFile.h"
 #include "line/OwnOptions.h"
 #include "line/ShellQuote.h"
 #include "line/Typography.h"
@@ -30,6 +31,10 @@ void CheckValue(LineUnderCheck &line, const GivenArgument &given) {
     const Retyped retyped = WithoutQuotes(*given.value);
     const bool isFile = FormOf(*given.option).kind == ValueForm::Kind::File;
     if (retyped.first == 0 || retyped.meant.empty() || (isFile && Exists(line, *given.value))) {
+        return;
+    }
+    // At the end only, it may be the apostrophe of a new name.
+    if (IsWritten(line, *given.option) && given.value->starts_with(retyped.meant)) {
         return;
     }
     line.Report("typographic-quotes", given, Underline::Value,
@@ -63,9 +68,19 @@ void Report(LineUnderCheck &line, const GivenArgument &given, const Retyped &quo
     line.AddProbe(std::move(corrected));
 }
 
+/// Also if several names begin so: then the library's are meant.
+bool IsOfLibrary(std::string_view name) {
+    const auto read = ReadGivenArguments({"--" + std::string(name)});
+    return read.front().kind != Kind::Unknown && read.front().kind != Kind::NonOption;
+}
+
 void CheckWord(LineUnderCheck &line, std::size_t index) {
     const GivenArgument &given = line.Given()[index];
-    const Retyped quotes = WithoutQuotes(line.Arguments()[given.position]);
+    const std::string &word = line.Arguments()[given.position];
+    if (Exists(line, word)) {
+        return;
+    }
+    const Retyped quotes = WithoutQuotes(word);
     const Retyped dashes = WithPlainDashes(quotes.meant);
     const bool isOption = dashes.meant.starts_with("--");
     const std::string_view name =
@@ -73,7 +88,7 @@ void CheckWord(LineUnderCheck &line, std::size_t index) {
     if ((quotes.first == 0 && dashes.first == 0) || name.empty()) {
         return;
     }
-    if (!isOption || !ReportOwnOption(line, index, name)) {
+    if (!isOption || IsOfLibrary(name) || !ReportOwnOption(line, index, name)) {
         Report(line, given, quotes, dashes);
     }
     line.MarkExplained(given.position);

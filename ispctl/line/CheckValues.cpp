@@ -23,7 +23,9 @@ bool IsAllOf(std::string_view text, std::string_view characters) {
     return !text.empty() && text.find_first_not_of(characters) == std::string_view::npos;
 }
 
+/// The digits of a number, without a sign or spaces before them.
 std::string WithoutLeadingZeros(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_of("0123456789"), text.size() - 1));
     return std::string(text.substr(std::min(text.find_first_not_of('0'), text.size() - 1)));
 }
 
@@ -111,13 +113,12 @@ class NumberCheck {
         if (asDecimal == value) {
             return;
         }
+        const FindingWords others = m_words; // of the numbers after this one
         m_words.example = std::to_string(value);
-        m_words.other = decimal;
+        m_words.other = asDecimal > m_numbers.last ? "" : decimal;
         m_words.detail = fmt::format("{}, not {}", value, decimal);
-        if (asDecimal > m_numbers.last) {
-            m_words.other.clear();
-        }
         Report("octal-number", piece, m_words.other.empty() ? m_words.example : decimal);
+        m_words = others;
     }
 
     void CheckIncomplete(const Piece &piece, const NumberText &number) {

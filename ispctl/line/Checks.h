@@ -37,6 +37,9 @@ bool ReportUnexpanded(LineUnderCheck &line, const GivenArgument &given);
 /// REQUIRES: the search was refused. RETURNS whether there is something.
 bool CheckSettingsOfSearch(LineUnderCheck &line, const GivenArgument &search);
 
+/// Whether this is a firmware search whose settings file in the library's directory is a pipe.
+bool IsBlockingSearch(const GivenArgument &given, const LineContext &context);
+
 /// Whether opening a file of this line could block for ever.
 bool NamesBlockingFile(const ArgumentList &arguments, const LineContext &context);
 

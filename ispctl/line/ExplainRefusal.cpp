@@ -95,7 +95,14 @@ bool ExplainByNeeds(LineUnderCheck &line) {
 
 void CheckSearch(LineUnderCheck &line) {
     const GivenArgument *search = line.Find("searchfw");
-    if (!line.IsRefused() || search == nullptr || line.HasFatal(*search)) {
+    if (search == nullptr || line.HasFatal(*search)) {
+        return;
+    }
+    if (IsBlockingSearch(*search, line.Context())) {
+        CheckSettingsOfSearch(line, *search); // the parser would wait for a writer of the pipe
+        return;
+    }
+    if (!line.IsRefused()) {
         return;
     }
     // Only the search, with the settings files before it.

@@ -32,6 +32,15 @@ NamedFile FileOf(const GivenArgument &given, const LineContext &context) {
     return file;
 }
 
+bool IsWritten(const LineUnderCheck &line, const ScalerIspFacts::OptionFacts &option) {
+    return option.section == "dump" || (option.name == "signfile" && line.Holds("sign"));
+}
+
+bool CanBeCopied(const ScalerIspFacts::OptionFacts &option) {
+    return option.effect.kind == ScalerIspFacts::Kind::Firmware || option.name == "boot" ||
+           option.name == "signfile";
+}
+
 std::string WhyUnwritable(const fs::path &path) {
     std::error_code ignored;
     const fs::file_status status = fs::status(path, ignored);

@@ -7,6 +7,7 @@
 
 #include "line/CheckLine.h"
 #include "line/GivenArguments.h"
+#include "line/LineUnderCheck.h"
 
 namespace ispctl {
 
@@ -37,6 +38,12 @@ NamedFile FileOf(const GivenArgument &given, const LineContext &context);
 
 /// Such as "a directory"; for what is neither a file nor missing.
 std::string KindOf(const std::filesystem::file_status &status);
+
+/// Whether the option names a file that is written: a dump, or the signature that --sign makes.
+bool IsWritten(const LineUnderCheck &line, const ScalerIspFacts::OptionFacts &option);
+
+/// Whether private copies are made of such a file: firmware, boot firmware, signature.
+bool CanBeCopied(const ScalerIspFacts::OptionFacts &option);
 
 /// Why no file can be written there; empty if one can. Nothing is created.
 std::string WhyUnwritable(const std::filesystem::path &path);

@@ -1,5 +1,6 @@
 #include "script/ScriptCommand.h"
 
+#include <filesystem>
 #include <fmt/format.h>
 #include <vector>
 
@@ -125,6 +126,15 @@ ExitStatus AssembleCommand(const ScriptOptions &options, Session &session) {
         session.streams.Print(Stream::Output, ByteListOfScript(*bytes));
         return status;
     }
+    if (options.output == "-") {
+        session.streams.Write(Stream::Output, std::string(bytes->begin(), bytes->end()));
+        return status;
+    }
+    std::error_code ignored;
+    if (std::filesystem::equivalent(options.file, options.output, ignored)) {
+        return session.Fail(kExitUsage,
+                            options.output + " is the script itself: name another file");
+    }
     std::string error;
     StagedFiles staged;
     const bool written =
@@ -168,7 +178,7 @@ ExitStatus RunScriptCommand(const ScriptOptions &options, Session &session) {
     if (!options.UsesBus()) {
         return session.Fail(kExitUsage, "no communication library: use --comm LIB or --virtual");
     }
-    return RunInCommProcess(session, OutputOf::Everybody,
+    return RunInCommProcess(session, OutputOf::Process,
                             [&] { return CheckAndRun(options, session); });
 }
 

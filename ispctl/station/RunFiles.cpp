@@ -20,9 +20,7 @@ using ScalerIspFacts::Kind;
 constexpr std::string_view kProgram = "PROGRAM";
 
 bool IsInput(const GivenArgument &given) {
-    const auto &option = *given.option;
-    return given.value && (option.effect.kind == Kind::Firmware || option.name == "boot" ||
-                           option.name == "signfile");
+    return given.value && CanBeCopied(*given.option);
 }
 
 constexpr std::string_view kCompanions[] = {"vkfile", "skfile", "nextvkfile", "subcert",
