@@ -90,6 +90,19 @@ TEST_F(RunReason, Unusable_plugin_is_named_with_remedy_and_device_is_untouched) 
     }
 }
 
+TEST_F(RunReason, Pipe_in_place_of_plugin_is_not_waited_for) {
+    for (const char *name : {"PlugIn/libIsp.dylib", "libSignVerify.dylib"}) {
+        SCOPED_TRACE(name);
+        m_installation.Remove(name);
+        const std::string pipe = m_installation.folder.Path(name);
+        ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+        const ConsoleResult result = Run({}, Programming());
+        EXPECT_EQ(result.status, 5);
+        EXPECT_THAT(result.err, HasSubstr(pipe + " is a pipe, not a plug-in"));
+        m_installation.Remove(name);
+    }
+}
+
 TEST_F(RunReason, Plugin_for_another_processor_is_reported_as_such) {
     WriteForeign(Installation::kIspPlugin);
     const ConsoleResult result = Run({"--json"}, Programming());

@@ -227,6 +227,22 @@ TEST_F(EdidRun, Display_that_cannot_be_read_is_an_event_with_json) {
                                 HasSubstr("\"stage\":\"call\""), HasSubstr("block 0 of the EDID")));
 }
 
+TEST_F(EdidRun, Library_that_ends_the_process_leaves_the_device_unknown) {
+    const EnvGuard exits("RECORDING_COMM_EXITS", "I2CRead");
+    const ConsoleResult json = RunEdid({"--json", "--lib", REAL_LIBRARY, "--comm", RECORDING_COMM});
+    EXPECT_EQ(json.status, 7);
+    EXPECT_THAT(json.out,
+                AllOf(HasSubstr("\"stage\":\"call\""), HasSubstr("\"device\":\"unknown\"")));
+}
+
+TEST_F(EdidRun, Pipe_as_communication_library_is_not_loaded) {
+    const std::string pipe = m_folder.Path("pipe");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const ConsoleResult result = RunEdid({"--lib", REAL_LIBRARY, "--comm", pipe});
+    EXPECT_EQ(result.status, 5);
+    EXPECT_THAT(result.err, HasSubstr(pipe + " is a pipe, not a communication library"));
+}
+
 TEST_F(EdidRun, Option_fix_checksum_writes_valid_EDID) {
     const std::string good = m_edid;
     m_edid[127] = static_cast<char>(m_edid[127] + 1);

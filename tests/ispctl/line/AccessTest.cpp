@@ -65,6 +65,34 @@ TEST_F(CheckAccess, Accepts_directory_in_which_only_owners_may_replace) {
     EXPECT_THAT(NamesOf("--isp --fw @sub/f.bin"), Not(Contains(HasSubstr("replaceable"))));
 }
 
+TEST_F(CheckAccess, Accepts_file_that_is_copied_but_not_key) {
+    LetOthersWrite("f.bin");
+    LetOthersWrite("k.pem");
+    m_context.hasPrivateCopies = true;
+    EXPECT_THAT(NamesOf("--isp --fw @f.bin"), Not(Contains(HasSubstr("replaceable"))));
+    EXPECT_THAT(MessageOf("--isp --fw @f.bin --sw --dsmode 3 --signfile @s.sig --vkfile @k.pem"),
+                HasSubstr("of --vkfile"));
+}
+
+TEST_F(CheckAccess, Proposes_private_copies_only_of_what_is_copied) {
+    LetOthersWrite("f.bin");
+    LetOthersWrite("k.pem");
+    for (const ispctl::Finding &finding :
+         Check("--isp --fw @f.bin --sw --dsmode 3 --signfile @s.sig --vkfile @k.pem")) {
+        if (finding.name == "replaceable-file") {
+            const bool isKey = finding.message.find("--vkfile") != std::string::npos;
+            EXPECT_EQ(finding.suggestion.find("--private-copy") == std::string::npos, isKey);
+        }
+    }
+}
+
+TEST_F(CheckAccess, Accepts_signature_that_is_written) {
+    m_here.Write("old.sig", "x");
+    LetOthersWrite("old.sig");
+    EXPECT_THAT(NamesOf("--sign --sw --dsmode 3 --fw @f.bin --skfile @k.pem --signfile @old.sig"),
+                Not(Contains(HasSubstr("replaceable"))));
+}
+
 TEST_F(CheckAccess, Accepts_dump_that_others_may_write) {
     m_here.Write("old.bin", "x");
     LetOthersWrite("old.bin");

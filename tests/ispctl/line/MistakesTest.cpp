@@ -67,6 +67,7 @@ const Mistake kMistakes[] = {
     {"--isp --fw @f.bin @g.bin", "error leftover-argument", "@g.bin", "leave it out", ""},
     {"--resetmcu @f.bin", "error leftover-argument", "@f.bin", "leave it out", ""},
     {"–isp --fw @f.bin", "error typographic-dash", "–isp", "write --isp", "--isp --fw @f.bin"},
+    {"--isp --fw @f.bin –ver 1", "error typographic-dash", "–ver", "write --ver", ""},
     {"—isp --fw @f.bin", "error typographic-dash", "—isp", "U+2014", "--isp --fw @f.bin"},
     {"−−isp --fw @f.bin", "error typographic-dash", "−−isp", "U+2212", "--isp --fw @f.bin"},
     {"-–isp --fw @f.bin", "error typographic-dash", "-–isp", "U+2013", "--isp --fw @f.bin"},
@@ -100,6 +101,8 @@ const Mistake kMistakes[] = {
     {"--isp --fw @f.bin --bank -1", "fatal number-out-of-range", "-1", "from 0 to 255", ""},
     {"--isp --fw @f.bin --bank 4294967299", "error number-truncated", "4294967299", "reads 3", ""},
     {"--dumpflash --dumplen 0x100000010", "error number-truncated", "0x100000010", "reads 16", ""},
+    {"--isp --fw @f.bin --bank +010", "warning octal-number", "+010", "reads 8, not 10",
+     "--isp --fw @f.bin --bank 10"},
     {"--isp --fw @f.bin --bank 010", "warning octal-number", "010", "reads 8, not 10",
      "--isp --fw @f.bin --bank 10"},
     {"--isp --fw @f.bin --bank 0377", "error bank-beyond-flash", "0377", "bank 255", ""},
@@ -338,6 +341,42 @@ TEST_F(Mistakes, Umlaut_is_not_expressible_in_locale_c) {
     ASSERT_EQ(findings.size(), 1U);
     EXPECT_EQ(findings[0].name, "path-not-expressible");
     EXPECT_NE(findings[0].severity, ispctl::FindingClass::Warning);
+}
+
+// The key or the firmware would be gone.
+TEST_F(Mistakes, Signature_over_an_input_is_refused) {
+    for (const std::string input : {"@f.bin", "@k.pem"}) {
+        const Findings findings =
+            Check("--sign --sw --dsmode 3 --fw @f.bin --skfile @k.pem --signfile " + input);
+        EXPECT_THAT(Names(findings), Contains("error overwrites-input")) << input;
+    }
+    EXPECT_THAT(
+        Names(Check("--sign --sw --dsmode 3 --fw @f.bin --skfile @k.pem --signfile @n.sig")),
+        testing::Not(Contains("error overwrites-input")));
+}
+
+TEST_F(Mistakes, Pipe_as_settings_file_of_search_is_found_without_waiting_for_it) {
+    m_context.libraryDirectory = m_here.Path("");
+    ASSERT_EQ(std::system(("mkfifo " + Here() + "IspSetting.ini").c_str()), 0);
+    ASSERT_EQ(std::system(("mkfifo " + Here() + "IspUserDefined.txt").c_str()), 0);
+    for (const std::string search : {"prefix", "userdefined"}) {
+        EXPECT_THAT(Names(Check("--isp --searchfw " + search)), Contains("fatal settings-file"))
+            << search;
+    }
+}
+
+// It is the apostrophe of a name, and a file that exists is no mistake.
+TEST_F(Mistakes, Quote_of_a_name_is_left_alone) {
+    m_here.Write("‘q’.bin", "x");
+    EXPECT_THAT(Names(Check("--isp @‘q’.bin")), Contains("error leftover-argument"));
+    EXPECT_THAT(Names(Check("--sign --sw --dsmode 3 --fw @f.bin --skfile @k.pem --signfile @new’")),
+                testing::Not(Contains(testing::HasSubstr("typographic"))));
+}
+
+TEST_F(Mistakes, Dump_in_place_of_a_directory_is_not_called_unexpanded) {
+    ASSERT_EQ(std::system(("mkdir '" + Here() + "$d.bin'").c_str()), 0);
+    EXPECT_THAT(Names(Check({"--dumpflash", "--dumplen", "16", "--dumpname", Here() + "$d.bin"})),
+                Contains("error unwritable-file"));
 }
 
 TEST_F(Mistakes, Pipe_as_firmware_is_found_without_waiting_for_it) {

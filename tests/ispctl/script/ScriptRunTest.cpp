@@ -127,6 +127,13 @@ TEST_F(ScriptRun, Assembled_file_replaces_older_one_whole) {
     EXPECT_EQ(RunConsole({"script", "assemble", text, "-o", m_folder.Path("no/a")}).status, 8);
 }
 
+TEST_F(ScriptRun, Assembled_bytes_never_replace_their_text) {
+    const std::string text = m_folder.Write("a.script", "WriteReg 0x10, 0x20\n");
+    EXPECT_EQ(RunConsole({"script", "assemble", text, "-o", text}).status, 2);
+    EXPECT_EQ(m_folder.Read("a.script"), "WriteReg 0x10, 0x20\n");
+    EXPECT_EQ(RunConsole({"script", "assemble", text, "-o", "-"}).out, "\x03\x10\x20");
+}
+
 TEST_F(ScriptRun, Assembled_script_passes_list_and_check) {
     const std::string text = m_folder.Write("a.script", "WriteReg 0x10, 0x20\nReadReg 1 // read\n");
     const std::string bytes = m_folder.Path("a.bin");
