@@ -88,18 +88,22 @@ TEST_F(ShownText, Environment_without_UTF8_gets_ASCII_only) {
     }
 }
 
-TEST_F(ShownText, Unencodable_directory_name_is_reported) {
-    const std::string library = m_folder.Path("f\xC3\xBC/lib.so");
-    m_folder.MakeFolder("f\xC3\xBC");
-    ASSERT_EQ(::symlink(SCRIPTED_LIBRARY, library.c_str()), 0);
-    EXPECT_EQ(RunConsole({"run", "--verbatim", "--lib", library, "message:m"}).err,
-              "ispctl: success\n");
+// On Linux the library reads a name that the encoding cannot express as UTF-8.
+TEST_F(ShownText, Unencodable_directory_name_is_reported_unless_it_is_UTF_8) {
     const EnvGuard guard("LC_ALL", "C");
-    const ConsoleResult result = RunConsole({"run", "--verbatim", "--lib", library, "message:m"});
-    EXPECT_EQ(result.status, 0);
-    EXPECT_THAT(result.err,
-                HasSubstr("f\\u{FC} cannot be expressed in the encoding of the "
-                          "environment, ANSI_X3.4-1968: plug-ins get an empty directory"));
+    for (const std::string folder : {"f\xC3\xBC", "f\xFC"}) {
+        m_folder.MakeFolder(folder);
+        const std::string library = m_folder.Path(folder + "/lib.so");
+        ASSERT_EQ(::symlink(SCRIPTED_LIBRARY, library.c_str()), 0);
+        const ConsoleResult result =
+            RunConsole({"run", "--verbatim", "--lib", library, "message:m"});
+        EXPECT_EQ(result.status, 0);
+        EXPECT_EQ(result.err.find("cannot be expressed in the encoding of the environment, "
+                                  "ANSI_X3.4-1968: plug-ins get an empty directory") ==
+                      std::string::npos,
+                  folder != "f\xFC")
+            << result.err;
+    }
 }
 
 TEST_F(ShownText, Long_message_is_truncated_before_it_is_stored) {

@@ -66,8 +66,8 @@ class Outcomes(unittest.TestCase):
 
 class Floors(unittest.TestCase):
     def test_floor_rises_with_slack_and_never_falls(self):
-        self.assertEqual(raised_floors({"a": (90.0, 95.0)}, {"a": (96.27, 95.1)}), {"a": (95.9, 95.0)})
-        self.assertEqual(raised_floors({}, {"a": (50.0, 60.0)}), {"a": (49.7, 59.7)})
+        self.assertEqual(raised_floors({"a": (90.0, 95.0)}, {"a": (96.27, 95.1)}), {"a": (95.2, 95.0)})
+        self.assertEqual(raised_floors({}, {"a": (50.0, 60.0)}), {"a": (49.0, 59.0)})
 
 
 if __name__ == "__main__":
