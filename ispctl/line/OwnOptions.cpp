@@ -91,8 +91,12 @@ void Report(LineUnderCheck &line, std::size_t index, const OwnOption &own) {
         words.allowed = "ispctl " + name;
         words.detail = name + " of ispctl is written without a command";
     } else {
-        words.detail = fmt::format("{} of ispctl{}{} is written right after the command", name,
-                                   own.command.empty() ? "" : " ", own.command);
+        const bool isExact = WithoutDashes(given.typed) == own.name;
+        const std::string whose =
+            fmt::format("{} of ispctl{}{}", name, own.command.empty() ? "" : " ", own.command);
+        words.detail = isExact
+                           ? whose + " is written right after the command"
+                           : "did you mean " + whose + "? It is written right after the command";
     }
     line.Report("ispctl-option", given, Underline::Name, words);
     ArgumentList without = line.Arguments();
