@@ -1,51 +1,15 @@
-// The encodings: against a conversion descriptor opened afresh for each input, and there and back.
+// The encodings: against a conversion descriptor of its own for each input, and there and back.
 
 #include <cstdlib>
-#include <iconv.h>
 
 #include "FuzzCheck.h"
 #include "FuzzInput.h"
 #include "scaler_isp/common/CCpTransform.h"
+#include "unit/common/BareIconv.h"
 
 namespace {
 
 constexpr std::size_t kUtf8Capacity = 10240;
-
-/// RETURNS the converted bytes; nothing if the input is invalid or fills the capacity.
-std::string BareIconv(const char *to, const char *from, std::string input, std::size_t capacity) {
-    iconv_t descriptor = iconv_open(to, from);
-    std::string output(capacity, '\0');
-    char *in = input.data();
-    char *out = output.data();
-    std::size_t inLeft = input.size();
-    std::size_t outLeft = capacity;
-    const std::size_t result = iconv(descriptor, &in, &inLeft, &out, &outLeft);
-    iconv_close(descriptor);
-    output.resize(capacity - outLeft);
-    return result == static_cast<std::size_t>(-1) || output.size() == capacity ? "" : output;
-}
-
-std::wstring FromLittleEndian(const std::string &bytes) {
-    std::wstring text;
-    for (std::size_t at = 0; at + 4 <= bytes.size(); at += 4) {
-        unsigned long value = 0;
-        for (std::size_t i = 4; i-- > 0;) {
-            value = value << 8 | static_cast<unsigned char>(bytes[at + i]);
-        }
-        text += static_cast<wchar_t>(value);
-    }
-    return text;
-}
-
-std::string ToLittleEndian(const std::wstring &text) {
-    std::string bytes;
-    for (const wchar_t character : text) {
-        for (int shift = 0; shift < 32; shift += 8) {
-            bytes += static_cast<char>(static_cast<unsigned long>(character) >> shift & 0xFFU);
-        }
-    }
-    return bytes;
-}
 
 void CheckUtf8(const CCpTransform &transform, const std::string &bytes) {
     const std::wstring wide = transform.ConvertUTF8StringToUnicode(bytes);

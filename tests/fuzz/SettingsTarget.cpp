@@ -6,8 +6,8 @@
 #include "FuzzCheck.h"
 #include "FuzzInput.h"
 #include "scaler_isp/settings/IniEdit.h"
-#include "scaler_isp/settings/IniReader.h"
 #include "support/TempFolder.h"
+#include "unit/settings/LibraryRead.h"
 #include "unit/settings/ProfileFamilies.h"
 #include "unit/settings/ReferenceProfile.h"
 
@@ -22,23 +22,9 @@ struct Names {
     std::wstring value;
 };
 
-reference::Read ReadByLibrary(const std::string &bytes, Charset charset, const Names &names) {
-    TextFileEncoding encoding(charset);
-    const std::string text = encoding.Decode(bytes);
-    std::wstring value;
-    switch (FindIniValue(encoding, text, names.section, names.key, value)) {
-    case IniResult::Found:
-        return {static_cast<unsigned int>(value.size()), value};
-    case IniResult::EndOfSection:
-        return {0, std::nullopt};
-    default:
-        return {0, L"dflt"};
-    }
-}
-
 void CompareInMemory(const std::string &bytes, Charset charset, Encoding encoding,
                      const Names &names) {
-    FUZZ_CHECK(ReadByLibrary(bytes, charset, names) ==
+    FUZZ_CHECK(ReadByLibrary(bytes, charset, names.section, names.key) ==
                    reference::GetString(bytes, encoding, names.section, names.key, L"dflt"),
                bytes);
     const auto expected = reference::Write(bytes, encoding, names.section, names.key, names.value);

@@ -8,10 +8,9 @@ usage: check_linux_archive.py ARCHIVE VERSION
 import pathlib
 import re
 import sys
-import tempfile
 
 from check_files import promised
-from release_archive import ENVIRONMENT, SOURCES, run, unpack
+from release_archive import ENVIRONMENT, SOURCES, run, unpacked
 
 HERE = pathlib.Path(__file__).resolve().parent
 PARTS = ("ispctl", "virtual_isp", "virtual_comm", "virtual_device", "virtual_sign_verify")
@@ -78,10 +77,8 @@ def check_use(root, folder, version):
 
 def main():
     archive, version = pathlib.Path(sys.argv[1]).resolve(), sys.argv[2]
-    with tempfile.TemporaryDirectory() as place:
-        folder = pathlib.Path(place).resolve() / "unpacked here"
-        folder.mkdir()
-        root = unpack(archive, folder)
+    with unpacked(archive) as root:
+        folder = root.parent
         check_files(root)
         check_binaries(root)
         pages = check_manual(root)

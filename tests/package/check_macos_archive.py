@@ -14,10 +14,9 @@ import re
 import shlex
 import shutil
 import sys
-import tempfile
 
 from check_files import promised
-from release_archive import ENVIRONMENT, SOURCES, run, unpack
+from release_archive import ENVIRONMENT, SOURCES, run, unpacked
 
 sys.path[:0] = [str(SOURCES / "packaging/macos"), str(SOURCES / "tests/macos")]
 import code_signature
@@ -143,10 +142,8 @@ def check_loader(root, folder, arch, runtime, launcher):
 def main():
     archive, version = pathlib.Path(sys.argv[1]).resolve(), sys.argv[2]
     sysroot = pathlib.Path(sys.argv[3]).resolve()
-    with tempfile.TemporaryDirectory() as place:
-        folder = pathlib.Path(place).resolve() / "unpacked here"
-        folder.mkdir()
-        root = unpack(archive, folder)
+    with unpacked(archive) as root:
+        folder = root.parent
         check_files(root)
         check_binaries(root)
         check_cmake(root, folder, version, sysroot)

@@ -1,10 +1,12 @@
 """What every archive of a release has to be, whatever system it is for."""
 
+import contextlib
 import os
 import pathlib
 import re
 import subprocess
 import tarfile
+import tempfile
 import zipfile
 
 SOURCES = pathlib.Path(__file__).resolve().parents[2]
@@ -81,3 +83,12 @@ def unpack(archive, folder):
     check_readme(root)
     check_no_builder(root)
     return root
+
+
+@contextlib.contextmanager
+def unpacked(archive):
+    """The root of an archive, below a directory whose name has a space and which is removed afterwards."""
+    with tempfile.TemporaryDirectory() as place:
+        folder = pathlib.Path(place).resolve() / "unpacked here"
+        folder.mkdir()
+        yield unpack(archive, folder)

@@ -1,7 +1,6 @@
 #include "scaler_isp/common/CCpTransform.h"
 
 #include <clocale>
-#include <iconv.h>
 #include <iomanip>
 #include <random>
 #include <sstream>
@@ -11,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "support/CapturedOutput.h"
+#include "unit/common/BareIconv.h"
 
 namespace {
 
@@ -232,20 +232,6 @@ TEST(Transform, Random_texts_convert_as_by_table) {
     }
 }
 
-/// The stated call and nothing else.
-std::string BareIconv(const char *to, const char *from, std::string input, std::size_t capacity) {
-    iconv_t descriptor = iconv_open(to, from);
-    std::string output(capacity, '\0');
-    char *in = input.data();
-    char *out = output.data();
-    std::size_t inLeft = input.size();
-    std::size_t outLeft = capacity;
-    const std::size_t result = iconv(descriptor, &in, &inLeft, &out, &outLeft);
-    iconv_close(descriptor);
-    output.resize(capacity - outLeft);
-    return result == static_cast<std::size_t>(-1) || output.size() == capacity ? "" : output;
-}
-
 TEST(Transform, Conversions_agree_with_iconv_of_system) {
     std::mt19937 random(62);
     for (int round = 0; round < 5000; ++round) {
@@ -254,26 +240,11 @@ TEST(Transform, Conversions_agree_with_iconv_of_system) {
             const char byte = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F"[random() % 8];
             bytes += random() % 5 == 0 ? static_cast<char>(random()) : byte;
         }
-        const std::string raw = BareIconv("UTF-32LE", "UTF-8", bytes, 40960);
-        std::wstring expected;
-        for (std::size_t at = 0; at + 4 <= raw.size(); at += 4) {
-            unsigned long value = 0;
-            for (std::size_t i = 4; i-- > 0;) {
-                value = value << 8 | static_cast<unsigned char>(raw[at + i]);
-            }
-            expected += static_cast<wchar_t>(value);
-        }
+        const std::wstring expected =
+            FromLittleEndian(BareIconv("UTF-32LE", "UTF-8", bytes, 40960));
         ASSERT_EQ(kTransform.ConvertUTF8StringToUnicode(bytes), expected.c_str()) << Hex(bytes);
-
-        std::string wideBytes;
-        for (const wchar_t character : expected) {
-            for (int shift = 0; shift < 32; shift += 8) {
-                wideBytes +=
-                    static_cast<char>(static_cast<unsigned long>(character) >> shift & 0xFFU);
-            }
-        }
         ASSERT_EQ(kTransform.ConvertUnicodeStringToUTF8(expected),
-                  BareIconv("UTF-8", "UTF-32LE", wideBytes, 10240).c_str());
+                  BareIconv("UTF-8", "UTF-32LE", ToLittleEndian(expected), 10240).c_str());
     }
 }
 

@@ -2,8 +2,8 @@
 #include <random>
 
 #include "scaler_isp/settings/IniEdit.h"
-#include "scaler_isp/settings/IniReader.h"
 #include "support/TestLocale.h"
+#include "unit/settings/LibraryRead.h"
 #include "unit/settings/ProfileFamilies.h"
 #include "unit/settings/ReferenceProfile.h"
 
@@ -33,29 +33,10 @@ std::wstring AsBytes(const std::wstring &text) {
 
 using Charset = TextFileEncoding::Charset;
 
-/// What a getter has to do after the library's search, as the second version says it.
-reference::Read ReadByTheLibrary(const std::string &bytes, Charset charset,
-                                 const ProfileWrite &names) {
-    TextFileEncoding encoding(charset);
-    const std::string text = encoding.Decode(bytes);
-    std::wstring value;
-    switch (FindIniValue(encoding, text, names.section, names.key, value)) {
-    case IniResult::Found:
-        return {static_cast<unsigned int>(value.size()), value};
-    case IniResult::EndOfSection:
-        return {0, std::nullopt};
-    case IniResult::EndOfFile:
-        return {0, L"dflt"};
-    case IniResult::NoFile:
-        break;
-    }
-    return {0, L"no file"};
-}
-
 /// The library's search and writer for one family.
 void CompareFamily(const std::string &bytes, Charset charset, Encoding encoding,
                    const ProfileWrite &write) {
-    EXPECT_EQ(ReadByTheLibrary(bytes, charset, write),
+    EXPECT_EQ(ReadByLibrary(bytes, charset, write.section, write.key),
               reference::GetString(bytes, encoding, write.section, write.key, L"dflt"));
     const auto expected = reference::Write(bytes, encoding, write.section, write.key, write.value);
     TextFileEncoding native(charset);
