@@ -126,7 +126,7 @@ KINDS = [
     ("pipe-without-writer", pipe, "is a pipe, not a firmware file"),
     ("directory", folder, "is a directory, not a firmware file"),
     ("socket", listening, "is a socket, not a firmware file"),
-    ("link-loop", loop, "is a symbolic link that leads to no file"),
+    ("link-loop", loop, "is a symbolic link that cannot be followed"),
     ("dangling-link", link_to_nothing, "is a symbolic link that leads to no file"),
     ("link-to-device", link_to_device, "is a device, not a firmware file"),
     ("too-large", too_large, "at most 16 MiB"),

@@ -8,13 +8,13 @@ OF_FIRMWARE = {
     "missing": "there is no file", "empty": "is empty", "endless-device": "is a device, not a firmware file",
     "pipe-without-writer": "is a pipe, not a firmware file",
     "directory": "is a directory, not a firmware file",
-    "socket": "is a socket, not a firmware file", "link-loop": "is a symbolic link that leads to no file",
+    "socket": "is a socket, not a firmware file", "link-loop": "is a symbolic link that cannot be followed",
     "too-large": "at most 16 MiB", "unreadable": "cannot be read",
 }
 OF_FILES = {
     "missing": "there is no file", "empty": "is empty", "endless-device": "is a device, not a file",
     "pipe-without-writer": "is a pipe, not a file", "directory": "is a directory, not a file",
-    "socket": "is a socket, not a file", "link-loop": "is a symbolic link that leads to no file",
+    "socket": "is a socket, not a file", "link-loop": "is a symbolic link that cannot be followed",
     "unreadable": "cannot be read",
 }
 
