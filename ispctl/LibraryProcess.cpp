@@ -159,6 +159,16 @@ void OnMessage(wchar_t *text) {
     }
 }
 
+/// The reason for a code must never hide the code: if it cannot be found out, there is none.
+ResultOrigin OriginIfFound(const RunResult &result, const ScalerLibrary &library,
+                           const Records *records) {
+    try {
+        return OriginOf(result.code, library.Directory(), records, result.pluginLoaded != 0);
+    } catch (const std::exception &) {
+        return {};
+    }
+}
+
 /// Calls the library, and finds out who formed its result.
 JudgedResult RunAndClassify(const ScalerLibrary &library, const std::wstring &line,
                             const Records *records) {
@@ -166,8 +176,7 @@ JudgedResult RunAndClassify(const ScalerLibrary &library, const std::wstring &li
     JudgedResult judged;
     judged.result.code = library.Run(line, OnProgress, OnMessage);
     judged.result.pluginLoaded = watch.MayHaveLoadedPlugin() ? 1 : 0;
-    ResultOrigin origin =
-        OriginOf(judged.result.code, library.Directory(), records, judged.result.pluginLoaded != 0);
+    ResultOrigin origin = OriginIfFound(judged.result, library, records);
     judged.result.fromLibrary = origin.fromLibrary ? 1 : 0;
     if (origin.nothingCalled) {
         judged.result.pluginLoaded = 0; // or only until the loader found out what it lacks

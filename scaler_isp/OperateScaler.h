@@ -17,9 +17,8 @@
 ///    WARNING: once a host has made stdout wide-oriented (fwide, wprintf, std::wcout), printf to it
 ///    fails and all diagnostics on it are lost.
 ///  - The path of the library is converted in a thread locale made from the environment (LC_ALL,
-///  LC_CTYPE, LANG).
-///    The locale of the process and the host's uselocale neither matter nor change. For paths
-///    outside ASCII the environment should name a UTF-8 locale.
+///    LC_CTYPE, LANG). The locale of the process and the host's uselocale neither matter nor
+///    change. For paths outside ASCII the environment should name a UTF-8 locale.
 ///  - Nothing is thrown: an exception of a callback or plug-in ends here, with result -1.
 ///    pthread_exit in a callback ends the thread cleanly.
 

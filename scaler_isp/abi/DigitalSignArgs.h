@@ -56,19 +56,21 @@ enum SCALER_ISP_ENUM_VALUES(ENUM_CP_DIGITAL_SIGNATURE_HW_MODE) {
 
 /// All signature settings of one run. The plug-in only reads them, during the call. Strings are
 /// UTF-8, zero-padded, at most SCALER_ISP_PATH_CHARS bytes.
+/// The path of a file that the library opened to check it is absolute; otherwise it is as given,
+/// and relative to the library's directory.
 typedef struct STRUCT_C_STYLE_CP_DIGITAL_SIGN_ARGS {
     ENUM_CP_DIGITAL_SIGNATURE_ACTION_TYPE enumSignActionType;
     ENUM_CP_DIGITAL_SIGNATURE_TYPE enumDigitalSignatureType;
     ENUM_CP_DIGITAL_SIGNATURE_SW_MODE enumSWDigitalSignatureMode; ///< meaningful for type 1 only
     ENUM_CP_DIGITAL_SIGNATURE_HW_MODE enumHWDigitalSignatureMode; ///< meaningful for type 2 only
-    int32_t nKeyPair;                            ///< internal key pair, 0..4 (software mode 2)
-    char szFwFile[SCALER_ISP_PATH_CHARS];        ///< absolute path of the firmware file
-    char szSignatureFile[SCALER_ISP_PATH_CHARS]; ///< absolute path of the signature (--signfile)
-    char szKeyPair[SCALER_ISP_PATH_CHARS];       ///< value of --keypair, verbatim
-    char szVerifyKeyFile[SCALER_ISP_PATH_CHARS]; ///< absolute path (--vkfile)
-    char szSignKeyFile[SCALER_ISP_PATH_CHARS];   ///< absolute path (--skfile)
-    char szSubCertFile[SCALER_ISP_PATH_CHARS];   ///< --subcert, verbatim
-    char szNextVerifyKeyFile[SCALER_ISP_PATH_CHARS]; ///< absolute path (--nextvkfile)
+    int32_t nKeyPair;                                ///< internal key pair, 0..4 (software mode 2)
+    char szFwFile[SCALER_ISP_PATH_CHARS];            ///< absolute path of the firmware file
+    char szSignatureFile[SCALER_ISP_PATH_CHARS];     ///< path of the signature (--signfile)
+    char szKeyPair[SCALER_ISP_PATH_CHARS];           ///< value of --keypair, verbatim
+    char szVerifyKeyFile[SCALER_ISP_PATH_CHARS];     ///< path (--vkfile)
+    char szSignKeyFile[SCALER_ISP_PATH_CHARS];       ///< path (--skfile)
+    char szSubCertFile[SCALER_ISP_PATH_CHARS];       ///< --subcert, verbatim
+    char szNextVerifyKeyFile[SCALER_ISP_PATH_CHARS]; ///< path (--nextvkfile)
 
 #ifdef __cplusplus
     /// Zeroes every byte.
