@@ -15,6 +15,9 @@ Examples:
   ispctl doctor
       examines the installation and says what to do
   ispctl help run
+
+The pages that messages name, such as options.md, are in the directory that
+"ispctl paths" shows as pages.
 )" + ExitStatusHelp();
 
 /// For the help only: `help COMMAND` is `COMMAND --help` when the parser sees it.

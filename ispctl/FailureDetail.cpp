@@ -40,7 +40,9 @@ void ReportWhatLoaderFinds(const std::string &file, doctor::PluginRole role,
         return;
     }
     const std::string missing = MissingFunctions(plugin, role);
-    if (!missing.empty()) {
+    if (IsOfOtherRole(role, [&](const char *name) { return ::dlsym(plugin, name) != nullptr; })) {
+        ReportOtherRole(file, role, report);
+    } else if (!missing.empty()) {
         report.Add(doctor::FindingId::FunctionMissing, file, missing);
     }
 }

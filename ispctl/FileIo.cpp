@@ -5,7 +5,6 @@
 #include <cstring>
 #include <fmt/format.h>
 #include <memory>
-#include <utility>
 
 namespace ispctl {
 namespace {
@@ -39,14 +38,6 @@ std::optional<std::string> ReadInput(InputSource source, const std::string &show
                              count < 0 ? std::strerror(errno) : "nobody writes to this pipe")};
         return std::nullopt;
     }
-    return bytes;
-}
-
-std::optional<std::string> ReadInputFile(const std::string &name, std::size_t limit,
-                                         std::string &error) {
-    InputFault fault;
-    auto bytes = ReadInput(InputSource::Open(name), name, limit, fault);
-    error = std::move(fault.text);
     return bytes;
 }
 

@@ -24,10 +24,6 @@ struct InputFault {
 std::optional<std::string> ReadInput(InputSource source, const std::string &shown,
                                      std::size_t limit, InputFault &fault);
 
-/// The same for a file that the user names. RETURNS nothing on failure, with the reason in error.
-std::optional<std::string> ReadInputFile(const std::string &name, std::size_t limit,
-                                         std::string &error);
-
 /// RETURNS whether all bytes were written; if not, error is the reason.
 bool WriteOutputFile(const std::string &name, const std::string &bytes, std::string &error);
 

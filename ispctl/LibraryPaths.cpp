@@ -1,5 +1,6 @@
 #include "LibraryPaths.h"
 
+#include <cstdlib>
 #include <initializer_list>
 #include <string>
 #include <system_error>
@@ -72,6 +73,16 @@ fs::path InstalledLibraryPath() {
 
 fs::path VirtualLibraryPath() {
     return FirstExisting(VirtualLibraryCandidates());
+}
+
+fs::path PagesDirectory() {
+    return (ExecutableDirectory() / ISPCTL_PAGES_DIRECTORY).lexically_normal();
+}
+
+fs::path VirtualDeviceDirectory(const fs::path &libraryDirectory) {
+    const char *chosen = std::getenv("SCALER_ISP_VIRTUAL_DEVICE"); // NOLINT(concurrency-mt-unsafe)
+    return chosen != nullptr && *chosen != '\0' ? fs::absolute(chosen)
+                                                : libraryDirectory / "VirtualScaler";
 }
 
 fs::path VirtualCommLibraryPath() {

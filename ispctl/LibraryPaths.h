@@ -21,6 +21,13 @@ std::filesystem::path VirtualLibraryPath();
 std::vector<std::filesystem::path> InstalledLibraryCandidates();
 std::vector<std::filesystem::path> VirtualLibraryCandidates();
 
+/// The directory of the pages that messages name, such as options.md; a build tree has none.
+std::filesystem::path PagesDirectory();
+
+/// Where the virtual scaler keeps its device: what SCALER_ISP_VIRTUAL_DEVICE says, or a directory
+/// in that of its library.
+std::filesystem::path VirtualDeviceDirectory(const std::filesystem::path &libraryDirectory);
+
 /// The communication library of the virtual bus, in the same directory.
 std::filesystem::path VirtualCommLibraryPath();
 

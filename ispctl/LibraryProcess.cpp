@@ -109,7 +109,7 @@ bool CheckAndReport(const RunOptions &options, Call &call, ParentLink &link) {
         return true; // not even parsed: a pipe that is named as a file would be opened for it
     }
     report.findings = CheckLine(options.arguments, context);
-    report.mended = MendLine(options.arguments, report.findings, options.allowed, context);
+    report.corrected = CorrectLine(options.arguments, report.findings, options.allowed, context);
     return link.Send(FrameKind::Findings, EncodeLineReport(report, kMaxFrame));
 }
 

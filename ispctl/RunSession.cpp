@@ -107,7 +107,8 @@ bool RunSession::IsAccepted(LineReport report) {
     const FindingLook look{OwnPart(),
                            static_cast<std::size_t>(ConsoleStreams::Width(Stream::Error)),
                            m_streams.TheCharset()};
-    m_streams.Write(Stream::Error, FindingsText(shown, report.mended, m_options.arguments, look));
+    m_streams.Write(Stream::Error,
+                    FindingsText(shown, report.corrected, m_options.arguments, look));
     return std::all_of(shown.begin(), shown.end(), [](const Finding &finding) {
         return finding.severity == FindingClass::Warning;
     });

@@ -10,6 +10,10 @@ CODE = re.compile(rf"X\((SCALER_ISP_\w+), (-?\w+), ({STRING}), *\\\n *({STRING})
 STATUS = re.compile(rf"X\(kExit\w+, (\d+), ({STRING})\)")
 FINDING = re.compile(rf"^ISPCTL_FINDING\(({STRING}), (\w+),\s+({STRING}),\s+({STRING})\)", re.MULTILINE)
 
+DOCTOR_FINDING = re.compile(rf"^ISPCTL_DOCTOR_FINDING\(\w+, ({STRING}), (\w+),\s+({STRING}(?:\s+{STRING})*),",
+                            re.MULTILINE)
+EDID_FINDING = re.compile(rf"^ISPCTL_EDID_FINDING\(\w+, ({STRING}),\s+({STRING})\)", re.MULTILINE)
+
 
 def text_of(name):
     return (ROOT / name).read_text()
@@ -30,12 +34,32 @@ def exit_statuses():
         yield f"| {value} | {ast.literal_eval(meaning)} |\n"
 
 
+def shown_message(message):
+    """What differs from line to line appears as …"""
+    shown = re.sub(r"\{[^}]*\}", "…", ast.literal_eval(f"({message})")).replace("|", "\\|")
+    return "(the reason)" if shown == "…" else shown
+
+
 def findings():
-    """Names with what they say; what differs from line to line appears as …"""
     yield "| name | class | message |\n|---|---|---|\n"
     for name, kind, message, _ in FINDING.findall(text_of("ispctl/line/findings.def")):
-        shown = re.sub(r"\{\w+\}", "…", ast.literal_eval(message)).replace("|", "\\|")
-        yield f"| `{ast.literal_eval(name)}` | {kind.lower()} | {shown} |\n"
+        yield f"| `{ast.literal_eval(name)}` | {kind.lower()} | {shown_message(message)} |\n"
 
 
-TABLES = {"result codes": result_codes, "exit statuses": exit_statuses, "findings": findings}
+def doctor_findings():
+    yield "| name | class | message |\n|---|---|---|\n"
+    for name, kind, message in DOCTOR_FINDING.findall(text_of("ispctl/doctor/findings.def")):
+        yield f"| `{ast.literal_eval(name)}` | {kind.lower()} | {shown_message(message)} |\n"
+
+
+def edid_findings():
+    """Problems first: the table names them before the comment that begins the remarks."""
+    yield "| name | class | message |\n|---|---|---|\n"
+    problems, remarks = text_of("ispctl/edid/findings.def").split("// Remarks", 1)
+    for kind, text in (("problem", problems), ("remark", remarks)):
+        for name, message in EDID_FINDING.findall(text):
+            yield f"| `{ast.literal_eval(name)}` | {kind} | {shown_message(message)} |\n"
+
+
+TABLES = {"result codes": result_codes, "exit statuses": exit_statuses, "findings": findings,
+          "doctor findings": doctor_findings, "edid findings": edid_findings}

@@ -1,8 +1,14 @@
 """Completion of ispctl for bash, zsh and fish, from the tree of its commands.
 
-What a value is follows from the word that stands for it: FILE and DIR are paths, a|b|c are choices, anything
-else is left to the user.
+What a value is follows from the word that stands for it: FILE, OUT, LIB and DIR are paths, a|b|c are choices,
+anything else is left to the user. --chip gets the names that are there when it is completed; the values of a
+library option are its keywords or what its form lists.
 """
+
+import re
+
+# A form with more numbers than these is no list to choose from.
+MAX_NUMBERS = 20
 
 
 def commands_of(tree):
@@ -19,7 +25,17 @@ def library_rows(tree):
     for row in tree["library options"]:
         value = ("|".join(row["keywords"]) or row["form"] or "VALUE") if row["value"] else ""
         yield {"names": ["--" + row["name"]], "value": "FILE" if value == "file" else value,
-               "description": row["meaning"]}
+               "choices": row["keywords"] or words_of_form(row["form"]), "description": row["meaning"]}
+
+
+def words_of_form(form):
+    """The values that a form such as "`auto`, `prefix`", "1 to 4" or "0, 1 or 2" lists."""
+    if words := re.findall(r"`(\w+)`", form):
+        return words
+    if between := re.fullmatch(r"(\d+) to (\d+)", form):
+        numbers = range(int(between[1]), int(between[2]) + 1)
+        return [str(number) for number in numbers] if len(numbers) <= MAX_NUMBERS else []
+    return re.findall(r"\d+", form) if re.fullmatch(r"[\d, or]+", form) else []
 
 
 def rows_of(tree, command, leaf):
@@ -33,58 +49,91 @@ def rows_of(tree, command, leaf):
 def choices_of(tree, row):
     if row["names"] == ["--allow"]:
         return tree["findings"]
+    if "choices" in row:
+        return row["choices"]
     return row["value"].split("|") if "|" in row["value"] else []
 
 
 def is_path(word):
-    return word.rstrip(".") in ("FILE", "DIR", "FILES") or word.startswith("FILE")
+    return word.rstrip(".") in ("FILE", "DIR", "FILES", "LIB", "OUT") or word.startswith("FILE")
+
+
+def is_chip(row):
+    return row["names"] == ["--chip"]
 
 
 def takes_files(leaf):
     return any(is_path(row["name"]) for row in leaf["arguments"])
 
 
+def names_of(commands):
+    return " ".join(row["name"] for row in commands)
+
+
+def with_commands_below(tree):
+    return [row for row in tree["command"]["commands"] if row["commands"]]
+
+
 # ---- bash
 
 
-def bash_case(label, words):
-    return f'    {label}) set -- {" ".join(words)} ;;'
+# The names are never expanded: anybody may have made the directories.
+BASH_FUNCTIONS = """\
+# Sets COMPREPLY to those of the words in $1 that begin with what is typed.
+_ispctl_offer() {
+    mapfile -t COMPREPLY < <(compgen -W "$1" -- "${COMP_WORDS[COMP_CWORD]}")
+}
+
+_ispctl_paths() {
+    compopt -o filenames 2>/dev/null
+    mapfile -t COMPREPLY < <(compgen "$1" -- "${COMP_WORDS[COMP_CWORD]}")
+}
+
+# Sets COMPREPLY to the names of chips, each of which is a directory.
+_ispctl_chips() {
+    local root chip
+    compopt -o filenames 2>/dev/null
+    while IFS= read -r root; do
+        for chip in "$root"/"${COMP_WORDS[COMP_CWORD]}"*/; do
+            chip=${chip%/}
+            [ -d "$chip" ] && COMPREPLY+=("${chip##*/}")
+        done
+    done < <("${COMP_WORDS[0]}" paths 2>/dev/null | sed -n 's/^chips  *yes  *//p')
+}
+"""
 
 
 def bash(tree):
     yield "# Completion of ispctl for bash."
     yield "# shellcheck shell=bash"
     yield ""
-    yield "# Sets COMPREPLY to those of the words in $1 that begin with what is typed."
-    yield "_ispctl_offer() {"
-    yield "    mapfile -t COMPREPLY < <(compgen -W \"$1\" -- \"${COMP_WORDS[COMP_CWORD]}\")"
-    yield "}"
-    yield ""
-    yield "_ispctl_paths() {"
-    yield "    compopt -o filenames 2>/dev/null"
-    yield "    mapfile -t COMPREPLY < <(compgen \"$1\" -- \"${COMP_WORDS[COMP_CWORD]}\")"
-    yield "}"
-    yield ""
+    yield BASH_FUNCTIONS
     yield "_ispctl() {"
     yield "    local command=${COMP_WORDS[1]} last=${COMP_WORDS[COMP_CWORD - 1]}"
     yield "    COMPREPLY=()"
     yield "    if [ \"$COMP_CWORD\" -eq 1 ]; then"
-    names = [row["name"] for row in tree["command"]["commands"]]
+    names = names_of(tree["command"]["commands"])
     options = [name for row in tree["command"]["options"] for name in row["names"]]
-    yield f'        _ispctl_offer "{" ".join(names + options)}"'
+    yield f'        _ispctl_offer "{" ".join([names, *options])}"'
     yield "        return"
     yield "    fi"
     yield "    case $command in"
-    for command in tree["command"]["commands"]:
-        if command["commands"]:
-            below = " ".join(row["name"] for row in command["commands"])
-            yield f'    {command["name"]})'
-            yield "        if [ \"$COMP_CWORD\" -eq 2 ]; then"
-            yield f'            _ispctl_offer "{below} --help"'
-            yield "            return"
-            yield "        fi"
-            yield '        command="$command ${COMP_WORDS[2]}"'
-            yield "        ;;"
+    yield "    help)"
+    yield "        case $COMP_CWORD,$last in"
+    yield f'        2,*) _ispctl_offer "{names} --help" ;;'
+    for command in with_commands_below(tree):
+        yield f'        3,{command["name"]}) _ispctl_offer "{names_of(command["commands"])}" ;;'
+    yield "        esac"
+    yield "        return"
+    yield "        ;;"
+    for command in with_commands_below(tree):
+        yield f'    {command["name"]})'
+        yield "        if [ \"$COMP_CWORD\" -eq 2 ]; then"
+        yield f'            _ispctl_offer "{names_of(command["commands"])} --help"'
+        yield "            return"
+        yield "        fi"
+        yield '        command="$command ${COMP_WORDS[2]}"'
+        yield "        ;;"
     yield "    esac"
     yield "    case \"$command $last\" in"
     for words, command, leaf in commands_of(tree):
@@ -94,6 +143,8 @@ def bash(tree):
             choices = choices_of(tree, row)
             if choices:
                 yield f'    {" | ".join(labels)}) _ispctl_offer "{" ".join(choices)}" && return ;;'
+            elif is_chip(row):
+                yield f'    {" | ".join(labels)}) _ispctl_chips && return ;;'
             elif row["value"] == "DIR":
                 folders += labels
             elif is_path(row["value"]):
@@ -140,6 +191,8 @@ def zsh_row(tree, row):
             action = " "
             if choices:
                 action = f"({' '.join(choices)})"
+            elif is_chip(row):
+                action = "_ispctl_chips"
             elif row["value"] == "DIR":
                 action = "_files -/"
             elif is_path(row["value"]):
@@ -153,12 +206,35 @@ def zsh_commands(rows, indent):
         yield f"{indent}'{row['name']}:{zsh_text(row['description'])}'"
 
 
+ZSH_CHIPS = """\
+# Offers the names of chips, each of which is a directory.
+_ispctl_chips() {
+    local root
+    local -a chips
+    for root in ${(f)"$($program paths 2>/dev/null | sed -n 's/^chips  *yes  *//p')"}; do
+        chips+=($root/*(N/:t))
+    done
+    compadd "$@" -a chips
+}
+"""
+
+
 def zsh(tree):
     yield "#compdef ispctl"
     yield "# Completion of ispctl for zsh."
     yield ""
+    yield ZSH_CHIPS
     yield "_ispctl() {"
     yield "    local -a commands"
+    yield "    local program=$words[1]"
+    yield "    if [[ $words[2] == help ]] && (( CURRENT > 2 )); then"
+    yield "        shift words"
+    yield "        (( CURRENT-- ))"
+    parents = names_of(with_commands_below(tree)).replace(" ", "|")
+    yield f"        if (( CURRENT > 2 )) && [[ $words[2] != ({parents}) ]]; then"
+    yield "            return"
+    yield "        fi"
+    yield "    fi"
     yield "    if (( CURRENT == 2 )); then"
     yield "        commands=("
     yield from zsh_commands(tree["command"]["commands"], " " * 12)
@@ -168,20 +244,19 @@ def zsh(tree):
     yield "    fi"
     yield "    local command=$words[2]"
     yield "    case $command in"
-    for command in tree["command"]["commands"]:
-        if command["commands"]:
-            yield f"    {command['name']})"
-            yield "        if (( CURRENT == 3 )); then"
-            yield "            commands=("
-            yield from zsh_commands(command["commands"], " " * 16)
-            yield "            )"
-            yield "            _describe command commands"
-            yield "            return"
-            yield "        fi"
-            yield '        command="$command $words[3]"'
-            yield "        shift words"
-            yield "        (( CURRENT-- ))"
-            yield "        ;;"
+    for command in with_commands_below(tree):
+        yield f"    {command['name']})"
+        yield "        if (( CURRENT == 3 )); then"
+        yield "            commands=("
+        yield from zsh_commands(command["commands"], " " * 16)
+        yield "            )"
+        yield "            _describe command commands"
+        yield "            return"
+        yield "        fi"
+        yield '        command="$command $words[3]"'
+        yield "        shift words"
+        yield "        (( CURRENT-- ))"
+        yield "        ;;"
     yield "    esac"
     yield "    shift words"
     yield "    (( CURRENT-- ))"
@@ -207,16 +282,34 @@ def fish_text(text):
     return "'" + text.replace("\\", "\\\\").replace("'", "\\'") + "'"
 
 
+FISH_CHIPS = """\
+# The names of chips, each of which is a directory.
+function __ispctl_chips
+    set -l program (commandline -opc)[1]
+    for root in ($program paths 2>/dev/null | string replace -rf '^chips +yes +' '')
+        for chip in $root/*/
+            basename $chip
+        end
+    end
+end
+"""
+
+
 def fish(tree):
     yield "# Completion of ispctl for fish."
     yield ""
+    yield FISH_CHIPS
     yield "complete -c ispctl -f"
     for row in tree["command"]["options"]:
         yield from fish_row(tree, "__fish_use_subcommand", row)
+    others = " ".join(row["name"] for row in tree["command"]["commands"] if row["name"] != "help")
+    of_help = fish_text("__fish_seen_subcommand_from help; "
+                        f"and not __fish_seen_subcommand_from {others}")
     for command in tree["command"]["commands"]:
-        yield (f"complete -c ispctl -n __fish_use_subcommand -a {command['name']} "
-               f"-d {fish_text(command['description'])}")
-        below = " ".join(row["name"] for row in command["commands"])
+        for condition in ("__fish_use_subcommand", of_help):
+            yield (f"complete -c ispctl -n {condition} -a {command['name']} "
+                   f"-d {fish_text(command['description'])}")
+        below = names_of(command["commands"])
         for row in command["commands"]:
             condition = fish_text(f"__fish_seen_subcommand_from {command['name']}; "
                                   f"and not __fish_seen_subcommand_from {below}")
@@ -245,6 +338,8 @@ def fish_row(tree, condition, row):
     choices = choices_of(tree, row)
     if choices:
         line += f" -x -a {fish_text(' '.join(choices))}"
+    elif is_chip(row):
+        line += " -x -a '(__ispctl_chips)'"
     elif row["value"] == "DIR":
         line += " -x -a '(__fish_complete_directories)'"
     elif is_path(row["value"]):

@@ -129,8 +129,9 @@ def main():
         option_names.console_options())
     problems += [f"no page shows the table '{name}'" for name in sorted(tables.keys() - found)]
     for name, least in (("opcodes", 27), ("command keys", 12), ("switch keys", 8), ("result codes", 10),
-                        ("exit statuses", 10), ("findings", 53), ("command record", 46), ("bank entry", 4),
-                        ("sign record", 12), ("record values", 60)):
+                        ("exit statuses", 10), ("findings", 53), ("doctor findings", 105),
+                        ("edid findings", 30), ("command record", 46), ("bank entry", 4), ("sign record", 12),
+                        ("record values", 60)):
         # Two lines are the head. A row that is not understood would be missed here.
         if sum(text.count("\n") for text in TABLES[name]()) - 2 < least:
             problems.append(f"the table '{name}' has rows that are not understood")

@@ -10,7 +10,7 @@ import { spawn } from 'node:child_process';
 import { createInterface } from 'node:readline';
 
 // Calls onProgress(percent) and onMessage(text), and resolves to the last event, `result`: status, code,
-// meaning, advice. docs/ispctl-events.schema.json describes all events.
+// meaning, advice. ispctl-events.schema.json, among the pages, describes all events.
 export function runScaler(ispctl, args, { onProgress, onMessage }) {
     return new Promise((resolve, reject) => {
         const child = spawn(ispctl, ['run', '--json', ...args], { stdio: ['ignore', 'pipe', 'inherit'] });

@@ -36,18 +36,8 @@ struct Plugin {
     std::optional<PluginRole> role;
 };
 
-const char *WordsOf(PluginRole role) {
-    return role == PluginRole::Isp ? "an ISP plug-in" : "a sign/verify plug-in";
-}
-
 const char *FileNameOf(PluginRole role) {
     return role == PluginRole::Isp ? "libIsp.dylib" : "libSignVerify.dylib";
-}
-
-bool Exports(const ProbeOutcome &outcome, const char *function) {
-    const Notice wanted{"function", function};
-    return std::find(outcome.notices.begin(), outcome.notices.end(), wanted) !=
-           outcome.notices.end();
 }
 
 // The role that the plug-in fills best; nothing if it exports no function of either.
@@ -55,13 +45,14 @@ std::optional<PluginRole> RoleOf(const ProbeOutcome &outcome) {
     const auto missing = [&](PluginRole role) {
         const auto functions = doctor::FunctionsOf(role);
         return std::count_if(functions.begin(), functions.end(), [&](const PluginFunction &f) {
-            return f.use == PluginFunction::Use::Required && !Exports(outcome, f.name);
+            return f.use == PluginFunction::Use::Required && !doctor::HasExport(outcome, f.name);
         });
     };
     const auto any = [&](PluginRole role) {
         const auto functions = doctor::FunctionsOf(role);
-        return std::any_of(functions.begin(), functions.end(),
-                           [&](const PluginFunction &f) { return Exports(outcome, f.name); });
+        return std::any_of(functions.begin(), functions.end(), [&](const PluginFunction &f) {
+            return doctor::HasExport(outcome, f.name);
+        });
     };
     const bool isp = any(PluginRole::Isp);
     const bool sign = any(PluginRole::Sign);
@@ -80,13 +71,14 @@ doctor::LoadFindings Findings() {
 
 // RETURNS false if the user stopped it.
 bool CheckFunctions(Plugin &plugin, Report &report) {
-    const ProbeOutcome outcome = doctor::RunProbe(
-        {doctor::kProbeCommand, doctor::kBothRoles, plugin.library, plugin.file}, {kCallLimit, ""});
+    const ProbeOutcome outcome =
+        doctor::RunProbe({doctor::kProbeCommand, doctor::kProbePlugin, plugin.library, plugin.file},
+                         {kCallLimit, ""});
     report.BeginSection("functions");
     if (doctor::ReportLoading(plugin.file, Findings(), outcome, report)) {
         plugin.role = RoleOf(outcome);
         if (plugin.role) {
-            report.Add(FindingId::PluginKind, plugin.file, WordsOf(*plugin.role));
+            report.Add(FindingId::PluginKind, plugin.file, doctor::KindOf(*plugin.role));
             doctor::ReportFunctions(plugin.file, *plugin.role, outcome, report);
             const char *name = FileNameOf(*plugin.role);
             if (std::filesystem::path(plugin.file).filename() != name) {

@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char *kPage = "docs/chips.md shows how to make one";
+constexpr const char *kPage = "the page chips.md shows how to make one";
 
 std::string Variable(const char *name) {
     const char *value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)

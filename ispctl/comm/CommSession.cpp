@@ -9,16 +9,27 @@
 
 namespace ispctl {
 
-std::string TextOf(const std::optional<PluginCode> &words) {
-    return words ? ": " + words->meaning + (words->remedy.empty() ? "" : "; " + words->remedy) : "";
+CommSession::CommSession(ScalerLibrary library, LibraryApi api, std::filesystem::path path,
+                         bool virtualScaler)
+    : m_library(std::move(library)), m_api(api), m_comm(m_api.CreateComm()),
+      m_path(std::move(path)), m_virtualScaler(virtualScaler) {}
+
+std::string CommSession::WordsFor(int code) const {
+    const auto words = FindCommCode(m_path, code);
+    std::string text;
+    if (words) {
+        text = ": " + words->meaning + (words->remedy.empty() ? "" : "; " + words->remedy);
+    }
+    if (m_virtualScaler) {
+        text +=
+            fmt::format("; the device is in {} (SCALER_ISP_VIRTUAL_DEVICE names another directory)",
+                        VirtualDeviceDirectory(m_path.parent_path()).string());
+    }
+    return text;
 }
 
-CommSession::CommSession(ScalerLibrary library, LibraryApi api, std::filesystem::path path)
-    : m_library(std::move(library)), m_api(api), m_comm(m_api.CreateComm()),
-      m_path(std::move(path)) {}
-
 std::string CommSession::StatusWords(unsigned int status) const {
-    return fmt::format("status 0x{:X}{}", status, TextOf(WordsFor(static_cast<int>(status))));
+    return fmt::format("status 0x{:X}{}", status, WordsFor(static_cast<int>(status)));
 }
 
 std::string CommSession::Prepare(const CommOptions &options) {
@@ -63,7 +74,7 @@ std::optional<CommSession> CommSession::Open(const CommOptions &options, Session
                                                          path.string(), KindOf(kind)));
         return std::nullopt;
     }
-    CommSession opened(std::move(*library), *api, path);
+    CommSession opened(std::move(*library), *api, path, options.virtualScaler);
     if (opened.m_comm->LoadCommDllFile(wide->data()) != 1) {
         status = session.Fail(
             kExitNoPlugin, fmt::format("cannot load {} as a communication library", path.string()));

@@ -27,15 +27,16 @@ class CommSession {
     CNxComm &Comm() {
         return *m_comm;
     }
-    /// "status 0x5B01", with what the library's maker says of it.
+    /// "status 0x5B01", with what the library's maker says of it and, for the virtual bus, where
+    /// its device is.
     std::string StatusWords(unsigned int status) const;
-    /// What the maker says of a code; nothing if there are no words.
-    std::optional<PluginCode> WordsFor(int code) const {
-        return FindCommCode(m_path, code);
-    }
+    /// What the maker says of a code, and where the device of the virtual bus is; empty if there is
+    /// neither.
+    std::string WordsFor(int code) const;
 
   private:
-    CommSession(ScalerLibrary library, LibraryApi api, std::filesystem::path path);
+    CommSession(ScalerLibrary library, LibraryApi api, std::filesystem::path path,
+                bool virtualScaler);
     /// RETURNS why it is not ready, empty if it is.
     std::string Prepare(const CommOptions &options);
 
@@ -43,10 +44,8 @@ class CommSession {
     LibraryApi m_api;
     LibraryApi::Comm m_comm;
     std::filesystem::path m_path;
+    bool m_virtualScaler;
 };
-
-/// ": MEANING; REMEDY" of a code; empty without words.
-std::string TextOf(const std::optional<PluginCode> &words);
 
 } // namespace ispctl
 

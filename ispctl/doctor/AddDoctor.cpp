@@ -47,12 +47,8 @@ ExitStatus ProbeCommand(const std::vector<std::string> &arguments, Session &sess
     const std::string &kind = arguments[0];
     if (kind == "search") {
         ProbeSearch(arguments[1], arguments[2], *session.link);
-    } else if (kind == kBothRoles) {
-        ProbePlugin(arguments[1], arguments[2], {PluginRole::Isp, PluginRole::Sign}, *session.link);
     } else {
-        const bool isp = kind == NameOf(PluginRole::Isp);
-        ProbePlugin(arguments[1], arguments[2], {isp ? PluginRole::Isp : PluginRole::Sign},
-                    *session.link);
+        ProbePlugin(arguments[1], arguments[2], *session.link);
     }
     return kExitSuccess;
 }

@@ -1,5 +1,6 @@
 #include "doctor/DoctorCommand.h"
 
+#include "doctor/DeviceCheck.h"
 #include "doctor/Finding.h"
 #include "doctor/LibraryCheck.h"
 #include "doctor/LocaleCheck.h"
@@ -59,6 +60,10 @@ bool Examine(const Places &places, Report &report) {
     report.BeginSection("sign-plugin");
     if (!CheckPlugin(places, PluginRole::Sign, libraryWorks, report, access)) {
         return false;
+    }
+    if (IsVirtualScaler(places)) {
+        report.BeginSection("virtual-scaler");
+        CheckVirtualDevice(places, report);
     }
     const bool searchable = CheckSettings(places, report, access);
     report.BeginSection("locale");

@@ -1,7 +1,6 @@
 #include "doctor/PathsCommand.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <fmt/format.h>
 
 #include "JsonText.h"
@@ -19,13 +18,6 @@ struct Row {
     fs::path path;
     const char *note; ///< what it is for
 };
-
-fs::path VirtualDevice() {
-    const char *folder = std::getenv("SCALER_ISP_VIRTUAL_DEVICE"); // NOLINT(concurrency-mt-unsafe)
-    return folder != nullptr && *folder != '\0'
-               ? fs::absolute(folder)
-               : VirtualLibraryPath().parent_path() / "VirtualScaler";
-}
 
 std::vector<Row> RowsOf(const Options &options) {
     const Places places = PlacesOf(options);
@@ -46,10 +38,12 @@ std::vector<Row> RowsOf(const Options &options) {
         {"relative-names", places.directory, "relative file names in the arguments of run"},
         {"settings-temporary-file", places.directory / ".ScalerIsp.tmp",
          "there only while settings are saved; next to the file that is saved"},
-        {"virtual-scaler", VirtualDevice(), "the device of --virtual"},
+        {"virtual-scaler", VirtualDeviceDirectory(VirtualLibraryPath().parent_path()),
+         "the device of --virtual"},
         {"virtual-comm-library", VirtualCommLibraryPath(), "ispctl script run --virtual"},
         {"working-directory", working, "relative names of --lib and --log; no log without --log"},
         {"temporary-directory", P_tmpdir, "what the library prints, in a file without a name"},
+        {"pages", PagesDirectory(), "the pages that messages name; index.md first"},
     };
 }
 

@@ -5,9 +5,6 @@
 #include "doctor/Probe.h"
 
 namespace ispctl::doctor {
-const char *NameOf(PluginRole role) {
-    return role == PluginRole::Isp ? "isp" : "sign";
-}
 
 LoadFindings FindingsOfPlugin(FindingId missing) {
     return {missing,
@@ -48,12 +45,24 @@ bool ReportLoading(const std::string &file, const LoadFindings &findings,
     return true;
 }
 
+bool HasExport(const ProbeOutcome &outcome, const char *function) {
+    const Notice wanted{"function", function};
+    return std::find(outcome.notices.begin(), outcome.notices.end(), wanted) !=
+           outcome.notices.end();
+}
+
+void ReportOtherRole(const std::string &file, PluginRole role, Report &report) {
+    const std::filesystem::path path = file;
+    const auto expected = role == PluginRole::Isp
+                              ? path.parent_path().parent_path() / "libSignVerify.dylib"
+                              : path.parent_path() / "PlugIn/libIsp.dylib";
+    report.Add(FindingId::PluginOtherRole, file, KindOf(OtherRole(role)), expected.string());
+}
+
 void ReportFunctions(const std::string &file, PluginRole role, const ProbeOutcome &outcome,
                      Report &report) {
     for (const PluginFunction &function : FunctionsOf(role)) {
-        const Notice wanted{"function", function.name};
-        const bool present = std::find(outcome.notices.begin(), outcome.notices.end(), wanted) !=
-                             outcome.notices.end();
+        const bool present = HasExport(outcome, function.name);
         const bool required = function.use == PluginFunction::Use::Required;
         if (function.use == PluginFunction::Use::NeverCalled) {
             if (present) {
@@ -79,12 +88,16 @@ bool CheckPlugin(const Places &places, PluginRole role, bool libraryWorks, Repor
     }
     access.Check(path);
     const std::string library = libraryWorks ? places.library.string() : "";
-    const ProbeOutcome outcome = RunProbe({kProbeCommand, NameOf(role), library, file});
+    const ProbeOutcome outcome = RunProbe({kProbeCommand, kProbePlugin, library, file});
     if (outcome.interrupted) {
         return false;
     }
     if (ReportLoading(file, findings, outcome, report)) {
-        ReportFunctions(file, role, outcome, report);
+        if (IsOfOtherRole(role, [&](const char *name) { return HasExport(outcome, name); })) {
+            ReportOtherRole(file, role, report);
+        } else {
+            ReportFunctions(file, role, outcome, report);
+        }
     }
     if (!outcome.end.empty()) {
         report.Add(FindingId::PluginEnds, file, outcome.end);

@@ -10,10 +10,8 @@
 
 namespace ispctl::doctor {
 
-/// The argument of the probing process that names a role.
-const char *NameOf(PluginRole role);
-/// The same for a plug-in whose role is not known.
-inline constexpr const char *kBothRoles = "isp-or-sign";
+/// The argument of the probing process that opens a plug-in.
+inline constexpr const char *kProbePlugin = "plugin";
 
 /// What is reported about a plug-in that cannot be loaded.
 /// \param missing  the finding if its file does not exist
@@ -28,6 +26,12 @@ bool CheckFile(const std::string &file, const LoadFindings &findings, Report &re
 /// Reports what the process that loaded a plug-in has seen. RETURNS whether it was loaded.
 bool ReportLoading(const std::string &file, const LoadFindings &findings,
                    const ProbeOutcome &outcome, Report &report);
+
+/// Whether the process that loaded a plug-in has found a function in it.
+bool HasExport(const ProbeOutcome &outcome, const char *function);
+
+/// Reports a plug-in of the other role, with the path where the library looks for it.
+void ReportOtherRole(const std::string &file, PluginRole role, Report &report);
 
 /// Reports each function of a loaded plug-in as present or missing.
 void ReportFunctions(const std::string &file, PluginRole role, const ProbeOutcome &outcome,

@@ -4,6 +4,7 @@
 #include <array>
 #include <dlfcn.h>
 #include <string_view>
+#include <utility>
 
 #include "ScalerLibrary.h"
 #include "doctor/Probe.h"
@@ -53,15 +54,41 @@ constexpr PluginFunction kSignFunctions[] = {
     {ISPCTL_DECLARED_NAME(SignFwExport), Use::Required},
 };
 
+/// How many of the functions that the library requires are there, and how many there should be.
+std::pair<long, long> CountRequired(PluginRole role,
+                                    const std::function<bool(const char *)> &exports) {
+    const auto functions = FunctionsOf(role);
+    const auto isRequired = [](const PluginFunction &function) {
+        return function.use == Use::Required;
+    };
+    return {std::count_if(functions.begin(), functions.end(),
+                          [&](const PluginFunction &function) {
+                              return isRequired(function) && exports(function.name);
+                          }),
+            std::count_if(functions.begin(), functions.end(), isRequired)};
+}
+
 } // namespace
+
+const char *NameOf(PluginRole role) {
+    return role == PluginRole::Isp ? "isp" : "sign";
+}
+
+const char *KindOf(PluginRole role) {
+    return role == PluginRole::Isp ? "an ISP plug-in" : "a sign/verify plug-in";
+}
+
+bool IsOfOtherRole(PluginRole role, const std::function<bool(const char *)> &exports) {
+    const auto [otherThere, otherRequired] = CountRequired(OtherRole(role), exports);
+    return CountRequired(role, exports).first == 0 && otherThere == otherRequired;
+}
 
 std::span<const PluginFunction> FunctionsOf(PluginRole role) {
     return role == PluginRole::Isp ? std::span<const PluginFunction>(kIspFunctions)
                                    : std::span<const PluginFunction>(kSignFunctions);
 }
 
-void ProbePlugin(const std::string &library, const std::string &plugin,
-                 std::initializer_list<PluginRole> roles, ParentLink &link) {
+void ProbePlugin(const std::string &library, const std::string &plugin, ParentLink &link) {
     // A plug-in may depend on the library; in a run it is there.
     std::string ignored;
     if (!library.empty()) {
@@ -75,7 +102,7 @@ void ProbePlugin(const std::string &library, const std::string &plugin,
         return;
     }
     Send(link, {"loaded"});
-    for (const PluginRole role : roles) {
+    for (const PluginRole role : {PluginRole::Isp, PluginRole::Sign}) {
         for (const PluginFunction &function : FunctionsOf(role)) {
             if (::dlsym(handle, function.name) != nullptr) {
                 Send(link, {"function", function.name});

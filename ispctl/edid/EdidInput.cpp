@@ -37,7 +37,9 @@ bool ReadListing(std::string_view text, Input &input) {
     constexpr struct {
         Listing (*find)(std::string_view);
         Form form;
-    } kListings[] = {{FindProperty, Form::Property}, {FindDecoderBlock, Form::Decoder}};
+    } kListings[] = {{FindProperty, Form::Property},
+                     {FindDecoderBlock, Form::Decoder},
+                     {FindRegFileValue, Form::RegFile}};
     for (const auto &row : kListings) {
         const Listing listing = row.find(text);
         if (listing.count == 0) {
@@ -89,13 +91,22 @@ void ReadNumbers(std::string_view text, FormOption option, Input &input) {
 
 void ReadText(std::string_view text, FormOption option, Input &input) {
     if (option == FormOption::Detect) {
+        input.source = FormSource::Content;
         if (ReadListing(text, input)) {
+            return;
+        }
+        if (IsListingWithoutEdid(text)) {
+            input.form = Form::Property;
+            input.problems.push_back(MakeFinding(
+                FindingId::Syntax, std::nullopt,
+                "no output in this listing has an EDID; it is shown by xrandr --verbose only"));
             return;
         }
         if (std::any_of(text.begin(), text.end(), IsControlByte)) {
             SetBytes(input, text);
             return;
         }
+        input.source = FormSource::Guess;
         if (ReadDump(text, input)) {
             return;
         }
@@ -136,12 +147,13 @@ Input ReadInput(std::string_view content, FormOption option) {
                           (option == FormOption::Detect && content.starts_with(kHeaderBytes));
     const auto text = isBinary ? std::nullopt : WithoutByteOrderMark(content);
     if (!text) {
+        input.source = option == FormOption::Detect ? FormSource::Content : FormSource::Option;
         SetBytes(input, content);
         return input;
     }
     try {
         ReadText(*text, option, input);
-        if (input.bytes.empty()) {
+        if (input.bytes.empty() && input.problems.empty()) {
             input.problems.push_back(MakeFinding(FindingId::NoBytes, std::nullopt));
         }
     } catch (const SyntaxError &error) {

@@ -22,6 +22,7 @@ namespace ispctl::edid {
     X(Decoder, "edid-decode", "the hex block of a decoder's listing") \
     X(Property, "xrandr", "an EDID property in a listing of xrandr") \
     X(Registry, "registry", "digits in angle brackets") \
+    X(RegFile, "reg-file", "a value \"EDID\" in a .reg file of Windows") \
     X(Bus, "bus", "read from the display")
 /* clang-format on */
 
@@ -36,9 +37,17 @@ const char *MeaningOf(Form form);
 /// The form that the user demands.
 enum class FormOption { Detect, Binary, Hex, List };
 
+/// What the form follows from.
+enum class FormSource {
+    Option,  ///< the user demands it
+    Content, ///< the content shows it
+    Guess    ///< it is the most likely one
+};
+
 /// What was read.
 struct Input {
     Form form = Form::Binary;
+    FormSource source = FormSource::Option;
     Bytes bytes;
     Findings problems; ///< why there are no bytes; names line and column
     Findings remarks;

@@ -5,6 +5,19 @@
 #include "edid/Problems.h"
 
 namespace ispctl::edid {
+namespace {
+
+/// What may explain a problem: the form, unless the user knows it or there was nothing to read.
+std::string HowItWasRead(const Input &input) {
+    const bool isEmpty = !input.problems.empty() && input.problems.front().id == FindingId::NoBytes;
+    if (input.source == FormSource::Option || isEmpty) {
+        return "";
+    }
+    return fmt::format(" (read as {}: {}{})", WordOf(input.form), MeaningOf(input.form),
+                       input.source == FormSource::Guess ? "; --form reads it otherwise" : "");
+}
+
+} // namespace
 
 bool Report::IsReadable() const {
     return std::none_of(problems.begin(), problems.end(), [](const Finding &problem) {
@@ -25,9 +38,8 @@ std::string Report::Reason() const {
         return problem;
     }
     const bool isSyntax = !input.problems.empty();
-    return fmt::format("{}: {}{} (read as {}: {}; --form reads it otherwise)", file,
-                       isSyntax ? "" : "not an EDID: ", problem, WordOf(input.form),
-                       MeaningOf(input.form));
+    return fmt::format("{}: {}{}{}", file, isSyntax ? "" : "not an EDID: ", problem,
+                       HowItWasRead(input));
 }
 
 Report MakeReport(std::string file, Input input) {

@@ -36,11 +36,15 @@ CLI::App *AddExplain(CLI::App &app, ExplainOptions &options, Session &session, E
     explain->add_flag("--json", options.json, "write one JSON document")->disable_flag_override();
     explain->add_flag("--all", options.all, "show fields with their default values, too")
         ->disable_flag_override();
-    AddFile(explain, "--svg", options.svg, "write the picture of the flash to FILE");
-    AddFile(explain, "--html", options.html, "write everything to FILE, as one page");
+    AddFile(explain, "--svg", options.svg,
+            "write the picture of the flash to FILE; - is standard output");
+    AddFile(explain, "--html", options.html,
+            "write everything to FILE, as one page; - is standard output");
     AddFile(explain, "--record", options.record, "write the records to FILE and FILE.sign");
-    AddFile(explain, "--decode", options.decode, "show the record in FILE instead of a line");
-    AddFile(explain, "--diff", options.diff, "compare with the record in FILE");
+    AddFile(explain, "--decode", options.decode,
+            "show the record in FILE (- is standard input) instead of a line");
+    AddFile(explain, "--diff", options.diff,
+            "compare with the record in FILE, or standard input (-)");
     // For the help only: ARGS are cut off before the parser sees them.
     explain->add_option("ARGS", options.arguments, "the library's own options, as typed")
         ->type_name("");

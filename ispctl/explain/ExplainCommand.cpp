@@ -28,8 +28,12 @@ struct RecordFile {
 std::optional<RecordFile> ReadRecord(const std::string &name, std::string &error) {
     const std::size_t command = SizeOf(RecordKind::Command);
     const std::size_t sign = SizeOf(RecordKind::Sign);
-    auto bytes = ReadInputFile(name, command, error);
+    InputFault fault;
+    auto bytes = name == "-"
+                     ? ReadInput(InputSource::StandardInput(), "standard input", command, fault)
+                     : ReadInput(InputSource::Open(name), name, command, fault);
     if (!bytes) {
+        error = std::move(fault.text);
         return std::nullopt;
     }
     if (bytes->size() != command && bytes->size() != sign) {
@@ -78,9 +82,33 @@ bool Compare(const ExplainOptions &options, Explanation &explanation, std::strin
     return explanation.library.empty() ? false : !explanation.accepted;
 }
 
+/// The name of a file to write; empty if it is standard output.
+std::string FileOf(const std::string &name) {
+    return name == "-" ? "" : name;
+}
+
+/// RETURNS why the options contradict each other; empty if they do not.
+std::string UsageError(const ExplainOptions &options) {
+    if (options.decode.empty() == options.arguments.empty()) {
+        return options.decode.empty() ? "no arguments for the library; see ispctl explain --help"
+                                      : "--decode shows a file; it cannot be combined with "
+                                        "arguments for the library";
+    }
+    if (options.record == "-") {
+        return "--record writes FILE and FILE.sign, so it cannot write to standard output: name a "
+               "file (./- is one named -)";
+    }
+    if (options.svg == "-" && options.html == "-") {
+        return "--svg - and --html - both write to standard output: name a file for one of them";
+    }
+    return options.OutputIsFile() && options.json
+               ? "--json writes to standard output, too: name a file for --svg and --html"
+               : "";
+}
+
 bool AreOutputsFree(const ExplainOptions &options, std::string &error) {
     const std::string taken =
-        FindTakenOutput({options.svg, options.html, options.record,
+        FindTakenOutput({FileOf(options.svg), FileOf(options.html), options.record,
                          options.record.empty() ? "" : options.record + ".sign"},
                         options.arguments);
     if (!taken.empty()) {
@@ -88,6 +116,11 @@ bool AreOutputsFree(const ExplainOptions &options, std::string &error) {
             fmt::format("{} is not written: the command line or another option names it", taken);
     }
     return taken.empty();
+}
+
+std::string SvgFile(const Explanation &explanation) {
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" +
+           FlashSvg(explanation.flash, SvgParts::GridAndLegend);
 }
 
 bool WriteFiles(const ExplainOptions &options, const Explanation &explanation, std::string &error) {
@@ -98,12 +131,22 @@ bool WriteFiles(const ExplainOptions &options, const Explanation &explanation, s
     const auto add = [&](const std::string &name, const std::string &bytes) {
         return name.empty() || bytes.empty() || files.Add(name, bytes, error);
     };
-    const std::string svg = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" +
-                            FlashSvg(explanation.flash, SvgParts::GridAndLegend);
     const std::string sign = options.record.empty() ? "" : options.record + ".sign";
-    return add(options.svg, svg) && add(options.html, ExplainHtml(explanation)) &&
+    return add(FileOf(options.svg), SvgFile(explanation)) &&
+           add(FileOf(options.html), ExplainHtml(explanation)) &&
            add(options.record, explanation.command) && add(sign, explanation.sign) &&
            files.Commit(error);
+}
+
+/// What goes to standard output.
+std::string OutputOf(const ExplainOptions &options, const Explanation &explanation,
+                     const Session &session) {
+    if (options.OutputIsFile()) {
+        return options.svg == "-" ? SvgFile(explanation) : ExplainHtml(explanation);
+    }
+    const Charset charset = session.streams.TheCharset();
+    return options.json ? ExplainJson(explanation, charset)
+                        : ExplainText(explanation, {charset, WidthOfExplanation(session)});
 }
 
 /// Shows text that may hold the colours of FlashText: the library's process sends it, because only
@@ -127,10 +170,7 @@ ExitStatus Present(const ExplainOptions &options, Explanation explanation, Sessi
     if (!Compare(options, explanation, error) || !WriteFiles(options, explanation, error)) {
         return session.Fail(kExitFileError, error);
     }
-    const Charset charset = session.streams.TheCharset();
-    Show(options.json ? ExplainJson(explanation, charset)
-                      : ExplainText(explanation, {charset, WidthOfExplanation(session)}),
-         session);
+    Show(OutputOf(options, explanation, session), session);
     const bool ofRefusedLine = !explanation.library.empty() && !explanation.accepted;
     if (ofRefusedLine && !(options.record.empty() && options.diff.empty())) {
         session.streams.PrintMessage("the line is refused, so no record is passed to a plug-in: "
@@ -159,12 +199,8 @@ ExitStatus ExplainInLibraryProcess(const ExplainOptions &options, Session &sessi
 } // namespace
 
 ExitStatus ExplainCommand(const ExplainOptions &options, Session &session) {
-    if (options.decode.empty() == options.arguments.empty()) {
-        return session.Fail(kExitUsage,
-                            options.decode.empty()
-                                ? "no arguments for the library; see ispctl explain --help"
-                                : "--decode shows a file; it cannot be combined with arguments "
-                                  "for the library");
+    if (const std::string error = UsageError(options); !error.empty()) {
+        return session.Fail(kExitUsage, error);
     }
     if (!options.decode.empty()) {
         std::string error;

@@ -114,9 +114,9 @@ std::string FindingsHtml(const Explanation &explanation) {
         html += fmt::format("<pre class=\"{}\">{}</pre>\n", NameOf(finding.severity),
                             XmlLines(FindingText(finding, explanation.arguments, look)));
     }
-    const std::string mended = MendedText(explanation.mended, look);
-    if (!mended.empty()) {
-        html += fmt::format("<pre>{}</pre>\n", XmlLines(mended));
+    const std::string corrected = CorrectedText(explanation.corrected, look);
+    if (!corrected.empty()) {
+        html += fmt::format("<pre>{}</pre>\n", XmlLines(corrected));
     }
     return html;
 }

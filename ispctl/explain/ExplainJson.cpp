@@ -50,9 +50,10 @@ Json Plan(const Explanation &explanation) {
 
 /// Null unless the line is right with all corrections.
 Json Corrected(const Explanation &explanation) {
-    const MendedLine &mended = explanation.mended;
-    return mended.arguments.empty() || !mended.remaining.empty() ? Json()
-                                                                 : Strings(mended.arguments);
+    const CorrectedLine &corrected = explanation.corrected;
+    return corrected.arguments.empty() || !corrected.remaining.empty()
+               ? Json()
+               : Strings(corrected.arguments);
 }
 
 Json Flash(const Explanation &explanation) {

@@ -82,7 +82,7 @@ std::optional<Explanation> ExplainLine(const ExplainOptions &options, std::strin
     std::error_code ignored;
     const LineContext context{library->Directory(), fs::current_path(ignored), parse, false};
     explanation.findings = CheckLine(options.arguments, context);
-    explanation.mended = MendLine(options.arguments, explanation.findings, {}, context);
+    explanation.corrected = CorrectLine(options.arguments, explanation.findings, {}, context);
     if (NamesBlockingFile(options.arguments, context)) {
         return explanation; // parsing would wait for a writer of the pipe
     }

@@ -18,6 +18,11 @@ struct ExplainOptions {
     std::string decode;                 ///< a record to show instead of a line's; empty: none
     std::string diff;                   ///< a record to compare with; empty: none
     std::vector<std::string> arguments; ///< for the library, as typed
+
+    /// Whether the picture or the page is standard output, in place of the text.
+    bool OutputIsFile() const {
+        return svg == "-" || html == "-";
+    }
 };
 
 } // namespace ispctl

@@ -21,18 +21,18 @@ namespace {
 class ExplanationView : public RelayedText {
   public:
     ExplanationView(const ExplainOptions &options, ConsoleStreams &streams)
-        : RelayedText(streams), m_json(options.json) {}
+        : RelayedText(streams), m_isDocument(options.json || options.OutputIsFile()) {}
 
     void OnMessage(std::wstring_view text) override {
         ShowExplanation(EscapeWide(text).text, Streams());
     }
-    // With --json standard output is one document, whatever the library prints.
+    // If standard output is one document, it stays one, whatever the library prints.
     void OnConsole(Stream stream, std::string_view bytes) override {
-        RelayedText::OnConsole(m_json ? Stream::Error : stream, bytes);
+        RelayedText::OnConsole(m_isDocument ? Stream::Error : stream, bytes);
     }
 
   private:
-    bool m_json;
+    bool m_isDocument;
 };
 
 // Of the library's process only: it has no other use for its environment, as no plug-in is opened.

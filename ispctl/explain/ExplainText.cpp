@@ -62,7 +62,7 @@ class TextWriter {
         look.width = m_width;
         look.charset = m_charset;
         m_text +=
-            FindingsText(explanation.findings, explanation.mended, explanation.arguments, look);
+            FindingsText(explanation.findings, explanation.corrected, explanation.arguments, look);
     }
 
     void Plan(const std::vector<PlanStep> &plan) {

@@ -9,7 +9,7 @@
 #include "explain/RecordDiff.h"
 #include "explain/RecordRows.h"
 #include "explain/RunPlan.h"
-#include "line/MendLine.h"
+#include "line/CorrectLine.h"
 
 namespace ispctl {
 
@@ -24,7 +24,7 @@ struct Explanation {
     std::string printed;     ///< by the library while it validated the line
     std::vector<PlanStep> plan;
     std::vector<Finding> findings;
-    MendedLine mended;
+    CorrectedLine corrected;
     std::string command; ///< bytes of the command record; empty: there is none
     std::string sign;    ///< bytes of the sign record; empty: there is none
     FieldChoice choice = FieldChoice::NotDefault;

@@ -66,12 +66,12 @@ void CheckDump(LineUnderCheck &line) {
     } else if (given != nullptr && !given->value->empty()) {
         fs::path better(*given->value);
         better.replace_extension(kEnding);
-        const bool isMended = KeepsName(better.string());
+        const bool isCorrected = KeepsName(better.string());
         Finding &finding =
             line.Report("dump-renamed", *given, Underline::Value,
-                        {.example = isMended ? "--dumpname " + QuoteForShell(better.string())
-                                             : "--dumpname dump.bin"});
-        if (isMended) {
+                        {.example = isCorrected ? "--dumpname " + QuoteForShell(better.string())
+                                                : "--dumpname dump.bin"});
+        if (isCorrected) {
             finding.corrected = WithValue(line.Arguments(), *given, better.string());
         }
     }

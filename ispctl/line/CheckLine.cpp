@@ -84,13 +84,13 @@ bool Has(const std::vector<Finding> &findings, const Finding &finding) {
     });
 }
 
-/// What is not found about a line in which another finding is mended follows from that one. Causes
-/// themselves never do.
+/// What is not found about a line in which another finding is corrected follows from that one.
+/// Causes themselves never do.
 void FindCauses(LineUnderCheck &line) {
     constexpr std::size_t kMostProbes = 16; // each is a check of its own
     const std::vector<Probe> &probes = line.Probes();
     for (std::size_t i = 0; i < std::min(probes.size(), kMostProbes); ++i) {
-        const std::vector<Finding> without = FindAll(probes[i].mended, line.Context());
+        const std::vector<Finding> without = FindAll(probes[i].corrected, line.Context());
         for (Finding &finding : line.Findings()) {
             const bool isCause = std::any_of(probes.begin(), probes.end(), [&](const Probe &probe) {
                 return IsOfProbe(finding, probe);
@@ -102,7 +102,7 @@ void FindCauses(LineUnderCheck &line) {
     }
 }
 
-/// 0: nothing else can be judged before it is mended; 1: all others; 2: consequences.
+/// 0: nothing else can be judged before it is corrected; 1: all others; 2: consequences.
 int RankOf(const LineUnderCheck &line, const Finding &finding) {
     const bool isUnread = finding.argument && SubjectOf(line, finding) == nullptr;
     const bool isCause = std::any_of(line.Probes().begin(), line.Probes().end(),

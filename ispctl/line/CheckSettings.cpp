@@ -27,7 +27,7 @@ constexpr Source kSources[] = {
     {"prefix", "IspSetting.ini", "ISP_Fw", "strFwPrefix",
      "the lines [ISP_Fw] and strFwPrefix=TEXT, where TEXT begins the name of the firmware file"},
     {"userdefined", "IspUserDefined.txt", "UserDefinedInfo", "",
-     "the line [UserDefinedInfo] and below it the keys of docs/options.md"},
+     "the line [UserDefinedInfo] and below it the keys of the page user-defined-file.md"},
 };
 
 const Source *SourceOf(const GivenArgument &search) {

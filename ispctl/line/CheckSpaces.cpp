@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <fmt/format.h>
-#include <system_error>
 
+#include "line/NamedFile.h"
 #include "line/ShellQuote.h"
 #include "line/Typography.h"
 #include "line/ValueForm.h"
@@ -19,12 +19,6 @@ struct SplitPath {
     std::string path;
     std::size_t words = 0; ///< how many arguments after the value belong to it
 };
-
-bool Exists(const LineUnderCheck &line, const std::string &path) {
-    std::error_code ignored;
-    return fs::exists(line.Context().libraryDirectory / path, ignored) ||
-           fs::exists(line.Context().callerDirectory / path, ignored);
-}
 
 /// Nothing but options and their values follows what is left over of a path.
 std::vector<std::string> WordsAfter(const LineUnderCheck &line, const GivenArgument &given) {
@@ -48,10 +42,11 @@ SplitPath FindSplitPath(const LineUnderCheck &line, const GivenArgument &given) 
     SplitPath existing;
     SplitPath plausible;
     std::string path = *given.value;
-    const bool isCut = !path.empty() && !fs::path(path).has_extension() && !Exists(line, path);
+    const bool isCut = !path.empty() && !fs::path(path).has_extension() &&
+                       !ExistsForLibraryOrCaller(line.Context(), path);
     for (std::size_t i = 0; i < words.size(); ++i) {
         path += " " + words[i];
-        if (Exists(line, path)) {
+        if (ExistsForLibraryOrCaller(line.Context(), path)) {
             existing = {path, i + 1};
         }
         if (isCut && plausible.words == 0 && fs::path(words[i]).has_extension()) {

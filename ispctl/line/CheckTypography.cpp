@@ -1,8 +1,6 @@
 #include "line/Checks.h"
 
-#include <filesystem>
 #include <fmt/format.h>
-#include <system_error>
 
 #include "line/LikelyOptions.h"
 #include "line/NamedFile.h"
@@ -14,23 +12,17 @@
 namespace ispctl {
 namespace {
 
-namespace fs = std::filesystem;
 using Kind = GivenArgument::Kind;
 
 std::string CodeOf(char32_t character) {
     return fmt::format("U+{:04X}", static_cast<std::uint32_t>(character));
 }
 
-bool Exists(const LineUnderCheck &line, const std::string &path) {
-    std::error_code ignored;
-    return fs::exists(line.Context().libraryDirectory / path, ignored) ||
-           fs::exists(line.Context().callerDirectory / path, ignored);
-}
-
 void CheckValue(LineUnderCheck &line, const GivenArgument &given) {
     const Retyped retyped = WithoutQuotes(*given.value);
     const bool isFile = FormOf(*given.option).kind == ValueForm::Kind::File;
-    if (retyped.first == 0 || retyped.meant.empty() || (isFile && Exists(line, *given.value))) {
+    if (retyped.first == 0 || retyped.meant.empty() ||
+        (isFile && ExistsForLibraryOrCaller(line.Context(), *given.value))) {
         return;
     }
     // At the end only, it may be the apostrophe of a new name.
@@ -77,7 +69,7 @@ bool IsOfLibrary(std::string_view name) {
 void CheckWord(LineUnderCheck &line, std::size_t index) {
     const GivenArgument &given = line.Given()[index];
     const std::string &word = line.Arguments()[given.position];
-    if (Exists(line, word)) {
+    if (ExistsForLibraryOrCaller(line.Context(), word)) {
         return;
     }
     const Retyped quotes = WithoutQuotes(word);

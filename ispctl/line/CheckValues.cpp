@@ -253,10 +253,10 @@ void CheckValue(LineUnderCheck &line, const GivenArgument &given) {
         line.Report("empty-value", given, Underline::Value, words);
     } else if (given.value->starts_with("--") && given.valuePosition != given.position) {
         line.Report("value-like-option", given, Underline::Value, words);
-        ArgumentList mended = line.Arguments();
-        mended.insert(mended.begin() + static_cast<std::ptrdiff_t>(given.valuePosition),
-                      ExampleValue(*given.option));
-        line.AddProbe(std::move(mended));
+        ArgumentList corrected = line.Arguments();
+        corrected.insert(corrected.begin() + static_cast<std::ptrdiff_t>(given.valuePosition),
+                         ExampleValue(*given.option));
+        line.AddProbe(std::move(corrected));
     } else if (form.kind == ValueForm::Kind::Number) {
         NumberCheck(line, given, form).Check({*given.value, 0});
     } else if (form.kind == ValueForm::Kind::Bytes) {

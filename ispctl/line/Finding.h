@@ -29,9 +29,10 @@ struct Finding {
     std::optional<std::size_t> argument;
     std::size_t offset = 0;
     std::size_t length = 0;
-    /// What causes this finding, as typed: with that mended, this one is gone. Empty: nothing else.
+    /// What causes this finding, as typed: with that corrected, this one is gone. Empty: nothing
+    /// else.
     std::string followsFrom;
-    /// ARGS with this finding mended; empty if nobody can know what was meant.
+    /// ARGS with this finding corrected; empty if nobody can know what was meant.
     std::vector<std::string> corrected;
 };
 

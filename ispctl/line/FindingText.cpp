@@ -131,28 +131,28 @@ std::string FindingText(const Finding &finding, const std::vector<std::string> &
     return text;
 }
 
-std::string MendedText(const MendedLine &mended, const FindingLook &look) {
-    if (mended.arguments.empty()) {
+std::string CorrectedText(const CorrectedLine &corrected, const FindingLook &look) {
+    if (corrected.arguments.empty()) {
         return "";
     }
     std::string text =
-        mended.remaining.empty() ? "corrected line:\n" : "corrected in part; this remains:\n";
-    for (const Finding &finding : mended.remaining) {
+        corrected.remaining.empty() ? "corrected line:\n" : "corrected in part; this remains:\n";
+    for (const Finding &finding : corrected.remaining) {
         text += WrapText(Shown(finding.message, look) + " [" + std::string(finding.name) + "]",
                          {look.width, 2 * kIndent.size()}, kIndent);
     }
-    text += mended.remaining.empty() ? "" : "line so far:\n";
+    text += corrected.remaining.empty() ? "" : "line so far:\n";
     return text + std::string(kIndent) + look.command + " " +
-           QuoteForShell(mended.arguments, look.charset) + "\n";
+           QuoteForShell(corrected.arguments, look.charset) + "\n";
 }
 
-std::string FindingsText(const std::vector<Finding> &findings, const MendedLine &mended,
+std::string FindingsText(const std::vector<Finding> &findings, const CorrectedLine &corrected,
                          const std::vector<std::string> &arguments, const FindingLook &look) {
     std::string text;
     for (const Finding &finding : findings) {
         text += (text.empty() ? "" : "\n") + FindingText(finding, arguments, look);
     }
-    const std::string last = MendedText(mended, look);
+    const std::string last = CorrectedText(corrected, look);
     return text + (text.empty() || last.empty() ? "" : "\n") + last;
 }
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "VisibleText.h"
-#include "line/MendLine.h"
+#include "line/CorrectLine.h"
 
 namespace ispctl {
 
@@ -17,18 +17,18 @@ struct FindingLook {
     Charset charset = Charset::Utf8;
 };
 
-/// A finding for people: class, message and name; the line as a shell needs it, cut around the word
-/// that it is about to the width, and that word underlined; the suggestion. Of what follows from
-/// another finding only the message and that finding.
+/// A finding as it is shown: class, message and name; the line as a shell needs it, cut around the
+/// word that it is about to the width, and that word underlined; the suggestion. Of what follows
+/// from another finding only the message and that finding.
 std::string FindingText(const Finding &finding, const std::vector<std::string> &arguments,
                         const FindingLook &look);
 
-/// The line to copy; if something remains to be mended, with what that is. Empty if nothing has a
-/// correction.
-std::string MendedText(const MendedLine &mended, const FindingLook &look);
+/// The line to copy; if something remains to be corrected, with what that is. Empty if nothing has
+/// a correction.
+std::string CorrectedText(const CorrectedLine &corrected, const FindingLook &look);
 
-/// All findings and the mended line, with an empty line between.
-std::string FindingsText(const std::vector<Finding> &findings, const MendedLine &mended,
+/// All findings and the corrected line, with an empty line between.
+std::string FindingsText(const std::vector<Finding> &findings, const CorrectedLine &corrected,
                          const std::vector<std::string> &arguments, const FindingLook &look);
 
 } // namespace ispctl

@@ -46,9 +46,9 @@ std::string Encoded(const LineReport &report, bool withCorrected, std::size_t co
         json["findings"].push_back(Encoded(report.findings[i], withCorrected));
     }
     if (withCorrected) {
-        json["mended"] = Encoded(report.mended.arguments);
+        json["corrected"] = Encoded(report.corrected.arguments);
         json["remaining"] = Json::array();
-        for (const Finding &finding : report.mended.remaining) {
+        for (const Finding &finding : report.corrected.remaining) {
             json["remaining"].push_back(Encoded(finding, false));
         }
     }
@@ -109,10 +109,10 @@ LineReport DecodeLineReport(std::string_view bytes) {
     for (const Json &finding : json.at("findings")) {
         report.findings.push_back(Decoded(finding));
     }
-    if (json.contains("mended")) {
-        report.mended.arguments = json.at("mended").get<std::vector<std::string>>();
+    if (json.contains("corrected")) {
+        report.corrected.arguments = json.at("corrected").get<std::vector<std::string>>();
         for (const Json &finding : json.at("remaining")) {
-            report.mended.remaining.push_back(Decoded(finding));
+            report.corrected.remaining.push_back(Decoded(finding));
         }
     }
     return report;

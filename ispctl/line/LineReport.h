@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "line/MendLine.h"
+#include "line/CorrectLine.h"
 
 namespace ispctl {
 
@@ -13,7 +13,7 @@ namespace ispctl {
 struct LineReport {
     std::string notice; ///< why not everything was checked; may be empty
     std::vector<Finding> findings;
-    MendedLine mended;
+    CorrectedLine corrected;
 };
 
 /// The bytes of a report of at most `limit` bytes: all corrected lines are left out first, then

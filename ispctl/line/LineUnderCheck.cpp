@@ -99,11 +99,11 @@ Finding &LineUnderCheck::Report(FindingName name, const FindingWords &words) {
     return m_findings.emplace_back(MakeFinding(name, words));
 }
 
-void LineUnderCheck::AddProbe(ArgumentList mended) {
+void LineUnderCheck::AddProbe(ArgumentList corrected) {
     const Finding &finding = m_findings.back();
     m_probes.push_back({finding.name, finding.argument,
                         finding.option.empty() ? finding.value : finding.option,
-                        std::move(mended)});
+                        std::move(corrected)});
 }
 
 bool LineUnderCheck::HasFatal(const GivenArgument &given) const {

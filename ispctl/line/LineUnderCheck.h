@@ -85,15 +85,15 @@ class LineUnderCheck {
     std::vector<Finding> &Findings() {
         return m_findings;
     }
-    /// Notes what the line would be with the finding mended that was reported last: what is not
+    /// Notes what the line would be with the finding corrected that was reported last: what is not
     /// found about that line follows from this finding.
-    void AddProbe(ArgumentList mended);
+    void AddProbe(ArgumentList corrected);
     /// The noted lines, with name and argument of their finding.
     struct Probe {
         std::string_view name;
         std::optional<std::size_t> argument;
         std::string typed;
-        ArgumentList mended;
+        ArgumentList corrected;
     };
     const std::vector<Probe> &Probes() const {
         return m_probes;

@@ -32,6 +32,12 @@ NamedFile FileOf(const GivenArgument &given, const LineContext &context) {
     return file;
 }
 
+bool ExistsForLibraryOrCaller(const LineContext &context, const std::string &path) {
+    std::error_code ignored;
+    return fs::exists(context.libraryDirectory / path, ignored) ||
+           fs::exists(context.callerDirectory / path, ignored);
+}
+
 bool IsWritten(const LineUnderCheck &line, const ScalerIspFacts::OptionFacts &option) {
     return option.section == "dump" || (option.name == "signfile" && line.Holds("sign"));
 }

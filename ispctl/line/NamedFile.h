@@ -36,6 +36,9 @@ bool IsAbsoluteForLibrary(const std::string &path);
 /// REQUIRES: the option takes a file, and has a value.
 NamedFile FileOf(const GivenArgument &given, const LineContext &context);
 
+/// Whether something is there for the library, or for its caller, who may have meant that.
+bool ExistsForLibraryOrCaller(const LineContext &context, const std::string &path);
+
 /// Such as "a directory"; for what is neither a file nor missing.
 std::string KindOf(const std::filesystem::file_status &status);
 

@@ -16,6 +16,7 @@ struct LogEntry {
     std::optional<int> status; ///< of ispctl; a log of events does not have it
     std::optional<int> code;   ///< nothing: the library returned none
     std::string source;        ///< "library", "plug-in" or "ispctl"; may be empty
+    std::string stage;         ///< how far the run was; a log of events does not have it
     std::string meaning;
     std::vector<std::pair<std::string, std::string>> tags;
 };

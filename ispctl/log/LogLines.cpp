@@ -181,6 +181,7 @@ void LogReader::ReadRecord(const std::string &line) {
                    status,
                    NumberOf(record.value("code", Json())),
                    TextOf(record, "source"),
+                   TextOf(record, "stage"),
                    TextOf(record, "meaning"),
                    {}};
     const Json tags = record.value("tags", Json::object());
@@ -205,7 +206,7 @@ void LogReader::Add(LogEntry entry) {
 
 LogEntry &LogReader::OpenRun(const std::string &run, const std::string &time) {
     const LogEntry begun{
-        run, time, false, {}, {}, "", "no result: the run still goes on, or was killed", {}};
+        run, time, false, {}, {}, "", "", "no result: the run still goes on, or was killed", {}};
     return m_open.emplace(run, begun).first->second;
 }
 

@@ -11,7 +11,7 @@ namespace ispctl {
 
 /// The runs with the same result.
 struct ResultGroup {
-    std::string title; ///< the code, or the exit status of ispctl if there is no code
+    std::string title; ///< the code; without one, the exit status of ispctl and the stage
     std::string meaning;
     std::vector<LogEntry> runs;
 };
@@ -22,8 +22,9 @@ struct LogSummary {
     std::vector<ResultGroup> groups; ///< successes first, then the most frequent
 };
 
-/// Runs belong together if they have the same code from the same source, or no code and the same
-/// status. The meaning is that of the first of them.
+/// Runs belong together if they have the same code from the same source; without a code, if they
+/// ended with the same status at the same stage or, in a log of events, with the same words. The
+/// meaning is that of the first of them.
 LogSummary Summarise(const std::vector<LogEntry> &entries);
 
 } // namespace ispctl

@@ -57,7 +57,9 @@ Json SummaryJson(const LogSummary &summary) {
         }
         codes.push_back({{"code", OrNull(first.code)},
                          {"hex", first.code ? Json(FormatResultCode(*first.code)) : Json(nullptr)},
+                         {"status", OrNull(first.status)},
                          {"source", StringOrNull(first.source)},
+                         {"stage", StringOrNull(first.stage)},
                          {"passed", first.passed},
                          {"meaning", JsonString(group.meaning)},
                          {"count", group.runs.size()},

@@ -78,7 +78,7 @@ void AddScript(CLI::App &app, ScriptOptions &options, Session &session, ExitStat
         return one;
     };
     add(kAssemble)
-        ->add_option("-o,--output", options.output, "write the bytes to OUT")
+        ->add_option("-o,--output", options.output, "write the bytes to OUT; - is standard output")
         ->type_name("OUT");
     AddForm(add(kList), options);
     AddForm(add(kCheck), options);

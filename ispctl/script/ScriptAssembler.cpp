@@ -115,7 +115,8 @@ class Assembler {
     /// After an error: continues after the statement. Braces that are never closed end at the next
     /// line that begins like a statement.
     void SkipStatement() {
-        bool beginsLine = false;
+        bool beginsLine = m_isAtNextStatement;
+        m_isAtNextStatement = false;
         while (m_lexer.Current().kind != ScriptToken::Kind::End) {
             const ScriptToken &token = m_lexer.Current();
             const bool isNewline = token.kind == ScriptToken::Kind::Newline;
@@ -252,10 +253,11 @@ class Assembler {
 
     /// Reads bytes in braces, separated by commas; newlines are allowed between them.
     Bytes List() {
+        const ScriptToken brace = m_lexer.Current();
         Expect('{');
         m_inBraces = true;
         Bytes bytes;
-        SkipNewlines();
+        SkipNewlinesInBraces(brace);
         while (!m_lexer.Current().Is('}')) {
             const ScriptToken token = m_lexer.Current();
             const std::uint32_t value = Number();
@@ -263,10 +265,10 @@ class Assembler {
                 token.Fail(fmt::format("0x{:X} does not fit in a byte", value));
             }
             bytes.push_back(static_cast<std::uint8_t>(value));
-            SkipNewlines();
+            SkipNewlinesInBraces(brace);
             if (!m_lexer.Current().Is('}')) {
                 Expect(',');
-                SkipNewlines();
+                SkipNewlinesInBraces(brace);
             }
         }
         m_inBraces = false;
@@ -303,9 +305,18 @@ class Assembler {
         return kind == ScriptToken::Kind::Newline || kind == ScriptToken::Kind::End;
     }
 
-    void SkipNewlines() {
+    /// Fails at the brace, which is what has to be corrected, if the text or another statement
+    /// shows that it is never closed.
+    void SkipNewlinesInBraces(const ScriptToken &brace) {
+        bool beginsLine = false;
         while (m_lexer.Current().kind == ScriptToken::Kind::Newline) {
             m_lexer.Next();
+            beginsLine = true;
+        }
+        const ScriptToken &token = m_lexer.Current();
+        m_isAtNextStatement = beginsLine && IsStatement(token) && !m_constants.contains(token.text);
+        if (m_isAtNextStatement || token.kind == ScriptToken::Kind::End) {
+            brace.Fail("this brace is never closed");
         }
     }
 
@@ -326,6 +337,7 @@ class Assembler {
     ScriptLexer m_lexer;
     std::map<std::string_view, std::uint32_t> m_constants;
     bool m_inBraces = false;
+    bool m_isAtNextStatement = false; ///< after an error: no token of it was read yet
 };
 
 } // namespace

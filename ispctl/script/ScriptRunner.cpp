@@ -97,8 +97,7 @@ ExitStatus RunSteps(const ScriptOptions &options, const std::vector<ScriptStep> 
     return bus ? StepRunner(*bus, session).Run(steps) : status;
 }
 
-std::string DescribeScriptResult(int code, const std::optional<PluginCode> &words) {
-    const std::string own = TextOf(words);
+std::string DescribeScriptResult(int code, const std::string &own) {
     switch (code) {
     case 0:
         return "success";

@@ -1,11 +1,9 @@
 #ifndef ISPCTL_SCRIPT_SCRIPT_RUNNER_H
 #define ISPCTL_SCRIPT_SCRIPT_RUNNER_H
 
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "PluginCodes.h"
 #include "script/ScriptCommand.h"
 #include "script/ScriptText.h"
 
@@ -17,8 +15,8 @@ ExitStatus RunSteps(const ScriptOptions &options, const std::vector<ScriptStep> 
                     Session &session);
 
 /// RETURNS the message for a result of the runner. The codes 1 to 3 and 6 are ambiguous, and the
-/// message says so. \param words  what the communication library's maker says of the code
-std::string DescribeScriptResult(int code, const std::optional<PluginCode> &words = {});
+/// message says so. \param own  CommSession::WordsFor the code
+std::string DescribeScriptResult(int code, const std::string &own = {});
 
 } // namespace ispctl
 

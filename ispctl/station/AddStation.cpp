@@ -2,6 +2,10 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <fmt/format.h>
+#include <iterator>
 #include <string_view>
 
 #include "Utf8.h"
@@ -11,6 +15,7 @@ namespace ispctl {
 namespace {
 
 constexpr double kLongestWaitSeconds = 86400;
+constexpr double kExampleSeconds = 10;
 constexpr std::size_t kMaxTagBytes = 1024;
 
 bool IsKeyCharacter(char c) {
@@ -60,6 +65,35 @@ void AddTag(const std::string &text, std::vector<Tag> &tags) {
     tags.emplace_back(text.substr(0, equals), text.substr(equals + 1));
 }
 
+bool IsWait(double seconds) {
+    return seconds >= 0 && seconds <= kLongestWaitSeconds;
+}
+
+/// RETURNS why a value of --wait is wrong; empty if it is not. A duration with a unit, such as
+/// "10s", is answered with its seconds.
+std::string WaitError(const std::string &text) {
+    struct Unit {
+        std::string_view name;
+        double seconds;
+    };
+    constexpr Unit kUnits[] = {{"s", 1},  {"sec", 1},  {"seconds", 1},  {"ms", 0.001},
+                               {"m", 60}, {"min", 60}, {"minutes", 60}, {"h", 3600}};
+    char *end = nullptr;
+    const double number = std::strtod(text.c_str(), &end);
+    if (end != text.c_str() && *end == '\0') {
+        return IsWait(number) ? ""
+                              : fmt::format("{} is out of range: 0 to {} seconds are allowed", text,
+                                            kLongestWaitSeconds);
+    }
+    const std::string_view rest = end + std::strspn(end, " ");
+    const auto *unit = std::find_if(std::begin(kUnits), std::end(kUnits),
+                                    [&](const Unit &row) { return row.name == rest; });
+    const double meant = unit == std::end(kUnits) ? kExampleSeconds : number * unit->seconds;
+    return fmt::format("{} is not a plain number of seconds: write it without a unit, such as "
+                       "--wait {}",
+                       text, IsWait(meant) ? meant : kExampleSeconds);
+}
+
 } // namespace
 
 void AddStationOptions(CLI::App &run, StationOptions &options) {
@@ -78,7 +112,7 @@ void AddStationOptions(CLI::App &run, StationOptions &options) {
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     run.add_option("--wait", options.wait, "wait so long for a device in use")
-        ->check(CLI::Range(0.0, kLongestWaitSeconds).description(""))
+        ->check(WaitError)
         ->type_name("SECONDS")
         ->needs(station);
     run.add_option("--backup", options.backup, "first read what is programmed over into DIR")

@@ -42,7 +42,7 @@ bool LockDevice(const RunOptions &options, const fs::path &library, DeviceLock &
     bool isAnnounced = false;
     while (!lock.Take(holder)) {
         if (!lock.Problem().empty()) {
-            return Refuse(link, kExitFileError, "lock", lock.Problem());
+            return Refuse(link, kExitFileError, "files", lock.Problem());
         }
         if (Clock::now() >= end) {
             return Refuse(link, kExitFileError, "lock",

@@ -16,6 +16,9 @@ struct Rule {
 std::string StationUsageError(const RunOptions &options) {
     const StationOptions &station = options.station;
     const Rule rules[] = {
+        {options.log == "-" || station.file == "-" || station.backup == "-",
+         "standard output has what the run prints, so - cannot be the value of --log, --station or "
+         "--backup: name a file (./- is one named -)"},
         {!station.tags.empty() && station.file.empty() && options.log.empty(),
          "--tag goes with --station or --log, which record it"},
         {options.verbatim && station.privateCopy,

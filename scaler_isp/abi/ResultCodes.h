@@ -14,7 +14,7 @@
       "none needed") \
     X(SCALER_ISP_REFUSED, -1, "the command line was refused, or the call failed", \
       "an option, a value or a file that the action needs is missing or wrong; or the system was out of memory or descriptors, or a plug-in failed", \
-      "read the message printed before the result; docs/options.md says what each option needs") \
+      "read the message printed before the result; the page options.md says what each option needs") \
     X(SCALER_ISP_FUNCTION_MISSING, 6, "the plug-in does not offer the function of this action", \
       "the ISP plug-in does not support this action, or no plug-in is ever called for it", \
       "use a plug-in that exports the function, or another action") \

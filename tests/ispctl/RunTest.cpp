@@ -83,7 +83,7 @@ TEST(Run, Result_message_describes_code) {
     EXPECT_EQ(
         RunScripted({}, {"result:-1"}).err,
         "ispctl: failed with -1: the command line was refused; nothing was done\nispctl: read the "
-        "message printed before the result; docs/options.md says what each option needs\n");
+        "message printed before the result; the page options.md says what each option needs\n");
     EXPECT_EQ(RunScripted({}, {"progress:100", "result:6"}).err,
               "progress 100 %\n"
               "ispctl: failed with 0x6: the plug-in does not offer the function of this action; "

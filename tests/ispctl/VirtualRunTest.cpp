@@ -56,6 +56,24 @@ TEST_F(VirtualRun, Dump_returns_programmed_firmware) {
     EXPECT_EQ(m_folder.Read("dump.bin"), m_bytes + std::string(3 * kBank - m_bytes.size(), '\xFF'));
 }
 
+// A chip's directory, too, may hold the virtual scaler; its device is next to the library then.
+TEST_F(VirtualRun, Doctor_names_device_that_cannot_be_written) {
+    const std::string chip = m_folder.MakeFolder("chip/PlugIn") + "/..";
+    fs::copy_file(REAL_LIBRARY, chip + "/libScalerIsp.so");
+    fs::copy_file(fs::path(ISPCTL_EXECUTABLE).parent_path() / "../virtual/PlugIn/libIsp.dylib",
+                  chip + "/PlugIn/libIsp.dylib");
+    const Words lines[] = {{"doctor", "--virtual"}, {"doctor", "--lib", chip + "/libScalerIsp.so"}};
+    for (const Words &line : lines) {
+        EXPECT_THAT(RunConsole(line).out, HasSubstr("virtual scaler can keep its device"));
+        const std::string blocked = m_firmware + "/device"; // below a file
+        const EnvGuard device("SCALER_ISP_VIRTUAL_DEVICE", blocked);
+        const ConsoleResult result = RunConsole(line);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_THAT(result.out, HasSubstr(blocked));
+        EXPECT_THAT(result.out, HasSubstr("set SCALER_ISP_VIRTUAL_DEVICE"));
+    }
+}
+
 TEST_F(VirtualRun, Double_dash_before_arguments_is_removed) {
     EXPECT_EQ(Run({"--", "--isp", "--fw", m_firmware}).status, 0);
 }

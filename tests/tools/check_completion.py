@@ -7,6 +7,7 @@ Every shell runs its real file. zsh completes only in a terminal, so its file ru
 write down what it would offer.
 """
 
+import os
 import pathlib
 import shutil
 import subprocess
@@ -24,7 +25,24 @@ CASES = [
     (["ispctl", "script", "a"], {"assemble"}, {"run"}),
     (["ispctl", "script", "run", "--"], {"--virtual"}, {"--isp"}),
     (["ispctl", "run", "--fw", "moni"], {"monitor.bin"}, {"--isp"}),
+    (["ispctl", "edid", "-o", "moni"], {"monitor.bin"}, {"--text"}),
+    (["ispctl", "run", "--dsmode", ""], {"1", "4"}, {"0", "5", "--isp"}),
+    (["ispctl", "run", "--searchfw", "pre"], {"prefix"}, {"auto", "monitor.bin"}),
+    (["ispctl", "run", "--mergeinfotype", ""], {"hpfriends"}, {"--isp"}),
+    (["ispctl", "run", "--recordvermode", ""], {"0", "1", "2"}, {"3", "or"}),
+    (["ispctl", "explain", "--chip", ""], {"panel27", "panel32", "$(touch hit)"}, {"notes.txt", "--isp"}),
+    (["ispctl", "doctor", "--chip", "panel3"], {"panel32"}, {"panel27"}),
+    (["ispctl", "help", ""], {"run", "edid", "script"}, {"assemble", "monitor.bin"}),
+    (["ispctl", "help", "script", ""], {"assemble", "run"}, {"edid", "monitor.bin"}),
+    (["ispctl", "help", "run", ""], set(), {"edid", "monitor.bin", "--isp"}),
 ]
+
+# What completion asks for the directories of chips: those of a user without a home.
+PATHS = """\
+#!/bin/sh
+test "$1" = paths || exit 1
+printf 'chips                    yes  %s\\nchips                    no   /opt/none\\n' "$PWD/my chips"
+"""
 
 BASH = """
 . "$1"; shift
@@ -40,6 +58,7 @@ file=$1; shift
 typeset -ga words; words=("$@"); CURRENT=$#
 offer() { local word; for word; do print -r -- "${${word%%\\[*}%%:*}"; done }
 _describe() { local name=$2; offer "${(@P)name}" }
+compadd() { local name=${@[-1]}; print -rl -- "${(@P)name}" }
 _files() { print -rl -- *(N) }
 _arguments() {
     local spec last=$words[CURRENT-1]
@@ -49,6 +68,7 @@ _arguments() {
             case $action in
             \\(*) print -rl -- ${=${action#\\(}%\\)}; return ;;
             _files*) _files; return ;;
+            _ispctl_chips) _ispctl_chips; return ;;
             esac
             return
         fi
@@ -112,9 +132,18 @@ def main():
     place = pathlib.Path.cwd() / "completion"
     place.mkdir(exist_ok=True)
     (place / "monitor.bin").write_bytes(b"")
+    for chip in ("panel27", "panel32", "$(touch hit)"):
+        (place / "my chips" / chip).mkdir(parents=True, exist_ok=True)
+    (place / "my chips/notes.txt").write_bytes(b"")
+    program = place / "ispctl"
+    program.write_text(PATHS)
+    program.chmod(0o755)
+    os.environ["PATH"] = f"{place}:{os.environ['PATH']}"
     problems = [*problems_of_pages(folder)]
     for shell in SHELLS:
         problems += problems_of(shell, folder, place)
+    if (place / "hit").exists():
+        problems.append("the name of a chip was run as a command")
     print(*problems, sep="\n")
     return 1 if problems else 0
 

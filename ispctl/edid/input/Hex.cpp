@@ -10,6 +10,10 @@ constexpr std::string_view kSeparators = " \t\r\n\v\f,;:-\"'\\[](){}";
 constexpr const char *kOdd = "an odd number of hexadecimal digits";
 
 void RequireDigits(const Token &token) {
+    if (token.text == "*") {
+        throw SyntaxError(token.offset, "without offsets nobody knows how many lines this * stands "
+                                        "for; use od -v or xxd");
+    }
     for (std::size_t i = 0; i < token.text.size(); ++i) {
         if (!IsHexDigit(token.text[i])) {
             throw SyntaxError(token.offset + i,

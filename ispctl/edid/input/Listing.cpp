@@ -7,6 +7,7 @@ namespace ispctl::edid {
 namespace {
 
 constexpr std::string_view kDecoderHead = "edid-decode (hex):";
+constexpr std::string_view kRegFileHead = "\"EDID\"=hex:";
 constexpr std::size_t kMinDashes = 8;
 constexpr std::string_view kHeaderDigits = "00ffffffffffff00";
 
@@ -52,6 +53,32 @@ Listing FindProperty(std::string_view text) {
         if (IsPropertyHead(TrimSpaces(lines[i].text)) && ++listing.count == 1) {
             listing.digits = Join(text, lines, i + 1, EndOfProperty(lines, i));
         }
+    }
+    return listing;
+}
+
+bool IsListingWithoutEdid(std::string_view text) {
+    const std::string_view begin = TrimSpaces(text);
+    const std::string_view line = begin.substr(0, begin.find('\n'));
+    return line.starts_with("Screen ") && line.find(": minimum ") != std::string_view::npos &&
+           FindProperty(text).count == 0;
+}
+
+Listing FindRegFileValue(std::string_view text) {
+    const auto lines = SplitLines(text);
+    Listing listing;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        if (!TrimSpaces(lines[i].text).starts_with(kRegFileHead) || ++listing.count > 1) {
+            continue;
+        }
+        std::size_t end = i;
+        while (end < lines.size() && TrimSpaces(lines[end].text).ends_with('\\')) {
+            ++end;
+        }
+        listing.digits = Join(text, lines, i, end + 1);
+        const std::size_t head = listing.digits.text.find(kRegFileHead) + kRegFileHead.size();
+        listing.digits.text.remove_prefix(head);
+        listing.digits.offset += head;
     }
     return listing;
 }

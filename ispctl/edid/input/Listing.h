@@ -15,6 +15,11 @@ struct Listing {
 Listing FindProperty(std::string_view text);
 /// The block at the top of a decoder's listing, up to its line of dashes.
 Listing FindDecoderBlock(std::string_view text);
+/// Whether this is a listing of xrandr that has no property "EDID:".
+bool IsListingWithoutEdid(std::string_view text);
+/// The bytes after "EDID"=hex: in a file that Windows' registry editor wrote, which continues a
+/// line after a backslash.
+Listing FindRegFileValue(std::string_view text);
 /// What is between < and >, as a system's registry shows it.
 Listing FindAngleBrackets(std::string_view text);
 

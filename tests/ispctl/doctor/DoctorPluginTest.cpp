@@ -73,6 +73,26 @@ TEST_F(DoctorPlugin, Required_function_is_named_if_missing) {
     EXPECT_EQ(m_installation.status, 5);
 }
 
+TEST_F(DoctorPlugin, Plugin_of_other_kind_is_told_where_it_belongs) {
+    const struct {
+        const char *plugin, *name, *kind, *expected;
+        int status;
+    } rows[] = {
+        {RECORDING_SIGN, Installation::kIspPlugin, "a sign/verify plug-in",
+         Installation::kSignPlugin, 5},
+        {RECORDING_ISP, Installation::kSignPlugin, "an ISP plug-in", Installation::kIspPlugin, 1},
+    };
+    for (const auto &row : rows) {
+        m_installation.Copy(RECORDING_ISP, Installation::kIspPlugin);
+        m_installation.Copy(row.plugin, row.name);
+        const Json document = m_installation.Doctor();
+        EXPECT_THAT(Installation::Bad(document), ElementsAre("plugin-of-other-kind"));
+        EXPECT_EQ(Installation::Named(document, "plugin-of-other-kind")[0]["details"],
+                  Json::array({row.kind, m_installation.folder.Path(row.expected)}));
+        EXPECT_EQ(m_installation.status, row.status);
+    }
+}
+
 TEST_F(DoctorPlugin, Optional_function_is_a_remark_if_missing) {
     m_installation.Copy(WITHOUT_ISP_EEPROM, Installation::kIspPlugin);
     const Json document = m_installation.Doctor();

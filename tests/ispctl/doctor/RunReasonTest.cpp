@@ -73,6 +73,7 @@ TEST_F(RunReason, Unusable_plugin_is_named_with_remedy_and_device_is_untouched) 
         {"symbol", UNRESOLVED_PLUGIN, "needs a function that no library offers: ", "version"},
         {"function", WITHOUT_ISP_FLASH, " lacks IspFlash, which the library requires",
          "get a plug-in that exports the function"},
+        {"other kind", RECORDING_SIGN, " is a sign/verify plug-in, expected at ", "move it there"},
     };
     for (const PluginRow &row : rows) {
         SCOPED_TRACE(row.description);

@@ -50,6 +50,18 @@ TEST_F(EdidBus, Blocks_before_missing_one_are_shown) {
     EXPECT_FALSE(std::filesystem::exists(m_out));
 }
 
+TEST_F(EdidBus, Device_that_cannot_be_opened_is_named_with_its_variable) {
+    const std::string blocked = m_folder.Write("file", "") + "/device";
+    const EnvGuard device("SCALER_ISP_VIRTUAL_DEVICE", blocked);
+    for (const std::vector<std::string> &line :
+         {std::vector<std::string>{"edid", "--virtual"},
+          {"script", "run", "--virtual", m_folder.Write("a.script", "ScalerRun\n")}}) {
+        const ConsoleResult result = RunConsole(line);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_THAT(result.err, HasSubstr("in " + blocked + " (SCALER_ISP_VIRTUAL_DEVICE names"));
+    }
+}
+
 TEST_F(EdidBus, Standard_output_has_only_the_bytes) {
     std::string edid = edid::Bytes(edid::Base());
     edid += std::string(128, '\xFF');

@@ -66,6 +66,19 @@ std::string HexdumpC(const std::string &bytes) {
     return text + Printed("{:08x}\n", static_cast<unsigned int>(bytes.size()));
 }
 
+/// As `od -t x1`.
+std::string OdWithStars(const std::string &bytes) {
+    std::string text;
+    for (std::size_t i = 0; i < bytes.size(); i += 16) {
+        const std::string line = bytes.substr(i, 16);
+        const bool isRepeated = i > 0 && line == bytes.substr(i - 16, 16);
+        text += isRepeated ? text.ends_with("*\n") ? "" : "*\n"
+                           : Printed("{:07o}", static_cast<unsigned int>(i)) +
+                                 Write(line, " {:02x}", 99) + "\n";
+    }
+    return text + Printed("{:07o}", static_cast<unsigned int>(bytes.size())) + "\n";
+}
+
 std::string Xxd(const std::string &bytes) {
     std::string text;
     for (std::size_t i = 0; i < bytes.size(); i += 16) {
@@ -139,6 +152,7 @@ TEST_F(EdidInputForms, Dumps_are_read) {
     Expect(WriteDump(m_edid, "{:04x}: ", "{:02x} ", "   ........"), "xxd");
     Expect(HexdumpC(m_edid), "hexdump");
     Expect(WriteDump(m_edid, "{:07o}", " {:02x}", ""), "hexdump");
+    Expect(OdWithStars(m_edid), "hexdump");
     Expect(WriteDump(m_edid, "{:07o}", " {:03o}", ""), "hexdump");
     Expect(WriteDump(m_edid, "{:07o}", " {:3d}", ""), "hexdump");
     Expect(WriteDump(m_edid, "{:06x}", " {:02x}", "  >........<"), "hexdump");
@@ -164,6 +178,27 @@ TEST_F(EdidInputForms, Listings_are_read_at_their_hex_block) {
     const Input two = ReadInput(property + property, FormOption::Detect);
     ASSERT_EQ(two.remarks.size(), 1U);
     EXPECT_STREQ(two.remarks[0].Name(), "more-edids");
+}
+
+TEST_F(EdidInputForms, Registry_file_of_Windows_is_read) {
+    std::string value = "\"EDID\"=hex:" + Write(m_edid, "{:02x},", 20);
+    value.pop_back();
+    for (std::size_t i = value.find('\n'); i != std::string::npos; i = value.find('\n', i + 5)) {
+        value.replace(i, 1, "\\\r\n  ");
+    }
+    const std::string file = "Windows Registry Editor Version 5.00\r\n\r\n[HKEY_LOCAL_MACHINE\\D"
+                             "evice Parameters]\r\n" +
+                             value + "\r\n\"DEAD\"=dword:00000000\r\n";
+    Expect(file, "reg-file");
+    EXPECT_EQ(ReadInput(file + file, FormOption::Detect).remarks.size(), 1U);
+}
+
+TEST_F(EdidInputForms, Listing_without_EDID_names_the_option_that_shows_it) {
+    const Input input = ReadInput("Screen 0: minimum 320 x 200, current 1920 x 1080\n"
+                                  "eDP-1 connected primary 1920x1080+0+0\n",
+                                  FormOption::Detect);
+    ASSERT_EQ(input.problems.size(), 1U);
+    EXPECT_THAT(input.problems[0].message, HasSubstr("xrandr --verbose"));
 }
 
 TEST_F(EdidInputForms, Angle_brackets_are_read) {
@@ -213,6 +248,7 @@ TEST(EdidInput, First_bad_character_is_named_with_line_and_column) {
              Row{"0x00, 12a", "\"a\" is not a decimal digit", 1, 9},
              Row{with(dump, 10, "x"), "\"x\" is not a hexadecimal digit", 1, 11},
              Row{"\xEF\xBB\xBF" + with(hex, 0, "O"), "\"O\" is not", 1, 1},
+             Row{"00 ff\n*\n00", "use od -v", 2, 1},
              Row{"00F", "an odd number of hexadecimal digits", 1, 1},
              Row{"hello", "\"h\" is not a hexadecimal digit", 1, 1},
          }) {

@@ -207,7 +207,16 @@ TEST_F(EdidRun, NUL_of_the_input_does_not_cut_the_message) {
     const ConsoleResult result = Run(text, {"--form", "hex"});
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(result.err, AllOf(HasSubstr("line 1, column 7: "), HasSubstr("\\x00"),
-                                  HasSubstr(" (read as hex: hexadecimal digits; --form")));
+                                  Not(HasSubstr("read as"))));
+}
+
+TEST_F(EdidRun, Form_is_named_only_if_it_may_be_the_wrong_one) {
+    EXPECT_THAT(Run("00 ff \n", {}).err, HasSubstr(" (read as hex: hexadecimal digits; --form"));
+    EXPECT_THAT(Run(std::string("\x01\x02\x03"), {}).err,
+                HasSubstr(" (read as binary: raw bytes)"));
+    for (const char *text : {"", " \n"}) {
+        EXPECT_THAT(Run(text, {}).err, AllOf(HasSubstr("no bytes"), Not(HasSubstr("read as"))));
+    }
 }
 
 // What a communication library prints, too, must not come between JSON.

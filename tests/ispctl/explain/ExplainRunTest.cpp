@@ -206,6 +206,16 @@ TEST_F(ExplainRun, File_that_is_no_record_has_status_8) {
     }
 }
 
+TEST_F(ExplainRun, Dash_writes_picture_or_page_to_standard_output) {
+    ASSERT_EQ(ExplainLine({"--svg", "a.svg", "--html", "a.html", "--record", "r"}, m_line).status,
+              0);
+    const std::size_t before = FilesInFolder();
+    EXPECT_EQ(ExplainLine({"--svg", "-"}, m_line).out, m_folder.Read("a.svg"));
+    EXPECT_EQ(ExplainLine({"--html", "-"}, m_line).out, m_folder.Read("a.html"));
+    EXPECT_EQ(Explain({"--decode", "r", "--svg", "-"}).out, m_folder.Read("a.svg"));
+    EXPECT_EQ(FilesInFolder(), before);
+}
+
 TEST_F(ExplainRun, File_that_cannot_be_written_leaves_none_behind) {
     const std::size_t before = FilesInFolder();
     const ConsoleResult result =
@@ -231,7 +241,7 @@ TEST_F(ExplainRun, Sentences_are_wrapped_to_80_columns_without_a_terminal) {
     EXPECT_GT(sentences, 10);
 }
 
-TEST_F(ExplainRun, Corrected_line_is_null_unless_it_mends_everything) {
+TEST_F(ExplainRun, Corrected_line_is_null_unless_it_corrects_everything) {
     EXPECT_EQ(JsonOf({"--isp", "--fww", m_firmware})["corrected"],
               json({"--isp", "--fw", m_firmware}));
     EXPECT_EQ(JsonOf({"--isp", "--fww", m_firmware, "--zzzzzz"})["corrected"], nullptr);

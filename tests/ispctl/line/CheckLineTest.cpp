@@ -4,9 +4,9 @@
 #include <filesystem>
 #include <set>
 
+#include "line/CorrectLine.h"
 #include "line/FindingTable.h"
 #include "line/LineFixture.h"
-#include "line/MendLine.h"
 
 namespace {
 
@@ -131,13 +131,13 @@ TEST_F(CheckLine, Finding_that_stays_after_the_correction_follows_from_nothing) 
     }
 }
 
-struct Mended {
+struct Corrected {
     const char *line;
-    const char *mended;
+    const char *corrected;
     std::vector<std::string> remaining; ///< class and name
 };
 
-const Mended kMended[] = {
+const Corrected kCorrected[] = {
     {"--ips --fww @f.bin --bnak 3 --slave x",
      "--isp --fw @f.bin --bank 3 --slave x",
      {"fatal not-a-number"}},
@@ -152,21 +152,21 @@ const Mended kMended[] = {
     {"--isp --fw @f.bin", "", {}},
 };
 
-TEST_F(CheckLine, Mended_line_has_all_corrections) {
-    for (const Mended &row : kMended) {
+TEST_F(CheckLine, Corrected_line_has_all_corrections) {
+    for (const Corrected &row : kCorrected) {
         const Words arguments = Line(row.line);
-        const auto mended = ispctl::MendLine(arguments, Check(arguments), {}, m_context);
-        EXPECT_EQ(mended.arguments, Line(row.mended)) << row.line;
-        EXPECT_EQ(Names(mended.remaining), row.remaining) << row.line;
+        const auto corrected = ispctl::CorrectLine(arguments, Check(arguments), {}, m_context);
+        EXPECT_EQ(corrected.arguments, Line(row.corrected)) << row.line;
+        EXPECT_EQ(Names(corrected.remaining), row.remaining) << row.line;
     }
 }
 
-TEST_F(CheckLine, Allowed_finding_stays_in_the_mended_line) {
+TEST_F(CheckLine, Allowed_finding_stays_in_corrected_line) {
     const Words arguments = Line("--isp --fw @f.bin --bnak 3 --sww");
-    const auto mended =
-        ispctl::MendLine(arguments, Check(arguments), {"unknown-option"}, m_context);
-    EXPECT_THAT(mended.arguments, IsEmpty());
-    EXPECT_THAT(mended.remaining, IsEmpty());
+    const auto corrected =
+        ispctl::CorrectLine(arguments, Check(arguments), {"unknown-option"}, m_context);
+    EXPECT_THAT(corrected.arguments, IsEmpty());
+    EXPECT_THAT(corrected.remaining, IsEmpty());
 }
 
 TEST_F(CheckLine, Finding_about_something_else_is_not_the_reason) {

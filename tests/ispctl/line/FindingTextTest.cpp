@@ -43,22 +43,22 @@ TEST(FindingText, Word_is_underlined_and_suggestion_follows) {
               "help: did you mean --bank?\n");
 }
 
-TEST(FindingText, One_line_that_mends_all_findings_is_at_the_end) {
-    const ispctl::MendedLine mended{{"--isp", "--fw", "my file", "--bank"}, {}};
+TEST(FindingText, One_line_that_corrects_all_findings_is_at_the_end) {
+    const ispctl::CorrectedLine corrected{{"--isp", "--fw", "my file", "--bank"}, {}};
     const std::string text =
-        ispctl::FindingsText({About(1, 0, 6), About(1, 0, 6)}, mended, {"--isp", "--bnak"}, {});
+        ispctl::FindingsText({About(1, 0, 6), About(1, 0, 6)}, corrected, {"--isp", "--bnak"}, {});
     EXPECT_THAT(text, testing::EndsWith("help: did you mean --bank?\n\ncorrected line:\n"
                                         "  ispctl run --isp --fw 'my file' --bank\n"));
     EXPECT_EQ(text.find("ispctl run"), text.rfind("ispctl run"));
 }
 
 TEST(FindingText, Line_that_is_not_right_yet_says_what_remains) {
-    const ispctl::MendedLine mended{{"--isp"}, {About(0, 0, 5)}};
-    EXPECT_EQ(ispctl::MendedText(mended, {}), "corrected in part; this remains:\n"
-                                              "  there is no option --bnak [unknown-option]\n"
-                                              "line so far:\n"
-                                              "  ispctl run --isp\n");
-    EXPECT_EQ(ispctl::MendedText({{}, {About(0, 0, 5)}}, {}), "");
+    const ispctl::CorrectedLine corrected{{"--isp"}, {About(0, 0, 5)}};
+    EXPECT_EQ(ispctl::CorrectedText(corrected, {}), "corrected in part; this remains:\n"
+                                                    "  there is no option --bnak [unknown-option]\n"
+                                                    "line so far:\n"
+                                                    "  ispctl run --isp\n");
+    EXPECT_EQ(ispctl::CorrectedText({{}, {About(0, 0, 5)}}, {}), "");
 }
 
 TEST(FindingText, Consequence_is_one_sentence_that_names_its_cause) {

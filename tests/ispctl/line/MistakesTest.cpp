@@ -16,7 +16,7 @@ struct Mistake {
     const char *finding;   ///< class and name
     const char *argument;  ///< what is underlined, as typed; empty: nothing
     const char *message;   ///< a part of message or suggestion
-    const char *corrected; ///< the mended line; empty: there is none
+    const char *corrected; ///< the corrected line; empty: there is none
 };
 
 const Mistake kMistakes[] = {
@@ -369,7 +369,8 @@ TEST_F(Mistakes, Pipe_as_settings_file_of_search_is_found_without_waiting_for_it
 // It is the apostrophe of a name, and a file that exists is no mistake.
 TEST_F(Mistakes, Quote_of_a_name_is_left_alone) {
     m_here.Write("‘q’.bin", "x");
-    EXPECT_THAT(Names(Check("--isp @‘q’.bin")), Contains("error leftover-argument"));
+    EXPECT_THAT(Names(Check("--isp ‘q’.bin")), Contains("error leftover-argument"));
+    EXPECT_THAT(Names(Check("--isp ‘r’.bin")), Contains("fatal typographic-quotes"));
     EXPECT_THAT(Names(Check("--sign --sw --dsmode 3 --fw @f.bin --skfile @k.pem --signfile @new’")),
                 testing::Not(Contains(testing::HasSubstr("typographic"))));
 }

@@ -123,7 +123,9 @@ TEST(ScriptText, Error_contains_position_and_reason) {
         {"ReadRegs 1, 1, {1}", "1:16: ReadRegs has no data bytes"},
         {"bytes {256}", "1:8: 0x100 does not fit in a byte"},
         {"bytes {1 2}", "1:10: expected ','"},
-        {"bytes {1", "1:9: expected ','"},
+        {"bytes {1", "1:7: this brace is never closed"},
+        {"Wait 1\nWriteRegs 1, 1,\n", "2:16: expected a number"},
+        {"Wait 1\nWriteRegs 1, 1, {1,\n2,\n\n// end\n", "2:17: this brace is never closed"},
         {"bytes {1} 2", "1:11: expected end of line"},
         {"bytes 1", "1:7: expected '{'"},
         {"const 1 = 2", "1:7: expected a constant name"},
@@ -157,6 +159,8 @@ TEST(ScriptText, All_lines_with_errors_are_reported_at_once) {
          "4:9: 0x100 does not fit in addr (1 byte)\n6:1: unexpected character\n"
          "7:8: expected ','"},
         {"bytes {1,\n2 3,\n4}\nWait x", "2:3: expected ','\n4:6: unknown constant x"},
+        {"bytes {1,\n 2\nWait x\nWait 5 6", "1:7: this brace is never closed\n"
+                                            "3:6: unknown constant x\n4:8: expected ','"},
         {"bytes {1, x\nWait 5\nWait y", "1:11: unknown constant x\n3:6: unknown constant y"},
         {"const a = 0x\nWait a\nconst b 2\nWait b", "1:11: 0x is not a number\n"
                                                     "3:9: expected '='"},

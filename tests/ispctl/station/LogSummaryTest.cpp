@@ -1,3 +1,4 @@
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 
 #include "log/LogLines.h"
@@ -47,6 +48,34 @@ TEST_F(LogSummaries, Events_of_a_log_are_counted_by_run) {
                              "0x0: success: 1\n  serial=4\n"
                              "no code: no result: the run still goes on, or was killed: 1\n"
                              "  serial=5\n");
+}
+
+TEST_F(LogSummaries, Runs_without_code_are_grouped_by_stage) {
+    const auto record = [](const char *serial, const char *stage, const char *meaning) {
+        return fmt::format(R"({{"status":8,"code":null,"source":"ispctl","stage":"{}",)"
+                           R"("meaning":"{}","tags":{{"serial":"{}"}}}})"
+                           "\n",
+                           stage, meaning, serial);
+    };
+    EXPECT_EQ(Text(record("1", "lock", "in use by process 1") + record("2", "files", "disk full") +
+                   record("3", "lock", "in use by process 2") + record("4", "new", "other")),
+              "0 passed, 4 failed\n"
+              "no code, status 8 at stage lock: the device is in use by another run: 2\n"
+              "  serial=1\n  serial=3\n"
+              "no code, status 8 at stage files: a file of the run, or its lock, cannot be read or "
+              "written: 1\n  serial=2\n"
+              "no code, status 8 at stage new: a file or device of ispctl's own cannot be read or "
+              "written: 1\n  serial=4\n");
+}
+
+TEST_F(LogSummaries, Events_without_code_are_grouped_by_their_words) {
+    EXPECT_EQ(Text("2026-01-01T00:00:00.000Z 4444444444444444/12 result   ended by SIGSEGV; x\n"
+                   "2026-01-01T00:00:00.000Z 5555555555555555/13 result   ended by SIGSEGV; y\n"
+                   "2026-01-01T00:00:00.000Z 6666666666666666/14 tag      serial=6\n"),
+              "0 passed, 3 failed\n"
+              "no code: ended by SIGSEGV: 2\n"
+              "  no tags, run 4444444444444444\n  no tags, run 5555555555555555\n"
+              "no code: no result: the run still goes on, or was killed: 1\n  serial=6\n");
 }
 
 TEST_F(LogSummaries, Run_with_record_and_events_is_counted_once) {
