@@ -79,6 +79,13 @@ class Verdict(unittest.TestCase):
             with self.subTest(survivors=survivors, tried=tried, goal=goal):
                 self.assertEqual(contradicts(survivors, tried, goal), expected)
 
+    def test_several_goals_share_the_confidence(self):
+        for survivors, tried, goal, expected in (
+                (1, 4, 99, False), (2, 4, 99, True), (1, 4, 96, False), (2, 4, 96, True),
+                (2, 4, 92, False), (3, 4, 92, True)):
+            with self.subTest(survivors=survivors, tried=tried, goal=goal):
+                self.assertEqual(contradicts(survivors, tried, goal, components=3), expected)
+
 
 if __name__ == "__main__":
     unittest.main()
