@@ -36,8 +36,11 @@ if(MbedCrypto_FOUND AND MBEDCRYPTO_SOURCE AND NOT TARGET mbedcrypto_parts)
     target_include_directories(mbedcrypto_parts SYSTEM PUBLIC "${MBEDCRYPTO_SOURCE}/include")
     target_compile_definitions(mbedcrypto_parts PUBLIC
         MBEDTLS_CONFIG_FILE="${CMAKE_CURRENT_LIST_DIR}/mbedcrypto_config.h")
-    # Its own warnings are not ours; fortified functions of macOS would only be more imports.
+    # Its own warnings are not ours; checked sizes on macOS would only be more imports.
     target_compile_options(mbedcrypto_parts PRIVATE -w -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=0)
+    if(COMMAND scaler_isp_hardening)
+        scaler_isp_hardening(mbedcrypto_parts)
+    endif()
     set_target_properties(mbedcrypto_parts PROPERTIES
         POSITION_INDEPENDENT_CODE ON C_VISIBILITY_PRESET hidden)
 endif()

@@ -85,6 +85,8 @@ def import_problems(image, stubs):
         if bind.kind != "weak" and stubs and bind.symbol not in stubs.get(bind.library, ()):
             yield f"{bind.library} of macOS 11 has no {bind.symbol}"
     operators = {b.symbol for b in binds if OPERATORS_NEW_AND_DELETE.match(b.symbol)}
+    if not any(bind.symbol == "___stack_chk_fail" for bind in binds):
+        yield "no canary on the stack"
     weak = {b.symbol for b in binds if b.kind == "weak"}
     if weak != operators or not weak:
         yield f"bound weakly: {sorted(weak)}; operators new and delete: {sorted(operators)}"

@@ -10,6 +10,7 @@ import re
 import sys
 
 from check_files import promised
+from check_hardening import hardening_problems
 from release_archive import ENVIRONMENT, SOURCES, run, unpacked
 
 HERE = pathlib.Path(__file__).resolve().parent
@@ -29,7 +30,8 @@ def check_files(root):
 
 
 def check_binaries(root):
-    """They need the system only, are stripped, and search for nothing in a directory of the build."""
+    """They need the system only, are stripped and hardened, and search for nothing in a directory of the
+    build."""
     binaries = [path for path in root.rglob("*") if path.is_file() and path.read_bytes()[:4] == b"\x7fELF"]
     assert len(binaries) == 7, binaries
     for path in binaries:
@@ -38,6 +40,7 @@ def check_binaries(root):
         assert needed <= LIBRARIES, f"{path.name} needs {needed - LIBRARIES}"
         for paths in re.findall(r"\((?:RUNPATH|RPATH)\).*\[(.*)\]", dynamic):
             assert all(part.startswith("$ORIGIN") for part in paths.split(":")), f"{path.name}: {paths}"
+        assert not hardening_problems(path), f"{path.name}: {hardening_problems(path)}"
         assert ".symtab" not in run("readelf", "--sections", "--wide", path), f"{path.name} is not stripped"
 
 

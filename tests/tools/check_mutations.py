@@ -1,14 +1,17 @@
 """tools/mutate changes what it should and nothing else, understands its list, and judges goals as stated."""
 
 import pathlib
+import re
 import sys
 import tempfile
 import unittest
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tools/mutate"))
+TESTS = pathlib.Path(__file__).resolve().parents[1]
+sys.path.insert(0, str(TESTS.parent / "tools/mutate"))
 
 from known import KnownChanges
 from mutations import mutations_of
+from nearest import NEAREST
 from verdict import contradicts
 
 CHANGES = (  # a source, and all that it may become
@@ -71,6 +74,20 @@ class Known(unittest.TestCase):
             self.known("equivalent a.cpp\n  x\n  y\n")
 
 
+class Nearest(unittest.TestCase):
+    def test_every_program_is_one_of_the_tests(self):
+        rules = "".join(path.read_text() for path in TESTS.rglob("CMakeLists.txt"))
+        for name in {name for _, programs in NEAREST for name in programs}:
+            with self.subTest(name):
+                folder = TESTS / "unit" / name.removeprefix("unit_").replace("_", "/")
+                self.assertTrue(re.search(rf"\({name}\b", rules) or folder.is_dir())
+
+    def test_every_folder_is_there(self):
+        for prefix, _ in NEAREST:
+            with self.subTest(prefix):
+                self.assertTrue((TESTS.parent / prefix).is_dir())
+
+
 class Verdict(unittest.TestCase):
     def test_goal_is_contradicted_only_with_confidence(self):
         for survivors, tried, goal, expected in (
@@ -78,6 +95,13 @@ class Verdict(unittest.TestCase):
                 (6, 300, 99, False), (7, 300, 99, True), (2, 4, 92, True), (1, 4, 92, False)):
             with self.subTest(survivors=survivors, tried=tried, goal=goal):
                 self.assertEqual(contradicts(survivors, tried, goal), expected)
+
+    def test_several_goals_share_the_confidence(self):
+        for survivors, tried, goal, expected in (
+                (1, 4, 99, False), (2, 4, 99, True), (1, 4, 96, False), (2, 4, 96, True),
+                (2, 4, 92, False), (3, 4, 92, True)):
+            with self.subTest(survivors=survivors, tried=tried, goal=goal):
+                self.assertEqual(contradicts(survivors, tried, goal, components=3), expected)
 
 
 if __name__ == "__main__":

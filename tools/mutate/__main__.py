@@ -1,7 +1,7 @@
 """Changes one operator, bound, constant, text, condition or statement at a time, and says whether a test
 notices.
 
-usage: mutate [FOLDER|FILE] [--sample N] [--seed S] [--known] [--nearest] [--list] [--write]
+usage: mutate [FOLDER|FILE] [--sample N] [--seed S] [--known] [--nearest] [--built] [--list] [--write]
 
 The changes are drawn from FOLDER or FILE, otherwise from all components in equal parts; FILE may be a header,
 which folders leave out because so much is built again. --known tries those that tests/mutants.txt says are
@@ -9,8 +9,9 @@ caught, instead of a sample. --nearest runs only the nearest tests: quicker, and
 as other tests may catch what survives. --list only shows what would be tried. --write puts the figures into
 docs/testing.md.
 
-The work is done in build/mutate, on a copy of the sources. For each change, what it touches is built and the
-nearest tests run, then everything is. Ends with 1 if the survivors contradict the goal of a component
+The work is done in build/mutate, on a copy of the sources; with --built it is done in the build of
+./dev test, which nothing else may use at that time. For each change, what it touches is built and the nearest
+tests run, then everything is. Ends with 1 if the survivors contradict the goals of the components
 (tools/components.py), or if one survives that was caught before.
 """
 
@@ -18,21 +19,24 @@ import argparse
 import os
 import pathlib
 import random
+import signal
 import sys
 
 TOOLS = pathlib.Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(TOOLS))
 
 from components import COMPONENTS, component_of
-from copied_tree import BUILD, CopiedTree, programs_of, sources
+from built_tree import BuiltTree
+from copied_tree import CopiedTree, sources
 from figures import write_figures
 from known import KnownChanges
 from mutations import mutations_of
 from nearest import nearest_programs
 from tracked_files import ROOT, git, report
-from verdict import HEAD, Tally
+from tree import CHANGED, NO_ERRORS, NOT_COMPILED, SAME_CODE, programs_of
+from verdict import HEAD, Tally, contradictions
 
-NO_ERRORS = "-Wno-error"
+SIGNALS = (signal.SIGHUP, signal.SIGINT, signal.SIGTERM)
 
 
 def arguments():
@@ -43,10 +47,13 @@ def arguments():
     parser.add_argument("--seed", metavar="S", help="any text; the commit if it is left out")
     parser.add_argument("--known", action="store_true")
     parser.add_argument("--nearest", action="store_true")
+    parser.add_argument("--built", action="store_true")
     parser.add_argument("--list", action="store_true")
     parser.add_argument("--write", action="store_true")
     given = parser.parse_args()
     given.place = os.path.normpath(given.place) if given.place else ""
+    if given.built and given.place.endswith((".h", ".def")):
+        parser.error("--built is for sources that are compiled by themselves")
     given.seed = given.seed or git("rev-parse", "HEAD").strip()
     return given
 
@@ -84,25 +91,26 @@ def outcome_of(mutation, tree, known, only_nearest):
     compiled = tree.object_of(mutation.path)
     if not compiled and mutation.path.endswith(".cpp"):
         return "equivalent", "is not compiled on this system"
-    if compiled and not tree.build(compiled.relative_to(BUILD)):  # it may be that of the change before
-        raise SystemExit(tree.build_output)
-    before = compiled.read_bytes() if compiled else None
-    with tree.changed(mutation):
-        if compiled and not tree.build(compiled.relative_to(BUILD), flags=NO_ERRORS):
+    with tree.changed(mutation) as what:
+        if what == NOT_COMPILED:
             return "does not compile", ""
-        if compiled and compiled.read_bytes() == before:
+        if what == SAME_CODE:
             return "equivalent", "the compiler makes the same code of it"
+        assert what == CHANGED
         # Once the source compiles, a build can fail only where it runs what it has built.
         unbuilt = ("caught", "the build of the tests") if compiled else ("does not compile", "")
         nearest = nearest_programs(mutation.path)
         if not tree.build(*programs_of(nearest), flags=NO_ERRORS):
             return unbuilt
         failure = next(filter(None, (tree.program_failure(name) for name in nearest)), None)
-        if not failure and not only_nearest:
+        by_others = not failure and not only_nearest
+        if by_others:
             if not tree.build(flags=NO_ERRORS):
                 return unbuilt
             failure = tree.failing_test()
-        return ("caught", failure) if failure else ("survived", "every test passes")
+    if failure and by_others:
+        tree.confirm(failure)
+    return ("caught", failure) if failure else ("survived", "every test passes")
 
 
 def show(number, count, mutation, outcome, by):
@@ -112,12 +120,24 @@ def show(number, count, mutation, outcome, by):
         print(mutation.diff(), flush=True)
 
 
-def prepared_tree(changes, only_nearest):
-    tree = CopiedTree(os.cpu_count() or 2)
-    tree.copy()
-    tree.prepare(sorted({name for each in changes for name in nearest_programs(each.path)}),
-                 not only_nearest)
-    return tree
+def stop_politely(number, _frame):
+    """A signal ends this as an error does: what was changed is undone, and no other signal stops that."""
+    for each in SIGNALS:
+        signal.signal(each, signal.SIG_IGN)
+    raise SystemExit(128 + number)
+
+
+def try_changes(changes, tree, known, given):
+    """({component: tally}, problems)"""
+    tallies = {each: Tally(each) for each in COMPONENTS}
+    problems = []
+    for number, mutation in enumerate(changes, 1):
+        outcome, by = outcome_of(mutation, tree, known, given.nearest)
+        show(number, len(changes), mutation, outcome, by)
+        tallies[component_of(mutation.path)].add(outcome)
+        if outcome == "survived" and known.is_caught(mutation.key()):
+            problems.append(f"{mutation.path}:{mutation.line()}: this was caught before")
+    return tallies, problems
 
 
 def main():
@@ -129,22 +149,22 @@ def main():
             print("\n    ".join((f"{each.path}:{each.line()} ({each.kind})", *each.key()[1:])))
         return 0
     print(f"{len(changes)} changes, seed {given.seed}", flush=True)
-    tree = prepared_tree(changes, given.nearest)
-    tallies = {each: Tally(each) for each in COMPONENTS}
-    problems = []
-    for number, mutation in enumerate(changes, 1):
-        outcome, by = outcome_of(mutation, tree, known, given.nearest)
-        show(number, len(changes), mutation, outcome, by)
-        tallies[component_of(mutation.path)].add(outcome)
-        if outcome == "survived" and known.is_caught(mutation.key()):
-            problems.append(f"{mutation.path}:{mutation.line()}: this was caught before")
+    for each in SIGNALS:
+        signal.signal(each, stop_politely)
+    tree = (BuiltTree if given.built else CopiedTree)(os.cpu_count() or 2)
+    tree.prepare(sorted({name for each in changes for name in nearest_programs(each.path)}),
+                 not given.nearest)
+    try:
+        tallies, problems = try_changes(changes, tree, known, given)
+    finally:
+        tree.finish()
     tried = [tally for tally in tallies.values() if sum(tally.counts.values())]
     table = HEAD + "".join(tally.row() for tally in tried)
     print(table, end="")
     if given.write:
         write_figures("mutants", table)
     if not given.nearest:
-        problems += [tally.problem() for tally in tried if tally.problem()]
+        problems += contradictions(tried)
     return report("mutate", problems)
 
 

@@ -14,9 +14,10 @@ def chance_of_as_many(survivors, tried, goal):
     return 1 - fewer
 
 
-def contradicts(survivors, tried, goal):
-    """Whether the goal is missed, one-sided, with that confidence."""
-    return chance_of_as_many(survivors, tried, goal) < 1 - CONFIDENCE
+def contradicts(survivors, tried, goal, components=1):
+    """Whether the goal is missed, one-sided; the confidence is that of all components together, so that each
+    has to be missed more clearly."""
+    return chance_of_as_many(survivors, tried, goal) < 1 - CONFIDENCE ** (1 / components)
 
 
 class Tally:
@@ -35,13 +36,6 @@ class Tally:
     def percent(self):
         return 100 * self.counts["caught"] / self.tried() if self.tried() else 100.0
 
-    def problem(self):
-        survivors, goal = self.counts["survived"], self.component.mutants
-        if contradicts(survivors, self.tried(), goal):
-            return (f"{self.component.name}: {survivors} of {self.tried()} changes survived; "
-                    f"that contradicts the goal of {goal:g} %")
-        return None
-
     def row(self):
         counts = " | ".join(str(self.counts[outcome]) for outcome in OUTCOMES)
         return (f"| {self.component.name} | {counts} | {self.percent():.1f} % "
@@ -50,3 +44,12 @@ class Tally:
 
 HEAD = ("| component | caught | survived | equivalent | do not compile | part caught | goal |\n"
         "|---|---|---|---|---|---|---|\n")
+
+
+def contradictions(tallies):
+    """The goals that a sample contradicts, in words."""
+    for tally in tallies:
+        survivors, tried, goal = tally.counts["survived"], tally.tried(), tally.component.mutants
+        if contradicts(survivors, tried, goal, len(tallies)):
+            yield (f"{tally.component.name}: {survivors} of {tried} changes survived; "
+                   f"that contradicts the goal of {goal:g} %")
