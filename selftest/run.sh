@@ -329,7 +329,7 @@ results=$work/results.txt
 : >"$results"
 # shellcheck disable=SC2086
 processor=$($launcher "$probe" processor) || stop "$probe cannot be run; docs: share/doc/scaler-isp/selftest.md"
-run_ispctl --version >"$work/version.txt" 2>&1 || true
+run_ispctl --version >"$work/version.txt" 2>/dev/null || echo "not known" >"$work/version.txt"
 check_files
 if [ "$(uname -s)" = Darwin ] && [ -z "$launcher" ]; then
     check_mac

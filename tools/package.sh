@@ -96,7 +96,8 @@ package_macos() {
     cp "$macos_library" "$package/lib/"
     cp "$macos_library" "$package/share/scaler-isp/virtual/"
     cp -R "$macos_library.dSYM" "$package/lib/"
-    for file in "$package/bin/ispctl" "$package"/share/scaler-isp/virtual/lib[!S]*.dylib \
+    for file in "$package/bin/ispctl" "$package/share/scaler-isp/selftest/probe" \
+        "$package"/share/scaler-isp/virtual/lib[!S]*.dylib \
         "$package/share/scaler-isp/virtual/libSignVerify.dylib" \
         "$package/share/scaler-isp/virtual/PlugIn/libIsp.dylib"; do
         run "$package_llvm/llvm-strip" -x -S "$file" # signs again

@@ -45,11 +45,8 @@ Resolved Resolve(const std::string &path) {
 }
 
 std::string InDirectory(std::string text, const std::string &directory) {
-    if (const std::size_t at = text.find("DIR");
-        text.find("DIR/") == at || text.ends_with(" DIR")) {
-        return at == std::string::npos ? text : text.replace(at, 3, directory);
-    }
-    return text;
+    const std::size_t at = text.find('@');
+    return at == std::string::npos ? text : text.replace(at, 1, directory);
 }
 
 void ProbeRows(const Surroundings &surroundings) {
