@@ -222,6 +222,18 @@ check_mac() {
 
 # ---- the report ----
 
+# Neither the directory of the installation nor the temporary one: both may name a user.
+without_directories() {
+    WORK=$work PREFIX=$prefix awk '
+        function replaced(text, from, to,    done, at) {
+            for (done = ""; (at = index(text, from)) > 0; text = substr(text, at + length(from))) {
+                done = done substr(text, 1, at - 1) to
+            }
+            return done text
+        }
+        { print replaced(replaced($0, ENVIRON["WORK"], "DIR"), ENVIRON["PREFIX"], "PREFIX") }'
+}
+
 describe_machine() {
     echo "system:      $(uname -srm)"
     if has sw_vers; then
@@ -282,7 +294,7 @@ write_report() {
         print_results
         printf '\nEvery result: processor, environment, kind, group, check, outcome, detail\n'
         cat "$results"
-    } | sed -e "s|$work|DIR|g" -e "s|$prefix|PREFIX|g" >"$report"
+    } | without_directories >"$report"
 }
 
 # ---- here it begins ----
@@ -323,6 +335,9 @@ environment=-
 read_arguments "$@"
 [ -f "$probe" ] || stop "$probe is missing; unpack the archive again"
 [ -d "$virtual" ] || stop "$virtual is missing; unpack the archive again"
+if [ -e "$report" ] && [ ! -f "$report" ]; then
+    stop "$report is not a regular file; name another with --report FILE"
+fi
 (: >"$report") 2>/dev/null || stop "$report cannot be written; name another file with --report FILE"
 make_work_directory
 results=$work/results.txt

@@ -30,6 +30,7 @@ check_docs() {
     run python3 tools/quirks.py --check
     run python3 tools/comm_table.py --check
     run python3 tools/doc_tables.py --check
+    run python3 -B tools/where_it_ran.py --check
 }
 
 # Sourced files are checked along with dev: they use its variables.

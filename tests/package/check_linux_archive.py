@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
-"""Unpacks the archive for Linux and uses it as its users do: the self-test, the demo and every command of the pages run,
-templates and hosts build against it, its plug-ins pass `ispctl check-plugin`, manual pages can be read.
+"""Unpacks the archive for Linux and uses it as its users do: the self-test, the demo and every command of the
+pages run, templates and hosts build against it, its plug-ins pass `ispctl check-plugin`, manual pages can be
+read.
 
 usage: check_linux_archive.py ARCHIVE VERSION
 """

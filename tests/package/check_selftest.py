@@ -31,7 +31,8 @@ def run_selftest(prefix, folder, launcher):
     """(exit status, {group/check: outcome}, output). A check that fails in one environment has failed."""
     report = folder / "report of the self-test.txt"
     report.unlink(missing_ok=True)
-    environment = dict(os.environ, SELFTEST_LAUNCHER=shlex.join(launcher), MACHO_LAUNCHER=shlex.join(launcher))
+    words = shlex.join(launcher)
+    environment = dict(os.environ, SELFTEST_LAUNCHER=words, MACHO_LAUNCHER=words)
     done = subprocess.run(["sh", prefix / RUN, "--report", report], check=False, env=environment, cwd=folder,
                           text=True, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                           stderr=subprocess.STDOUT, timeout=280)
