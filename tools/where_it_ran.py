@@ -5,8 +5,8 @@ usage: where_it_ran.py [--check | --write]
 
 A cell says what was done if the results of the command that does it are there and say so; a result that says
 otherwise makes it "no". Without results of its own a cell stays as it is, because no command does everything.
-Only compares: ends with 1 if the page says anything else. --write renews the page. --check reads no results: it
-compares the page with the table below, and the table with the commands.
+The program only compares, and ends with 1 if the page says anything else; --write renews the page. --check
+reads no results: it compares the page with the rows below, and these with the commands.
 """
 
 import platform
@@ -34,41 +34,43 @@ Evidence = namedtuple("Evidence", "part systems column command results passed wo
 MACS = SYSTEMS[1:]
 LINUX = SYSTEMS[:1]
 ALL = ""
+TESTS = "build/test/tests.xml"
+IN_LOADER = "build/macos/{arch}/tests.xml"
+UNIVERSAL = "build/macos/universal/"
+RELEASE = "build/package/checks/passed.txt"
 ROWS = (
     Evidence("library", LINUX, BUILT, "test", "build/test/lib/libScalerIsp.so", ALL, ""),
-    Evidence("library", LINUX, REAL, "test", "build/test/tests.xml", r"(unit|blackbox|abi)[._]",
-             "unit tests, black-box cases"),
+    Evidence("library", LINUX, REAL, "test", TESTS, r"(unit|blackbox)[._]", "unit tests, black-box cases"),
     Evidence("library", MACS, BUILT, "macos library", "build/macos/out/libScalerIsp.dylib", ALL, ""),
-    Evidence("library", MACS, LOADER, "macos {arch}", "build/macos/{arch}/tests.xml", r"(blackbox|platform)\.",
-             "black-box cases"),
+    Evidence("library", MACS, LOADER, "macos {arch}", IN_LOADER, r"(blackbox|platform)\.", "black-box cases"),
     Evidence("virtual scaler", LINUX, BUILT, "test", "build/test/virtual/PlugIn/libIsp.dylib", ALL, ""),
-    Evidence("virtual scaler", LINUX, REAL, "test", "build/test/tests.xml", r"virtual_", "its tests"),
-    Evidence("virtual scaler", MACS, BUILT, "macos library", "build/macos/universal/virtual/PlugIn/libIsp.dylib",
-             ALL, ""),
-    Evidence("virtual scaler", MACS, LOADER, "macos {arch}", "build/macos/{arch}/tests.xml",
-             r"(virtual_scaler|real_signatures)$", "programmed, real signatures"),
-    Evidence("`ispctl`", LINUX, BUILT, "test", "build/test/bin/ispctl", ALL, ""),
-    Evidence("`ispctl`", LINUX, REAL, "test", "build/test/tests.xml", r"ispctl", "its tests"),
-    Evidence("`ispctl`", MACS, BUILT, "macos programs", "build/macos/universal/bin/ispctl", ALL, ""),
-    Evidence("`ispctl`", MACS, LOADER, "package", "build/package/checks/passed.txt", r"macos_archive$",
-             "its commands, the demo"),
-    Evidence("examples", LINUX, BUILT, "test", "build/test/tests.xml", r"examples\.bus_host|package\.templates",
+    Evidence("virtual scaler", LINUX, REAL, "test", TESTS, r"virtual_", "its tests"),
+    Evidence("virtual scaler", MACS, BUILT, "macos library", UNIVERSAL + "virtual/PlugIn/libIsp.dylib", ALL,
              ""),
-    Evidence("examples", LINUX, REAL, "test", "build/test/tests.xml", r"examples\.|package\.templates", "all"),
-    Evidence("examples", MACS, BUILT, "package", "build/package/checks/passed.txt", r"macos_archive$",
-             "the one in Objective-C++"),
+    Evidence("virtual scaler", MACS, LOADER, "macos {arch}", IN_LOADER, r"(virtual_scaler|real_signatures)$",
+             "programmed, real signatures"),
+    Evidence("`ispctl`", LINUX, BUILT, "test", "build/test/bin/ispctl", ALL, ""),
+    Evidence("`ispctl`", LINUX, REAL, "test", TESTS, r"ispctl", "its tests"),
+    Evidence("`ispctl`", MACS, BUILT, "macos programs", UNIVERSAL + "bin/ispctl", ALL, ""),
+    Evidence("`ispctl`", MACS, LOADER, "package", RELEASE, r"macos_archive$", "its commands, the demo"),
+    Evidence("examples", LINUX, BUILT, "test", TESTS, r"examples\.bus_host|package\.templates", ""),
+    Evidence("examples", LINUX, REAL, "test", TESTS, r"examples\.|package\.templates", "all"),
+    Evidence("examples", MACS, BUILT, "package", RELEASE, r"macos_archive$", "the one in Objective-C++"),
     Evidence("self-test", LINUX, BUILT, "test", "build/test/selftest/probe", ALL, ""),
-    Evidence("self-test", LINUX, REAL, "test", "build/test/tests.xml", r"package\.selftest$", "all of it"),
-    Evidence("self-test", MACS, BUILT, "macos library", "build/macos/universal/selftest/probe", ALL, ""),
-    Evidence("self-test", MACS, LOADER, "macos {arch}", "build/macos/{arch}/tests.xml", r"selftest$",
-             "all of it"),
+    Evidence("self-test", LINUX, REAL, "test", TESTS, r"package\.selftest$", "all of it"),
+    Evidence("self-test", MACS, BUILT, "macos library", UNIVERSAL + "selftest/probe", ALL, ""),
+    Evidence("self-test", MACS, LOADER, "macos {arch}", IN_LOADER, r"selftest$", "all of it"),
 )
 # Where a cell has no meaning.
 NONE = {(system, LOADER): "-" for system in LINUX}
 
 
+def command_of(row, system):
+    return row.command.format(arch=system.split()[1])
+
+
 def claim_of(row, system):
-    command = f"`./dev {row.command.format(arch=system.split()[1])}`"
+    command = f"`./dev {command_of(row, system)}`"
     return f"{command}: {row.words}" if row.words else command
 
 
@@ -78,11 +80,12 @@ def row_of(part, system, column):
 
 
 def outcomes_of(path):
-    """{name: passed} of tests, or of the steps that a command has noted in a text file."""
+    """{name: passed} of the tests that ran, or of the steps that a command has noted in a text file."""
     if path.suffix == ".txt":
         return {name: True for name in path.read_text().split()}
     cases = xml.etree.ElementTree.parse(path).getroot().iter("testcase")
-    return {case.get("name"): case.get("status") == "run" and case.find("failure") is None for case in cases}
+    return {case.get("name"): case.get("status") == "run" and case.find("failure") is None
+            for case in cases if case.get("status") in ("run", "fail")}
 
 
 def has_processor(path, arch):
@@ -133,16 +136,15 @@ def everything():
 
 def missing_commands():
     text = "".join((ROOT / name).read_text() for name in ("dev", "tools/macos.sh", "tools/package.sh"))
-    for command in sorted({row.command.format(arch=system.split()[1]) for row in ROWS for system in row.systems}):
+    for command in sorted({command_of(row, system) for row in ROWS for system in row.systems}):
         words = command.split()
         for function in (f"dev_{words[0]}()", *(f"{words[0]}_{word}()" for word in words[1:])):
             if f"\n{function} {{" not in text:
                 yield f"./dev {command}: there is no {function}"
 
 
-def page_problems():
+def page_problems(shown):
     """What the page could not say, whatever has run."""
-    shown = shown_cells()
     for key in everything():
         row = row_of(*key)
         possible = {NO, claim_of(row, key[1])} if row else {NONE.get(key[1:], NO)}
@@ -152,17 +154,22 @@ def page_problems():
         yield f"{PAGE.name}: {', '.join(key)}: no such cell"
 
 
+def differences(shown, cells):
+    for key, cell in cells.items():
+        if shown.get(key) != cell:
+            yield (f"{PAGE.name}: {', '.join(key)}: says {shown.get(key)!r}, but it is {cell!r};"
+                   " --write renews it")
+
+
 def main():
-    if "--check" in sys.argv[1:]:
-        return report("where it ran", [*missing_commands(), *page_problems()])
     shown = shown_cells()
+    if "--check" in sys.argv[1:]:
+        return report("where it ran", [*missing_commands(), *page_problems(shown)])
     cells = {key: cell_of(*key, shown) for key in everything()}
     if "--write" in sys.argv[1:]:
         write_figures(FIGURES, "".join(table_of(cells)), PAGE)
         return 0
-    return report("where it ran", [f"{PAGE.name}: {', '.join(key)}: says {shown.get(key)!r}, but it is {cell!r};"
-                                   " --write renews it" for key, cell in cells.items()
-                                   if shown.get(key) != cell])
+    return report("where it ran", list(differences(shown, cells)))
 
 
 if __name__ == "__main__":
