@@ -24,7 +24,8 @@ macos_sysroot() {
     inputs=$(packaging/macos/fetch_inputs.sh "$macos_cache") || exit 2
     macos_npm=$(echo "$inputs" | sed -n 1p)
     run packaging/macos/make_sysroot.sh "$macos_npm" "$(echo "$inputs" | sed -n 2p)" \
-        "$(echo "$inputs" | sed -n 3p)" "$(echo "$inputs" | sed -n 4p)" "$macos_llvm" "$PWD/build/macos/sysroot"
+        "$(echo "$inputs" | sed -n 3p)" "$(echo "$inputs" | sed -n 4p)" "$(echo "$inputs" | sed -n 5p)" \
+        "$macos_llvm" "$PWD/build/macos/sysroot"
 }
 
 # macos_build FOLDER OPTIONS...: for every object of two architectures clang leaves an empty folder among
