@@ -112,7 +112,7 @@ check_with_tools() {
         note files "otool $1" otool -L "$file"
     fi
     if has readelf && [ "$(uname -s)" = Linux ] && [ -z "$SELFTEST_LAUNCHER" ]; then
-        require files "readelf $1" readelf --file-header "$file"
+        note files "readelf $1" readelf --dynamic "$file"
     fi
 }
 
@@ -197,12 +197,13 @@ run_group() {
 }
 
 check_processor() {
+    checked=yes
     check_ispctl
     utf8=C.UTF-8
     if [ "$(uname -s)" = Darwin ]; then utf8=en_US.UTF-8; fi
     run_group calls none
     run_group calls "$utf8"
-    for each in loading realpath files iconv threads locale; do
+    for each in loading realpath names iconv threads locale; do
         run_group "$each" none
     done
     run_group locale "$utf8"
@@ -218,6 +219,7 @@ check_mac() {
             add noted processor "$processor" - "cannot run here"
         fi
     done
+    [ -n "$checked" ] || stop "neither slice can be run"
 }
 
 # ---- the report ----
@@ -332,6 +334,7 @@ make_work_directory() {
 SELFTEST_LAUNCHER=${SELFTEST_LAUNCHER-}
 launcher=$SELFTEST_LAUNCHER
 environment=-
+checked=
 read_arguments "$@"
 [ -f "$probe" ] || stop "$probe is missing; unpack the archive again"
 [ -d "$virtual" ] || stop "$virtual is missing; unpack the archive again"
@@ -343,7 +346,7 @@ make_work_directory
 results=$work/results.txt
 : >"$results"
 # shellcheck disable=SC2086
-processor=$($launcher "$probe" processor) || stop "$probe cannot be run; docs: share/doc/scaler-isp/selftest.md"
+processor=$($launcher "$probe" processor) || stop "$probe cannot be run; share/doc/scaler-isp/selftest.md says what may prevent it"
 run_ispctl --version >"$work/version.txt" 2>/dev/null || echo "not known" >"$work/version.txt"
 check_files
 if [ "$(uname -s)" = Darwin ] && [ -z "$launcher" ]; then

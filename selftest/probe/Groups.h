@@ -18,8 +18,8 @@ void ProbeCalls(const Surroundings &surroundings);
 void ProbeLoading(const Surroundings &surroundings);
 /// realpath: realpath_rows.def.
 void ProbeRealpath(const Surroundings &surroundings);
-/// Names and contents of directories.
-void ProbeFiles(const Surroundings &surroundings);
+/// Names of files, and directories that are opened as files.
+void ProbeNames(const Surroundings &surroundings);
 /// The locale of the environment.
 void ProbeLocale(const Surroundings &surroundings);
 /// iconv with values that are not characters.

@@ -29,8 +29,8 @@ struct Group {
 };
 
 constexpr Group kGroups[] = {
-    {"calls", ProbeCalls},     {"files", ProbeFiles},   {"iconv", ProbeIconv},
-    {"loading", ProbeLoading}, {"locale", ProbeLocale}, {"realpath", ProbeRealpath},
+    {"calls", ProbeCalls},     {"iconv", ProbeIconv}, {"loading", ProbeLoading},
+    {"locale", ProbeLocale},   {"names", ProbeNames}, {"realpath", ProbeRealpath},
     {"threads", ProbeThreads},
 };
 

@@ -19,26 +19,26 @@ VIRTUAL = "share/scaler-isp/virtual"
 LEAST_CHECKS = 80
 # Groups and checks that a Linux under the loader cannot answer as a Mac would.
 IN_LOADER = {
-    "files/composed_name_by_the_other_form",
-    "files/decomposed_name_by_the_other_form",
+    "names/composed_name_by_the_other_form",
+    "names/decomposed_name_by_the_other_form",
     "locale/composite_name",
     "locale/formatting_of_20AC_in_C",
 }
 ON_SOME_MACHINES = {"locale/locale_en_US.UTF-8"}
 
 
-def run_selftest(prefix, folder, launcher):
+def run_selftest(prefix, folder, launcher, **variables):
     """(exit status, {group/check: outcome}, output). A check that fails in one environment has failed."""
     report = folder / "report of the self-test.txt"
     report.unlink(missing_ok=True)
     words = shlex.join(launcher)
-    environment = dict(os.environ, SELFTEST_LAUNCHER=words, MACHO_LAUNCHER=words)
+    environment = dict(os.environ, SELFTEST_LAUNCHER=words, MACHO_LAUNCHER=words, **variables)
     done = subprocess.run(["sh", prefix / RUN, "--report", report], check=False, env=environment, cwd=folder,
                           text=True, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                           stderr=subprocess.STDOUT, timeout=280)
     outcomes = {}
     if report.exists():
-        with report.open(newline="") as text:
+        with report.open(newline="", encoding="utf-8", errors="replace") as text:
             rows = [row for row in csv.reader(text, delimiter="\t", quoting=csv.QUOTE_NONE) if len(row) == 7]
         for row in sorted(rows, key=lambda row: row[5] in ("failed", "differs")):
             outcomes[f"{row[3]}/{row[4]}"] = row[5]
@@ -106,6 +106,42 @@ def check_faults(prefix, folder):
     shutil.rmtree(broken)
 
 
+# Programs that only a Mac has, as far as the self-test uses them: here one that has no Rosetta.
+MAC_TOOLS = {
+    "uname": 'if [ "$*" = -s ]; then echo Darwin; else echo "Darwin 20.0.0 mac"; fi',
+    "arch": 'if [ "$1" != "-$MAC_PROCESSOR" ]; then exit 1; fi; shift; exec "$@"',
+    "codesign": 'for file; do :; done; case $file in *"$UNSIGNED"*) echo "not signed"; exit 1 ;; esac',
+    "lipo": 'echo "$MAC_PROCESSOR"',
+    "otool": "echo libraries",
+    "sw_vers": "echo ProductVersion: 11.3",
+    "sysctl": "echo value",
+    "xattr": "exit 1",
+    "xcode-select": "echo /Library/Developer",
+}
+
+
+def check_tools_of_a_mac(prefix, folder):
+    """What the self-test does with them; whether they do what is assumed, only a Mac can show."""
+    tools = folder / "tools"
+    shutil.rmtree(tools, ignore_errors=True)
+    tools.mkdir()
+    for name, script in MAC_TOOLS.items():
+        (tools / name).write_text(f"#!/bin/sh\n{script}\n")
+        (tools / name).chmod(0o755)
+    processor = {"x86_64": "x86_64", "aarch64": "arm64"}[os.uname().machine]
+    variables = {"PATH": f"{tools}:{os.environ['PATH']}", "MAC_PROCESSOR": processor}
+    status, outcomes, output = run_selftest(prefix, folder, (), UNSIGNED="none", **variables)
+    checks = {"files/codesign bin/ispctl", "files/lipo bin/ispctl", "ispctl/run --virtual --isp"}
+    missing = checks - with_outcome(outcomes, "passed")
+    assert not missing and not with_outcome(outcomes, "failed"), f"{status} {missing}\n{output}"
+    status, outcomes, output = run_selftest(prefix, folder, (), UNSIGNED="libIsp", **variables)
+    failed = with_outcome(outcomes, "failed")
+    assert status == 1 and failed == {f"files/codesign {VIRTUAL}/PlugIn/libIsp.dylib"}, output
+    variables["MAC_PROCESSOR"] = "none"
+    status, _, output = run_selftest(prefix, folder, (), UNSIGNED="none", **variables)
+    assert status == 2 and "neither slice can be run" in output, output
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("prefix", type=lambda text: pathlib.Path(text).resolve())
@@ -118,6 +154,7 @@ def main():
     check_passes(given.prefix, given.folder, given.in_loader, shlex.split(given.launcher))
     if given.faults:
         check_faults(given.prefix, given.folder)
+        check_tools_of_a_mac(given.prefix, given.folder)
     print("the self-test passes" + (", and notices what is broken" if given.faults else ""))
 
 

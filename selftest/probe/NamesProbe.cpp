@@ -69,7 +69,7 @@ void ProbeOrder(const Surroundings &surroundings) {
 
 } // namespace
 
-void ProbeFiles(const Surroundings &surroundings) {
+void ProbeNames(const Surroundings &surroundings) {
     ProbeForm(surroundings, "composed_name", kComposed, kDecomposed);
     ProbeForm(surroundings, "decomposed_name", kDecomposed, kComposed);
     ProbeFolderAsFile(surroundings);
