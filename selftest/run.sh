@@ -13,6 +13,7 @@ set -eu
 user_lang=${LANG-} user_lc_all=${LC_ALL-} user_lc_ctype=${LC_CTYPE-}
 LC_ALL=C
 export LC_ALL
+unset SCALER_ISP_VIRTUAL_DEVICE # the user's own device must not be touched
 
 here=$(cd "$(dirname "$0")" && pwd -P)
 prefix=$(cd "$here/../../.." && pwd -P)
@@ -179,8 +180,7 @@ in_environment() {
 # run_group GROUP ENVIRONMENT
 run_group() {
     environment=$2
-    directory=$work/$1
-    rm -rf "$directory" "$directory".*
+    directory=$work/$processor.$1.$2
     mkdir "$directory"
     cp -R "$virtual" "$directory.library"
     : >"$directory.txt"
@@ -193,6 +193,7 @@ run_group() {
     else
         add required "$1" "runs to its end" failed "status $status: $(tail -n 5 "$directory.out")"
     fi
+    rm -rf "$directory.library"
     environment=-
 }
 
@@ -327,7 +328,7 @@ make_work_directory() {
         work=$(cd "$work" && pwd -P)
         ;;
     esac
-    trap 'rm -rf "$work"' EXIT
+    trap 'rm -rf "$work" || true' EXIT
     trap 'exit 130' INT TERM
 }
 
