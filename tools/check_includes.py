@@ -6,7 +6,7 @@
     common/script --> plugins
 
 Besides: no file includes itself in a circle, an installed header includes installed headers only, and
-everything outside the library (ispctl, simulator, examples) includes installed headers only.
+everything outside the library (ispctl, simulator, selftest, examples) includes installed headers only.
 """
 
 import re
@@ -103,7 +103,7 @@ def main():
         if name.startswith("scaler_isp/"):
             problems += library_problems(name, text, public)
             edges[name] = [target for _, target in INCLUDE.findall(text) if target != name]
-        elif name.startswith(("ispctl/", "simulator/", "examples/")):
+        elif name.startswith(("ispctl/", "simulator/", "selftest/", "examples/")):
             for _, target in INCLUDE.findall(text):
                 if target.startswith("scaler_isp/") and target not in public:
                     problems.append(f"{name}: {target} is not installed")

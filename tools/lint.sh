@@ -30,17 +30,7 @@ check_docs() {
     run python3 tools/quirks.py --check
     run python3 tools/comm_table.py --check
     run python3 tools/doc_tables.py --check
-}
-
-# What is delivered, and what its users begin with. What was found for a source is kept as long as it does not
-# change.
-check_cppcheck() {
-    mkdir -p build/cppcheck
-    tracked 'scaler_isp/*.cpp' 'ispctl/*.cpp' 'simulator/*.cpp' 'templates/*.c' 'templates/*.cpp' \
-        'examples/*.c' 'examples/*.cpp' |
-        run cppcheck --quiet -j "$jobs" --std=c++20 --std=c99 --enable=warning,performance,portability \
-            --suppressions-list=tools/cppcheck.suppressions --error-exitcode=1 \
-            --cppcheck-build-dir=build/cppcheck -I . -I ispctl -I simulator --file-list=-
+    run python3 -B tools/where_it_ran.py --check
 }
 
 # Sourced files are checked along with dev: they use its variables.
@@ -57,7 +47,7 @@ check_spelling() {
     tracked | run xargs codespell
 }
 
-lint_steps="format includes words quirks docs cppcheck shell python spelling"
+lint_steps="format includes words quirks docs shell python spelling"
 
 dev_lint() {
     run_steps lint "$lint_steps" "$@"

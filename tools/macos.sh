@@ -24,7 +24,8 @@ macos_sysroot() {
     inputs=$(packaging/macos/fetch_inputs.sh "$macos_cache") || exit 2
     macos_npm=$(echo "$inputs" | sed -n 1p)
     run packaging/macos/make_sysroot.sh "$macos_npm" "$(echo "$inputs" | sed -n 2p)" \
-        "$(echo "$inputs" | sed -n 3p)" "$(echo "$inputs" | sed -n 4p)" "$macos_llvm" "$PWD/build/macos/sysroot"
+        "$(echo "$inputs" | sed -n 3p)" "$(echo "$inputs" | sed -n 4p)" "$(echo "$inputs" | sed -n 5p)" \
+        "$macos_llvm" "$PWD/build/macos/sysroot"
 }
 
 # macos_build FOLDER OPTIONS...: for every object of two architectures clang leaves an empty folder among
@@ -170,7 +171,13 @@ macos_arm64() {
 
 all_macos="library again inspection x86_64 arm64"
 
+# "--write" renews the table of docs/macos.md from what has run; without it the table must say just that.
 dev_macos() {
+    macos_write=
+    for word in "$@"; do
+        shift
+        if [ "$word" = --write ]; then macos_write=--write; else set -- "$@" "$word"; fi
+    done
     # shellcheck disable=SC2086
     [ $# -gt 0 ] || set -- $all_macos
     for step in "$@"; do
@@ -187,5 +194,7 @@ dev_macos() {
         fi
         step "macos $step" "macos_$step"
     done
+    # shellcheck disable=SC2086
+    on_a_mac || python3 -B tools/where_it_ran.py $macos_write
     echo "== macos: all passed ($*)"
 }

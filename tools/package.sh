@@ -96,7 +96,8 @@ package_macos() {
     cp "$macos_library" "$package/lib/"
     cp "$macos_library" "$package/share/scaler-isp/virtual/"
     cp -R "$macos_library.dSYM" "$package/lib/"
-    for file in "$package/bin/ispctl" "$package"/share/scaler-isp/virtual/lib[!S]*.dylib \
+    for file in "$package/bin/ispctl" "$package/share/scaler-isp/selftest/probe" \
+        "$package"/share/scaler-isp/virtual/lib[!S]*.dylib \
         "$package/share/scaler-isp/virtual/libSignVerify.dylib" \
         "$package/share/scaler-isp/virtual/PlugIn/libIsp.dylib"; do
         run "$package_llvm/llvm-strip" -x -S "$file" # signs again
@@ -183,7 +184,7 @@ check_release() {
 }
 
 package_options() {
-    package_url='' package_key='' package_twice='' package_checks='linux_archive macos_archive xcframework release'
+    package_url='' package_key='' package_twice='' package_write='' package_checks='linux_archive macos_archive xcframework release'
     while [ $# -gt 0 ]; do
         case $1 in
         --url | --sign)
@@ -196,8 +197,9 @@ package_options() {
             ;;
         --twice) package_twice=yes ;;
         --unchecked) package_checks='' ;;
+        --write) package_write=--write ;;
         *)
-            echo "./dev package: unknown argument $1; there are: --sign KEY.pem, --twice, --unchecked, --url URL" >&2
+            echo "./dev package: unknown argument $1; there are: --sign KEY.pem, --twice, --unchecked, --url URL, --write" >&2
             exit 2
             ;;
         esac
@@ -221,6 +223,8 @@ dev_package() {
     package_linux_name=ScalerIsp-$(package_version)-linux-$(uname -m)
     package_macos_name=ScalerIsp-$(package_version)-macos-universal
     rm -f "$package_folder"/*.* "$package_folder"/SHA256SUMS*
+    rm -rf "$package_folder/checks"
+    mkdir "$package_folder/checks"
     step "fetch inputs" package_inputs
     step "package linux" package_linux
     step "package macos" package_macos
@@ -228,6 +232,7 @@ dev_package() {
     step "lists and sums" package_sums
     for check in $package_checks; do
         step "check $check" "check_$check"
+        echo "$check" >>"$package_folder/checks/passed.txt"
     done
     if [ -n "$package_twice" ]; then
         step "package again" package_again
@@ -239,4 +244,8 @@ dev_package() {
     fi
     echo "== package: build/package holds the release$package_state"
     cat "$package_folder/SHA256SUMS"
+    if [ -n "$package_checks" ]; then
+        # shellcheck disable=SC2086
+        python3 -B tools/where_it_ran.py $package_write
+    fi
 }

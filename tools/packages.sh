@@ -32,7 +32,7 @@ test,check,bench,macos,package           file:/usr/share/i18n/charmaps          
 test,lint,check,format,package,fuzz      cmd:git                                                  git                       git
 lint,check                               cmd:shellcheck                                           shellcheck                shellcheck
 lint,check                               cmd:flake8                                               flake8                    flake8
-lint,check                               cmd:cppcheck                                             cppcheck                  cppcheck
+check                                    cmd:cppcheck                                             cppcheck                  cppcheck
 lint,check                               cmd:codespell                                            codespell                 codespell
 check,fuzz,coverage                      cmd:clang++-14                                           clang-14                  llvm@14
 check,fuzz,coverage                      file:/usr/lib/llvm-14/lib/clang/14.0.6/lib/linux         libclang-rt-14-dev        -

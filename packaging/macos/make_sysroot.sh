@@ -3,15 +3,15 @@
 # libiconv from this directory, packages for programs (packages/), and bin/ with the programs that clang and
 # dsymutil call by plain name.
 #
-#   make_sysroot.sh NPM-LIB LIBCXX-HEADERS MBEDTLS-SOURCES FMT-SOURCES LLVM-BIN SYSROOT
+#   make_sysroot.sh NPM-LIB LIBCXX-HEADERS MBEDTLS-SOURCES FMT-SOURCES LIBSYSTEM-STUB LLVM-BIN SYSROOT
 set -eu
 here=$(cd "$(dirname "$0")" && pwd)
-npm_lib=$1 libcxx=$2 mbedtls=$3 fmt=$4 llvm_bin=$5 sysroot=$6
+npm_lib=$1 libcxx=$2 mbedtls=$3 fmt=$4 libsystem=$5 llvm_bin=$6 sysroot=$7
 
 rm -rf "$sysroot"
 mkdir -p "$sysroot/usr/include/c++" "$sysroot/usr/lib" "$sysroot/bin"
 cp -r "$npm_lib/libc/include/any-macos-any/." "$sysroot/usr/include/"
-cp "$npm_lib/libc/darwin/libSystem.tbd" "$sysroot/usr/lib/"
+cp "$libsystem" "$sysroot/usr/lib/libSystem.tbd"
 cp -r "$libcxx" "$sysroot/usr/include/c++/v1"
 # Debian disables Apple's availability annotations; enabled, they make a symbol that is newer than the
 # oldest supported macOS a compile-time error.

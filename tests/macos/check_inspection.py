@@ -56,8 +56,14 @@ def import_an_unknown_symbol(data):
     return "has no _closedri"
 
 
+def import_a_symbol_of_macos_13(data):
+    place = data.index(b"_closedir\0")
+    data[place:place + 9] = b"_mkfifoat"
+    return "has no _mkfifoat"
+
+
 CHANGES = [flip_a_byte_of_the_code, rename_the_library, ask_for_a_newer_system, name_a_folder,
-           name_the_build_folder, import_an_unknown_symbol]
+           name_the_build_folder, import_an_unknown_symbol, import_a_symbol_of_macos_13]
 
 
 def is_seen(what, expected, program, *arguments):

@@ -16,6 +16,7 @@ import code_signature
 import macho_reader
 import vtables
 from check_numbers import SIZE_LIMIT
+from stub_symbols import symbols_of
 
 SYSTEM = {"/usr/lib/libSystem.B.dylib": "libSystem.tbd", "/usr/lib/libc++.1.dylib": "libc++.1.tbd",
           "/usr/lib/libiconv.2.dylib": "libiconv.2.tbd"}
@@ -24,14 +25,9 @@ MH_DYLIB = 6
 OPERATORS_NEW_AND_DELETE = re.compile(r"__Z(n[wa]m|d[la]Pv)")
 
 
-def stub_symbols(sysroot):
-    """{library: names} of the stubs the library was linked with."""
-    found = {}
-    for library, stub in SYSTEM.items():
-        text = (pathlib.Path(sysroot) / "usr/lib" / stub).read_text()
-        lists = re.findall(r"symbols:\s*\[(.*?)\]", text, re.S)
-        found[library] = {name.strip(" '\"\n") for names in lists for name in names.split(",")}
-    return found
+def stub_symbols(sysroot, arch):
+    """{library: names} of the stubs the library was linked with, for this processor."""
+    return {library: symbols_of(sysroot / "usr/lib" / stub, arch) for library, stub in SYSTEM.items()}
 
 
 def export_patterns(path):
@@ -119,9 +115,9 @@ def main():
     library, unstripped, sysroot, root = (pathlib.Path(a).resolve() for a in arguments)
     images, whole = macho_reader.load(library), macho_reader.load(unstripped)
     folders = build_folders(unstripped, root)
-    stubs = {} if native else stub_symbols(sysroot)
     problems = [] if sorted(images) == ["arm64", "x86_64"] else [f"architectures: {sorted(images)}"]
     for arch, image in images.items():
+        stubs = {} if native else stub_symbols(sysroot, arch)
         found = [*header_problems(image), *export_problems(image, root),
                  *import_problems(image, stubs), *code_signature.problems(image),
                  *build_path_problems(image, folders), *vtables.problems(whole[arch], root)]

@@ -20,7 +20,7 @@ PANEL_BYTES = "0000  5A 11 22 33 00 FF"
 
 
 def install(build, library, prefix):
-    """A prefix as the archive has it."""
+    """A prefix as the archive has it; without ispctl where only the library was built."""
     shutil.rmtree(prefix, ignore_errors=True)
     virtual = prefix / "share/scaler-isp/virtual"
     shutil.copytree(build / "virtual", virtual, ignore=shutil.ignore_patterns("VirtualScaler"))
@@ -28,7 +28,8 @@ def install(build, library, prefix):
         (prefix / name).mkdir()
     for directory in (prefix / "lib", virtual):
         shutil.copy(library, directory / "libScalerIsp.dylib")
-    shutil.copy(build / "bin/ispctl", prefix / "bin/ispctl")
+    if (build / "bin/ispctl").exists():
+        shutil.copy(build / "bin/ispctl", prefix / "bin/ispctl")
 
 
 class Installation:

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
-"""Unpacks the archive for Linux and uses it as its users do: the demo and every command of the pages run,
-templates and hosts build against it, its plug-ins pass `ispctl check-plugin`, manual pages can be read.
+"""Unpacks the archive for Linux and uses it as its users do: the self-test, the demo and every command of the
+pages run, templates and hosts build against it, its plug-ins pass `ispctl check-plugin`, manual pages can be
+read.
 
 usage: check_linux_archive.py ARCHIVE VERSION
 """
@@ -11,10 +12,12 @@ import sys
 
 from check_files import promised
 from check_hardening import hardening_problems
+from check_selftest import check_passes
 from release_archive import ENVIRONMENT, SOURCES, run, unpacked
 
 HERE = pathlib.Path(__file__).resolve().parent
-PARTS = ("ispctl", "virtual_isp", "virtual_comm", "virtual_device", "virtual_sign_verify")
+PARTS = ("ispctl", "virtual_isp", "virtual_comm", "virtual_device", "virtual_sign_verify",
+         "selftest_probe")
 OF_ARCHIVES = {"README.md", "LICENSE", "SHA256SUMS", "licences/CLI11.txt", "licences/fmt.txt",
                "licences/mbedtls.txt", "licences/nlohmann-json.txt"}
 # Every Linux has them; whatever else were needed would be missing on most.
@@ -33,7 +36,7 @@ def check_binaries(root):
     """They need the system only, are stripped and hardened, and search for nothing in a directory of the
     build."""
     binaries = [path for path in root.rglob("*") if path.is_file() and path.read_bytes()[:4] == b"\x7fELF"]
-    assert len(binaries) == 7, binaries
+    assert len(binaries) == 8, binaries
     for path in binaries:
         dynamic = run("readelf", "--dynamic", "--wide", path)
         needed = set(re.findall(r"\(NEEDED\).*\[(.*)\]", dynamic))
@@ -65,6 +68,7 @@ def check_first_command(root, folder):
 
 def check_use(root, folder, version):
     check_first_command(root, folder)
+    check_passes(root, folder)
     shown = run(SOURCES / "tools/demo.sh", root / "bin/ispctl", cwd=folder)
     assert "ispctl: success" in shown, shown
     run(sys.executable, "-B", HERE / "check_templates.py", root, root / "lib", "cc", "c++", cwd=folder)

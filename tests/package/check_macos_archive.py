@@ -16,6 +16,7 @@ import shutil
 import sys
 
 from check_files import promised
+from check_selftest import check_passes
 from release_archive import ENVIRONMENT, SOURCES, run, unpacked
 
 sys.path[:0] = [str(SOURCES / "packaging/macos"), str(SOURCES / "tests/macos")]
@@ -25,7 +26,8 @@ from check_program import Installation, check_commands, check_demo
 
 HERE = pathlib.Path(__file__).resolve().parent
 LLVM = pathlib.Path("/usr/lib/llvm-19/bin")
-PARTS = ("ispctl", "virtual_isp", "virtual_comm", "virtual_device", "virtual_sign_verify")
+PARTS = ("ispctl", "virtual_isp", "virtual_comm", "virtual_device", "virtual_sign_verify",
+         "selftest_probe")
 ARCHITECTURES = ["arm64", "x86_64"]
 OF_ARCHIVES = {"README.md", "LICENSE", "SHA256SUMS", "licences/CLI11.txt", "licences/fmt.txt",
                "licences/mbedtls.txt", "licences/nlohmann-json.txt", "include/ScalerIsp/module.modulemap"}
@@ -52,7 +54,7 @@ def check_binaries(root):
     """Both processors, signed, with the system's libraries and without debug information or a run path."""
     binaries = [path for name, path in files_below(root).items()
                 if ".dSYM/" not in name and path.read_bytes()[:4] == b"\xca\xfe\xba\xbe"]
-    assert len(binaries) == 7, binaries
+    assert len(binaries) == 8, binaries
     for path in binaries:
         images = macho_reader.load(path)
         assert sorted(images) == ARCHITECTURES, f"{path.name}: {sorted(images)}"
@@ -127,7 +129,7 @@ def check_objective_c(root, folder, sysroot, arch):
 
 
 def check_loader(root, folder, arch, runtime, launcher):
-    """ispctl as unpacked: its commands, and the demo with the output of the README."""
+    """ispctl as unpacked: its commands, the demo with the output of the README, and the self-test."""
     os.environ["MACHO_RUNTIME"] = runtime
     work = folder / f"work_{arch}"
     shutil.rmtree(work, ignore_errors=True)
@@ -135,6 +137,7 @@ def check_loader(root, folder, arch, runtime, launcher):
     installation = Installation(root, work, launcher)
     check_commands(installation, SOURCES)
     check_demo(installation, SOURCES)
+    check_passes(root, work, in_loader=True, launcher=launcher)
     os.environ["MACHO_RPATH"] = str(root / "lib")
     run(*launcher, folder / f"plain_{arch}", root / "lib", env=os.environ)
 

@@ -1,5 +1,5 @@
-/* A program without anything that hardens it, though it has what would be hardened: an array on the stack
- * and formatted output. It is never run. */
+/* A program without anything that hardens it, though it has what would be hardened: an array on the
+ * stack and formatted output. It is never run. */
 #include <stdio.h>
 
 int main(int count, char **words) {

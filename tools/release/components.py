@@ -24,8 +24,8 @@ COMPONENTS = (
               "fmt_sha256", "MIT", "Person: Victor Zverovich"),
     Component("mbedtls", BOTH, r".*/libSignVerify\.dylib", "2.28.3", "m/mbedtls/mbedtls_2.28.3.orig.tar.gz",
               "libmbedtls-dev", "mbed_sha256", "Apache-2.0", "Organization: Mbed TLS Contributors"),
-    Component("libc++", ("macos", "xcframework"), r".*(ispctl|\.dylib)", "19.1.7", None, "libc++-19-dev",
-              "deb_sha256", "Apache-2.0 WITH LLVM-exception", "Organization: LLVM Project"),
+    Component("libc++", ("macos", "xcframework"), r".*(ispctl|/probe|\.dylib)", "19.1.7", None,
+              "libc++-19-dev", "deb_sha256", "Apache-2.0 WITH LLVM-exception", "Organization: LLVM Project"),
 )
 
 

@@ -122,20 +122,20 @@ static const char *language_item(int item, void *l) {
     return strcmp(name, "ANSI_X3.4-1968") == 0 ? "US-ASCII" : name;
 }
 
-const struct shim shims_locale[] = {SHIM("_setlocale", set_locale),
-                                    SHIM("_newlocale", new_locale),
-                                    SHIM("_freelocale", free_locale),
-                                    SHIM("_uselocale", uselocale),
-                                    SHIM("_localeconv", conventions),
-                                    SHIM("_localeconv_l", conventions_of),
-                                    SHIM("_strcoll_l", collate),
-                                    SHIM("_strxfrm_l", transform),
-                                    SHIM("_wcscoll_l", wide_collate),
-                                    SHIM("_wcsxfrm_l", wide_transform),
-                                    SHIM("_strftime_l", format_time),
-                                    SHIM("_strtod_l", to_double),
-                                    SHIM("_strtof_l", to_float),
-                                    SHIM("_strtoll_l", to_signed),
-                                    SHIM("_strtoull_l", to_unsigned),
-                                    SHIM("_nl_langinfo_l", language_item),
-                                    SHIM_END};
+static const char *language_item_in_force(int item) {
+    locale_t in_force = duplocale(uselocale(NULL));
+    const char *text = language_item(item, in_force);
+    freelocale(in_force);
+    return text;
+}
+
+const struct shim shims_locale[] = {
+    SHIM("_setlocale", set_locale),        SHIM("_newlocale", new_locale),
+    SHIM("_freelocale", free_locale),      SHIM("_uselocale", uselocale),
+    SHIM("_localeconv", conventions),      SHIM("_localeconv_l", conventions_of),
+    SHIM("_strcoll_l", collate),           SHIM("_strxfrm_l", transform),
+    SHIM("_wcscoll_l", wide_collate),      SHIM("_wcsxfrm_l", wide_transform),
+    SHIM("_strftime_l", format_time),      SHIM("_strtod_l", to_double),
+    SHIM("_strtof_l", to_float),           SHIM("_strtoll_l", to_signed),
+    SHIM("_strtoull_l", to_unsigned),      SHIM("_nl_langinfo", language_item_in_force),
+    SHIM("_nl_langinfo_l", language_item), SHIM_END};

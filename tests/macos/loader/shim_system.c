@@ -6,6 +6,7 @@
 #include "loader.h"
 #include "shims.h"
 
+#include <errno.h>
 #include <stdint.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -54,6 +55,13 @@ static uint32_t random_number(void) {
     return getrandom(&value, sizeof value, 0) == sizeof value ? value : 4;
 }
 
+/* There is no kernel of macOS to ask. */
+static int kernel_value(const char *name, void *value, size_t *size, void *set, size_t set_size) {
+    (void)name, (void)value, (void)size, (void)set, (void)set_size;
+    errno = ENOENT;
+    return -1;
+}
+
 static void never_removed(void *function) {
     (void)function;
 }
@@ -66,6 +74,7 @@ const struct shim shims_system[] = {SHIM("___stdinp", &standard_input),
                                     SHIM("_proc_pidpath", path_of_process),
                                     SHIM("_clock_gettime", get_time),
                                     SHIM("_arc4random", random_number),
+                                    SHIM("_sysctlbyname", kernel_value),
                                     SHIM("_dlopen", macho_dlopen),
                                     SHIM("_dlsym", macho_dlsym),
                                     SHIM("_dlclose", macho_dlclose),

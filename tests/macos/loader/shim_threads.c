@@ -17,7 +17,8 @@ enum {
     OUR_CONDITION = 0x434F4E44,
     OUR_ONCE = 0x4F4E4345,
     OUR_LOCK = 0x52574C4B,
-    MACOS_RECURSIVE = 2
+    MACOS_RECURSIVE = 2,
+    SECONDARY_STACK = 512 * 1024
 };
 
 struct macos_mutex {
@@ -164,6 +165,12 @@ static int unlock(struct macos_lock *lock) {
     return errno_to_macos(pthread_rwlock_unlock(lock_of(lock)));
 }
 
+/* The objects have space for ours; a thread that is made without one has glibc's default. */
+static int attributes_init(pthread_attr_t *attributes) {
+    const int result = pthread_attr_init(attributes);
+    return result != 0 ? result : pthread_attr_setstacksize(attributes, SECONDARY_STACK);
+}
+
 const struct shim shims_threads[] = {SHIM("_pthread_mutex_init", mutex_init),
                                      SHIM("_pthread_mutex_destroy", mutex_destroy),
                                      SHIM("_pthread_mutex_lock", mutex_lock),
@@ -183,6 +190,10 @@ const struct shim shims_threads[] = {SHIM("_pthread_mutex_init", mutex_init),
                                      SHIM("_pthread_setspecific", set_specific),
                                      SHIM("_pthread_self", pthread_self),
                                      SHIM("_pthread_create", pthread_create),
+                                     SHIM("_pthread_attr_init", attributes_init),
+                                     SHIM("_pthread_attr_destroy", pthread_attr_destroy),
+                                     SHIM("_pthread_attr_getstacksize", pthread_attr_getstacksize),
+                                     SHIM("_pthread_exit", pthread_exit),
                                      SHIM("_pthread_join", pthread_join),
                                      SHIM("_pthread_detach", pthread_detach),
                                      SHIM("_pthread_mach_thread_np", thread_number),

@@ -22,7 +22,7 @@ struct shim {
 
 extern const struct shim shims_same[], shims_errno[], shims_locale[], shims_text[], shims_files[],
     shims_system[], shims_threads[], shims_variadic[], shims_signals[], shims_spawn[],
-    shims_descriptors[], shims_program[];
+    shims_descriptors[], shims_program[], shims_dispatch[];
 
 /* Address of a function or variable of the system; null when no table has it. */
 void *shim_find(const char *symbol);
