@@ -42,7 +42,8 @@ extern "C" void OnSignal(int signal) {
         ::alarm(kFinalOutputSeconds);
     }
     const auto byte = static_cast<char>(signal);
-    static_cast<void>(::write(g_wake, &byte, 1));
+    // If the pipe is full, the reader wakes up anyway.
+    [[maybe_unused]] const ssize_t written = ::write(g_wake, &byte, 1);
     errno = error;
 }
 
