@@ -43,6 +43,13 @@ check_cppcheck() {
             --cppcheck-build-dir=build/cppcheck -I . -I ispctl -I simulator --file-list=-
 }
 
+# The C that users begin with, and the headers in C; docs/testing.md says why not C++.
+check_analyzer() {
+    on_a_mac && return 0
+    tracked 'templates/*.c' 'examples/*.c' 'tests/abi/*.c' |
+        run xargs -n 1 gcc -std=c99 -O1 -Wall -Wextra -fanalyzer -Werror -I . -c -o /dev/null
+}
+
 # Sourced files are checked along with dev: they use its variables.
 check_shell() {
     run shellcheck --external-sources --check-sourced dev
@@ -57,7 +64,7 @@ check_spelling() {
     tracked | run xargs codespell
 }
 
-lint_steps="format includes words quirks docs cppcheck shell python spelling"
+lint_steps="format includes words quirks docs cppcheck analyzer shell python spelling"
 
 dev_lint() {
     run_steps lint "$lint_steps" "$@"
