@@ -45,7 +45,6 @@ FAILING(int, fchown, (int file, uid_t user, gid_t group), (file, user, group), n
 FAILING(int, fchmod, (int file, mode_t mode), (file, mode), noexcept, -1)
 FAILING(int, unlink, (const char *path), (path), noexcept, -1)
 FAILING(int, rename, (const char *from, const char *to), (from, to), noexcept, -1)
-FAILING(ssize_t, write, (int file, const void *bytes, size_t size), (file, bytes, size), , -1)
 FAILING(off_t, lseek, (int file, off_t offset, int whence), (file, offset, whence), noexcept, -1)
 FAILING(int, ftruncate, (int file, off_t size), (file, size), noexcept, -1)
 FAILING(int, flock, (int file, int operation), (file, operation), noexcept, -1)
@@ -72,6 +71,15 @@ extern "C" int open(const char *path, int flags, ...) {
     return SystemFault::Strikes("open") ? -1 : real(path, flags, mode);
 }
 
+/// With the error 0 nothing is written, and that is no error.
+extern "C" ssize_t write(int file, const void *bytes, size_t size) {
+    static const auto real = Real<ssize_t(int, const void *, size_t)>("write");
+    if (!SystemFault::Strikes("write")) {
+        return real(file, bytes, size);
+    }
+    return errno == 0 ? 0 : -1;
+}
+
 /// A descriptor is closed even if that fails.
 extern "C" int close(int file) {
     static const auto real = Real<int(int)>("close");
@@ -95,13 +103,14 @@ struct Failures {
 };
 
 const Failures kFailures[] = {
-    {{"open",      "fstat",   "lstat",   "fchown",     "fchmod",    "unlink",    "rename",
-      "read",      "write",   "lseek",   "ftruncate",  "flock",     "close",     "realpath",
-      "newlocale", "mbrtowc", "wcrtomb", "flistxattr", "fgetxattr", "fsetxattr", "fremovexattr"},
+    {{"open", "fstat", "lstat", "fchown", "fchmod", "unlink", "rename", "read", "write", "lseek",
+      "ftruncate", "flock", "close", "realpath", "newlocale", "flistxattr", "fgetxattr",
+      "fsetxattr", "fremovexattr"},
      {EIO, EACCES, EINTR, ENOTSUP, EMFILE}},
     {{"open", "lstat", "realpath", "rename", "flock"},
      {ENOMEM, ENFILE, EPERM, EROFS, EXDEV, EBUSY, EISDIR, ENOTDIR, ELOOP, ENAMETOOLONG, ENOLCK,
       EINVAL, ENXIO, ENODEV, EILSEQ, ENOSYS, EBADF}},
+    {{"write"}, {0}},
 };
 
 /// A file that is saved: made in a new directory. Empty if this system cannot make it.
@@ -130,6 +139,11 @@ std::string HardLinked(const TempFolder &folder) {
 std::string OfAnother(const TempFolder &folder) {
     const std::string path = Ordinary(folder);
     return ::chown(path.c_str(), 1234, 4321) == 0 ? path : "";
+}
+
+std::string OfAnotherGroup(const TempFolder &folder) {
+    const std::string path = Ordinary(folder);
+    return ::chown(path.c_str(), ::geteuid(), 4321) == 0 ? path : "";
 }
 
 #if defined(__linux__)
@@ -161,6 +175,7 @@ const FileKind kFiles[] = {
     {"link to no file", [](const TempFolder &folder) { return Link(folder, "no.ini"); }, kNothing},
     {"two names", HardLinked},
     {"of another owner", OfAnother},
+    {"of another group", OfAnotherGroup},
 #if defined(__linux__)
     {"with an attribute", WithAttribute},
     {"among access lists", AmongAccessLists},
@@ -227,6 +242,14 @@ TEST(SystemCallFailure, Save_leaves_old_or_new_bytes_whatever_call_fails) {
     EXPECT_GT(faults, 500U);
     if (HasFailure()) {
         ADD_FAILURE() << printed;
+    }
+}
+
+TEST(SystemCallFailure, Save_leaves_old_or_new_bytes_whatever_conversion_fails) {
+    for (const char *function : {"mbrtowc", "wcrtomb"}) {
+        for (const int error : {EIO, EILSEQ}) {
+            EXPECT_GT(SaveWithEachFault(kFiles[0], function, error), 2U) << function;
+        }
     }
 }
 
