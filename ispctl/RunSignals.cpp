@@ -42,8 +42,7 @@ extern "C" void OnSignal(int signal) {
         ::alarm(kFinalOutputSeconds);
     }
     const auto byte = static_cast<char>(signal);
-    // If the pipe is full, the reader wakes up anyway.
-    [[maybe_unused]] const ssize_t written = ::write(g_wake, &byte, 1);
+    [[maybe_unused]] const auto written = ::write(g_wake, &byte, 1); // a full pipe wakes, too
     errno = error;
 }
 

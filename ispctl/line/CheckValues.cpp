@@ -63,10 +63,9 @@ std::string MeantNumber(const std::string &text, const NumberText &number, const
 class NumberCheck {
   public:
     NumberCheck(LineUnderCheck &line, const GivenArgument &given, const ValueForm &form)
-        : m_line(line), m_given(given), m_form(form) {
+        : m_line(line), m_given(given), m_form(form), m_numbers(form) {
         const OptionFacts &option = *given.option;
         const bool isByte = form.kind == ValueForm::Kind::Bytes;
-        m_numbers = form;
         m_numbers.first = isByte ? 0 : form.first;
         m_numbers.last = isByte ? 255 : form.last;
         m_numbers.isBounded = isByte || form.isBounded;

@@ -114,7 +114,7 @@ bool DeviceLock::Take(const std::string &holder) {
 void DeviceLock::WriteHolder(const std::string &holder) const {
     if (::ftruncate(m_descriptor.Number(), 0) == 0) {
         const std::string line = holder.substr(0, kMaxHolderBytes - 1) + "\n";
-        [[maybe_unused]] const ssize_t written =
+        [[maybe_unused]] const auto written =
             ::pwrite(m_descriptor.Number(), line.data(), line.size(), 0);
     }
 }

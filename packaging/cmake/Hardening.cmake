@@ -22,12 +22,16 @@ include(CheckPIESupported)
 check_pie_supported(OUTPUT_VARIABLE ignored LANGUAGES CXX)
 
 check_cxx_compiler_flag(-fstack-protector-strong SCALER_ISP_HAS_STACK_PROTECTOR)
-# Shadow stacks of x86; no Linux tracks indirect jumps of programs, whose marks would cost a hundredth of the
-# file. Start files of some systems do not say that they allow shadow stacks, hence the linker's word.
-check_cxx_compiler_flag(-fcf-protection=return SCALER_ISP_HAS_CF_PROTECTION)
-check_linker_flag(CXX LINKER:-z,shstk SCALER_ISP_HAS_SHADOW_STACK)
-# Signed return addresses and landing pads of arm64.
-check_cxx_compiler_flag(-mbranch-protection=standard SCALER_ISP_HAS_BRANCH_PROTECTION)
+# Each processor protects return addresses in its own way; clang accepts the flags of the others, too.
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|amd64|AMD64|i.86)$")
+    # Shadow stacks. No Linux tracks indirect jumps of programs, whose marks would cost a hundredth of the file.
+    # Start files of some systems do not say that they allow shadow stacks, hence the linker's word.
+    check_cxx_compiler_flag(-fcf-protection=return SCALER_ISP_HAS_CF_PROTECTION)
+    check_linker_flag(CXX LINKER:-z,shstk SCALER_ISP_HAS_SHADOW_STACK)
+elseif(CMAKE_SYSTEM_PROCESSOR MATCHES "^(aarch64|arm64)$")
+    # Signed return addresses, and landing pads.
+    check_cxx_compiler_flag(-mbranch-protection=standard SCALER_ISP_HAS_BRANCH_PROTECTION)
+endif()
 check_linker_flag(CXX LINKER:-z,relro,-z,now,-z,noexecstack SCALER_ISP_HAS_RELRO)
 
 # glibc checks sizes only in optimised code, and warns of any other.
@@ -52,7 +56,8 @@ function(scaler_isp_hardening)
         if(NOT type MATCHES "^(OBJECT|STATIC)_LIBRARY$")
             target_link_options(${target} PRIVATE ${scaler_isp_hardened_link})
         endif()
-        if(type STREQUAL "EXECUTABLE")
+        # A program at a random address consists of such parts, whatever is the compiler's default.
+        if(type MATCHES "^(EXECUTABLE|STATIC_LIBRARY)$")
             set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
         endif()
     endforeach()

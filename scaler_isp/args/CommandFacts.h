@@ -115,16 +115,18 @@ constexpr OptionFacts WithTexts(OptionFacts row) {
     return row;
 }
 
+constexpr auto AllOptions() {
+    std::array<OptionFacts, std::size(kWrittenOptions)> rows{};
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        rows[i] = WithTexts(kWrittenOptions[i]);
+    }
+    return rows;
+}
+
 } // namespace Detail
 
 /// All options in the order of registration.
-inline constexpr auto kOptions = [] {
-    std::array<OptionFacts, std::size(Detail::kWrittenOptions)> rows{};
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        rows[i] = Detail::WithTexts(Detail::kWrittenOptions[i]);
-    }
-    return rows;
-}();
+inline constexpr auto kOptions = Detail::AllOptions();
 
 inline constexpr ActionFacts kActions[] = {
 #define SCALER_ISP_ACTION(NAME, BIT, ENUMERATOR, FILES, READS, CALL, ...)                          \

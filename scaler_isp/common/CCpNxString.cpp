@@ -92,6 +92,7 @@ void CCpNxString::Format(const wchar_t *format, ...) {
     va_start(arguments, format);
     // The result is ignored: output that does not fit leaves some prefix, which is all that Format
     // promises.
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): does not see the va_start
     static_cast<void>(std::vswprintf(buffer, kFormatCapacity, OrEmpty(format), arguments));
     va_end(arguments);
     buffer[kFormatCapacity - 1] = L'\0';

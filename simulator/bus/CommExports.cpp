@@ -8,9 +8,9 @@ std::string virtual_scaler::BusDirectory() {
     return DeviceDirectory(1);
 }
 
-#define EXPORT_REQUIRED VIRTUAL_BUS_EXPORT
-#define EXPORT_REQUIRED_TWICE VIRTUAL_BUS_EXPORT
-#define EXPORT_OPTIONAL VIRTUAL_BUS_EXPORT
+#define EXPORT_REQUIRED(...) VIRTUAL_BUS_EXPORT(__VA_ARGS__)
+#define EXPORT_REQUIRED_TWICE(...) VIRTUAL_BUS_EXPORT(__VA_ARGS__)
+#define EXPORT_OPTIONAL(...) VIRTUAL_BUS_EXPORT(__VA_ARGS__)
 #define EXPORT_NEVER(RESULT, NAME, PARAMETERS, ARGUMENTS)
 #define SCALER_ISP_COMM_FUNCTION(LOOKUP, RESULT, METHOD, SYMBOL, CALLS, NOT_LOADED_RESULT,         \
                                  PARAMETERS, ARGUMENTS)                                            \

@@ -10,7 +10,7 @@ template <class Bus, class Method> constexpr bool IsMethod(Method Bus::*) {
 }
 #define WRITTEN_REQUIRED(SYMBOL)                                                                   \
     static_assert(IsMethod(&virtual_scaler::VirtualBus::SYMBOL), #SYMBOL " is not written");
-#define WRITTEN_OPTIONAL WRITTEN_REQUIRED
+#define WRITTEN_OPTIONAL(SYMBOL) WRITTEN_REQUIRED(SYMBOL)
 #define WRITTEN_NEVER(SYMBOL)
 #define SCALER_ISP_NXD_FUNCTION(LOOKUP, NAME, SYMBOL, TYPE_OF, FAILURE) WRITTEN_##LOOKUP(SYMBOL)
 #include "scaler_isp/plugins/device_functions.def"

@@ -55,11 +55,11 @@ void AddBankMap(FieldList &fields, const Map &map) {
 // One macro per kind of field in the table. The target banks are printed with the entries of the
 // bank map.
 #define ADD_U32(NAME, VALUE, DEFAULT) fields.AddNumber(NAME, VALUE, DEFAULT);
-#define ADD_I32 ADD_U32
-#define ADD_U8 ADD_U32
+#define ADD_I32(NAME, VALUE, DEFAULT) ADD_U32(NAME, VALUE, DEFAULT)
+#define ADD_U8(NAME, VALUE, DEFAULT) ADD_U32(NAME, VALUE, DEFAULT)
 #define ADD_BYTES(NAME, VALUE, DEFAULT) fields.AddBytes(NAME, VALUE, DEFAULT);
 #define ADD_WIDE(NAME, VALUE, DEFAULT) fields.AddText(NAME, VALUE);
-#define ADD_NARROW ADD_WIDE
+#define ADD_NARROW(NAME, VALUE, DEFAULT) ADD_WIDE(NAME, VALUE, DEFAULT)
 #define ADD_BANKS(NAME, VALUE, DEFAULT)
 
 std::string RecordLine(const char *function, const Setting &setting) {

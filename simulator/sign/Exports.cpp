@@ -23,7 +23,7 @@ constexpr int kInternalHardwareKey = 0;
 std::string ArgsLine(const char *function, const Args &args, bool keyGiven) {
     FieldList fields(function);
 #define ADD_U32(NAME, VALUE) fields.AddNumber(NAME, VALUE, 0);
-#define ADD_I32 ADD_U32
+#define ADD_I32(NAME, VALUE) ADD_U32(NAME, VALUE)
 #define ADD_NARROW(NAME, VALUE) fields.AddText(NAME, VALUE);
 #define SCALER_ISP_SIGN_FIELD(KIND, MEMBER, OFFSET, WIDTH) ADD_##KIND(#MEMBER, args.MEMBER)
 #include "scaler_isp/abi/digital_sign_fields.def"

@@ -107,6 +107,8 @@ TEST_F(VirtualBus, Usb_packets_are_received_with_values_they_were_sent_with) {
     path[0] = L'x';
     EXPECT_EQ(comm.SelectUsbByDevicePath(path), 0x5B04U);
     EXPECT_EQ(comm.SelectUsbByIndex(1), 0x5B04U);
+    EXPECT_EQ(comm.GetUsbDevicePath(1, path), 0x5B04U);
+    EXPECT_EQ(path[0], L'x');
     unsigned char data[] = {1, 2, 3};
     EXPECT_EQ(comm.SendUsbPacket(0x40, 1, 2, 3, data), 0U);
     unsigned char read[4] = {9, 9, 9, 9};

@@ -21,8 +21,8 @@ template <class Function> Function Real(const char *name) {
 
 } // namespace
 
-SystemFault::SystemFault(const std::string &function, int error, int successes)
-    : m_function(function), m_error(error), m_successes(successes) {
+SystemFault::SystemFault(const std::string &function, int error, int successes, int failures)
+    : m_function(function), m_error(error), m_successes(successes), m_failures(failures) {
     g_current = this;
 }
 
@@ -35,6 +35,10 @@ bool SystemFault::Strikes(const char *function) {
         return false;
     }
     g_current->m_successes = 0;
+    if (g_current->m_failures == 0) {
+        return false;
+    }
+    g_current->m_failures -= g_current->m_failures == kAlways ? 0 : 1;
     g_current->m_struck = true;
     errno = g_current->m_error;
     return true;

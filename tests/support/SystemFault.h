@@ -9,8 +9,11 @@
 /// a test file that replaces another function asks Strikes itself.
 class SystemFault {
   public:
-    /// \param successes  calls of the function that succeed before it fails; then it fails always.
-    SystemFault(const std::string &function, int error, int successes = 0);
+    static constexpr int kAlways = -1;
+
+    /// \param successes  calls of the function that succeed before it fails
+    /// \param failures   calls that fail then, after which it succeeds again; kAlways: all
+    SystemFault(const std::string &function, int error, int successes = 0, int failures = kAlways);
     ~SystemFault();
     SystemFault(const SystemFault &) = delete;
     SystemFault &operator=(const SystemFault &) = delete;
@@ -27,6 +30,7 @@ class SystemFault {
     std::string m_function;
     int m_error;
     int m_successes;
+    int m_failures;
     bool m_struck = false;
 };
 

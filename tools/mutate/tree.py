@@ -1,6 +1,7 @@
 """A build that is changed, and tested: what those of a copy of the sources and of ./dev test have in common.
 """
 
+import concurrent.futures
 import contextlib
 import os
 import re
@@ -44,9 +45,9 @@ class Tree:
 
     def run_limited(self, command, seconds, variables=None, **options):
         """(exit status or None if it took too long, output); a group of its own, so that nothing is left."""
-        scratch = self.directory / "scratch"
-        scratch.mkdir(parents=True, exist_ok=True)
-        environment = ENVIRONMENT | {"TMPDIR": str(scratch), "HOME": str(scratch)} | (variables or {})
+        scratch = tempfile.mkdtemp(prefix="m")  # a short name, as texts are wrapped
+        os.chmod(scratch, 0o755)  # some tests are another user
+        environment = ENVIRONMENT | {"TMPDIR": scratch, "HOME": scratch} | (variables or {})
         # To a file: a process that is left over would keep a pipe open.
         with tempfile.TemporaryFile() as output:
             process = subprocess.Popen(
@@ -80,7 +81,8 @@ class Tree:
         """Ends here if one of these programs fails without a change; learns how long each takes."""
         if not self.build(*programs_of(programs)):
             raise SystemExit("the sources do not build without a change:\n" + self.build_output[-4000:])
-        self.check([self.program_failure(name) for name in programs])
+        with concurrent.futures.ThreadPoolExecutor(self.jobs) as pool:
+            self.check(list(pool.map(self.program_failure, programs)))
 
     @staticmethod
     def check(failures):

@@ -21,6 +21,26 @@ TEST_F(OptionEngine, Exact_name_wins_over_abbreviation_in_any_table_order) {
     EXPECT_EQ(step.printed, "");
 }
 
+TEST_F(OptionEngine, Missing_arguments_and_program_name_are_tolerated) {
+    char unknown[] = "-z";
+    char *noArgument[] = {nullptr, nullptr};
+    char *noProgram[] = {nullptr, unknown, nullptr};
+    int result = 0;
+    EXPECT_EQ(ErrorOutputOf([&] { result = engine.ParseCmdLineEx(2, noArgument, nullptr); }), "");
+    EXPECT_EQ(result, -1);
+    engine.Reset();
+    EXPECT_EQ(ErrorOutputOf([&] { result = engine.ParseCmdLineEx(2, noProgram, nullptr); }),
+              ": invalid option -- 'z'\n");
+    EXPECT_EQ(result, 63);
+}
+
+TEST_F(OptionEngine, ParseLongCmd_fails_without_text_to_parse) {
+    Arguments arguments({"--sign"});
+    int index = 7;
+    EXPECT_EQ(engine.ParseLongCmd(arguments.Count(), arguments.Get(), &index, 0, "--"), 63);
+    EXPECT_EQ(index, 7);
+}
+
 TEST_F(OptionEngine, First_of_two_exact_names_wins) {
     engine.AddLongCmd("sign", 1, nullptr, 301);
     Arguments arguments({"--sign"});

@@ -1,5 +1,7 @@
 #include "ParserFixture.h"
 
+#include "scaler_isp/args/CommandFlow.h"
+
 class PrefixSearch : public ParserTest {
   protected:
     void Prefix(const std::string &prefix) {
@@ -91,4 +93,23 @@ TEST_F(PrefixSearch, Search_ignores_settings_file_given_after_it) {
                    "Cannot fw prefix setting!\n");
     const std::wstring path = TextOf(Setting()->wszSettingFile);
     EXPECT_EQ(path.substr(path.rfind(L'/') + 1), L"IspSetting.ini");
+}
+
+TEST_F(PrefixSearch, Settings_of_library_are_found_though_name_is_inexpressible) {
+    folder.Write("FWX_1.bin", "x");
+    folder.Write("other.bin", "x");
+    folder.Write("IspSetting.ini", "[ISP_Fw]\nstrFwPrefix=FWX\n");
+    const std::string here = folder.Path() + "/";
+    for (const bool isKnown : {true, false}) {
+        const ArgsDirectories directories{here, LibraryDirectory{L"", isKnown ? here : ""}};
+        wchar_t field[SCALER_ISP_PATH_CHARS] = {};
+        const std::string printed = OutputOf(
+            [&] { EXPECT_EQ(FindFirmwareByPrefix(directories, "", field, name), isKnown); });
+        EXPECT_EQ(printed, isKnown ? "" : "Cannot fw prefix setting!\n");
+        EXPECT_EQ(std::wstring(field), L"IspSetting.ini");
+        EXPECT_EQ(directories.OfUserDefinedFile(), here);
+    }
+    EXPECT_EQ(name, "FWX_1.bin");
+    const ArgsDirectories without{"", LibraryDirectory{L"", here}};
+    EXPECT_EQ(without.OfUserDefinedFile(), here);
 }

@@ -184,6 +184,9 @@ TEST(CommandText, GetNextWord_fills_buffer_without_terminator) {
     pos = 6;
     EXPECT_EQ(GetNextWord(text.data(), pos, 7, word, 4), 4);
     EXPECT_EQ(std::wstring(word, 5), std::wstring(L"ef\0\0~", 5)) << "only a word clears it";
+    pos = 0;
+    EXPECT_EQ(GetNextWord(text.data(), pos, 7, nullptr, 4), 1);
+    EXPECT_EQ(pos, 6U);
 }
 
 TEST(CommandText, Long_token_is_truncated_to_256_characters) {

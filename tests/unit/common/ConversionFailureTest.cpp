@@ -131,6 +131,22 @@ TEST(ConversionFailure, Charset_that_cannot_be_opened_throws_for_any_reason) {
     }
 }
 
+TEST(ConversionFailure, Charset_of_environment_is_empty_text_if_unknown) {
+    const EnvironmentLocaleGuard environment("C.UTF-8");
+    EXPECT_EQ(WideFromEnvironmentCharset("abc"), L"abc");
+    for (const int error : {EINVAL, EMFILE}) {
+        const SystemFault fault("iconv_open", error);
+        const Outcome outcome = Try([] { return WideFromEnvironmentCharset("abc").size(); });
+        EXPECT_EQ(outcome.size, 0U);
+        EXPECT_EQ(outcome.error, error == EINVAL ? kNothingThrown : error);
+    }
+}
+
+TEST(ConversionFailure, Charset_of_missing_locale_is_empty_text) {
+    const EnvironmentLocaleGuard environment("xx_YY.none");
+    EXPECT_EQ(WideFromEnvironmentCharset("abc"), L"");
+}
+
 TEST(ConversionFailure, Missing_locale_keeps_current_locale) {
     for (const int error : {ENOENT, EINVAL, 0}) {
         const EnvironmentLocaleGuard environment(kNeverKept);

@@ -338,6 +338,42 @@ TEST(IniEdit, Repeated_sections_are_written_as_by_single_writes) {
 }
 
 /// 512 entries, and the file they make.
+TEST(IniEdit, Value_with_equals_sign_is_replaced_as_by_single_writes) {
+    const Map map{3, {{1, 0, L"/a=b"}, {1, 1, L"/c=d=e"}, {1, 2, L"/f"}}};
+    for (const char *file : {"", "[ISP_Fw]\nfw1_TargetBank=1=2\n", "[ISP_Fw]\nfw0_Path=/o=p\n"}) {
+        EXPECT_EQ(ByTheLibrary(file, map), KeyByKey(file, map, SecondVersion(Encoding::Utf8)));
+    }
+    // The value begins after the last "=", which then is that of the first value.
+    const IniWrite writes[] = {{L"K", L"a=b"}, {L"K", L"c"}};
+    TextFileEncoding encoding(TextFileEncoding::Charset::Environment);
+    std::string after;
+    EXPECT_EQ(EditIniBytes(encoding, "[S]\nK=1\n", L"S", writes, after), 2U);
+    EXPECT_EQ(after, "[S]\nK=a=c\n");
+}
+
+TEST(IniEdit, File_of_5000_keys_is_edited_by_index) {
+    std::string file = "[S]\n";
+    for (int i = 0; i < 5000; ++i) {
+        file += "K" + std::to_string(i) + "=0\n";
+    }
+    std::vector<std::wstring> keys;
+    for (int i = 0; i < 40; ++i) {
+        keys.push_back(L"K" + std::to_wstring(i * 128));
+    }
+    std::vector<IniWrite> writes;
+    for (const std::wstring &key : keys) {
+        writes.push_back({key, L"1"});
+    }
+    TextFileEncoding encoding(TextFileEncoding::Charset::Environment);
+    std::string after;
+    EXPECT_EQ(EditIniBytes(encoding, file, L"S", writes, after), writes.size());
+    std::string expected = "[S]\n";
+    for (int i = 0; i < 5000; ++i) {
+        expected += "K" + std::to_string(i) + (i % 128 == 0 ? "=1\n" : "=0\n");
+    }
+    EXPECT_EQ(after, expected);
+}
+
 TEST(IniEdit, Full_map_of_512_banks_is_written_completely) {
     Map map{512, {}};
     std::string expected = "[ISP_Fw]\nfwFileCount=512\n";

@@ -11,6 +11,7 @@
 #include "scaler_isp/common/CallFailure.h"
 #include "scaler_isp/settings/IniReader.h"
 #include "support/CapturedOutput.h"
+#include "support/SystemFault.h"
 #include "support/TempFolder.h"
 #include "unit/settings/ProfileFamilies.h"
 
@@ -39,6 +40,9 @@ struct ReadFault {
 extern "C" ssize_t read(int file, void *to, size_t size) {
     using Read = ssize_t (*)(int, void *, size_t);
     static const auto real = reinterpret_cast<Read>(dlsym(RTLD_NEXT, "read"));
+    if (SystemFault::Strikes("read")) {
+        return -1;
+    }
     if (ReadFault::current != nullptr && --ReadFault::current->number == 0) {
         if (ReadFault::current->kind == ReadFault::Kind::EarlyEnd) {
             return 0;
