@@ -7,7 +7,8 @@ import subprocess
 
 # CMake's generators, the shell and pkg-config treat each of these characters specially somewhere.
 ODD = "Prüfung (ß) 1"
-PARTS = ("CMakeLists.txt", "scaler_isp", "packaging", "simulator", "ispctl", "templates", "examples")
+PARTS = ("CMakeLists.txt", "scaler_isp", "packaging", "simulator", "selftest", "ispctl", "templates",
+         "examples")
 # Neither the compiler's defaults nor the directory of an earlier test may come from outside.
 ENVIRONMENT = {name: value for name, value in os.environ.items()
                if name not in ("DESTDIR", "CXXFLAGS", "CFLAGS", "LDFLAGS")} | {"LC_ALL": "C.UTF-8"}
