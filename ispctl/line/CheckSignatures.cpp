@@ -46,6 +46,19 @@ void CheckKey(LineUnderCheck &line, std::size_t index) {
                                                 : "it is meant for " + need.words});
 }
 
+/// Such as "; nothing uses --signfile, --dsmode": the library stores them for a check that this
+/// line does not make.
+std::string UnusedForCheck(const LineUnderCheck &line) {
+    std::string names;
+    for (const GivenArgument *given : line.Options()) {
+        const OptionFacts &option = *given->option;
+        if (option.section == "signatures" && option.name != "sw" && option.name != "hw") {
+            names += fmt::format("{}--{}", names.empty() ? "" : ", ", option.name);
+        }
+    }
+    return names.empty() ? "" : "; nothing uses " + names;
+}
+
 /// What is programmed although nobody verifies it.
 void CheckUnsigned(LineUnderCheck &line, std::size_t index) {
     const GivenArgument &given = *line.Options()[index];
@@ -58,8 +71,9 @@ void CheckUnsigned(LineUnderCheck &line, std::size_t index) {
     const bool isHardware = option.name == "hw";
     if (isFactory || isHardware) {
         line.Report("unsigned-programming", given, Underline::Name,
-                    {.detail = isFactory ? "factory mode skips the check"
-                                         : "a hardware signature is not verified beforehand"});
+                    {.detail = (isFactory ? "factory mode skips the check"
+                                          : "a hardware signature is not verified beforehand") +
+                               UnusedForCheck(line)});
     }
     const bool isFurtherFile =
         option.effect.kind == ScalerIspFacts::Kind::Firmware && option.effect.entry > 0;
