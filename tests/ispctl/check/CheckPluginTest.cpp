@@ -131,6 +131,8 @@ TEST(CheckPlugin, Report_of_isp_plugin_is_examined) {
         {"escape-c1", "escape-sequence", 3, "{9B}"},
         {"escape-printed", "escape-sequence", 3, "\\\\x1B[2J"},
         {"no-text", "message-not-text", 3, "110000"},
+        {"first-surrogate", "message-not-text", 3, "D800"},
+        {"last-surrogate", "message-not-text", 3, "DFFF"},
         {"null-text", "message-not-text", 3, "a null pointer"},
         {"change", "record-changed", 1, "at offset 2092"},
         {"library-code", "call-returns-library-code", 3, "0x4003"},

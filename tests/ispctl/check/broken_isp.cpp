@@ -79,6 +79,12 @@ void Report() {
     } else if (HasFault("no-text")) {
         const wchar_t text[] = {0x110000, 0};
         Message(text);
+    } else if (HasFault("first-surrogate")) {
+        const wchar_t text[] = {0xD800, 0};
+        Message(text);
+    } else if (HasFault("last-surrogate")) {
+        const wchar_t text[] = {0xDFFF, 0};
+        Message(text);
     } else if (HasFault("null-text") && g_ui.message != nullptr) {
         g_ui.message(nullptr);
     } else if (HasFault("null-callback")) {
