@@ -162,7 +162,7 @@ TEST_F(StationRun, Unwritable_station_file_ends_run_before_plugin_is_called) {
 }
 
 TEST_F(StationRun, Second_run_on_interface_names_first_or_waits_for_it) {
-    m_folder.Write("device/faults.txt", "slow 400\n");
+    m_folder.Write("device/faults.txt", "slow 20000\n"); // until it is stopped
     const Words line =
         Line({"--wait", "120", "--station", m_station}, {"--isp", "--fw", m_firmware});
     ConsoleProcess first(line);
@@ -172,12 +172,17 @@ TEST_F(StationRun, Second_run_on_interface_names_first_or_waits_for_it) {
     EXPECT_EQ(second.status, 8);
     EXPECT_THAT(second.err, ContainsRegex("in use by process [0-9]+ .*since 20.*, station file " +
                                           m_station + "; --wait SECONDS"));
-    const ConsoleResult waiting = RunConsole(line);
-    EXPECT_EQ(waiting.status, 0);
-    EXPECT_THAT(waiting.err, HasSubstr("waiting for at most 120 s"));
-    EXPECT_EQ(first.Finish(), 0);
+    ConsoleProcess waiting(line);
+    ASSERT_TRUE(waiting.WaitForText("waiting for at most 120 s"));
+    m_folder.Write("device/faults.txt", "");
+    first.Signal(SIGINT);
+    ASSERT_TRUE(first.WaitForText("press Ctrl-C again"));
+    first.Signal(SIGINT);
+    EXPECT_EQ(first.Finish(), 130);
+    EXPECT_EQ(waiting.Finish(), 0);
     ASSERT_EQ(Records().size(), 3U);
     EXPECT_EQ(Records()[0]["stage"], "lock");
+    EXPECT_EQ(Records()[2]["status"], 0);
 }
 
 TEST_F(StationRun, Firmware_exchanged_during_run_is_not_programmed) {
