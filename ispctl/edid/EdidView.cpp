@@ -1,6 +1,7 @@
 #include "edid/EdidView.h"
 
 #include "HexDump.h"
+#include "VisibleText.h"
 #include "edid/BaseFacts.h"
 #include "edid/Descriptors.h"
 #include "edid/EdidBlocks.h"
@@ -35,6 +36,11 @@ class Columns {
     std::string m_text;
 };
 
+/// A string of a display must not act on the terminal.
+std::string Shown(const std::string &text) {
+    return Visible(text, Layout::OneLine, Charset::Utf8);
+}
+
 std::string MadeText(View edid) {
     const MadeIn made = MadeInOf(edid);
     if (made.modelYear) {
@@ -56,11 +62,11 @@ void AddIdentification(View edid, Columns &columns) {
     columns.Add("preferred timing", hasPreferred ? DescribeTiming(timings.front()) : "none");
     const auto texts = TextsOf(edid);
     const std::string name = JoinTexts(texts, "name");
-    columns.Add("name", name.empty() ? "none" : name);
+    columns.Add("name", name.empty() ? "none" : Shown(name));
     for (const EdidText &text : texts) {
         if (text.kind != std::string_view("name") && !text.value.empty()) {
             columns.Add(text.kind == std::string_view("serial") ? "serial string" : "text",
-                        text.value);
+                        Shown(text.value));
         }
     }
 }
