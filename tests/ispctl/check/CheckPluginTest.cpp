@@ -131,7 +131,7 @@ TEST(CheckPlugin, Report_of_isp_plugin_is_examined) {
         {"escape-c1", "escape-sequence", 3, "{9B}"},
         {"escape-printed", "escape-sequence", 3, "\\\\x1B[2J"},
         {"no-text", "message-not-text", 3, "110000"},
-        {"first-surrogate", "message-not-text", 3, "D800"},
+        {"first-surrogate", "message-not-text", 3, "800}"},
         {"last-surrogate", "message-not-text", 3, "DFFF"},
         {"null-text", "message-not-text", 3, "a null pointer"},
         {"change", "record-changed", 1, "at offset 2092"},
