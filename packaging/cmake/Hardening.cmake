@@ -1,6 +1,6 @@
-# What makes mistakes in memory harder to exploit, for everything that is delivered: the library, ispctl and
-# the plug-ins of the virtual scaler. Tests do without. tests/package/check_hardening.py reads it from the built
-# files; docs/security.md says what it is for.
+# What makes mistakes in memory harder to exploit, for everything that is delivered: the library, ispctl, the
+# plug-ins of the virtual scaler and the probe of the self-test. Tests do without.
+# tests/package/check_hardening.py reads it from the built files; docs/security.md says what it is for.
 #
 # Hosts notice nothing of it. Therefore the assertions of the standard library are not part of it: they end
 # the host's process where the library goes on.
