@@ -1,5 +1,5 @@
-// Scanning a command line with the 90 options, against getopt_long with an equal table. Both
-// include the set-up of the table and the copy of argv, which both scanners reorder.
+// Scanning a command line with all options of the library, against getopt_long with an equal table.
+// Both include the set-up of the table and the copy of argv, which both scanners reorder.
 
 #include <algorithm>
 #include <array>
