@@ -4,14 +4,11 @@
 #include <new>
 
 #include "LibrarySymbols.h"
-#include "scaler_isp/common/CommandText.h"
 #include "scaler_isp/common/script/RegisterScript.h"
 
 namespace ispctl {
 
 std::optional<LibraryApi> LibraryApi::Find(const ScalerLibrary &library, std::string &error) {
-    static_assert(std::is_same_v<decltype(::EDIDToBin), Converter>);
-    static_assert(std::is_same_v<decltype(::CmdToBin), Converter>);
     static_assert(std::is_same_v<decltype(::RunCommand), Runner>);
     LibraryApi api;
     const auto find = [&](const std::string &symbol, auto *&slot) {
@@ -21,34 +18,11 @@ std::optional<LibraryApi> LibraryApi::Find(const ScalerLibrary &library, std::st
         }
     };
     error.clear();
-    find(MangledName<Converter>("EDIDToBin"), api.m_edidToBin);
-    find(MangledName<Converter>("CmdToBin"), api.m_cmdToBin);
     find(MangledName<Runner>("RunCommand"), api.m_runCommand);
     // The complete-object constructor; in the Itanium C++ ABI a function whose argument is the
     // storage.
     find("_ZN7CNxCommC1Ev", api.m_construct);
     return error.empty() ? std::optional<LibraryApi>(api) : std::nullopt;
-}
-
-std::vector<std::uint8_t> LibraryApi::Convert(Converter *converter, std::string_view byteList) {
-    // A byte outside ASCII becomes a character that no token contains, so the library rejects it.
-    std::wstring wide;
-    for (const char c : byteList) {
-        wide += static_cast<wchar_t>(static_cast<unsigned char>(c));
-    }
-    std::vector<std::uint8_t> bytes(byteList.size() + 1);
-    const int count = converter(wide.data(), static_cast<unsigned int>(wide.size()), bytes.data(),
-                                static_cast<unsigned int>(bytes.size()));
-    bytes.resize(static_cast<std::size_t>(count));
-    return bytes;
-}
-
-std::vector<std::uint8_t> LibraryApi::EdidToBin(std::string_view byteList) const {
-    return Convert(m_edidToBin, byteList);
-}
-
-std::vector<std::uint8_t> LibraryApi::CmdToBin(std::string_view byteList) const {
-    return Convert(m_cmdToBin, byteList);
 }
 
 ScriptResult LibraryApi::RunScript(std::span<const std::uint8_t> script, std::size_t readBytes,

@@ -26,10 +26,6 @@ class LibraryApi {
     /// RETURNS nothing if a function is missing, with the reason in error.
     static std::optional<LibraryApi> Find(const ScalerLibrary &library, std::string &error);
 
-    /// Both RETURN the bytes of a byte list; no bytes if the library rejects the list.
-    std::vector<std::uint8_t> EdidToBin(std::string_view byteList) const;
-    std::vector<std::uint8_t> CmdToBin(std::string_view byteList) const;
-
     /// REQUIRES: CheckScript found no problem.
     /// \param readBytes  number of bytes that the script reads: ScriptReport::outputBytes
     ScriptResult RunScript(std::span<const std::uint8_t> script, std::size_t readBytes,
@@ -44,14 +40,9 @@ class LibraryApi {
     Comm CreateComm() const;
 
   private:
-    using Converter = int(wchar_t *, unsigned int, unsigned char *, unsigned int);
     using Runner = int(unsigned char *, unsigned int, CNxComm *, unsigned char *, unsigned int *);
     using Constructor = void(void *);
 
-    static std::vector<std::uint8_t> Convert(Converter *converter, std::string_view byteList);
-
-    Converter *m_edidToBin = nullptr;
-    Converter *m_cmdToBin = nullptr;
     Runner *m_runCommand = nullptr;
     Constructor *m_construct = nullptr;
 };
