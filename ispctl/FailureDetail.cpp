@@ -135,6 +135,8 @@ bool CanEndWith(int code, const Records &records) {
 ResultOrigin OriginOf(int code, const std::filesystem::path &libraryDirectory,
                       const Records *records, bool pluginLoaded) {
     ResultOrigin origin;
+    const bool hasSignPluginOnly = records != nullptr && NeedsNoIspPlugin(*records);
+    origin.deviceUntouched = hasSignPluginOnly;
     switch (code) {
     case SCALER_ISP_PLUGIN_NOT_LOADED:
         origin.detail = DefectOf((libraryDirectory / kIspPlugin).string(), doctor::PluginRole::Isp);
@@ -144,12 +146,13 @@ ResultOrigin OriginOf(int code, const std::filesystem::path &libraryDirectory,
     case SCALER_ISP_SIGN_PLUGIN_MISSING:
         origin.detail =
             DefectOf((libraryDirectory / kSignPlugin).string(), doctor::PluginRole::Sign);
-        origin.nothingCalled =
-            !origin.detail.empty() && records != nullptr && NeedsNoIspPlugin(*records);
+        origin.nothingCalled = !origin.detail.empty() && hasSignPluginOnly;
         break;
     case SCALER_ISP_FUNCTION_MISSING:
         if (const auto *action = records != nullptr ? ActionOf(*records) : nullptr) {
             origin.detail = MissingFunction(libraryDirectory / kIspPlugin, *action);
+            // The functions before it, SetIDev and SetUIFunction, only store what they get.
+            origin.deviceUntouched = !origin.detail.empty();
         }
         break;
     case SCALER_ISP_SUCCESS:

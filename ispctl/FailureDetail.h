@@ -12,7 +12,8 @@ namespace ispctl {
 struct ResultOrigin {
     bool fromLibrary = false; ///< a plug-in may return any number, also one of the library's
     std::string detail; ///< what is wrong with a plug-in and what to do, one sentence per line
-    bool nothingCalled = false; ///< certainly no function of a plug-in was called
+    bool nothingCalled = false;   ///< certainly no function of a plug-in was called
+    bool deviceUntouched = false; ///< certainly none that accesses the device
 };
 
 /// Looks into a result code of the library's table. Opens plug-ins once more, so call it in the

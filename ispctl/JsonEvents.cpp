@@ -97,7 +97,8 @@ void JsonEvents::OnEnd(const RunOutcome &outcome, ExitStatus status) {
     }
     AddEnd(event, outcome);
     if (!outcome.IsSuccess()) {
-        event["device"] = outcome.pluginCalled ? "unknown" : "untouched";
+        event["device"] =
+            outcome.pluginCalled && !outcome.deviceUntouched ? "unknown" : "untouched";
         event["advice"] = Json::array();
         for (const std::string &line : AdviceAfter(outcome)) {
             event["advice"].push_back(JsonString(line));

@@ -178,11 +178,35 @@ JudgedResult RunAndClassify(const ScalerLibrary &library, const std::wstring &li
     judged.result.pluginLoaded = watch.MayHaveLoadedPlugin() ? 1 : 0;
     ResultOrigin origin = OriginIfFound(judged.result, library, records);
     judged.result.fromLibrary = origin.fromLibrary ? 1 : 0;
+    judged.result.deviceUntouched = origin.deviceUntouched ? 1 : 0;
     if (origin.nothingCalled) {
         judged.result.pluginLoaded = 0; // or only until the loader found out what it lacks
     }
     judged.detail = std::move(origin.detail);
     return judged;
+}
+
+/// RETURNS false if the library must not be called.
+bool AskToStart(const Call &call, const Records *records, ParentLink &link) {
+    const std::string problem = PluginThatBlocks(call.context.libraryDirectory);
+    if (!problem.empty()) {
+        link.Send(FrameKind::Refused, EncodeRefusal({kExitNoPlugin, "load", problem}));
+        return false;
+    }
+    return link.Send(FrameKind::Ready,
+                     EncodeReadyCall({call.library.Path().string(), EscapeWide(call.line).text,
+                                      ProgrammedBanks(records)}));
+}
+
+/// A plug-in may have used up the memory; the code of a call that was made must not be lost for it.
+void SendResult(const JudgedResult &judged, ParentLink &link) {
+    std::string payload;
+    try {
+        payload = std::string(BytesOf(judged.result)) + judged.detail.substr(0, kMaxMessage);
+    } catch (const std::bad_alloc &) {
+        payload.clear();
+    }
+    link.Send(FrameKind::Result, payload.empty() ? BytesOf(judged.result) : payload);
 }
 
 } // namespace
@@ -204,8 +228,10 @@ std::unique_ptr<ParentLink> ParentLink::FromArguments(std::vector<std::string> &
 
 bool ParentLink::Send(FrameKind kind, std::string_view payload) {
     const std::lock_guard lock(m_mutex);
+    const auto head = FrameHead(kind, payload.size());
     char answer = 0;
-    return WriteAll(m_send, EncodeFrame(kind, payload)) == 0 && ReadExactly(m_receive, &answer, 1);
+    return WriteAll(m_send, {head.data(), head.size()}) == 0 && WriteAll(m_send, payload) == 0 &&
+           ReadExactly(m_receive, &answer, 1);
 }
 
 void BecomeLibraryProcess() {
@@ -234,30 +260,23 @@ void RunLibrary(const RunOptions &options, ParentLink &link) {
             link.Send(FrameKind::Unpassable, line.error.substr(0, kMaxFrame));
             return; // nothing was done
         }
+        if (!AskToStart(*call, preparation->records.get(), link)) {
+            return; // nothing was done
+        }
     } catch (const std::exception &error) {
         link.Send(FrameKind::Unopened, error.what());
         return;
     }
-    if (const std::string problem = PluginThatBlocks(call->context.libraryDirectory);
-        !problem.empty()) {
-        link.Send(FrameKind::Refused, EncodeRefusal({kExitNoPlugin, "load", problem}));
-        return; // nothing was done
-    }
     g_link = &link;
-    const Records *records = preparation->records.get();
-    if (!link.Send(FrameKind::Ready,
-                   EncodeReadyCall({call->library.Path().string(), EscapeWide(call->line).text,
-                                    ProgrammedBanks(records)}))) {
-        return; // ispctl has ended, before anything was done
-    }
     const LibraryCall runLine = [&](const std::wstring &text, const Records *ofText) {
         return RunAndClassify(call->library, text, ofText);
     };
-    const auto failed = BackUp(preparation->backups, options.arguments, call->library,
-                               call->context, runLine, link);
-    const JudgedResult judged = failed ? *failed : runLine(line.line, records);
-    link.Send(FrameKind::Result,
-              std::string(BytesOf(judged.result)) + judged.detail.substr(0, kMaxMessage));
+    auto judged = BackUp(preparation->backups, options.arguments, call->library, call->context,
+                         runLine, link);
+    if (!judged) {
+        judged = runLine(line.line, preparation->records.get());
+    }
+    SendResult(*judged, link);
 }
 
 } // namespace ispctl

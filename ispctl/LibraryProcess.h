@@ -22,7 +22,8 @@ class ParentLink {
     /// RETURNS null if this is not a library process.
     static std::unique_ptr<ParentLink> FromArguments(std::vector<std::string> &arguments);
 
-    /// Sends a frame to ispctl and waits for the answer. RETURNS false if there is no answer.
+    /// Sends a frame to ispctl and waits for the answer; needs no memory. RETURNS false if there is
+    /// no answer.
     bool Send(FrameKind kind, std::string_view payload);
 
   private:

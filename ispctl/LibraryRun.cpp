@@ -214,6 +214,7 @@ RunOutcome LibraryRun::Outcome() const {
     if (m_result) {
         outcome.code = m_result->code;
         outcome.fromLibrary = m_result->fromLibrary != 0;
+        outcome.deviceUntouched = m_result->deviceUntouched != 0;
         outcome.detail = m_detail;
     }
     if (RunSignals::HasStopped() || m_stoppedInBackup) {

@@ -171,7 +171,11 @@ std::string_view DeviceAfter(const RunOutcome &outcome) {
         return outcome.end == RunEnd::Interrupted ? "nothing was programmed"
                                                   : "the backup failed, so nothing was programmed";
     }
-    return outcome.pluginCalled ? "the state of the device is unknown" : "nothing was done";
+    if (!outcome.pluginCalled) {
+        return "nothing was done";
+    }
+    return outcome.deviceUntouched ? "the device was not accessed"
+                                   : "the state of the device is unknown";
 }
 
 std::string SentenceOf(const RunOutcome &outcome) {

@@ -32,8 +32,8 @@ std::vector<std::string> AdviceAfter(const RunOutcome &outcome);
 /// RETURNS the meaning of the result, or what ended the process.
 std::string MeaningOf(const RunOutcome &outcome);
 
-/// RETURNS the state of the device after a failed run: "nothing was done", or "the state of the
-/// device is unknown".
+/// RETURNS the state of the device after a failed run: "nothing was done", "the device was not
+/// accessed", or "the state of the device is unknown".
 std::string_view DeviceAfter(const RunOutcome &outcome);
 
 /// RETURNS the complete message: success, or the failure, its code, the progress, and the device.

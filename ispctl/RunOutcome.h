@@ -25,11 +25,12 @@ enum class RunEnd {
 /// The result of a run.
 struct RunOutcome {
     RunEnd end = RunEnd::Returned;
-    int number = 0;             ///< the exit status or the signal
-    std::optional<int> code;    ///< the library's result code; nothing: it did not return
-    bool fromLibrary = false;   ///< the library itself formed the code, not a plug-in
-    bool pluginCalled = true;   ///< false only if certainly no function of a plug-in was called
-    std::optional<int> percent; ///< last reported progress
+    int number = 0;               ///< the exit status or the signal
+    std::optional<int> code;      ///< the library's result code; nothing: it did not return
+    bool fromLibrary = false;     ///< the library itself formed the code, not a plug-in
+    bool pluginCalled = true;     ///< false only if certainly no function of a plug-in was called
+    bool deviceUntouched = false; ///< certainly no function that accesses the device was called
+    std::optional<int> percent;   ///< last reported progress
     std::string detail; ///< why a plug-in could not be used and what to do, one sentence per line
     std::optional<PluginCode> pluginWords; ///< what the plug-in's maker says of the code
     std::vector<unsigned> banks;           ///< that the call programs, in their order

@@ -4,16 +4,12 @@
 #include <stdexcept>
 
 namespace ispctl {
-namespace {
 
-constexpr std::size_t kHeadBytes = 1 + sizeof(std::uint32_t);
-
-} // namespace
-
-std::string EncodeFrame(FrameKind kind, std::string_view payload) {
-    const auto length = static_cast<std::uint32_t>(payload.size());
-    std::string frame(1, static_cast<char>(kind));
-    return frame.append(BytesOf(length)).append(payload);
+std::array<char, kFrameHeadBytes> FrameHead(FrameKind kind, std::size_t size) noexcept {
+    const auto length = static_cast<std::uint32_t>(size);
+    std::array<char, kFrameHeadBytes> head{static_cast<char>(kind)};
+    std::memcpy(&head[1], &length, sizeof length);
+    return head;
 }
 
 std::string EncodeRefusal(const Refusal &refusal) {
@@ -51,7 +47,7 @@ ReadyCall DecodeReadyCall(const std::string &payload) {
 }
 
 std::optional<Frame> FrameReader::Next() {
-    if (m_bytes.size() < kHeadBytes) {
+    if (m_bytes.size() < kFrameHeadBytes) {
         return std::nullopt;
     }
     const auto length =
@@ -59,11 +55,11 @@ std::optional<Frame> FrameReader::Next() {
     if (length > kMaxFrame) {
         throw std::runtime_error("the library's process sent an invalid frame");
     }
-    if (m_bytes.size() < kHeadBytes + length) {
+    if (m_bytes.size() < kFrameHeadBytes + length) {
         return std::nullopt;
     }
-    Frame frame{static_cast<FrameKind>(m_bytes.front()), m_bytes.substr(kHeadBytes, length)};
-    m_bytes.erase(0, kHeadBytes + length);
+    Frame frame{static_cast<FrameKind>(m_bytes.front()), m_bytes.substr(kFrameHeadBytes, length)};
+    m_bytes.erase(0, kFrameHeadBytes + length);
     return frame;
 }
 

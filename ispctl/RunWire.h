@@ -1,6 +1,7 @@
 #ifndef ISPCTL_RUN_WIRE_H
 #define ISPCTL_RUN_WIRE_H
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -32,8 +33,9 @@ enum class FrameKind : char {
 /// The result of the call, as the library's process reports it.
 struct RunResult {
     std::int32_t code = 0;
-    std::int32_t pluginLoaded = 1; ///< 0: no plug-in was loaded, or none that could be called
-    std::int32_t fromLibrary = 0;  ///< 0: a plug-in returned the code
+    std::int32_t pluginLoaded = 1;    ///< 0: no plug-in was loaded, or none that could be called
+    std::int32_t fromLibrary = 0;     ///< 0: a plug-in returned the code
+    std::int32_t deviceUntouched = 0; ///< 1: the call certainly did not access the device
 };
 
 /// The call that the library's process is about to make.
@@ -69,8 +71,11 @@ struct Frame {
     std::string payload;
 };
 
-/// RETURNS the bytes of a frame. REQUIRES: at most kMaxFrame bytes of payload.
-std::string EncodeFrame(FrameKind kind, std::string_view payload);
+inline constexpr std::size_t kFrameHeadBytes = 1 + sizeof(std::uint32_t);
+
+/// RETURNS what stands before the payload of a frame. REQUIRES: size <= kMaxFrame.
+/// \param size  of the payload; UNITS: bytes
+std::array<char, kFrameHeadBytes> FrameHead(FrameKind kind, std::size_t size) noexcept;
 
 /// Reassembles frames, because a read may return part of one or several.
 class FrameReader {

@@ -61,11 +61,15 @@ std::optional<JudgedResult> BackUp(const std::vector<BackupRange> &ranges,
     if (!link.Send(FrameKind::Stage, BytesOf(RunStage::Backup))) {
         return NotProgrammed();
     }
-    for (const BackupRange &range : ranges) {
-        auto failed = BackUpRange(range, arguments, library, context, call, link);
-        if (failed) {
-            return failed;
+    try {
+        for (const BackupRange &range : ranges) {
+            auto failed = BackUpRange(range, arguments, library, context, call, link);
+            if (failed) {
+                return failed;
+            }
         }
+    } catch (const std::exception &) {
+        return NotProgrammed(); // a plug-in may have used up the memory
     }
     if (!link.Send(FrameKind::Stage, BytesOf(RunStage::Call))) {
         return NotProgrammed();

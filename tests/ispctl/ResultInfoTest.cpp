@@ -65,6 +65,17 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"other_code", Returned(0x7777, false, true), 1, "plug-in", "call", "", kPlugin}),
     [](const auto &row) { return row.param.name; });
 
+TEST(ResultInfoDevice, Sentence_says_what_is_known_about_device) {
+    RunOutcome outcome = Returned(0x4003, true, true);
+    EXPECT_EQ(ispctl::DeviceAfter(outcome), "the state of the device is unknown");
+    outcome.deviceUntouched = true;
+    EXPECT_EQ(ispctl::DeviceAfter(outcome), "the device was not accessed");
+    EXPECT_EQ(ispctl::SentenceOf(outcome), "failed with 0x4003: the firmware signature is invalid; "
+                                           "the device was not accessed");
+    outcome.pluginCalled = false;
+    EXPECT_EQ(ispctl::DeviceAfter(outcome), "nothing was done");
+}
+
 TEST(ResultInfoAdvice, Words_of_the_plugins_maker_win_over_the_table) {
     RunOutcome outcome = Returned(6, false, true);
     outcome.pluginWords = ispctl::PluginCode{"flash is locked", "set the jumper"};

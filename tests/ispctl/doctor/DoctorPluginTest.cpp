@@ -2,7 +2,10 @@
 
 #include <fstream>
 #include <gmock/gmock.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 #include "Installation.h"
 #include "support/EnvGuard.h"
@@ -115,9 +118,12 @@ TEST_F(DoctorPlugin, File_of_another_type_is_named) {
          "ELF",
          "a truncated ELF file"},
         {"\xFE\xED\xFA\xCF", "a truncated Mach-O file"},
+        {"\xFE\xED\xFA\xCE", "a truncated Mach-O file"},
+        {"\xCE\xFA\xED\xFE", "a truncated Mach-O file"},
         {"!<arch>\nx", "a static library"},
         {"rubbish", "a file of an unknown type"},
         {"\xCA\xFE\xBA\xBE", "not a library"},
+        {"\xCA\xFE\xBA\xBF", "not a library"},
     };
     for (const TypeRow &row : rows) {
         SCOPED_TRACE(row.words);
@@ -159,6 +165,16 @@ TEST_F(DoctorPlugin, Directory_and_pipe_are_never_opened) {
     ASSERT_EQ(::mkfifo(PluginPath().c_str(), 0600), 0);
     EXPECT_THAT(Installation::Bad(m_installation.Doctor()), ElementsAre("plugin-not-a-file"));
     EXPECT_EQ(m_installation.status, 5);
+    m_installation.Remove(Installation::kIspPlugin);
+    const int listener = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    ASSERT_LT(PluginPath().size(), sizeof address.sun_path);
+    PluginPath().copy(address.sun_path, PluginPath().size());
+    ASSERT_EQ(::bind(listener, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+    ::close(listener);
+    EXPECT_THAT(Installation::Named(m_installation.Doctor(), "plugin-not-a-file")[0]["message"],
+                HasSubstr("a socket"));
 }
 
 TEST_F(DoctorPlugin, Link_that_leads_nowhere_is_reported) {
@@ -213,6 +229,29 @@ TEST_F(DoctorPlugin, Write_access_of_others_is_a_warning) {
                 ElementsAre("directory-writable-by-others"));
     fs::permissions(m_installation.folder.Path("PlugIn"), fs::perms(01757));
     EXPECT_THAT(Installation::Bad(m_installation.Doctor()), IsEmpty());
+}
+
+/// The finding about the plug-in's own file; its group or its owner.
+TEST_F(DoctorPlugin, Write_access_of_group_and_foreign_owner_are_remarks) {
+    fs::permissions(PluginPath(), fs::perms(0775));
+    const bool isRoot = ::geteuid() == 0;
+    if (isRoot) { // whose group and files are everybody's
+        ASSERT_EQ(::chown(PluginPath().c_str(), 1, 1), 0);
+    }
+    const Json document = m_installation.Doctor();
+    const auto about = [&](const char *name) {
+        std::vector<Json> found;
+        for (const Json &finding : Installation::Named(document, name)) {
+            if (finding["file"] == PluginPath()) {
+                found.push_back(finding["details"]);
+            }
+        }
+        return found;
+    };
+    const std::string group = std::to_string(isRoot ? 1 : ::getegid());
+    EXPECT_THAT(about("writable-by-group"), ElementsAre(Json::array({group})));
+    EXPECT_THAT(about("owned-by-another-user"), SizeIs(isRoot ? 1 : 0));
+    EXPECT_EQ(m_installation.status, 0);
 }
 
 TEST_F(DoctorPlugin, Link_into_writable_directory_is_a_warning) {

@@ -5,6 +5,7 @@
 
 #include "Installation.h"
 #include "support/EnvGuard.h"
+#include "support/TestLocale.h"
 
 namespace {
 
@@ -61,6 +62,10 @@ TEST_F(DoctorSettings, Lines_that_reader_never_sees_are_named) {
         {"second key", "[A]\nk=1\nk=2\n", {"settings-key-repeated"}, "line 3: the key k"},
         {"spaces", "[A]\nk = 1\n", {"settings-key-spaces"}, "line 2: a space follows the key k"},
         {"tab", "[A]\nk\t=1\n", {"settings-tab"}, "line 2"},
+        {"tab after section",
+         "[A]\t\nk=1\n",
+         {"settings-tab", "settings-key-outside-section"},
+         "line 1"},
         {"nul", std::string("[A]\nk=1\0x\n", 10), {"settings-nul"}, "line 2"},
         {"encoding", "[A]\nk=\xFC\n", {"settings-encoding"}, "line 2: not text"},
         {"binary", std::string(300, '\0'), {"settings-nul"}, "line 1"},
@@ -76,6 +81,30 @@ TEST_F(DoctorSettings, Lines_that_reader_never_sees_are_named) {
                         HasSubstr(row.message));
         }
     }
+}
+
+TEST_F(DoctorSettings, First_lines_are_named_and_others_are_counted) {
+    std::string bytes = "[A]\nk=1\n";
+    for (int i = 0; i < 33; ++i) {
+        bytes += "k=2\n";
+    }
+    m_installation.folder.Write("IspSetting.ini", bytes);
+    const Json document = m_installation.Doctor();
+    EXPECT_THAT(Installation::Named(document, "settings-key-repeated"), SizeIs(30));
+    const auto more = Installation::Named(document, "settings-more");
+    ASSERT_THAT(more, SizeIs(1));
+    EXPECT_EQ(more[0]["details"], Json::array({"3"}));
+}
+
+TEST_F(DoctorSettings, First_candidates_are_listed_and_others_are_counted) {
+    for (int i = 0; i < 52; ++i) {
+        m_installation.folder.Write(std::to_string(i) + ".bin", "x");
+    }
+    const Json document = m_installation.Doctor();
+    EXPECT_THAT(Installation::Named(document, "candidate-rejected"), SizeIs(3 * 50));
+    const auto more = Installation::Named(document, "candidates-more");
+    ASSERT_THAT(more, SizeIs(1));
+    EXPECT_EQ(more[0]["details"], Json::array({"2"}));
 }
 
 TEST_F(DoctorSettings, Characters_count_and_not_bytes) {
@@ -116,6 +145,16 @@ TEST_F(DoctorSettings, User_defined_keys_are_checked) {
                 ElementsAre("user-defined-not-a-number"));
     EXPECT_THAT(BadWith(file, "[UserDefined]\nModelName=M27\n"),
                 ElementsAre("user-defined-section-missing"));
+    for (const char *number : {"0", "-1", "+12", "0x1F", "-0X1f"}) {
+        EXPECT_THAT(BadWith(file, std::string("[UserDefinedInfo]\nIgnoreSIName=") + number + "\n"),
+                    IsEmpty())
+            << number;
+    }
+    for (const char *number : {"0x", "-", "1F", "0x1G", "1.0"}) {
+        EXPECT_THAT(BadWith(file, std::string("[UserDefinedInfo]\nIgnoreSIName=") + number + "\n"),
+                    ElementsAre("user-defined-not-a-number"))
+            << number;
+    }
 }
 
 /// "auto: reason" of each candidate that is not accepted, "auto" of each that is.
@@ -203,6 +242,35 @@ TEST_F(DoctorSettings, Locale_is_explained) {
         ASSERT_THAT(found, SizeIs(1));
         EXPECT_THAT(found[0]["message"], HasSubstr("LC_ALL=" + std::string(locale)));
     }
+}
+
+TEST_F(DoctorSettings, Encoding_other_than_UTF8_is_named_with_what_it_means) {
+    if (!HasTestLocale("de_DE.ISO-8859-1")) {
+        GTEST_SKIP() << "the locale cannot be made here";
+    }
+    const EnvironmentLocaleGuard guard("de_DE.ISO-8859-1");
+    const auto found = Installation::Named(m_installation.Doctor(), "locale-other");
+    ASSERT_THAT(found, SizeIs(1));
+    EXPECT_EQ(found[0]["details"], Json::array({"ISO-8859-1"}));
+    // Every byte is a character there: the name is read as another one.
+    const std::string directory = m_installation.folder.MakeFolder("\xC3\xBC");
+    fs::create_symlink(REAL_LIBRARY, directory + "/libScalerIsp.so");
+    const ConsoleResult result =
+        RunConsole({"doctor", "--json", "--lib", directory + "/libScalerIsp.so"});
+    EXPECT_THAT(Installation::Named(Json::parse(result.out), "directory-misread"), SizeIs(1));
+}
+
+TEST_F(DoctorSettings, Variable_that_names_locale_is_named) {
+    const EnvGuard all("LC_ALL", "");
+    const EnvGuard type("LC_CTYPE", "");
+    {
+        const EnvGuard lang("LANG", "C.UTF-8");
+        EXPECT_EQ(Installation::Named(m_installation.Doctor(), "locale-utf8")[0]["details"],
+                  Json::array({"LANG=C.UTF-8"}));
+    }
+    const EnvGuard lang("LANG", "");
+    EXPECT_EQ(Installation::Named(m_installation.Doctor(), "locale-ascii")[0]["details"],
+              Json::array({"no LC_ALL, LC_CTYPE or LANG"}));
 }
 
 TEST_F(DoctorSettings, Directory_that_is_not_text_is_a_warning) {
