@@ -1,6 +1,7 @@
 #include "Commands.h"
 
 #include <memory>
+#include <string_view>
 
 #include "AddRun.h"
 #include "HelpFormatter.h"
@@ -27,18 +28,35 @@ void AddHelp(CLI::App &app) {
     help->add_option("COMMAND", "name of the command, and of its subcommand")->type_name("");
 }
 
-/// An empty value would count as none: an unset variable of a shell would switch off a backup.
-void RefuseEmptyValues(CLI::App &command) {
+/// A value that is forgotten must not be replaced by what follows: `--log --virtual` would open the
+/// device instead of the virtual scaler. And an empty one would count as none: an unset variable of
+/// a shell would switch off a backup.
+std::string ProblemOfValue(const std::string &value) {
+    constexpr std::string_view kDigits = "0123456789";
+    if (value.empty()) {
+        return "the value must not be empty";
+    }
+    const bool isOption =
+        value.size() > 1 && value[0] == '-' && kDigits.find(value[1]) == std::string_view::npos;
+    return isOption ? "its value is missing: " + value +
+                          " is taken for an option; a file of that "
+                          "name is ./" +
+                          value
+                    : "";
+}
+
+void CheckValues(CLI::App &command) {
     for (CLI::Option *option : command.get_options()) {
         if (option->get_items_expected_max() > 0) {
-            option->check([](const std::string &value) {
-                return value.empty() ? std::string("the value must not be empty") : std::string();
+            const bool isPositional = option->get_positional(); // "--" may stand before it
+            option->check([isPositional](const std::string &value) {
+                return isPositional && !value.empty() ? "" : ProblemOfValue(value);
             });
         }
     }
     for (CLI::App *below : command.get_subcommands([](const CLI::App *) { return true; })) {
         if (!below->get_group().empty()) { // hidden commands get their arguments from ispctl itself
-            RefuseEmptyValues(*below);
+            CheckValues(*below);
         }
     }
 }
@@ -61,7 +79,7 @@ Commands::Commands(Session &session)
     check::AddCheckPlugin(app, checkOptions, session, status);
     AddLog(app, summaryOptions, session, status);
     AddHelp(app);
-    RefuseEmptyValues(app);
+    CheckValues(app);
 }
 
 } // namespace ispctl

@@ -41,20 +41,42 @@ bool AsksForJson(const std::vector<std::string> &arguments) {
 
 namespace {
 
-/// A word that is no command is the reason, not that a command is missing.
+/// The argument that gives a value to a flag; empty if none does.
+std::string FlagWithValue(const CLI::App &app, const std::vector<std::string> &arguments) {
+    const auto commands = app.get_subcommands(); // that were given
+    const CLI::App &command = commands.empty() ? app : *commands.front();
+    for (const std::string &argument : arguments) {
+        const std::string name = argument.substr(0, argument.find('='));
+        const CLI::Option *option = command.get_option_no_throw(name);
+        if (name.size() < argument.size() && option != nullptr &&
+            option->get_items_expected_max() == 0) {
+            return name;
+        }
+    }
+    return "";
+}
+
+/// In the words of ispctl: what the parser missed last is seldom what was wrong first.
 std::string ReasonOf(const CLI::App &app, const std::vector<std::string> &arguments,
                      const CLI::ParseError &end) {
-    const bool lacksCommand = end.get_name() == "RequiredError" && !arguments.empty();
-    const bool isCommand = lacksCommand && !app.get_subcommands([&](const CLI::App *command) {
-                                                   return command->get_name() == arguments.front();
-                                               })
-                                                .empty();
-    if (!lacksCommand || isCommand) {
+    const auto kind = static_cast<CLI::ExitCodes>(end.get_exit_code());
+    if (const std::string flag = FlagWithValue(app, arguments);
+        kind == CLI::ExitCodes::ArgumentMismatch && !flag.empty()) {
+        return flag + " takes no value";
+    }
+    if (arguments.empty() ||
+        (kind != CLI::ExitCodes::RequiredError && kind != CLI::ExitCodes::ExtrasError)) {
         return end.what();
     }
-    return arguments.front().starts_with('-')
-               ? arguments.front() + " is no option of ispctl itself: options follow the command"
-               : "there is no command " + arguments.front();
+    const std::string &first = arguments.front();
+    if (first.starts_with('-')) {
+        return first + " is no option of ispctl itself: options follow the command; ispctl --help "
+                       "lists the commands";
+    }
+    const auto commands =
+        app.get_subcommands([&](const CLI::App *command) { return command->get_name() == first; });
+    return commands.empty() ? "there is no command " + first + "; ispctl --help lists the commands"
+                            : end.what();
 }
 
 } // namespace
@@ -71,7 +93,7 @@ ExitStatus ShowParserEnd(const CLI::App &app, const std::vector<std::string> &ar
     if (reason == end.what()) {
         streams.Print(Stream::Error, error.str());
     } else {
-        streams.PrintMessage(reason + "; ispctl --help lists the commands");
+        streams.PrintMessage(reason);
     }
     if (const std::string hint = NearestArgument(app, arguments); !hint.empty()) {
         streams.PrintMessage(hint);
