@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <fmt/format.h>
+#include <iterator>
+#include <sstream>
 #include <system_error>
 
 #include "line/LikelyOptions.h"
@@ -39,8 +41,29 @@ void ReportLikely(LineUnderCheck &line, std::size_t index, FindingName name, Fin
 
 constexpr std::size_t kMostNamed = 4;
 
+/// RETURNS whether the argument is an option with what belongs after it, in one pair of quotes.
+bool ReportQuotedWords(LineUnderCheck &line, const GivenArgument &given) {
+    std::istringstream text(given.typed);
+    const ArgumentList words{std::istream_iterator<std::string>(text), {}};
+    const std::string name = words.empty() ? "" : words.front().substr(0, words.front().find('='));
+    if (words.size() < 2 || ScalerIspFacts::FindOption(WithoutDashes(name)) == nullptr) {
+        return false;
+    }
+    ArgumentList corrected = line.Arguments();
+    const auto at = corrected.begin() + static_cast<std::ptrdiff_t>(given.position);
+    corrected.insert(corrected.erase(at), words.begin(), words.end());
+    line.Report("quoted-words", given, Underline::Name,
+                {.example = fmt::format("{}", fmt::join(words, " "))})
+        .corrected = corrected;
+    line.AddProbe(std::move(corrected));
+    return true;
+}
+
 void CheckUnknown(LineUnderCheck &line, std::size_t index) {
     const GivenArgument &given = line.Given()[index];
+    if (ReportQuotedWords(line, given)) {
+        return;
+    }
     if (ReportOwnOption(line, index, WithoutDashes(given.typed))) {
         return;
     }
@@ -114,7 +137,9 @@ void CheckNonOption(LineUnderCheck &line, std::size_t index) {
     FindingWords words{.value = given.typed};
     ArgumentList corrected;
     const OptionFacts *option = ScalerIspFacts::FindOption(WithoutDashes(given.typed));
-    if (option != nullptr && !option->takesValue && !given.typed.starts_with('-')) {
+    const bool hasValue =
+        index + 1 < line.Given().size() && line.Given()[index + 1].kind == Kind::NonOption;
+    if (option != nullptr && (!option->takesValue || hasValue) && !given.typed.starts_with('-')) {
         words.other = "--" + std::string(option->name);
         corrected = WithName(line.Arguments(), given, words.other);
     } else {
@@ -131,15 +156,19 @@ void CheckNonOption(LineUnderCheck &line, std::size_t index) {
 void CheckRepeated(LineUnderCheck &line, std::size_t index) {
     const auto &options = line.Options();
     const GivenArgument &given = *options[index];
-    const bool isSecond =
-        std::any_of(options.begin(), options.begin() + static_cast<std::ptrdiff_t>(index),
-                    [&](const GivenArgument *earlier) { return earlier->option == given.option; });
-    if (!isSecond) {
+    const auto end = options.begin() + static_cast<std::ptrdiff_t>(index);
+    const auto first = std::find_if(options.begin(), end, [&](const GivenArgument *earlier) {
+        return earlier->option == given.option;
+    });
+    if (first == end) {
         return;
     }
+    const bool isSameValue = (*first)->value == given.value;
     const auto &effect = given.option->effect;
     const ArgumentList corrected = Without(line.Arguments(), given);
     if (effect.kind == ScalerIspFacts::Kind::Search) {
+        line.Report("repeated-file", given, Underline::Name, {}).corrected = corrected;
+    } else if (effect.kind == ScalerIspFacts::Kind::Firmware && isSameValue) {
         line.Report("repeated-file", given, Underline::Name, {}).corrected = corrected;
     } else if (effect.kind == ScalerIspFacts::Kind::Firmware) {
         for (const OptionFacts &other : ScalerIspFacts::kOptions) {

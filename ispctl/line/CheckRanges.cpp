@@ -61,6 +61,20 @@ void CheckVersion(LineUnderCheck &line) {
     }
 }
 
+void CheckDumpRange(LineUnderCheck &line) {
+    const auto address = NumberOf(line, "dumpaddr", 0);
+    const auto length = NumberOf(line, "dumplen");
+    if (!line.Holds("dumpflash") || !address || !length || *address + *length <= kFlashEnd) {
+        return;
+    }
+    const bool fits = *address < kFlashEnd;
+    line.Report(
+        "dump-beyond-flash", *line.Find(fits ? "dumplen" : "dumpaddr"), Underline::Value,
+        {.value = fmt::format("{:#x}", *address + *length),
+         .allowed = fmt::format("{:#x}", kFlashEnd),
+         .example = fits ? fmt::format("--dumplen {:#x}", kFlashEnd - *address) : std::string()});
+}
+
 /// The bytes of a list; empty if one of them is not a byte.
 std::vector<std::uint8_t> BytesOf(const GivenArgument &given) {
     const char separator = FormOf(*given.option).separator;
@@ -113,6 +127,7 @@ void CheckMessageLength(LineUnderCheck &line) {
 
 void CheckRanges(LineUnderCheck &line) {
     CheckVersion(line);
+    CheckDumpRange(line);
     CheckMessageLength(line);
 }
 

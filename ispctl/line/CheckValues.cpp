@@ -39,14 +39,15 @@ std::string MeantNumber(const std::string &text, const NumberText &number, const
     const bool isKilo = rest == "k" || rest == "kb" || rest == "kib";
     const bool isMega = rest == "m" || rest == "mb" || rest == "mib";
     const bool isHex = text.find_first_of("xX") < number.end; // letters are no unit then
+    const std::string beforeLast = text.substr(0, text.size() - 1);
     std::string meant;
     if (number.hasDigits && !form.isBounded && (isKilo || isMega)) {
         if (number.magnitude >= kLargestMultiple) {
             return "";
         }
         meant = std::to_string(number.magnitude * (isKilo ? 1024U : 1024U * 1024U));
-    } else if (rest == "h" && IsAllOf(text.substr(0, number.end), kHexDigits)) {
-        meant = "0x" + text.substr(0, number.end);
+    } else if (rest.ends_with('h') && IsAllOf(beforeLast, kHexDigits)) {
+        meant = "0x" + beforeLast;
     } else if (IsAllOf(text, kHexDigits)) {
         meant = "0x" + text;
     } else if (number.hasDigits && form.isBounded && !isHex && IsAllOf(rest, kLetters)) {

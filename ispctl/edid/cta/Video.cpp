@@ -105,9 +105,11 @@ Lines DescribePreference(View payload) {
     for (const std::uint8_t code : payload) {
         if (code >= 129 && code <= 144) {
             lines.push_back(fmt::format("detailed timing {}", code - 128));
-        } else if (code != 0 && code != 128 && code < 254) {
+        } else if (code >= 145 && code <= 160) {
+            lines.push_back(fmt::format("DisplayID timing {}", code - 144));
+        } else if ((code >= 1 && code <= 127) || (code >= 193 && code <= 253)) {
             lines.push_back(DescribeVic(code));
-        }
+        } // the others are reserved
     }
     return lines;
 }

@@ -165,9 +165,6 @@ std::vector<DumpLine> ReadDumpLines(std::string_view text, DumpKind kind) {
     for (const Token &token : SplitLines(text)) {
         const std::string_view trimmed = TrimSpaces(token.text);
         if (trimmed == "*") {
-            if (lines.empty()) {
-                throw SyntaxError(token.offset, "there is no line before the * to repeat");
-            }
             star = true;
         } else if (!trimmed.empty() && !IsComment(trimmed)) {
             lines.push_back(LineReader(token, kind, arePairs).Read());

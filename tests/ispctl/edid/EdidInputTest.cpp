@@ -161,6 +161,51 @@ TEST_F(EdidInputForms, Dumps_are_read) {
     Expect(WriteWords(m_edid, " {:06o}", "{:07o}"), "hexdump");
 }
 
+TEST_F(EdidInputForms, Offsets_of_dumps_may_have_a_sign) {
+    Expect(WriteDump(m_edid, "0x{:04x}: ", "{:02x} ", "  ...."), "xxd");
+    Expect(WriteDump(m_edid, "0x{:04x}", " {:02x}", ""), "hexdump");
+    Expect(WriteDump(m_edid, "+{:04x}", " {:02x}", ""), "hexdump");
+}
+
+/// As `od -t x8`: the header is the same from both ends.
+TEST_F(EdidInputForms, Words_of_8_bytes_are_swapped) {
+    std::string text;
+    for (std::size_t i = 0; i < m_edid.size(); i += 8) {
+        const std::string word = m_edid.substr(i, 8);
+        text += (i % 16 == 0 ? Printed("{:07o}", static_cast<unsigned int>(i)) : "") + " " +
+                Write({word.rbegin(), word.rend()}, "{:02x}", 99) + (i % 16 != 0 ? "\n" : "");
+    }
+    Expect(text + Printed("{:07o}\n", static_cast<unsigned int>(m_edid.size())), "hexdump");
+}
+
+TEST_F(EdidInputForms, Last_word_may_be_half_a_word) {
+    m_edid += 'x';
+    std::string padded = m_edid + '\0';
+    std::string text = WriteWords(padded, " {:04x}", "{:07o}");
+    const std::string end = Printed("{:07o}\n", static_cast<unsigned int>(padded.size()));
+    ASSERT_TRUE(text.ends_with(end));
+    text.replace(text.size() - end.size(), end.size(),
+                 "\n" + Printed("{:07o}\n", static_cast<unsigned int>(m_edid.size())));
+    Expect(text, "hexdump");
+}
+
+TEST(EdidInput, Dump_of_something_else_is_read_as_it_lies_there) {
+    const std::string bytes(32, 'n');
+    const Input input = ReadInput(HexdumpC(bytes + std::string(16, 'm')), FormOption::Detect);
+    EXPECT_EQ(std::string(input.bytes.begin(), input.bytes.end()), bytes + std::string(16, 'm'));
+}
+
+TEST_F(EdidInputForms, Text_of_wide_characters_is_no_text_if_cut) {
+    const std::string wide("\xFF\xFE"
+                           "0\0"
+                           "0\0",
+                           6);
+    EXPECT_EQ(ReadInput(wide, FormOption::Detect).bytes, (ispctl::edid::Bytes{0}));
+    // Half a character, and a control character: bytes after all.
+    EXPECT_EQ(ReadInput(wide + "0", FormOption::Detect).bytes.size(), 7U);
+    EXPECT_EQ(ReadInput(wide + std::string("\x01\0", 2), FormOption::Detect).bytes.size(), 8U);
+}
+
 TEST_F(EdidInputForms, Listings_are_read_at_their_hex_block) {
     const std::string block =
         Write(m_edid.substr(0, 128), "{:02x} ") + "\n" + Write(m_edid.substr(128), "{:02x} ");

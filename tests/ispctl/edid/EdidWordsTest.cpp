@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "edid/EdidMaker.h"
+#include "edid/RangeLimits.h"
 
 namespace {
 
@@ -287,6 +288,101 @@ TEST(EdidWords, HDMI_Forum_block_lists_every_flag) {
     EXPECT_EQ(DataBlockOf(Octets(
                   {0x6A, 0xD8, 0x5D, 0xC4, 0x01, 0x00, 0x00, 0x00, 0x00, 0x70, 0x20}))["facts"],
               json(Lines{"variable refresh rate 48 to 288 Hz"}));
+}
+
+TEST(EdidWords, HDR_luminance_is_computed_from_its_code) {
+    const auto facts = [](int max, int average, int min) {
+        return DataBlockOf(Octets({0xE6, 0x06, 0x0D, 0x01, max, average, min}))["facts"];
+    };
+    const Lines curves{"SDR gamma", "PQ (SMPTE ST 2084)", "HLG", "static metadata 1"};
+    const auto with = [&](Lines more) {
+        more.insert(more.begin(), curves.begin(), curves.end());
+        return json(more);
+    };
+    EXPECT_EQ(facts(0, 0, 0), with({}));
+    // 50 cd/m2, doubled every 32 steps; the least is a share of it.
+    EXPECT_EQ(facts(96, 64, 255), with({"at most 400 cd/m2", "frame average at most 200 cd/m2",
+                                        "at least 4.000 cd/m2"}));
+    EXPECT_EQ(facts(96, 0, 128), with({"at most 400 cd/m2", "at least 1.008 cd/m2"}));
+    EXPECT_EQ(facts(0, 0, 128), with({}));
+    EXPECT_EQ(facts(1, 0, 0), with({"at most 51 cd/m2"}));
+    EXPECT_EQ(DataBlockOf(Octets({0xE3, 0x06, 0x02, 0x00}))["facts"], json(Lines{"HDR gamma"}));
+}
+
+TEST(EdidWords, Preferred_formats_are_told_by_range_of_code) {
+    EXPECT_EQ(DataBlockOf(Octets({0xEF, 0x0D, 0, 1, 127, 128, 129, 144, 145, 160, 161, 192, 193,
+                                  253, 254, 255}))["facts"],
+              json(Lines{"VIC 1, 640 x 480 at 60 Hz, 4:3", "VIC 127, 5120 x 2160 at 100 Hz, 64:27",
+                         "detailed timing 1", "detailed timing 16", "DisplayID timing 1",
+                         "DisplayID timing 16", "VIC 193, 5120 x 2160 at 120 Hz, 64:27",
+                         "VIC 253, unknown"}));
+}
+
+TEST(EdidWords, YCbCr_420_map_names_formats_of_video_block) {
+    const auto facts = [](std::initializer_list<int> map) {
+        const std::string blocks = Octets({0x42, 0x10, 0x9F}) + Octets(map);
+        return JsonOf(edid::Bytes(edid::Base(1)) +
+                      edid::Bytes(edid::CtaWith(blocks)))["cta"][0]["data_blocks"][1]["facts"];
+    };
+    EXPECT_EQ(facts({0xE1, 0x0F}), json(Lines{"all video formats of this block"}));
+    EXPECT_EQ(facts({0xE2, 0x0F, 0x01}), json(Lines{"VIC 16, 1920 x 1080 at 60 Hz, 16:9"}));
+    EXPECT_EQ(facts({0xE2, 0x0F, 0xFE}), json(Lines{"VIC 31, 1920 x 1080 at 50 Hz, 16:9, native"}));
+    EXPECT_EQ(facts({0xE2, 0x0F, 0x00}), json(Lines{}));
+}
+
+TEST(EdidWords, Standard_timings_have_aspect_of_their_version) {
+    for (const int minor : {2, 3}) {
+        edid::Block block = edid::Base();
+        block[19] = static_cast<std::uint8_t>(minor);
+        const int pairs[] = {0x31, 0x00, 0x31, 0x4F, 0x81, 0x80, 0xD1, 0xFF, 0x00, 0x00};
+        std::copy(std::begin(pairs), std::end(pairs), block.begin() + 38);
+        edid::Close(block);
+        EXPECT_EQ(
+            JsonOf(edid::Bytes(block))["standard_timings"],
+            json(Lines{minor == 2 ? "640 x 640 at 60 Hz" : "640 x 400 at 60 Hz",
+                       "640 x 480 at 75 Hz", "1280 x 1024 at 60 Hz", "1920 x 1080 at 123 Hz"}));
+    }
+}
+
+TEST(EdidWords, Descriptors_hold_more_timings) {
+    edid::Block block = edid::Base();
+    std::fill(block.begin() + 90, block.begin() + 126, std::uint8_t{0});
+    block[93] = 0xFA;
+    block[95] = 0xD1; // 1920, 16:9
+    block[96] = 0xC0;
+    block[111] = 0xF7;
+    block[113] = 0x0A;
+    block[114] = 0xA0;
+    edid::Close(block);
+    const json object = JsonOf(edid::Bytes(block));
+    EXPECT_EQ(object["standard_timings"], json(Lines{"1920 x 1080 at 60 Hz"}));
+    EXPECT_EQ(object["established_timings"],
+              json(Lines{"640 x 350 at 85 Hz", "720 x 400 at 85 Hz"}));
+}
+
+TEST(EdidWords, Formula_of_timings_depends_on_version) {
+    struct Row {
+        int formula;
+        const char *before14;
+        const char *from14;
+    };
+    for (const Row &row : {Row{0, ", default GTF", ", default GTF"}, Row{1, "", ", limits only"},
+                           Row{2, ", second GTF", ", second GTF"}, Row{4, "", ", CVT 1.1"},
+                           Row{3, "", ""}, Row{5, "", ""}}) {
+        for (const int minor : {3, 4}) {
+            edid::Block block = edid::Base();
+            block[19] = static_cast<std::uint8_t>(minor);
+            edid::PutRange(block, 90);
+            block[100] = static_cast<std::uint8_t>(row.formula);
+            block[101] = 0x11;
+            block[102] = 0;
+            const auto range = ispctl::edid::RangeLimitsOf(block);
+            ASSERT_TRUE(range);
+            EXPECT_EQ(ispctl::edid::DescribeRangeLimits(*range),
+                      std::string("48 to 75 Hz, 30 to 83 kHz, at most 170 MHz") +
+                          (minor == 4 ? row.from14 : row.before14));
+        }
+    }
 }
 
 TEST(EdidWords, Link_rates_have_names) {

@@ -102,6 +102,20 @@ TEST_F(ExplainRun, All_shows_fields_with_defaults_too) {
     EXPECT_THAT(ExplainLine({"--all"}, m_line).out, HasSubstr("ulProgStartBank"));
 }
 
+TEST_F(ExplainRun, Long_list_of_bytes_is_shortened_with_its_length) {
+    std::string data = "0x11";
+    for (int i = 1; i < 65; ++i) {
+        data += ",0x22";
+    }
+    const auto run = [&](const std::string &list) {
+        return ExplainLine({},
+                           {"--ispuser", "--fw", m_firmware, "--flagaddr", "1", "--flagdata", list})
+            .out;
+    };
+    EXPECT_THAT(run(data), HasSubstr("... (65 bytes)"));
+    EXPECT_THAT(run(data.substr(0, data.size() - 5)), testing::Not(HasSubstr("... (64 bytes)")));
+}
+
 TEST_F(ExplainRun, Json_names_records_as_in_the_header) {
     const json document = JsonOf(m_line);
     EXPECT_EQ(document["accepted"], true);

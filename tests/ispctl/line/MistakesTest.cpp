@@ -32,7 +32,24 @@ const Mistake kMistakes[] = {
     {"--isp --fw @f.bin --sla 5", "warning abbreviated-option", "--sla", "--slave",
      "--isp --fw @f.bin --slave 5"},
     {"--isp --fw @f.bin --comm 3 --comm 4", "warning repeated-option", "--comm", "last value", ""},
+    {"--isp --fw @f.bin --fw @f.bin", "fatal repeated-file", "--fw", "keep one of them",
+     "--isp --fw @f.bin"},
+    {"--isp fw @f.bin", "error leftover-argument", "fw", "did you mean --fw", "--isp --fw @f.bin"},
+    {"--dumpflash --dumplen 0x2000000", "warning dump-beyond-flash", "0x2000000",
+     "ends at 0x2000000; a flash of 16 MiB ends at 0x1000000", ""},
+    {"--dumpflash --dumpaddr 0xFFFFF0 --dumplen 17", "warning dump-beyond-flash", "17",
+     "write --dumplen 0x10", ""},
+    {"--dumpflash --dumpaddr 0x1000000 --dumplen 1", "warning dump-beyond-flash", "0x1000000",
+     "use a smaller address", ""},
+    {"--isp --fw @f.bin --erase", "fatal several-actions", "--erase",
+     "keep --isp; --erase does nothing, or only fails", ""},
+    {"--erase --isp --fw @f.bin", "fatal several-actions", "--isp", "keep --isp; --erase does", ""},
     {"--isp --fw @f.bin --fw @g.bin", "fatal repeated-file", "--fw", "--fw1", ""},
+    {"--isp --searchfw prefix --searchfw prefix", "fatal repeated-file", "--searchfw", "keep one",
+     "--isp --searchfw prefix"},
+    {"--isp --fw @f.bin --fw1 @g.bin --fw2 @g.bin --fw3 @g.bin --fw4 @g.bin --fw5 @g.bin --fw6 "
+     "@g.bin --fw7 @g.bin --fw8 @g.bin --fw9 @g.bin --fw @g.bin",
+     "fatal repeated-file", "--fw", "keep one", ""},
     {"--isp --fw @f.bin more", "error leftover-argument", "more", "belongs to no option", ""},
     {"isp --fw @f.bin", "error leftover-argument", "isp", "--isp", "--isp --fw @f.bin"},
     {"--isp --fw @f.bin -- --comm 3", "error leftover-argument", "--comm", "belongs to no", ""},
@@ -95,6 +112,25 @@ const Mistake kMistakes[] = {
      "--isp --fw @f.bin --bank 16"},
     {"--dumpflash --dumplen 16k", "fatal number-with-rest", "16k", "--dumplen 16384",
      "--dumpflash --dumplen 16384"},
+    {"--dumpflash --dumplen 4095KiB", "fatal number-with-rest", "4095KiB", "4193280",
+     "--dumpflash --dumplen 4193280"},
+    {"--dumpflash --dumplen 4096kb", "fatal number-with-rest", "4096kb", "\"kb\" follows", ""},
+    {"--dumpflash --dumplen 1M", "fatal number-with-rest", "1M", "--dumplen 1048576",
+     "--dumpflash --dumplen 1048576"},
+    {"--dumpflash --dumplen 2mb", "fatal number-with-rest", "2mb", "--dumplen 2097152",
+     "--dumpflash --dumplen 2097152"},
+    {"--dumpflash --dumplen 1MiB", "fatal number-with-rest", "1MiB", "--dumplen 1048576",
+     "--dumpflash --dumplen 1048576"},
+    {"--dumpflash --dumplen 0x10k", "fatal number-with-rest", "0x10k", "--dumplen 16384",
+     "--dumpflash --dumplen 16384"},
+    {"--dumpflash --dumplen 1g", "fatal number-with-rest", "1g", "\"g\" follows", ""},
+    {"--isp --fw @f.bin --slave 94h", "fatal number-with-rest", "94h", "--slave 0x94",
+     "--isp --fw @f.bin --slave 0x94"},
+    {"--isp --fw @f.bin --slave 6EH", "fatal number-with-rest", "6EH", "--slave 0x6E",
+     "--isp --fw @f.bin --slave 0x6E"},
+    {"--isp --fw @f.bin --slave FFh", "fatal not-a-number", "FFh", "--slave", ""},
+    {"--isp --fw @f.bin --slave feh", "fatal not-a-number", "feh", "--slave 0xfe",
+     "--isp --fw @f.bin --slave 0xfe"},
     {"--isp --fw @f.bin --slave 6E", "fatal number-with-rest", "6E", "--slave 0x6E",
      "--isp --fw @f.bin --slave 0x6E"},
     {"--isp --fw @f.bin --bank three", "fatal not-a-number", "three", "a number from 0 to 255", ""},
@@ -367,6 +403,52 @@ TEST_F(Mistakes, Pipe_as_settings_file_of_search_is_found_without_waiting_for_it
         EXPECT_THAT(Names(Check("--isp --searchfw " + search)), Contains("fatal settings-file"))
             << search;
     }
+}
+
+TEST_F(Mistakes, Words_in_one_pair_of_quotes_are_taken_apart) {
+    const Findings line = Check(Expand({"--isp --fw @f.bin"}));
+    ASSERT_THAT(Names(line), Contains("error quoted-words"));
+    EXPECT_EQ(line[0].name, "quoted-words");
+    EXPECT_THAT(line[0].suggestion, HasSubstr("remove the quotes: --isp --fw "));
+    EXPECT_EQ(line[0].corrected, Line("--isp --fw @f.bin"));
+    const Findings option = Check(Expand({"--isp", "--bank 3", "--fw", "@f.bin"}));
+    ASSERT_THAT(Names(option), testing::ElementsAre("error quoted-words"));
+    EXPECT_EQ(option[0].corrected, Line("--isp --bank 3 --fw @f.bin"));
+    EXPECT_THAT(Names(Check(Expand({"--isp", "--fw", "@f.bin", "--no such"}))),
+                testing::ElementsAre("error unknown-option"));
+}
+
+TEST_F(Mistakes, Octal_number_that_means_the_same_misleads_nobody) {
+    EXPECT_THAT(Names(Check("--isp --fw @f.bin --bank 07")), testing::IsEmpty());
+    EXPECT_THAT(Names(Check("--isp --fw @f.bin --bank 00")), testing::IsEmpty());
+}
+
+TEST_F(Mistakes, Message_too_long_for_its_length_byte_has_no_correction) {
+    std::string data = "0x6E,0x51,0x80";
+    for (int i = 0; i < 127; ++i) {
+        data += ",1";
+    }
+    const Findings fits = Check("--i2cwrite --ddccicmd --writedata " + data);
+    ASSERT_THAT(Names(fits), Contains("fatal wrong-length-byte"));
+    EXPECT_THAT(fits[0].message + fits[0].suggestion, HasSubstr("0x6e,0x51,0xff,0x01"));
+    const Findings tooLong = Check("--i2cwrite --ddccicmd --writedata " + data + ",1");
+    const auto found = std::find_if(tooLong.begin(), tooLong.end(), [](const auto &finding) {
+        return finding.name == "wrong-length-byte";
+    });
+    ASSERT_NE(found, tooLong.end());
+    EXPECT_TRUE(found->corrected.empty());
+    EXPECT_THAT(found->suggestion, HasSubstr("0x6E,0x51,0x82,0x01,0x02"));
+}
+
+TEST_F(Mistakes, File_that_fits_nowhere_has_no_free_bank) {
+    std::filesystem::resize_file(m_here.Write("most.bin", ""), 255 * 65536);
+    const Findings findings = Check("--isp --fw @most.bin --bank 0 --fw1 @f.bin --bank1 1");
+    ASSERT_FALSE(findings.empty());
+    EXPECT_EQ(findings[0].name, "bank-overlap");
+    EXPECT_TRUE(findings[0].corrected.empty());
+    const Findings other = Check("--isp --fw @most.bin --bank 0 --fw1 @g.bin --bank1 1");
+    ASSERT_FALSE(other.empty());
+    EXPECT_EQ(other[0].corrected, Line("--isp --fw @most.bin --bank 0 --fw1 @g.bin --bank1 255"));
 }
 
 // It is the apostrophe of a name, and a file that exists is no mistake.

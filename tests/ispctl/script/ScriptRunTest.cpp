@@ -40,6 +40,88 @@ TEST_F(ScriptRun, Failing_call_ends_run_after_earlier_reads_are_shown) {
                           "ispctl: failed with 0x9: status of the communication library\n");
 }
 
+TEST_F(ScriptRun, Status_that_is_also_a_result_of_library_has_both_meanings) {
+    const EnvGuard fails("RECORDING_COMM_FAILS", "WriteReg");
+    const std::pair<const char *, const char *> rows[] = {
+        {"1", "0x1: unknown opcode, or status 1 of the communication library"},
+        {"2", "0x2: unsupported opcode, or status 2 of the communication library"},
+        {"3", "0x3: a poll used up its tries, or status 3 of the communication library"},
+        {"4", "0x4: status of the communication library"},
+        {"6", "0x6: the communication library lacks a function that the script needs"}};
+    for (const auto &[number, words] : rows) {
+        const EnvGuard status("RECORDING_COMM_STATUS", number);
+        const ConsoleResult result = Run("WriteReg 1, 2\n");
+        EXPECT_EQ(result.status, 1);
+        EXPECT_THAT(result.err, HasSubstr(std::string("ispctl: failed with ") + words));
+    }
+}
+
+TEST_F(ScriptRun, Request_that_bus_rejects_is_named_by_line) {
+    for (const char *function : {"I2CWrite", "I2CCurrentRead"}) {
+        const EnvGuard fails("RECORDING_COMM_FAILS", function);
+        const ConsoleResult result = Run("ScalerStop\nddc get 0x10\nScalerRun\n");
+        EXPECT_EQ(result.status, 1);
+        EXPECT_THAT(result.err, HasSubstr("ispctl: failed in line 2 (ddc): status 0x9"));
+        EXPECT_THAT(result.err, testing::Not(HasSubstr("ScalerRun")));
+    }
+}
+
+TEST_F(ScriptRun, Channel_that_cannot_be_selected_runs_no_script) {
+    const EnvGuard fails("RECORDING_COMM_FAILS", "SetCommByID");
+    const std::string script = m_folder.Write("a.bin", "\x01");
+    const ConsoleResult result = RunConsole({"script", "run", "--lib", REAL_LIBRARY, "--comm",
+                                             RECORDING_COMM, "--channel", "6", script});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "comm Initiallize\ncomm SetCommByID 6\n"
+                          "ispctl: cannot select channel 6 (status 0x9)\n");
+}
+
+TEST_F(ScriptRun, Library_that_cannot_be_used_is_usage_error) {
+    const std::string script = m_folder.Write("a.bin", "\x01");
+    const ConsoleResult name =
+        RunConsole({"script", "run", "--lib", REAL_LIBRARY, "--comm", "/a\xFF", script});
+    EXPECT_EQ(name.status, 2);
+    EXPECT_THAT(name.err, HasSubstr("is not valid UTF-8"));
+    const ConsoleResult library =
+        RunConsole({"script", "run", "--lib", RECORDING_COMM, "--comm", RECORDING_COMM, script});
+    EXPECT_EQ(library.status, 2);
+    EXPECT_THAT(library.err, HasSubstr("is not a compatible ScalerIsp library: symbol "));
+}
+
+#if !defined(__SANITIZE_ADDRESS__) // which turns the signal into an exit status
+TEST_F(ScriptRun, Library_that_aborts_fails_run) {
+    const EnvGuard aborts("RECORDING_COMM_ABORTS", "ScalerRun");
+    const ConsoleResult result = Run("ScalerRun");
+    EXPECT_EQ(result.status, 7);
+    EXPECT_THAT(result.err, HasSubstr("SIGABRT ended the process"));
+}
+#endif
+
+TEST_F(ScriptRun, First_errors_are_named_and_others_are_counted) {
+    std::string text;
+    for (int i = 0; i < 1003; ++i) {
+        text += "Rubbish\n";
+    }
+    const ConsoleResult words = Run(text);
+    EXPECT_EQ(words.status, 1);
+    EXPECT_THAT(words.err, HasSubstr("a.script:1000:"));
+    EXPECT_THAT(words.err, testing::Not(HasSubstr("a.script:1001:")));
+    EXPECT_THAT(words.err, HasSubstr(": 3 more lines have errors"));
+}
+
+TEST_F(ScriptRun, Check_counts_problems_and_shows_notes) {
+    const std::string many = m_folder.Write("many.bin", "\x01" + std::string(1500, '\x0A'));
+    const ConsoleResult problems = RunConsole({"script", "check", many});
+    EXPECT_EQ(problems.status, 1);
+    EXPECT_THAT(problems.err, HasSubstr(many + ": offset 1000: opcode 10 is not supported\n"));
+    EXPECT_THAT(problems.err, testing::Not(HasSubstr("offset 1001:")));
+    EXPECT_THAT(problems.err, HasSubstr(many + ": 500 more problems\n"));
+    const std::string skips = m_folder.Write(
+        "skips.bin", std::string("\x17\x01\0\x02\x01\x1A\0\0\0\x01\0\0\0\x02\x63\x63\x01", 17));
+    const ConsoleResult notes = RunConsole({"script", "check", skips});
+    EXPECT_THAT(notes.err, HasSubstr(skips + ": note: offset 5: Write32BitRegEx follows"));
+}
+
 TEST_F(ScriptRun, Poll_without_match_is_described) {
     const ConsoleResult result = Run("PollMcuReg 1, 0xFF, 0, 2, 0");
     EXPECT_EQ(result.status, 1);

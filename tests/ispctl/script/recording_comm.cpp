@@ -1,6 +1,7 @@
 // A communication library that writes every call down on standard error, "comm WriteReg 10 20" in
 // hexadecimal. Reads deliver A1, A2, A3 ... The variable RECORDING_COMM_FAILS names a function that
-// ends with status 9, RECORDING_COMM_EXITS one that ends the process with status 0. What
+// ends with status 9, or that of RECORDING_COMM_STATUS; RECORDING_COMM_EXITS one that ends the
+// process with status 0, RECORDING_COMM_ABORTS one that ends it with a signal. What
 // RECORDING_COMM_PRINTS holds is printed to standard output at each call.
 
 #include <cstdio>
@@ -79,8 +80,13 @@ int Call(const std::string &name, const Arguments &arguments) {
     if (exits != nullptr && name == exits) {
         ::_exit(0);
     }
+    const char *aborts = std::getenv("RECORDING_COMM_ABORTS");
+    if (aborts != nullptr && name == aborts) {
+        std::abort();
+    }
     const char *fails = std::getenv("RECORDING_COMM_FAILS");
-    return fails != nullptr && name == fails ? 9 : 0;
+    const char *status = std::getenv("RECORDING_COMM_STATUS");
+    return fails == nullptr || name != fails ? 0 : status != nullptr ? std::atoi(status) : 9;
 }
 
 /// The status where a result can hold one.

@@ -58,6 +58,13 @@ TEST_F(Chip, Unknown_name_is_answered_with_nearest_and_list) {
                 HasSubstr("there is no chip zzz; there are panel27, tv-9"));
 }
 
+TEST_F(Chip, Unknown_name_without_any_chip_names_directories) {
+    const ConsoleResult result = RunConsole({"run", "--chip", "panel27", "--isp"});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.err, HasSubstr("there is no chip panel27; there are no chips in " +
+                                      m_folder.Path("chips")));
+}
+
 TEST_F(Chip, Name_that_is_path_or_has_no_library_is_usage_error) {
     m_folder.MakeFolder("chips/empty");
     EXPECT_THAT(RunConsole({"run", "--chip", "empty", "--isp"}).err,

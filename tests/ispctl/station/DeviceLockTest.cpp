@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "station/DeviceLock.h"
@@ -44,6 +45,21 @@ TEST_F(DeviceLocks, Removed_file_locks_nobody_out) {
     ASSERT_TRUE(second.Take("second"));
     EXPECT_FALSE(waiting.Take("waiting"));
     EXPECT_EQ(waiting.Holder(), "second");
+}
+
+TEST_F(DeviceLocks, What_is_no_file_in_place_of_lock_is_named) {
+    const std::string file = Make().File();
+    ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+    DeviceLock lock = Make();
+    EXPECT_FALSE(lock.Take("me"));
+    EXPECT_EQ(lock.Problem(), "cannot lock the device: " + file + " is not a file; remove it");
+    ASSERT_EQ(::unlink(file.c_str()), 0);
+    // Whoever makes a link there must not choose the file that is opened.
+    ASSERT_EQ(::symlink(m_folder.Path("victim").c_str(), file.c_str()), 0);
+    DeviceLock linked = Make();
+    EXPECT_FALSE(linked.Take("me"));
+    EXPECT_THAT(linked.Problem(), testing::StartsWith("cannot lock the device: " + file + ": "));
+    EXPECT_FALSE(m_folder.Exists("victim"));
 }
 
 } // namespace

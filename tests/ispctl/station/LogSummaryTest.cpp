@@ -1,6 +1,8 @@
 #include <fmt/format.h>
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
+#include "ConsoleProcess.h"
 #include "log/LogLines.h"
 #include "log/SummaryText.h"
 #include "support/TempFolder.h"
@@ -125,6 +127,54 @@ TEST_F(LogSummaries, Control_characters_of_tags_are_shown_visibly) {
     std::string record = kPassed;
     record.replace(record.find("\"1\""), 3, "\"\\u001b[2J\"");
     EXPECT_THAT(Text(record), HasSubstr("serial=\\x1B[2J"));
+}
+
+TEST_F(LogSummaries, Document_has_groups_with_their_runs) {
+    const std::string file = m_folder.Write("log", std::string(kPassed) + "\n" + kFailed + "\nx\n" +
+                                                       kRefused + "\n" + kEvents);
+    const ConsoleResult result =
+        RunConsole({"log", "summary", "--json", file, m_folder.Path("missing")});
+    EXPECT_EQ(result.status, 8);
+    const auto document = nlohmann::json::parse(result.out);
+    EXPECT_EQ(document["passed"], 2);
+    EXPECT_EQ(document["failed"], 3);
+    ASSERT_EQ(document["broken_lines"].size(), 1U);
+    EXPECT_EQ(document["broken_lines"][0]["file"], file);
+    EXPECT_EQ(document["broken_lines"][0]["line"], 3);
+    ASSERT_EQ(document["unreadable"].size(), 1U);
+    EXPECT_THAT(document["unreadable"][0].get<std::string>(), HasSubstr("missing"));
+    const auto &codes = document["codes"];
+    ASSERT_EQ(codes.size(), 4U);
+    EXPECT_EQ(codes[0]["hex"], "0x0");
+    EXPECT_EQ(codes[0]["passed"], true);
+    EXPECT_EQ(codes[0]["count"], 2);
+    EXPECT_EQ(codes[0]["runs"][0], nlohmann::json({{"run", "1111111111111111"},
+                                                   {"time", ""},
+                                                   {"status", 0},
+                                                   {"meaning", "success"},
+                                                   {"tags", {{"serial", "1"}}}}));
+    EXPECT_EQ(codes[1]["code"], 0x4003);
+    EXPECT_EQ(codes[1]["source"], "library");
+    EXPECT_EQ(codes[1]["status"], 6);
+    EXPECT_EQ(codes[2]["code"], nullptr);
+    EXPECT_EQ(codes[2]["hex"], nullptr);
+    EXPECT_EQ(codes[2]["passed"], false);
+    EXPECT_EQ(codes[3]["runs"][0]["time"], "2026-01-01T00:00:00.000Z");
+    EXPECT_EQ(codes[3]["runs"][0]["status"], nullptr);
+}
+
+TEST_F(LogSummaries, First_broken_lines_are_named_and_others_are_counted) {
+    std::string content(kPassed);
+    for (int i = 0; i < 23; ++i) {
+        content += "\nrubbish";
+    }
+    const std::string file = m_folder.Write("log", content);
+    const ConsoleResult result = RunConsole({"log", "summary", file});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.out, StartsWith("1 passed, 0 failed\n"));
+    EXPECT_THAT(result.err, HasSubstr(file + ", line 21: "));
+    EXPECT_THAT(result.err, testing::Not(HasSubstr(", line 22: ")));
+    EXPECT_THAT(result.err, HasSubstr("3 more lines cannot be understood"));
 }
 
 TEST_F(LogSummaries, Reader_rejects_what_is_no_file) {

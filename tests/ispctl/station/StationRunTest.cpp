@@ -122,6 +122,7 @@ TEST_F(StationRun, Usage_errors_name_their_reason) {
         {{"--tag", "serial"}, {"--isp"}, "KEY=VALUE"},
         {{"--tag", "=1"}, {"--isp"}, "KEY=VALUE"},
         {{"--tag", "serial="}, {"--isp"}, "is empty"},
+        {{"--tag", "a=" + std::string(5000, '1')}, {"--isp"}, "a tag has at most"},
         {{"--tag", "a b=1"}, {"--isp"}, "letters, digits"},
         {{"--tag", "a=1", "--tag", "a=2"}, {"--isp"}, "given twice"},
         {{"--tag", "a=\x1b[2J"}, {"--isp"}, "control characters"},
