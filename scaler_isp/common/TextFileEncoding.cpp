@@ -99,16 +99,13 @@ TextFileEncoding::TextFileEncoding(Charset charset) {
 // Tests what the locale does with characters, because names of locales differ between systems.
 TextFileEncoding::Kind TextFileEncoding::DetectKind() {
     const EnvironmentLocale::InUse use(*m_locale);
-    m_isAsciiCompatible = LocaleIsAsciiCompatible();
-    if (!m_isAsciiCompatible) {
-        return Kind::Other;
-    }
     const bool utf8 = WritesAs(0xE9, "\xC3\xA9") && WritesAs(0x20AC, "\xE2\x82\xAC") &&
                       WritesAs(0x1F600, "\xF0\x9F\x98\x80");
     if (utf8) {
         return Kind::Utf8;
     }
-    return LocaleDecodesByteForByte() ? Kind::Bytes : Kind::Other;
+    m_isAsciiCompatible = LocaleIsAsciiCompatible();
+    return m_isAsciiCompatible && LocaleDecodesByteForByte() ? Kind::Bytes : Kind::Other;
 }
 
 std::string TextFileEncoding::Decode(std::string bytes) {

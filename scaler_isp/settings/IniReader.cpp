@@ -6,7 +6,19 @@
 #include "scaler_isp/common/CallFailure.h"
 #include "scaler_isp/common/FileBytes.h"
 #include "scaler_isp/common/Numbers.h"
+#include "scaler_isp/common/Utf8.h"
 #include "scaler_isp/settings/IniLines.h"
+
+namespace {
+
+/// The complete lines at the start of a file that are ASCII. They are the same text in every
+/// encoding that is ASCII-compatible, so the rest of the file need not be known.
+std::string_view AsciiLines(std::string_view head) {
+    head = head.substr(0, AsciiPrefix(head));
+    return head.substr(0, head.rfind('\n') + 1);
+}
+
+} // namespace
 
 IniResult FindIniValue(const TextFileEncoding &encoding, std::string_view text,
                        std::wstring_view section, std::wstring_view key, std::wstring &value) {
@@ -35,25 +47,41 @@ IniResult FindIniValue(const TextFileEncoding &encoding, std::string_view text,
     return IniResult::EndOfFile;
 }
 
-IniReader::IniReader(const std::string &path, Charset charset) : m_encoding(charset) {
+IniResult FindInFile(const std::string &path, TextFileEncoding::Charset charset,
+                     std::wstring_view section, std::wstring_view key, std::wstring &value) {
+    TextFileEncoding encoding(charset);
+    try {
+        FileReader file(path);
+        if (encoding.IsAsciiCompatible()) {
+            const std::string_view lines = AsciiLines(file.Head());
+            const IniResult result = FindIniValue(encoding, lines, section, key, value);
+            if (result != IniResult::EndOfFile) {
+                return result;
+            }
+        }
+        return FindIniValue(encoding, encoding.Decode(file.All()), section, key, value);
+    } catch (const CallFailure &failure) {
+        if (!IsErrorOfPath(failure.Error())) {
+            throw;
+        }
+        // A directory can be opened, but not read.
+        return failure.Error() == EISDIR ? IniResult::EndOfFile : IniResult::NoFile;
+    }
+}
+
+IniReader::IniReader(const std::string &path) : m_encoding(TextFileEncoding::Charset::Environment) {
     try {
         m_text = m_encoding.Decode(ReadFileBytes(path));
     } catch (const CallFailure &failure) {
         if (!IsErrorOfPath(failure.Error())) {
             throw;
         }
-        m_opened = failure.Error() == EISDIR; // a directory can be opened, but not read
     }
-}
-
-IniResult IniReader::Find(std::wstring_view section, std::wstring_view key,
-                          std::wstring &value) const {
-    return m_opened ? FindIniValue(m_encoding, m_text, section, key, value) : IniResult::NoFile;
 }
 
 std::wstring IniReader::String(std::wstring_view section, std::wstring_view key) const {
     std::wstring value;
-    Find(section, key, value);
+    FindIniValue(m_encoding, m_text, section, key, value);
     return value;
 }
 

@@ -19,18 +19,21 @@ enum class IniResult {
 IniResult FindIniValue(const TextFileEncoding &encoding, std::string_view text,
                        std::wstring_view section, std::wstring_view key, std::wstring &value);
 
-/// A settings file, read once.
+/// Looks up one key of a file, and reads no more of the file than that takes. Throws CallFailure or
+/// std::bad_alloc if the cause is not the path (IsErrorOfPath), or if the file cannot be read as
+/// far as the key.
+/// \param path   the path in the system's form, as for open()
+/// \param value  set if the key is found
+IniResult FindInFile(const std::string &path, TextFileEncoding::Charset charset,
+                     std::wstring_view section, std::wstring_view key, std::wstring &value);
+
+/// A settings file, read once for many keys.
 class IniReader {
   public:
-    using Charset = TextFileEncoding::Charset;
-
     /// A file that cannot be opened counts as empty. Throws CallFailure or std::bad_alloc if the
-    /// cause is not the path (IsErrorOfPath), or if the file cannot be read to its end.
+    /// cause is not the path, or if the file cannot be read to its end.
     /// \param path  the path in the system's form, as for open()
-    explicit IniReader(const std::string &path, Charset charset = Charset::Environment);
-
-    /// \param value  set if the key is found
-    IniResult Find(std::wstring_view section, std::wstring_view key, std::wstring &value) const;
+    explicit IniReader(const std::string &path);
 
     /// The value, or the empty string if the key is not found.
     std::wstring String(std::wstring_view section, std::wstring_view key) const;
@@ -40,7 +43,6 @@ class IniReader {
 
   private:
     TextFileEncoding m_encoding;
-    bool m_opened = true;
     std::string m_text;
 };
 

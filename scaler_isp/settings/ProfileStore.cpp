@@ -54,8 +54,7 @@ unsigned int CopyOut(std::basic_string_view<Char> text, Char *buffer, unsigned i
 template <class Char>
 IniResult Search(const Char *section, const Char *key, const Char *fileName, std::wstring &value) {
     try {
-        return IniReader(FileName(fileName), kCharset<Char>)
-            .Find(ToWide(section), ToWide(key), value);
+        return FindInFile(FileName(fileName), kCharset<Char>, ToWide(section), ToWide(key), value);
     } catch (const CallFailure &) {
         return IniResult::NoFile;
     }

@@ -38,7 +38,8 @@
 
 /// Reads one value.
 /// RETURNS the number of characters copied if the key was found; otherwise 0, after copying the
-/// default. A file that cannot be read to its end is treated as one that cannot be opened.
+/// default. A file that cannot be read as far as the key, or to its end without finding it, is
+/// treated as one that cannot be opened.
 // QUIRK Line_without_equals_ends_the_section: the lookup stops at a line without "=", returns 0 and
 // does not copy the default; the buffer is unchanged.
 SCALER_ISP_API unsigned int CpNxGetPrivateProfileStringW(const wchar_t *section, const wchar_t *key,

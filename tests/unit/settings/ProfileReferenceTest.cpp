@@ -2,6 +2,7 @@
 #include <random>
 
 #include "scaler_isp/settings/IniEdit.h"
+#include "support/TempFolder.h"
 #include "support/TestLocale.h"
 #include "unit/settings/LibraryRead.h"
 #include "unit/settings/ProfileFamilies.h"
@@ -165,6 +166,34 @@ void CompareRandomInputs(Encoding encoding, unsigned int seed) {
         CompareSingle(pieces.File(), encoding, pieces.Write());
         ASSERT_FALSE(testing::Test::HasFailure()) << "round " << round;
     }
+}
+
+/// A search of a long file may end in its first bytes, when nothing is known of the others.
+void CompareLongFiles(unsigned int seed) {
+    Pieces pieces(seed);
+    const TempFolder folder;
+    for (int round = 0; round < 2000; ++round) {
+        std::string bytes = "[S]\n";
+        for (const std::size_t size = 3900 + pieces.Below(400); bytes.size() < size;) {
+            bytes += pieces.Below(4) == 0 ? pieces.File() : "fw" + std::to_string(round) + "=x\n";
+        }
+        const std::string path = folder.Write("p.ini", bytes);
+        const ProfileWrite names = pieces.Write();
+        for (const Charset charset : {Charset::Environment, Charset::Bytes}) {
+            ASSERT_EQ(ReadFileByLibrary(path, charset, names.section, names.key),
+                      ReadByLibrary(bytes, charset, names.section, names.key))
+                << Shown(bytes) << Shown(names);
+        }
+    }
+}
+
+TEST(ProfileReference, Long_files_are_searched_as_complete_text_in_UTF8) {
+    CompareLongFiles(5);
+}
+
+TEST(ProfileReference, Long_files_are_searched_as_complete_text_in_ASCII) {
+    const EnvironmentLocaleGuard locale("C");
+    CompareLongFiles(6);
 }
 
 TEST(ProfileReference, Random_inputs_agree_with_reference_in_UTF8) {

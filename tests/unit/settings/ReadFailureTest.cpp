@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <sys/types.h>
+#include <tuple>
 #include <unistd.h>
 
 #include "scaler_isp/ScalerIsp.h"
@@ -118,6 +119,23 @@ TEST(ReadFailure, Getter_returns_default_if_read_fails) {
     }
     const ReadFault fault(ReadFault::Kind::Error, 1);
     EXPECT_EQ(WideFamily::GetInt(path, "S", "K", 7), 7);
+}
+
+TEST(ReadFailure, Getter_needs_long_file_only_up_to_key) {
+    const TempFolder folder;
+    std::string text = "[S]\nFirst=1\n";
+    for (int line = 0; line < 1000; ++line) {
+        text += "fw" + std::to_string(line) + "=x\n";
+    }
+    const std::string path = folder.Write("p.ini", text + "Last=2\n");
+    for (const ReadFault::Kind kind : kKinds) {
+        for (const auto &[key, read, expected] :
+             {std::tuple("First", 1, "dflt"), {"First", 2, "1"}, {"Last", 2, "dflt"}}) {
+            const ReadFault fault(kind, read);
+            EXPECT_EQ(WideFamily::Get(path, "S", key).text, expected) << key << " " << read;
+        }
+    }
+    EXPECT_EQ(WideFamily::Get(path, "S", "Last"), (ReadResult{1, "2"}));
 }
 
 TEST(ReadFailure, LoadSetting_keeps_record_if_read_fails) {

@@ -11,6 +11,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 #if defined(__linux__)
 #include <sys/xattr.h>
@@ -19,6 +20,7 @@
 #include "support/CapturedOutput.h"
 #include "support/SystemFault.h"
 #include "support/TempFolder.h"
+#include "support/TestLocale.h"
 #include "unit/settings/ProfileFamilies.h"
 
 // One call of the system fails while a settings file is saved: the file has the old bytes or the
@@ -246,9 +248,12 @@ TEST(SystemCallFailure, Save_leaves_old_or_new_bytes_whatever_call_fails) {
 }
 
 TEST(SystemCallFailure, Save_leaves_old_or_new_bytes_whatever_conversion_fails) {
-    for (const char *function : {"mbrtowc", "wcrtomb"}) {
+    // UTF-8 is recognised without decoding a character.
+    for (const auto &[function, name] :
+         {std::pair("wcrtomb", "C.UTF-8"), {"wcrtomb", "C"}, {"mbrtowc", "C"}}) {
+        const EnvironmentLocaleGuard locale(name);
         for (const int error : {EIO, EILSEQ}) {
-            EXPECT_GT(SaveWithEachFault(kFiles[0], function, error), 2U) << function;
+            EXPECT_GT(SaveWithEachFault(kFiles[0], function, error), 2U) << function << name;
         }
     }
 }
