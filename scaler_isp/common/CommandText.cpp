@@ -50,14 +50,19 @@ bool HasHexPrefix(std::wstring_view word) {
     return word.size() >= 2 && word[0] == L'0' && (word[1] == L'x' || word[1] == L'X');
 }
 
+/// The position of the next newline, or of the end.
+std::size_t FindNewline(std::wstring_view text, std::size_t at) {
+    const wchar_t *newline = std::find_if(text.data() + at, text.data() + text.size(),
+                                          [](wchar_t c) { return IsNewline(c); });
+    return static_cast<std::size_t>(newline - text.data());
+}
+
 /// Skips what may precede a number, up to the first character that is none of it.
 std::size_t SkipToNumber(std::wstring_view text, std::size_t at) {
     for (; at < text.size(); ++at) {
         const wchar_t c = text[at];
         if (c == L'/' && at + 1 < text.size() && text[at + 1] == L'/') {
-            while (at + 1 < text.size() && !IsNewline(text[at + 1])) {
-                ++at;
-            }
+            at = FindNewline(text, at) - 1;
         } else if (c != L' ' && c != L'\t' && c != L',' && c != L'{' && !IsNewline(c)) {
             break;
         }
@@ -195,9 +200,7 @@ class TokenReader {
     }
 
     ScalerIspToken SkipLineComment() {
-        while (!AtEnd() && !IsNewline(Current())) {
-            ++m_pos;
-        }
+        AdvanceTo(FindNewline(m_text, m_pos));
         return SCALER_ISP_TOKEN_COMMENT;
     }
 
