@@ -60,11 +60,22 @@ std::size_t FindNewline(std::wstring_view text, std::size_t at) {
 /// Skips what may precede a number, up to the first character that is none of it.
 std::size_t SkipToNumber(std::wstring_view text, std::size_t at) {
     for (; at < text.size(); ++at) {
-        const wchar_t c = text[at];
-        if (c == L'/' && at + 1 < text.size() && text[at + 1] == L'/') {
-            at = FindNewline(text, at) - 1;
-        } else if (c != L' ' && c != L'\t' && c != L',' && c != L'{' && !IsNewline(c)) {
+        switch (text[at]) {
+        case L' ':
+        case L'\t':
+        case L',':
+        case L'{':
+        case L'\r':
+        case L'\n':
             break;
+        case L'/':
+            if (at + 1 == text.size() || text[at + 1] != L'/') {
+                return at;
+            }
+            at = FindNewline(text, at) - 1;
+            break;
+        default:
+            return at;
         }
     }
     return at;

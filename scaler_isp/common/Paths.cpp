@@ -18,9 +18,6 @@
 
 namespace {
 
-constexpr std::size_t kResolvedPathBytes = 40960;
-static_assert(kResolvedPathBytes > PATH_MAX, "realpath writes up to PATH_MAX bytes");
-
 /// Whether realpath leaves the unresolvable part of a path on every system. After any other error
 /// glibc leaves nothing, but macOS a path that nobody named: one that is too long is truncated, and
 /// so names another file.
@@ -47,7 +44,7 @@ std::string ResolvePath(const std::string &path) {
     }
     // The buffer matters: after a failure it holds the path that could not be resolved, which users
     // see in messages. The allocating form of realpath would give nothing.
-    std::string buffer(kResolvedPathBytes, '\0');
+    std::string buffer(PATH_MAX + 1, '\0');
     if (::realpath(path.c_str(), buffer.data()) == nullptr && !LeavesPartialPath(errno)) {
         if (!IsErrorOfPath(errno)) {
             throw CallFailure(errno);
