@@ -216,6 +216,7 @@ void WritePeer(benchmark::State &state) {
 }
 
 const std::wstring kOrdinaryPath(kPathCharacters, L'p');
+const std::string kOverlongLine = std::string(2000, 'o') + "\n";
 BENCHMARK_CAPTURE(SaveSubject, disk, kDisk, 512)->Name("save_on_disk:subject");
 BENCHMARK_CAPTURE(SavePeer, disk, kDisk)->Name("save_on_disk:peer");
 BENCHMARK_CAPTURE(SaveSubject, memory, kMemory, 512)->Name("save_in_memory:subject");
@@ -225,6 +226,8 @@ BENCHMARK_CAPTURE(SaveOdd, twice, "", 2, kOrdinaryPath)->Name("save_odd_twice");
 BENCHMARK_CAPTURE(SaveOdd, unreadable, "; \xE4\n", 1, std::wstring(kPathCharacters, L'\x00E4'))
     ->Name("save_odd_unreadable");
 BENCHMARK_CAPTURE(SaveOdd, newline, "", 1, kOrdinaryPath + L"\nq")->Name("save_odd_newline");
+BENCHMARK_CAPTURE(SaveOdd, overlong, kOverlongLine.c_str(), 1, kOrdinaryPath)
+    ->Name("save_odd_overlong");
 BENCHMARK_CAPTURE(ReadSubject, last, kLines - 1)->Name("read_last:subject");
 BENCHMARK_CAPTURE(ReadPeer, last, kLines - 1)->Name("read_last:peer");
 BENCHMARK_CAPTURE(ReadSubject, second, 1)->Name("read_second:subject");

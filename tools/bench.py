@@ -71,7 +71,10 @@ FIRST_CALL_GOAL = 1.2
 SETTINGS = "bench_settings"
 DISK_GOAL, MEMORY_GOAL, ODD_GOAL = 2.0, 2.0, 10.0
 ODD_FILES = [("twice", "that has the section twice"),
-             ("unreadable", "that the encoding cannot read")]
+             ("unreadable", "that the encoding cannot read"),
+             ("newline", "with a newline in every path"),
+             ("overlong", "with an overlong line")]
+LIBRARY_GOAL = 351
 # Row, what grows. The exponent may be this much above that of the work by hand.
 SCALING = [
     ("arguments", "arguments, 10 to 10,000"),
@@ -211,6 +214,15 @@ def save_rows(folder, quick):
                        runs[f"save_odd_{name}"], subject, ODD_GOAL, command)
 
 
+def size_row(build):
+    """The library as it is delivered; the numbers of the one for macOS have a part of their own."""
+    with tempfile.NamedTemporaryFile() as stripped:
+        subprocess.run(["strip", "-o", stripped.name, build / "lib/libScalerIsp.so"], check=True)
+        size = pathlib.Path(stripped.name).stat().st_size
+    return row("thousand bytes of the library, stripped", [size / 1000], LIBRARY_GOAL, "",
+               "strip lib/libScalerIsp.so")
+
+
 def exponents(runs, name):
     """The exponent of each round: the slope of the times over the sizes, both as logarithms."""
     sizes = {int(key.rsplit("/", 1)[1]): run for key, run in runs.items()
@@ -276,6 +288,8 @@ def main():
     busy = load()
     rows = [*call_rows(folder, options.quick), *pair_rows(folder, options.quick),
             *save_rows(folder, options.quick), *scaling_rows(folder, options.quick)]
+    if sys.platform == "linux":
+        rows.append(size_row(options.build))
     text = table(rows)
     print(text, end="")
     if not options.quick:
