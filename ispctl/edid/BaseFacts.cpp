@@ -97,7 +97,7 @@ constexpr NamedBit kOtherFeatures13[] = {{0x04, 0x04, "sRGB is the default"},
                                          {0x01, 0x01, "default GTF"}};
 
 std::string FeatureText(View edid) {
-    const unsigned int byte = edid[24];
+    const unsigned int byte = edid[kFeaturesOffset];
     const bool isVersion14 = IsVersionAtLeast(edid, 1, 4);
     std::string text;
     AppendNamed(text, byte, kPowerFeatures);

@@ -14,6 +14,10 @@ using View = std::span<const std::uint8_t>;
 inline constexpr std::size_t kBlockBytes = 128;
 inline constexpr std::size_t kChecksumOffset = 127;
 inline constexpr std::size_t kExtensionCountOffset = 126;
+inline constexpr std::size_t kFeaturesOffset = 24;
+/// A bit of the features: any timing within the range limits is displayed, those of the default GTF
+/// included. Before version 1.4 it says only the latter.
+inline constexpr std::uint8_t kContinuousFrequency = 0x01;
 /// An EDID has at most 256 blocks; a file of text is limited to the same size.
 inline constexpr std::size_t kMaxInputBytes = 256 * kBlockBytes;
 inline constexpr std::uint8_t kHeader[8] = {0x00, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x00};

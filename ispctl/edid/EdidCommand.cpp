@@ -74,11 +74,8 @@ edid::Report ReadReport(const EdidOptions &options, const std::string &file, Ses
 }
 
 /// Writes the bytes to the file of -o. RETURNS kExitSuccess, or another status with a message.
+/// REQUIRES: the report has facts.
 ExitStatus WriteOutput(const EdidOptions &options, const edid::Report &report, Session &session) {
-    if (!report.HasFacts()) {
-        return session.Fail(report.Status(),
-                            fmt::format("{} is not written: no EDID was read", options.output));
-    }
     const std::string bytes(report.input.bytes.begin(), report.input.bytes.end());
     if (options.output == kStandardOutput) {
         session.streams.Write(Stream::Output, bytes);
@@ -132,9 +129,16 @@ ExitStatus ShowReports(const EdidOptions &options, const std::vector<edid::Repor
 
 ExitStatus WriteAndShow(const EdidOptions &options, const std::vector<edid::Report> &reports,
                         Session &session) {
+    // The bytes come first: whoever reads the facts may close the pipe.
+    const bool isWanted = !options.output.empty();
+    const edid::Report &report = reports.front();
     const ExitStatus written =
-        options.output.empty() ? kExitSuccess : WriteOutput(options, reports.front(), session);
-    return std::max(written, ShowReports(options, reports, session));
+        isWanted && report.HasFacts() ? WriteOutput(options, report, session) : kExitSuccess;
+    const ExitStatus shown = ShowReports(options, reports, session);
+    if (isWanted && !report.HasFacts()) {
+        session.Fail(shown, fmt::format("{} is not written: no EDID was read", options.output));
+    }
+    return std::max(written, shown);
 }
 
 ExitStatus ReadAndShow(const EdidOptions &options, Session &session) {

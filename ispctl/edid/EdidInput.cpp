@@ -1,6 +1,7 @@
 #include "edid/EdidInput.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "edid/input/Dump.h"
 #include "edid/input/Listing.h"
@@ -131,17 +132,7 @@ void AddProblem(Input &input, std::string_view text, const SyntaxError &error) {
     input.problems.push_back(std::move(problem));
 }
 
-} // namespace
-
-const char *WordOf(Form form) {
-    return kForms[static_cast<std::size_t>(form)].word;
-}
-
-const char *MeaningOf(Form form) {
-    return kForms[static_cast<std::size_t>(form)].meaning;
-}
-
-Input ReadInput(std::string_view content, FormOption option) {
+Input ReadAs(std::string_view content, FormOption option) {
     Input input;
     const bool isBinary = option == FormOption::Binary ||
                           (option == FormOption::Detect && content.starts_with(kHeaderBytes));
@@ -159,6 +150,34 @@ Input ReadInput(std::string_view content, FormOption option) {
     } catch (const SyntaxError &error) {
         input.bytes.clear();
         AddProblem(input, *text, error);
+    }
+    return input;
+}
+
+const char *FormThatReadsEdid(std::string_view content) {
+    for (const auto &[option, form] :
+         {std::pair(FormOption::Hex, Form::Hex), std::pair(FormOption::List, Form::List)}) {
+        if (HasBaseBlock(ReadAs(content, option).bytes)) {
+            return WordOf(form);
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+const char *WordOf(Form form) {
+    return kForms[static_cast<std::size_t>(form)].word;
+}
+
+const char *MeaningOf(Form form) {
+    return kForms[static_cast<std::size_t>(form)].meaning;
+}
+
+Input ReadInput(std::string_view content, FormOption option) {
+    Input input = ReadAs(content, option);
+    if (input.source == FormSource::Guess && !HasBaseBlock(input.bytes)) {
+        input.betterForm = FormThatReadsEdid(content);
     }
     return input;
 }

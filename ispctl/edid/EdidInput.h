@@ -51,6 +51,8 @@ struct Input {
     Bytes bytes;
     Findings problems; ///< why there are no bytes; names line and column
     Findings remarks;
+    /// Of a guess that has no EDID: the value of --form that reads one; null if none does.
+    const char *betterForm = nullptr;
 };
 
 /// Reads an EDID of any form. Detected are, in this order: binary, if the EDID header comes first;

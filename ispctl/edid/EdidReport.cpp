@@ -13,8 +13,11 @@ std::string HowItWasRead(const Input &input) {
     if (input.source == FormSource::Option || isEmpty) {
         return "";
     }
-    return fmt::format(" (read as {}: {}{})", WordOf(input.form), MeaningOf(input.form),
-                       input.source == FormSource::Guess ? "; --form reads it otherwise" : "");
+    const std::string better =
+        input.betterForm == nullptr
+            ? ""
+            : fmt::format("; with --form {} it is an EDID", input.betterForm);
+    return fmt::format(" (read as {}: {}{})", WordOf(input.form), MeaningOf(input.form), better);
 }
 
 } // namespace

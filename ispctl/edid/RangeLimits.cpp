@@ -19,10 +19,11 @@ void AddOffset(unsigned int bits, unsigned int &min, unsigned int &max) {
     }
 }
 
-std::string Formula(View descriptor, bool isVersion14) {
+// GTF is supported only if the features say so; byte 10 is 0 whether they do or not.
+std::string Formula(View edid, View descriptor, bool isVersion14) {
     switch (descriptor[10]) {
     case 0x00:
-        return "default GTF";
+        return (edid[kFeaturesOffset] & kContinuousFrequency) != 0 ? "default GTF" : "";
     case 0x01:
         return isVersion14 ? "limits only" : "";
     case kSecondGtf:
@@ -52,7 +53,7 @@ std::optional<RangeLimits> RangeLimitsOf(View edid) {
     if (d[9] != 0) {
         range.maxPixelClockMhz = d[9] * 10.0;
     }
-    range.formula = Formula(d, isVersion14);
+    range.formula = Formula(edid, d, isVersion14);
     if (isVersion14) {
         AddOffset(d[4] & 3U, range.verticalMinHz, range.verticalMaxHz);
         AddOffset(d[4] >> 2U & 3U, range.horizontalMinKhz, range.horizontalMaxKhz);

@@ -51,20 +51,27 @@ void CheckIdentification(View edid, Findings &remarks) {
     }
 }
 
-/// Version 1.3 requires what 1.4 leaves open.
+/// Version 1.3 requires what 1.4 leaves open; only of displays with continuous frequency does 1.4
+/// require range limits.
 void CheckRequired(View edid, Findings &remarks) {
     if (!IsTiming(DescriptorsOf(edid)[0])) {
         remarks.push_back(MakeFinding(FindingId::FirstDescriptor, 0));
     }
-    if (!IsVersionAtLeast(edid, 1, 3) || IsVersionAtLeast(edid, 1, 4)) {
-        return;
-    }
-    const auto require = [&](bool isThere, FindingId id) {
+    const auto require = [&](bool isThere, FindingId id, const char *condition = "") {
         if (!isThere) {
-            remarks.push_back(MakeFinding(id, 0, edid[18], edid[19]));
+            remarks.push_back(MakeFinding(id, 0, edid[18], edid[19], condition));
         }
     };
-    require((edid[24] & 2U) != 0, FindingId::NotPreferred);
+    if (IsVersionAtLeast(edid, 1, 4)) {
+        require((edid[kFeaturesOffset] & kContinuousFrequency) == 0 ||
+                    FindDescriptor(edid, kRangeTag).has_value(),
+                FindingId::MissingRange, " of a display with continuous frequency");
+        return;
+    }
+    if (!IsVersionAtLeast(edid, 1, 3)) {
+        return;
+    }
+    require((edid[kFeaturesOffset] & 2U) != 0, FindingId::NotPreferred);
     require(FindDescriptor(edid, kNameTag).has_value(), FindingId::MissingName);
     require(FindDescriptor(edid, kRangeTag).has_value(), FindingId::MissingRange);
 }

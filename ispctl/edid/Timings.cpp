@@ -17,7 +17,7 @@ unsigned int HighBits(unsigned int byte, unsigned int shift, unsigned int count)
 
 // Before version 1.4 a bit says whether the first timing is preferred; from 1.4 on it always is.
 bool IsFirstPreferred(View edid) {
-    return IsVersionAtLeast(edid, 1, 4) || (edid[24] & kFirstPreferred) != 0;
+    return IsVersionAtLeast(edid, 1, 4) || (edid[kFeaturesOffset] & kFirstPreferred) != 0;
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "edid/EdidMaker.h"
+#include "edid/RangeLimits.h"
 
 namespace {
 
@@ -253,13 +254,47 @@ TEST(EdidJson, CVT_step_is_subtracted_from_1_4) {
     }
 }
 
+// GTF is supported only if the features say so, in 1.3 and in 1.4.
+TEST(EdidJson, Default_GTF_is_claimed_only_with_its_feature) {
+    struct Row {
+        std::uint8_t revision, features;
+        const char *formula;
+    };
+    for (const Row &row : {Row{3, 0x02, ""}, Row{3, 0x03, "default GTF"}, Row{4, 0x02, ""},
+                           Row{4, 0x03, "default GTF"}}) {
+        edid::Block block = edid::Base();
+        block[19] = row.revision;
+        block[24] = row.features;
+        edid::PutRange(block, kThirdDescriptor);
+        block[kThirdDescriptor + 10] = 0;
+        const auto range = ispctl::edid::RangeLimitsOf(block);
+        ASSERT_TRUE(range);
+        EXPECT_EQ(range->formula, row.formula) << int{row.revision} << " " << int{row.features};
+    }
+}
+
+TEST(EdidJson, Continuous_frequency_requires_range_limits_from_1_4) {
+    const json missing = JsonOfBase([](auto &b) { b[24] |= 1; })["remarks"];
+    ASSERT_THAT(NamesOf(missing), ElementsAre("missing-range"));
+    EXPECT_EQ(missing[0]["message"],
+              "version 1.4 requires range limits of a display with continuous frequency");
+    const json there = JsonOfBase([](auto &b) {
+        b[24] |= 1;
+        edid::PutRange(b, kThirdDescriptor);
+    })["remarks"];
+    EXPECT_EQ(there, json::array());
+}
+
 TEST(EdidJson, Block_count_override_replaces_byte_126) {
     const edid::Block cta = edid::CtaWith("\xE2\x78\x03");
     const std::vector<edid::Block> three{cta, edid::Cta(), edid::Cta()};
     EXPECT_EQ(JsonOfBlocks(three, 1)["extensions_declared"], 3);
     EXPECT_EQ(JsonOfBlocks(three, 1)["problems"], json::array());
     // An incomplete dump of the same display.
-    EXPECT_THAT(NamesOf(JsonOfBlocks({cta}, 1)["problems"]), ElementsAre("extension-count"));
+    const json problems = JsonOfBlocks({cta}, 1)["problems"];
+    ASSERT_THAT(NamesOf(problems), ElementsAre("extension-count"));
+    EXPECT_EQ(problems[0]["block"], 1); // where the override is
+    EXPECT_EQ(JsonOfBlocks({edid::Cta()}, 2)["problems"][0]["block"], 0);
     // Without an extension the override does not count, and neither does one in a later block.
     EXPECT_EQ(JsonOfBlocks(three, 0)["extensions_declared"], 0);
     EXPECT_EQ(JsonOfBlocks({edid::Cta(), cta}, 2)["extensions_declared"], 2);

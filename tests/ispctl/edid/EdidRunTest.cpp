@@ -11,6 +11,7 @@ namespace {
 
 using testing::AllOf;
 using testing::HasSubstr;
+using testing::MatchesRegex;
 using testing::Not;
 using testing::StartsWith;
 
@@ -188,7 +189,10 @@ TEST_F(EdidRun, Option_output_writes_bytes) {
 
 TEST_F(EdidRun, Option_output_writes_nothing_without_EDID) {
     const std::string out = m_folder.Write("out", "before");
-    EXPECT_EQ(Run("hello", {"-o", out}).status, 1);
+    const ConsoleResult result = Run("hello", {"-o", out});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.err, MatchesRegex("ispctl: .*/e: line 1, .*\n"
+                                         "ispctl: .*/out is not written: no EDID was read\n"));
     EXPECT_EQ(ReadBytes(out), "before");
 }
 
@@ -211,12 +215,20 @@ TEST_F(EdidRun, NUL_of_the_input_does_not_cut_the_message) {
 }
 
 TEST_F(EdidRun, Form_is_named_only_if_it_may_be_the_wrong_one) {
-    EXPECT_THAT(Run("00 ff \n", {}).err, HasSubstr(" (read as hex: hexadecimal digits; --form"));
+    EXPECT_THAT(Run("00 ff \n", {}).err, HasSubstr(" (read as hex: hexadecimal digits)\n"));
     EXPECT_THAT(Run(std::string("\x01\x02\x03"), {}).err,
                 HasSubstr(" (read as binary: raw bytes)"));
     for (const char *text : {"", " \n"}) {
         EXPECT_THAT(Run(text, {}).err, AllOf(HasSubstr("no bytes"), Not(HasSubstr("read as"))));
     }
+}
+
+TEST_F(EdidRun, Option_form_is_named_only_if_it_reads_an_EDID) {
+    const std::string text = "{" + Hex(m_edid, ",") + "}\n";
+    EXPECT_THAT(Run(text, {}).err,
+                HasSubstr(" (read as c-array: an array in C; with --form hex it is an EDID)\n"));
+    EXPECT_EQ(Run(text, {"--form", "hex"}).status, 0);
+    EXPECT_THAT(Run("{00,ff}\n", {}).err, HasSubstr(" (read as c-array: an array in C)\n"));
 }
 
 // What a communication library prints, too, must not come between JSON.
