@@ -40,6 +40,7 @@ class CallSeries {
                CallReporter &reporter)
         : m_row(row), m_directory(directory), m_reporter(reporter), m_words(row.function) {
         m_target.function = ::dlsym(plugin, row.function);
+        m_target.words = row.words;
         if (row.role == doctor::PluginRole::Sign) {
             m_target.verify = ::dlsym(plugin, "VerifySignatureExport");
         } else {

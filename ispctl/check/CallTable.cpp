@@ -136,16 +136,35 @@ bool ChangeFirstByte(const std::string &name) {
     return file.good();
 }
 
-// Changes a file, verifies, and changes it back.
-void ExpectRejected(void *verify, CallInput &input, const char *file, const char *words,
+// Changes a file, verifies, and changes it back. RETURNS whether the signature was rejected.
+bool ExpectRejected(void *verify, CallInput &input, const char *file, const char *words,
                     CallReporter &reporter) {
     if (!ChangeFirstByte(input.PathOf(file))) {
-        return;
+        return true;
     }
-    if (CallVerify(verify, input) != 0) {
+    const bool isRejected = CallVerify(verify, input) == 0;
+    if (!isRejected) {
         reporter.Add(FindingId::SignatureAccepted, words);
     }
     ChangeFirstByte(input.PathOf(file));
+    return isRejected;
+}
+
+/// What VerifySignatureExport says of a signature that SignFwExport has just made.
+enum class OwnSignature { Rejected, AcceptedForOthers, Verified };
+
+OwnSignature VerifyOwn(void *verify, CallInput &input, CallReporter &reporter) {
+    input.Sign().enumSignActionType = ENUM_SIGN_ACTION_VERIFY;
+    if (CallVerify(verify, input) == 0) {
+        return OwnSignature::Rejected;
+    }
+    const bool isFirmwareRead =
+        ExpectRejected(verify, input, kFirmwareFile,
+                       "a signature for a firmware that was changed after signing", reporter);
+    const bool isSignatureRead = ExpectRejected(
+        verify, input, kMadeSignatureFile, "a signature of which one bit was changed", reporter);
+    return isFirmwareRead && isSignatureRead ? OwnSignature::Verified
+                                             : OwnSignature::AcceptedForOthers;
 }
 
 void CheckSign(const CallTarget &target, CallInput &input, int result, CallReporter &reporter) {
@@ -160,19 +179,18 @@ void CheckSign(const CallTarget &target, CallInput &input, int result, CallRepor
     if (target.verify == nullptr) {
         return;
     }
-    input.Sign().enumSignActionType = ENUM_SIGN_ACTION_VERIFY;
-    if (CallVerify(target.verify, input) == 0) {
-        // With a made-up key file the two keys need not be a pair.
-        if (input.Sign().enumSWDigitalSignatureMode == ENUM_SIGN_SW_MODE_VXM_INTERNAL) {
-            reporter.Add(FindingId::OwnSignatureRejected);
-        }
-        return;
+    // What is wrong from here on is the fault of the verifying function.
+    const std::string signing = reporter.Words();
+    reporter.Begin(std::string("VerifySignatureExport") + target.words);
+    const OwnSignature own = VerifyOwn(target.verify, input, reporter);
+    reporter.Begin(signing);
+    if (own == OwnSignature::Verified) {
+        reporter.Add(FindingId::OwnSignatureVerified);
+    } else if (own == OwnSignature::Rejected &&
+               // With a made-up key file the two keys need not be a pair.
+               input.Sign().enumSWDigitalSignatureMode == ENUM_SIGN_SW_MODE_VXM_INTERNAL) {
+        reporter.Add(FindingId::OwnSignatureRejected);
     }
-    ExpectRejected(target.verify, input, kFirmwareFile,
-                   "a signature for a firmware that was changed after signing", reporter);
-    ExpectRejected(target.verify, input, kMadeSignatureFile,
-                   "a signature of which one bit was changed", reporter);
-    reporter.Add(FindingId::OwnSignatureVerified);
 }
 
 constexpr CallRow kRows[] = {

@@ -14,6 +14,7 @@ namespace ispctl::check {
 struct CallTarget {
     void *function = nullptr;
     void *verify = nullptr; ///< VerifySignatureExport of the same plug-in, or null
+    const char *words = ""; ///< what the function is given, as in the row
 };
 
 /// One call that asks a plug-in for nothing that could harm a device.

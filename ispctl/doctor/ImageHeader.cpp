@@ -5,6 +5,8 @@
 #include <fmt/format.h>
 #include <iterator>
 
+#include "doctor/ImageNumber.h"
+
 namespace ispctl::doctor {
 namespace {
 
@@ -35,17 +37,10 @@ std::string NameOfMachine(std::uint32_t Architecture::*number, std::uint32_t val
                                                          : fmt::format("machine 0x{:X}", value);
 }
 
-enum class ByteOrder { Little, Big };
-
-// REQUIRES: the bytes are there.
-std::uint32_t Number(std::string_view bytes, std::size_t offset, std::size_t size,
-                     ByteOrder order) {
-    std::uint32_t value = 0;
-    for (std::size_t i = 0; i < size; ++i) {
-        const std::size_t at = order == ByteOrder::Big ? i : size - 1 - i;
-        value = value << 8U | static_cast<unsigned char>(bytes[offset + at]);
-    }
-    return value;
+// REQUIRES: the bytes are there, and size is at most 4.
+std::uint32_t Number32(std::string_view bytes, std::size_t offset, std::size_t size,
+                       ByteOrder order) {
+    return static_cast<std::uint32_t>(Number(bytes, offset, size, order));
 }
 
 ImageHeader Elf(std::string_view bytes) {
@@ -60,8 +55,8 @@ ImageHeader Elf(std::string_view bytes) {
     }
     header.format = Format::Elf;
     const auto order = bytes[kDataEncoding] == 2 ? ByteOrder::Big : ByteOrder::Little;
-    header.architectures = {NameOfMachine(&Architecture::elf, Number(bytes, kMachine, 2, order))};
-    header.isSharedLibrary = Number(bytes, kType, 2, order) == kElfSharedObject;
+    header.architectures = {NameOfMachine(&Architecture::elf, Number32(bytes, kMachine, 2, order))};
+    header.isSharedLibrary = Number32(bytes, kType, 2, order) == kElfSharedObject;
     header.description = fmt::format(
         "an ELF {} for {}", header.isSharedLibrary ? "shared library" : "file of another kind",
         header.architectures.front());
@@ -78,8 +73,9 @@ ImageHeader MachO(std::string_view bytes, ByteOrder order) {
         return header;
     }
     header.format = Format::MachO;
-    header.architectures = {NameOfMachine(&Architecture::machO, Number(bytes, kCpuType, 4, order))};
-    const std::uint32_t type = Number(bytes, kFileType, 4, order);
+    header.architectures = {
+        NameOfMachine(&Architecture::machO, Number32(bytes, kCpuType, 4, order))};
+    const std::uint32_t type = Number32(bytes, kFileType, 4, order);
     header.isSharedLibrary = type == kMachODylib || type == kMachOBundle;
     header.description = fmt::format(
         "a Mach-O {} for {}", header.isSharedLibrary ? "shared library" : "file of another kind",
@@ -92,7 +88,7 @@ ImageHeader Universal(std::string_view bytes, std::size_t entrySize) {
     constexpr std::size_t kFirstEntry = 8;
     ImageHeader header;
     const std::uint32_t count =
-        bytes.size() >= kFirstEntry ? Number(bytes, 4, 4, ByteOrder::Big) : 0;
+        bytes.size() >= kFirstEntry ? Number32(bytes, 4, 4, ByteOrder::Big) : 0;
     if (count == 0 || count > kMostSlices || bytes.size() < kFirstEntry + count * entrySize) {
         header.description =
             "not a library: neither a universal file nor anything else that is known";
@@ -102,7 +98,7 @@ ImageHeader Universal(std::string_view bytes, std::size_t entrySize) {
     header.isSharedLibrary = true;
     for (std::size_t i = 0; i < count; ++i) {
         header.architectures.push_back(NameOfMachine(
-            &Architecture::machO, Number(bytes, kFirstEntry + i * entrySize, 4, ByteOrder::Big)));
+            &Architecture::machO, Number32(bytes, kFirstEntry + i * entrySize, 4, ByteOrder::Big)));
     }
     header.description =
         fmt::format("a universal Mach-O file for {}", fmt::join(header.architectures, ", "));
@@ -133,7 +129,7 @@ ImageHeader ReadImageHeader(std::string_view bytes) {
         return Other("a static library");
     }
     const std::uint32_t magic =
-        bytes.size() >= kMagicBytes ? Number(bytes, 0, kMagicBytes, ByteOrder::Big) : 0;
+        bytes.size() >= kMagicBytes ? Number32(bytes, 0, kMagicBytes, ByteOrder::Big) : 0;
     switch (magic) {
     case 0xFEEDFACE:
     case 0xFEEDFACF:

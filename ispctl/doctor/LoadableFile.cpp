@@ -1,10 +1,14 @@
 #include "doctor/LoadableFile.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fmt/format.h>
 #include <initializer_list>
+#include <string_view>
+#include <system_error>
 
 #include "doctor/FileState.h"
+#include "doctor/ImageExtent.h"
 #include "doctor/ImageHeader.h"
 
 namespace ispctl::doctor {
@@ -36,6 +40,20 @@ bool CheckHeader(const std::string &file, const ImageHeader &header, const LoadF
     return true;
 }
 
+bool CheckSize(const std::string &file, std::string_view bytes, const ImageHeader &header,
+               const LoadFindings &findings, Report &report) {
+    std::error_code ignored;
+    const std::uintmax_t size = std::filesystem::file_size(file, ignored);
+    const std::uint64_t least = LeastFileSize(bytes);
+    if (size >= least) {
+        return true;
+    }
+    report.Add(findings.wrongType, file,
+               fmt::format("a truncated {} file ({} of at least {} bytes)", NameOf(header.format),
+                           size, least));
+    return false;
+}
+
 } // namespace
 
 bool CheckLoadable(const std::string &file, const LoadFindings &findings, Report &report,
@@ -63,7 +81,8 @@ bool CheckLoadable(const std::string &file, const LoadFindings &findings, Report
     }
     const ImageHeader header = ReadImageHeader(*bytes);
     description = header.description;
-    return CheckHeader(file, header, findings, report);
+    return CheckHeader(file, header, findings, report) &&
+           CheckSize(file, *bytes, header, findings, report);
 }
 
 // The loaders of both systems say what is missing, each in its own sentence.

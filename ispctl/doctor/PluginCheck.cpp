@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "doctor/FileState.h"
 #include "doctor/Probe.h"
 
 namespace ispctl::doctor {
@@ -78,6 +79,17 @@ void ReportFunctions(const std::string &file, PluginRole role, const ProbeOutcom
     }
 }
 
+namespace {
+
+/// Reports whether there are words for the codes of a plug-in.
+void ReportCodes(const std::filesystem::path &plugin, Report &report) {
+    const auto codes = std::filesystem::path(plugin).replace_extension(".codes");
+    const bool isThere = StateOf(codes).kind == FileState::Kind::Regular;
+    report.Add(isThere ? FindingId::CodesPresent : FindingId::CodesMissing, codes.string());
+}
+
+} // namespace
+
 bool CheckPlugin(const Places &places, PluginRole role, bool libraryWorks, Report &report,
                  WriteAccess &access) {
     const auto &path = role == PluginRole::Isp ? places.ispPlugin : places.signPlugin;
@@ -97,6 +109,9 @@ bool CheckPlugin(const Places &places, PluginRole role, bool libraryWorks, Repor
             ReportOtherRole(file, role, report);
         } else {
             ReportFunctions(file, role, outcome, report);
+            if (role == PluginRole::Isp) {
+                ReportCodes(path, report);
+            }
         }
     }
     if (!outcome.end.empty()) {

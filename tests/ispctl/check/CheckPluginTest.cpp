@@ -137,6 +137,7 @@ TEST(CheckPlugin, Report_of_isp_plugin_is_examined) {
         {"change", "record-changed", 1, "at offset 2092"},
         {"library-code", "call-returns-library-code", 3, "0x4003"},
         {"long-key", "key-too-long", 1, "more than 1220 bytes"},
+        {"no-key", "key-empty", 3, "anybody can sign for a key of zeros"},
     };
     for (const FaultRow &row : rows) {
         ExpectFound(BROKEN_ISP, row);
@@ -162,7 +163,6 @@ TEST(CheckPlugin, Slow_function_is_not_repeated) {
 
 TEST(CheckPlugin, Empty_success_is_a_remark) {
     const std::pair<const char *, const char *> rows[] = {{"firmware-ignored", "firmware-not-read"},
-                                                          {"no-key", "key-empty"},
                                                           {"no-dump", "dump-missing"}};
     for (const auto &[fault, finding] : rows) {
         SCOPED_TRACE(fault);
@@ -187,6 +187,22 @@ TEST(CheckPlugin, Wrong_signature_must_be_rejected) {
     };
     for (const FaultRow &row : rows) {
         ExpectFound(BROKEN_SIGN, row);
+    }
+}
+
+// The function that makes a signature is not to blame if another one accepts it for anything.
+TEST(CheckPlugin, Accepted_signature_is_fault_of_verifying_function) {
+    for (const char *fault : {"accepts-all", "ignores-firmware"}) {
+        SCOPED_TRACE(fault);
+        const EnvGuard guard("BROKEN_PLUGIN", fault);
+        const Json document = Checked(BROKEN_SIGN);
+        for (const Json &finding : document["findings"]) {
+            if (finding["name"] == "wrong-signature-accepted") {
+                EXPECT_THAT(std::string(finding["message"]), StartsWith("VerifySignatureExport"));
+            }
+        }
+        EXPECT_THAT(document["findings"].dump(), HasSubstr("changed after signing"));
+        EXPECT_THAT(Named(document, {"ok"}), Not(Contains("own-signature-verified")));
     }
 }
 
@@ -241,6 +257,17 @@ TEST_F(BadFile, Is_refused_with_one_line) {
     ExpectLine(m_folder.Write("other", bytes), 5, "is built for");
 #endif
 }
+
+// The loader maps a file that ends early, and the process ends at the first page that is not there.
+#if !defined(__APPLE__)
+TEST_F(BadFile, Of_a_library_that_ends_early_is_named) {
+    const std::string bytes = m_folder.Read(fs::relative(BROKEN_ISP, m_folder.Path()).string());
+    for (const std::size_t size : {bytes.size() / 2, bytes.size() / 8, std::size_t{64}}) {
+        ExpectLine(m_folder.Write("half", bytes.substr(0, size)), 5,
+                   "is a truncated ELF file (" + std::to_string(size) + " of at least ");
+    }
+}
+#endif
 
 TEST(CheckPlugin, Text_ends_with_verdict) {
     const ConsoleResult result = RunConsole({"check-plugin", BROKEN_ISP});

@@ -48,6 +48,24 @@ TEST_F(Chip, Doctor_warns_of_library_that_is_a_link) {
                 AllOf(HasSubstr("\"library-loads\""), Not(HasSubstr("library-is-a-link"))));
 }
 
+#if defined(VIRTUAL_ISP)
+TEST_F(Chip, Doctor_looks_for_words_for_codes_of_plugin) {
+    Make("panel27");
+    const std::string folder = m_folder.MakeFolder("chips/panel27/PlugIn");
+    fs::copy(VIRTUAL_ISP, folder + "/libIsp.dylib");
+    const Words doctor{"doctor", "--json", "--chip", "panel27"};
+    const ConsoleResult before = RunConsole(doctor);
+    EXPECT_THAT(before.out,
+                AllOf(HasSubstr("\"plugin-codes-missing\""), HasSubstr(folder + "/libIsp.codes"),
+                      HasSubstr("result-codes.md")));
+    m_folder.Write("chips/panel27/PlugIn/libIsp.codes", "0x7001 no key\n");
+    const ConsoleResult after = RunConsole(doctor);
+    EXPECT_EQ(after.status, before.status); // a remark only
+    EXPECT_THAT(after.out,
+                AllOf(HasSubstr("\"plugin-codes\""), Not(HasSubstr("plugin-codes-missing"))));
+}
+#endif
+
 TEST_F(Chip, Unknown_name_is_answered_with_nearest_and_list) {
     Make("panel27");
     Make("tv-9");
