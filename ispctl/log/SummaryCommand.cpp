@@ -50,7 +50,8 @@ ExitStatus SummaryCommand(const SummaryOptions &options, Session &session) {
         document["broken_lines"] = BrokenJson(reader.BrokenLines());
         document["unreadable"] = unreadable;
         session.streams.Write(Stream::Output, JsonDocument(document, Charset::Ascii));
-    } else {
+    } else if (unreadable.size() < options.files.size()) {
+        // Of files that nobody could read "0 failed" would be good news.
         session.streams.Write(Stream::Output, SummaryText(summary, session.streams.TheCharset()));
     }
     ShowBrokenLines(reader.BrokenLines(), session.streams);

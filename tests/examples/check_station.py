@@ -10,11 +10,29 @@ import tempfile
 DEVICES = 16
 
 
-def run(script, ispctl, folder, options):
+def run(script, ispctl, folder, options, record=None):
     environment = dict(os.environ, ISPCTL=ispctl, DEVICES=str(DEVICES),
-                       RECORD=os.path.join(folder, "records"))
+                       RECORD=record or os.path.join(folder, "records"))
     return subprocess.run(["sh", script, "monitor.bin"] + options, cwd=folder, env=environment,
                           capture_output=True, text=True, check=False)
+
+
+def mistakes(script, ispctl, folder):
+    """The reason of a run that was refused is shown; no older run is counted, and none is lost."""
+    older = os.path.join(folder, "records")
+    with open(older, encoding="utf-8") as file:
+        before = file.read()
+    for options, status, summary, words in (
+            (["--virtual", "--wiat", "60"], 4, f"0 passed, {DEVICES} failed\n", "--wiat is not an option of the library"),
+            (["--virtual", "--wait", "soon"], 2, "", "--wait")):
+        for record in (older, os.path.join(folder, f"new-{status}")):
+            done = run(script, ispctl, folder, options, record)
+            if (done.returncode != status or not done.stdout.startswith(summary) or (not summary and done.stdout)
+                    or not all(text in done.stderr for text in ("run-1.txt", words))):
+                yield f"status {done.returncode} with {options}:\n{done.stdout}{done.stderr}"
+    with open(older, encoding="utf-8") as file:
+        if not file.read().startswith(before) or before.count("\n") != 2 * DEVICES:
+            yield "the record was not kept"
 
 
 def main():
@@ -42,8 +60,12 @@ def main():
                   encoding="utf-8") as file:
             file.write("refuse-open\n")
         bad = run(script, ispctl, folder, options)
-        if bad.returncode != 1 or not bad.stdout.startswith(f"{2 * DEVICES - 1} passed, 1 failed\n"):
+        # The summary is that of this session; the record has both.
+        if bad.returncode != 1 or not bad.stdout.startswith(f"{DEVICES - 1} passed, 1 failed\n"):
             problems.append(f"status {bad.returncode} with a broken device:\n{bad.stdout}{bad.stderr}")
+        if "run-7.txt" not in bad.stderr or "0x5A01" not in bad.stderr:
+            problems.append(f"the reason of the broken device is not shown:\n{bad.stderr}")
+        problems += mistakes(script, ispctl, folder)
     for problem in problems:
         print(problem, file=sys.stderr)
     return 1 if problems else 0

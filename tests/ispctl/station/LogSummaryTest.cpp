@@ -186,4 +186,17 @@ TEST_F(LogSummaries, Reader_rejects_what_is_no_file) {
     }
 }
 
+// "0 failed" would be good news.
+TEST_F(LogSummaries, Files_that_cannot_be_read_have_no_summary) {
+    const std::string missing = m_folder.Path("missing");
+    const ConsoleResult none = RunConsole({"log", "summary", missing});
+    EXPECT_EQ(none.status, 8);
+    EXPECT_EQ(none.out, "");
+    EXPECT_THAT(none.err, HasSubstr(missing));
+    const std::string there = m_folder.Write("there", std::string(kPassed) + "\n");
+    const ConsoleResult one = RunConsole({"log", "summary", missing, there});
+    EXPECT_EQ(one.status, 8);
+    EXPECT_THAT(one.out, StartsWith("1 passed, 0 failed\n"));
+}
+
 } // namespace
