@@ -2,8 +2,7 @@
  * library's directory.
  *
  *   cc -I/opt/scaler-isp/include host.c -o host_c      (with -ldl before glibc 2.34)
- *   ./host_c /opt/scaler-isp/share/scaler-isp/virtual/libScalerIsp.so --isp --fw "$PWD/monitor.bin"
- */
+ *   ./host_c /opt/scaler-isp/share/scaler-isp/virtual/libScalerIsp.so --isp --fw /fw.bin */
 
 #include <dlfcn.h>
 #include <locale.h>
@@ -46,7 +45,7 @@ static const char *MeaningOf(int code) {
 }
 
 /* The first word of a line is the program's name. Quotes keep spaces inside an argument. RETURNS
- * NULL if an argument is not text in the encoding of the environment. */
+ * NULL if an argument has a quote itself or is not text in the encoding of the environment. */
 static wchar_t *LineOf(int count, char **arguments) {
     static wchar_t line[10240] = L"host";
     for (int i = 0; i < count; ++i) {
@@ -54,7 +53,7 @@ static wchar_t *LineOf(int count, char **arguments) {
         const char *quote = strchr(arguments[i], ' ') != NULL ? "\"" : "";
         const int written = swprintf(line + used, sizeof line / sizeof *line - used, L" %s%s%s",
                                      quote, arguments[i], quote);
-        if (written < 0) {
+        if (written < 0 || strchr(arguments[i], '"') != NULL) {
             return NULL;
         }
     }
@@ -70,7 +69,8 @@ int main(int argc, char **argv) {
     }
     wchar_t *line = argc > 1 ? LineOf(argc - 2, argv + 2) : NULL;
     if (operate == NULL || line == NULL) {
-        fprintf(stderr, "usage: host_c LIBRARY ARGS...: %s\n", argc > 1 ? dlerror() : "no library");
+        const char *error = argc < 2 ? "no library" : operate ? "quote or bad text" : dlerror();
+        fprintf(stderr, "usage: host_c LIBRARY ARGS...: %s\n", error);
         return EXIT_FAILURE;
     }
     const int code = operate(line, NULL, OnProgress, OnMessage);

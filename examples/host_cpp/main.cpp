@@ -44,6 +44,11 @@ int main(int argc, char **argv) {
     std::string line = "host"; // the first word of a line is the program's name
     for (int i = 1; i < argc; ++i) {
         const std::string argument = argv[i];
+        if (argument.find('"') != std::string::npos) {
+            // The library would split the line elsewhere.
+            std::fprintf(stderr, "an argument cannot contain a quote: %s\n", argv[i]);
+            return 2;
+        }
         const bool quoted = argument.find(' ') != std::string::npos;
         line += quoted ? " \"" + argument + '"' : ' ' + argument;
     }

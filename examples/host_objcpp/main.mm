@@ -28,11 +28,14 @@ void OnMessage(wchar_t *text) {
     std::fprintf(stderr, "message: %s\n", message ? message.UTF8String : "(no text)");
 }
 
-/// The line that the library splits into the same words; it has no way to write a quote.
+/// The line that the library splits into the same words; nil if one has a quote, which no line can pass.
 NSString *CommandLineOf(NSArray<NSString *> *arguments) {
     NSMutableString *line = [NSMutableString stringWithString:@"host"];
     for (NSUInteger i = 1; i < arguments.count; ++i) {
         NSString *word = [arguments objectAtIndex:i];
+        if ([word rangeOfString:@"\""].location != NSNotFound) {
+            return nil;
+        }
         const bool quoted = [word rangeOfString:@" "].location != NSNotFound;
         [line appendFormat:quoted ? @" \"%@\"" : @" %@", word];
     }
@@ -51,6 +54,10 @@ int Run(NSString *line) {
 int main() {
     @autoreleasepool {
         NSString *line = CommandLineOf(NSProcessInfo.processInfo.arguments);
+        if (line == nil) {
+            std::fprintf(stderr, "an argument cannot contain a quote\n");
+            return EXIT_FAILURE;
+        }
         // As in an application with windows: a call takes minutes, and the main thread is for events. The stack
         // of a queue is large enough.
         dispatch_async(dispatch_get_global_queue(QOS_CLASS_UTILITY, 0), ^{

@@ -42,9 +42,15 @@ def line_of(arguments):
 def main():
     if len(sys.argv) < 2:
         sys.exit("usage: host.py LIBRARY ARGS...")
+    for argument in sys.argv[2:]:
+        if '"' in argument:  # the library would split the line elsewhere
+            sys.exit(f"host.py: an argument cannot contain a quote: {argument}")
     # The callbacks run on this thread, during the call. Other threads of Python continue meanwhile; none of
     # them may call the library.
-    operate = ctypes.CDLL(sys.argv[1]).OperateScaler
+    try:
+        operate = ctypes.CDLL(sys.argv[1]).OperateScaler
+    except (OSError, AttributeError) as error:
+        sys.exit(f"host.py: {error}")
     operate.argtypes = [ctypes.c_wchar_p, ctypes.c_void_p, PROGRESS, MESSAGE]
     operate.restype = ctypes.c_int
     sys.stdout.flush()  # the library prints to the same descriptor through its own buffer

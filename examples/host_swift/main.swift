@@ -29,12 +29,16 @@ let onMessage: @convention(c) (UnsafeMutablePointer<CWideChar>?) -> Void = { tex
     show("message: " + String(message).trimmingCharacters(in: .newlines))
 }
 
-/// The line that the library splits into the same words; it has no way to write a quote.
+/// The line that the library splits into the same words. REQUIRES: no word contains a quote.
 func commandLine(_ words: [String]) -> [CWideChar] {
     let quoted = words.map { $0.contains(" ") ? "\"\($0)\"" : $0 }
     return Array(quoted.joined(separator: " ").unicodeScalars) + ["\0"]
 }
 
+if CommandLine.arguments.contains(where: { $0.contains("\"") }) {
+    show("an argument cannot contain a quote")
+    exit(EXIT_FAILURE)
+}
 // An application with windows makes the call on a thread of its own: it takes minutes.
 let line = commandLine(["host"] + CommandLine.arguments.dropFirst())
 let code = OperateScaler(line, nil, onProgress, onMessage)

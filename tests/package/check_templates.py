@@ -114,11 +114,22 @@ class Templates:
         faults.unlink()
         assert "result 0x5A01: " in shown and "success" not in shown, shown
 
+    def check_refusal(self, *command, status=1):
+        """A host that makes the line itself refuses what the line cannot express."""
+        shown = self.run(*command, "--isp", "--fw", '/a "b.bin', status=status)
+        assert "quote" in shown and "result" not in shown, shown
+
     def check_hosts(self):
         examples = self.share / "examples"
         self.check_host(self.build(examples / "host_c") / "host_c", self.virtual)
         self.check_host(self.build(examples / "host_cpp", strict=False) / "host_cpp")
-        self.check_host(sys.executable, examples / "host_python/host.py", self.virtual)
+        python = (sys.executable, examples / "host_python/host.py")
+        self.check_host(*python, self.virtual)
+        self.check_refusal(self.folder / "host_c/build/host_c", self.virtual)
+        self.check_refusal(self.folder / "host_cpp/build/host_cpp", status=2)
+        self.check_refusal(*python, self.virtual)
+        shown = self.run(*python, self.folder / "missing", status=1)
+        assert "missing" in shown and "Traceback" not in shown, shown
         if self.given.node:
             self.check_host(self.given.node, examples / "host_node/host.mjs", self.ispctl, "--virtual", "--")
         for path in examples.glob("host_*/*"):
