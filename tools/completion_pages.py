@@ -54,6 +54,17 @@ def choices_of(tree, row):
     return row["value"].split("|") if "|" in row["value"] else []
 
 
+def is_list(row):
+    """Whether the value is several choices, separated by commas."""
+    return row["value"].endswith(",...")
+
+
+def own_names(leaf, with_value):
+    """The options of a command itself that take a value, or that take none."""
+    return " ".join(name for row in leaf["options"] for name in row["names"]
+                    if bool(row["value"]) == with_value)
+
+
 def is_path(word):
     return word.rstrip(".") in ("FILE", "DIR", "FILES", "LIB", "OUT") or word.startswith("FILE")
 
@@ -79,14 +90,39 @@ def with_commands_below(tree):
 
 # The names are never expanded: anybody may have made the directories.
 BASH_FUNCTIONS = """\
+# The functions share with _ispctl: current, what is typed of a word or of the value after a "="; last, the
+# option or word before it; before, what each reply has to begin with.
+
+# Readline makes a word of its own of a "=", unless COMP_WORDBREAKS lacks it.
+_ispctl_split() {
+    local -i at=COMP_CWORD
+    current=${COMP_WORDS[at]} before=
+    if [ "$current" = = ]; then
+        current=
+    elif [ "${COMP_WORDS[at - 1]}" = = ]; then
+        ((at -= 1))
+    elif [[ $current == --*=* ]]; then
+        last=${current%%=*} before=$last= current=${current#*=}
+        return
+    fi
+    last=${COMP_WORDS[at - 1]}
+}
+
 # Sets COMPREPLY to those of the words in $1 that begin with what is typed.
 _ispctl_offer() {
-    mapfile -t COMPREPLY < <(compgen -W "$1" -- "${COMP_WORDS[COMP_CWORD]}")
+    mapfile -t COMPREPLY < <(compgen -P "$before" -W "$1" -- "$current")
+}
+
+# The same for a list with commas.
+_ispctl_offer_list() {
+    before+=${current%"${current##*,}"} current=${current##*,}
+    compopt -o nospace 2>/dev/null
+    _ispctl_offer "$1"
 }
 
 _ispctl_paths() {
     compopt -o filenames 2>/dev/null
-    mapfile -t COMPREPLY < <(compgen "$1" -- "${COMP_WORDS[COMP_CWORD]}")
+    mapfile -t COMPREPLY < <(compgen -P "$before" "$1" -- "$current")
 }
 
 # Sets COMPREPLY to the names of chips, each of which is a directory.
@@ -94,11 +130,31 @@ _ispctl_chips() {
     local root chip
     compopt -o filenames 2>/dev/null
     while IFS= read -r root; do
-        for chip in "$root"/"${COMP_WORDS[COMP_CWORD]}"*/; do
+        for chip in "$root"/"$current"*/; do
             chip=${chip%/}
-            [ -d "$chip" ] && COMPREPLY+=("${chip##*/}")
+            [ -d "$chip" ] && COMPREPLY+=("$before${chip##*/}")
         done
     done < <("${COMP_WORDS[0]}" paths 2>/dev/null | sed -n 's/^chips  *yes  *//p')
+}
+
+# Whether a word before the current one belongs to ARGS, where options of ispctl itself are refused. They are
+# in $1, and in $2 those with a value.
+_ispctl_args_begun() {
+    local -i at=2
+    local word
+    while [ "$at" -lt "$COMP_CWORD" ]; do
+        word=${COMP_WORDS[at]}
+        if [[ " $1 " == *" $word "* ]]; then
+            at+=1
+        elif [[ " $2 " == *" ${word%%=*} "* ]]; then
+            [ "${COMP_WORDS[at + 1]}" = = ] && at+=1
+            [ "$word" != "${word%%=*}" ] || at+=1
+            at+=1
+        else
+            return 0
+        fi
+    done
+    return 1
 }
 """
 
@@ -109,7 +165,8 @@ def bash(tree):
     yield ""
     yield BASH_FUNCTIONS
     yield "_ispctl() {"
-    yield "    local command=${COMP_WORDS[1]} last=${COMP_WORDS[COMP_CWORD - 1]}"
+    yield "    local command=${COMP_WORDS[1]} current last before"
+    yield "    _ispctl_split"
     yield "    COMPREPLY=()"
     yield "    if [ \"$COMP_CWORD\" -eq 1 ]; then"
     names = names_of(tree["command"]["commands"])
@@ -142,7 +199,8 @@ def bash(tree):
             labels = [f'"{" ".join(words)} {name}"' for name in row["names"]]
             choices = choices_of(tree, row)
             if choices:
-                yield f'    {" | ".join(labels)}) _ispctl_offer "{" ".join(choices)}" && return ;;'
+                offer = "_ispctl_offer_list" if is_list(row) else "_ispctl_offer"
+                yield f'    {" | ".join(labels)}) {offer} "{" ".join(choices)}" && return ;;'
             elif is_chip(row):
                 yield f'    {" | ".join(labels)}) _ispctl_chips && return ;;'
             elif row["value"] == "DIR":
@@ -158,11 +216,18 @@ def bash(tree):
     yield "    esac"
     yield "    case $command in"
     for words, command, leaf in commands_of(tree):
-        offered = " ".join(name for row in rows_of(tree, command, leaf) for name in row["names"])
-        yield f'    "{" ".join(words)}") _ispctl_offer "{offered}" ;;'
+        yield f'    "{" ".join(words)}")'
+        if command["takes library options"]:
+            library = " ".join(name for row in library_rows(tree) for name in row["names"])
+            yield f'        _ispctl_offer "{library}"'
+            yield (f'        _ispctl_args_begun "{own_names(leaf, False)}" "{own_names(leaf, True)}" ||')
+            yield f'            _ispctl_offer "{own_names(leaf, False)} {own_names(leaf, True)} {library}"'
+        else:
+            yield f'        _ispctl_offer "{own_names(leaf, False)} {own_names(leaf, True)}"'
+        yield "        ;;"
     yield "    esac"
     with_files = [f'"{" ".join(words)}"' for words, _, leaf in commands_of(tree) if takes_files(leaf)]
-    yield "    case ${COMP_WORDS[COMP_CWORD]} in"
+    yield "    case $current in"
     yield "    -*) ;;"
     yield "    *)"
     yield "        case $command in"
@@ -186,10 +251,14 @@ def zsh_text(text):
 def zsh_row(tree, row):
     choices = choices_of(tree, row)
     for name in row["names"]:
-        spec = f"{name}[{zsh_text(row['description'])}]"
+        # With "=" the value may be in the same word.
+        equals = "=" if row["value"] and name.startswith("--") else ""
+        spec = f"{name}{equals}[{zsh_text(row['description'])}]"
         if row["value"]:
             action = " "
-            if choices:
+            if is_list(row):
+                action = f"_values -s , name {' '.join(choices)}"
+            elif choices:
                 action = f"({' '.join(choices)})"
             elif is_chip(row):
                 action = "_ispctl_chips"
@@ -218,14 +287,37 @@ _ispctl_chips() {
 }
 """
 
+FILES_OF_ZSH = " '*:argument:_files'"
+ZSH_ARGS_BEGUN = """\
+# Whether a word before the current one belongs to ARGS, where options of ispctl itself are refused. They are
+# in $1, and in $2 those with a value.
+_ispctl_args_begun() {
+    local -a flags=(${=1}) valued=(${=2})
+    local -i at=2
+    while (( at < CURRENT )); do
+        if (( flags[(Ie)$words[at]] )); then
+            (( at += 1 ))
+        elif (( valued[(Ie)$words[at]] )); then
+            (( at += 2 ))
+        elif (( valued[(Ie)${words[at]%%=*}] )); then
+            (( at += 1 ))
+        else
+            return 0
+        fi
+    done
+    return 1
+}
+"""
+
 
 def zsh(tree):
     yield "#compdef ispctl"
     yield "# Completion of ispctl for zsh."
     yield ""
     yield ZSH_CHIPS
+    yield ZSH_ARGS_BEGUN
     yield "_ispctl() {"
-    yield "    local -a commands"
+    yield "    local -a commands specs"
     yield "    local program=$words[1]"
     yield "    if [[ $words[2] == help ]] && (( CURRENT > 2 )); then"
     yield "        shift words"
@@ -263,11 +355,20 @@ def zsh(tree):
     yield "    case $command in"
     for words, command, leaf in commands_of(tree):
         yield f"    '{' '.join(words)}')"
-        yield "        _arguments \\"
-        for row in rows_of(tree, command, leaf):
+        yield "        specs=("
+        for row in leaf["options"]:
             for spec in zsh_row(tree, row):
-                yield f"            {spec} \\"
-        yield f"            '*:argument:{'_files' if takes_files(leaf) else ' '}'"
+                yield f"            {spec}"
+        yield "        )"
+        if command["takes library options"]:
+            yield f"        _ispctl_args_begun '{own_names(leaf, False)}' '{own_names(leaf, True)}' && specs=()"
+            yield "        specs+=("
+            for row in library_rows(tree):
+                for spec in zsh_row(tree, row):
+                    yield f"            {spec}"
+            yield "        )"
+        # An argument of which nothing is known would be a message, which keeps zsh from inserting an option.
+        yield f"        _arguments $specs{FILES_OF_ZSH if takes_files(leaf) else ''}"
         yield "        ;;"
     yield "    esac"
     yield "}"
@@ -336,7 +437,9 @@ def fish_row(tree, condition, row):
     for name in row["names"]:
         line += f" -l {name[2:]}" if name.startswith("--") else f" -s {name[1:]}"
     choices = choices_of(tree, row)
-    if choices:
+    if is_list(row):
+        line += f" -x -a '(__fish_append , {' '.join(choices)})'"
+    elif choices:
         line += f" -x -a {fish_text(' '.join(choices))}"
     elif is_chip(row):
         line += " -x -a '(__ispctl_chips)'"

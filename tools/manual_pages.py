@@ -98,8 +98,8 @@ def command_part(words, command):
 def library_options(tree):
     """The options of the library, by section; they are valid in ARGS."""
     yield ".SH OPTIONS OF THE LIBRARY"
-    yield escaped("ARGS consist of one action and its options. A unique abbreviation of a name is accepted, "
-                  "and so is a single dash.")
+    yield escaped("ARGS consist of one action and its options. A name begins with two dashes; a unique "
+                  "abbreviation of it is accepted with a warning.")
     for section in dict.fromkeys(row["section"] for row in tree["library options"]):
         yield f'.SS "{section[:1].upper()}{section[1:]}"'
         for row in tree["library options"]:

@@ -9,6 +9,7 @@ write down what it would offer.
 
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import sys
@@ -34,8 +35,22 @@ CASES = [
     (["ispctl", "doctor", "--chip", "panel3"], {"panel32"}, {"panel27"}),
     (["ispctl", "help", ""], {"run", "edid", "script"}, {"assemble", "monitor.bin"}),
     (["ispctl", "help", "script", ""], {"assemble", "run"}, {"edid", "monitor.bin"}),
+    (["ispctl", "run", "--fw=moni"], {"monitor.bin"}, {"--isp"}),
+    (["ispctl", "run", "--fw="], {"monitor.bin"}, {"--isp"}),
+    (["ispctl", "run", "--searchfw=u"], {"userdefined"}, {"auto", "monitor.bin"}),
+    (["ispctl", "run", "--chip=panel3"], {"panel32"}, {"panel27"}),
+    (["ispctl", "run", "--allow", "unknown-option,ambig"], {"ambiguous-option"}, {"unknown-option", "--isp"}),
+    (["ispctl", "run", "--allow=unknown-option,ambig"], {"ambiguous-option"}, {"unknown-option", "--isp"}),
+    (["ispctl", "run", "--virtual", "--lib", "x", "--v"], {"--verbatim", "--veraddr"}, set()),
+    (["ispctl", "run", "--lib=x", "--v"], {"--verbatim", "--veraddr"}, set()),
     (["ispctl", "help", "run", ""], set(), {"edid", "monitor.bin", "--isp"}),
 ]
+
+# After ARGS have begun; fish offers everything.
+CASES_OF_ARGS = [
+    (["ispctl", "run", *begin, "--v"], {"--veraddr", "--verify"}, {"--virtual", "--verbatim"})
+    for begin in (["--isp"], ["--"], ["--virtual", "--lib", "x", "--fw", "a.bin"], ["--lib=x", "--isp"])
+] + [(["ispctl", "explain", "--isp", "--s"], {"--signfile"}, {"--svg"})]
 
 # What completion asks for the directories of chips: those of a user without a home.
 PATHS = """\
@@ -56,18 +71,21 @@ ZSH = """
 autoload -Uz compinit
 file=$1; shift
 typeset -ga words; words=("$@"); CURRENT=$#
+_values() { print -rl -- "${@[4,-1]}" }
 offer() { local word; for word; do print -r -- "${${word%%\\[*}%%:*}"; done }
 _describe() { local name=$2; offer "${(@P)name}" }
 compadd() { local name=${@[-1]}; print -rl -- "${(@P)name}" }
 _files() { print -rl -- *(N) }
 _arguments() {
     local spec last=$words[CURRENT-1]
+    [[ $words[CURRENT] == --*=* ]] && last=${words[CURRENT]%%=*}
     for spec; do
-        if [[ ${spec%%\\[*} == $last && $spec == *\\]:* ]]; then
+        if [[ ${${spec%%\\[*}%=} == $last && $spec == *\\]:* ]]; then
             local action=${spec##*:}
             case $action in
             \\(*) print -rl -- ${=${action#\\(}%\\)}; return ;;
             _files*) _files; return ;;
+            _values*) ${=action}; return ;;
             _ispctl_chips) _ispctl_chips; return ;;
             esac
             return
@@ -83,8 +101,21 @@ def run(program, *arguments, **options):
     return subprocess.run([program, *arguments], capture_output=True, text=True, check=False, **options)
 
 
+def bare(done, typed):
+    """What is offered, without what is typed already before a value."""
+    words = {line.split("\t")[0].strip() for line in done.stdout.splitlines()}
+    given = typed[-1][:max(typed[-1].rfind("="), typed[-1].rfind(",")) + 1]
+    return {word.removeprefix(given).removeprefix(given.partition("=")[2]).rstrip("=") for word in words}
+
+
 def offered_by_bash(folder, typed, place):
-    return run("bash", "-c", BASH, "bash", folder / "completion/ispctl", *typed, cwd=place)
+    words = [part for word in typed for part in re.split("(=)", word) if part or not word]
+    whole = run("bash", "-c", BASH, "bash", folder / "completion/ispctl", *typed, cwd=place)
+    broken = run("bash", "-c", BASH, "bash", folder / "completion/ispctl", *words, cwd=place)
+    # Whether readline splits at "=" depends on COMP_WORDBREAKS.
+    if bare(whole, typed) != bare(broken, typed):
+        whole.stderr += f"with the words {words}: {broken.stdout}{broken.stderr}"
+    return whole
 
 
 def offered_by_zsh(folder, typed, place):
@@ -101,11 +132,11 @@ SHELLS = {"bash": offered_by_bash, "zsh": offered_by_zsh, "fish": offered_by_fis
 
 
 def problems_of(shell, folder, place):
-    for typed, wanted, unwanted in CASES:
+    for typed, wanted, unwanted in CASES + (CASES_OF_ARGS if shell != "fish" else []):
         done = SHELLS[shell](folder, typed, place)
-        words = {line.split("\t")[0].strip() for line in done.stdout.splitlines()}
+        words = bare(done, typed)
         if shell == "zsh":
-            words = {word for word in words if word.startswith(typed[-1])}
+            words = {word for word in words if word.startswith(re.split("[=,]", typed[-1])[-1])}
         if shell == "fish":
             # fish offers options only after a dash, and files beside them
             wanted = {word for word in wanted if typed[-1].startswith("-") or not word.startswith("-")}
