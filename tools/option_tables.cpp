@@ -3,7 +3,7 @@
 //
 //     == options dump           the rows of one table
 //     == option names           one name per line
-//     == strings for people     what must not be in the library
+//     == documentation strings  what must not be in the library
 
 #include <cctype>
 #include <cstdio>
@@ -77,12 +77,12 @@ std::string CallOf(const ActionFacts &action) {
     const std::string_view call = action.call;
     const std::size_t open = call.find('(');
     const std::string_view kind = call.substr(0, open);
-    const std::string function =
-        open == std::string_view::npos
-            ? std::string()
-            : "`" + std::string(call.substr(open + 1, call.size() - open - 2)) + "`";
-    return kind == "CALL"          ? function
-           : kind == "SIGN_VERIFY" ? function + " of the sign/verify plug-in"
+    const std::string function = open == std::string_view::npos
+                                     ? std::string()
+                                     : std::string(call.substr(open + 1, call.size() - open - 2));
+    return kind == "CALL" ? "`" + function + "`"
+           // The row names the member of CCpSignVerify; what a plug-in exports is called so.
+           : kind == "SIGN_VERIFY" ? "`" + function + "Export` of the sign/verify plug-in"
            : kind == "NO_CALL"     ? "none, ends with success"
                                    : "none, ends with 0x6";
 }
@@ -131,7 +131,7 @@ std::vector<std::string_view> Sections() {
 }
 
 void PrintStrings() {
-    std::puts("== strings for people");
+    std::puts("== documentation strings");
     const auto print = [](std::string_view text) {
         // Shorter ones may be part of other strings.
         constexpr std::size_t kShortest = 20;
