@@ -57,13 +57,14 @@ def check_manual(root):
 
 
 def check_first_command(root, folder):
-    """The one that the README of the archive begins with."""
-    command = re.search(r"^    (bin/ispctl .*)$", (root / "README.md").read_text(), re.MULTILINE)[1]
-    environment = dict(ENVIRONMENT, SCALER_ISP_VIRTUAL_DEVICE=str(folder / "device"))
-    shown = run("sh", "-c", command, cwd=root, env=environment)
+    """The block that the README of the archive begins with; it writes nothing into the archive."""
+    block = re.search(r"^((?:    .*\n)*    bin/ispctl .*\n)", (root / "README.md").read_text(), re.MULTILINE)[1]
+    before = sorted(root.rglob("*"))
+    shown = run("sh", "-c", block, cwd=root, env=dict(ENVIRONMENT, HOME=str(folder)))
     assert "ispctl: success" in shown, shown
-    flash = (folder / "device/flash.bin").read_bytes()
+    flash = (folder / "virtual-scaler/flash.bin").read_bytes()
     assert flash.startswith((root / "LICENSE").read_bytes())
+    assert sorted(root.rglob("*")) == before, "the first command writes into the archive"
 
 
 def check_use(root, folder, version):
