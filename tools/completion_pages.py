@@ -361,7 +361,8 @@ def zsh(tree):
                 yield f"            {spec}"
         yield "        )"
         if command["takes library options"]:
-            yield f"        _ispctl_args_begun '{own_names(leaf, False)}' '{own_names(leaf, True)}' && specs=()"
+            own = f"'{own_names(leaf, False)}' '{own_names(leaf, True)}'"
+            yield f"        _ispctl_args_begun {own} && specs=()"
             yield "        specs+=("
             for row in library_rows(tree):
                 for spec in zsh_row(tree, row):

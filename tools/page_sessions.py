@@ -167,8 +167,7 @@ def run_session(script, installation):
         (root / "session.sh").write_text(script)
         environment = {
             "PATH": f"{prefix}/bin:{os.environ['PATH']}", "HOME": str(folder), "PREFIX": str(prefix),
-            "LANG": "C.UTF-8", "TMPDIR": str(root), "CMAKE_PREFIX_PATH": str(prefix),
-            "PKG_CONFIG_PATH": f"{prefix}/lib/pkgconfig"}
+            "LANG": "C.UTF-8", "TMPDIR": str(root)}
         done = subprocess.run(["bash", root / "session.sh"], cwd=folder, env=environment, check=False,
                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                               stderr=subprocess.STDOUT, timeout=SECONDS)

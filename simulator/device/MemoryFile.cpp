@@ -42,8 +42,8 @@ Bytes MemoryFile::Read(std::uint32_t address, std::uint32_t count) const {
     RequireInside(address, count);
     Bytes bytes(count, kErased);
     if (ReadUpTo(m_file.Get(), bytes.data(), count, address) < 0) {
-        throw Failure{VIRTUAL_ISP_READ_FAILED,
-                      Format("The %s cannot be read: %s", m_name, ErrorText(errno))};
+        throw Failure{VIRTUAL_ISP_READ_FAILED, Format("The %s cannot be read: %s: %s", m_name,
+                                                      m_path.c_str(), ErrorText(errno))};
     }
     return bytes;
 }
@@ -82,8 +82,8 @@ void MemoryFile::Write(std::uint32_t address, const std::uint8_t *bytes, std::ui
 std::uint64_t MemoryFile::FileBytes() const {
     struct stat state {};
     if (fstat(m_file.Get(), &state) != 0) {
-        throw Failure{VIRTUAL_ISP_READ_FAILED,
-                      Format("The %s cannot be read: %s", m_name, ErrorText(errno))};
+        throw Failure{VIRTUAL_ISP_READ_FAILED, Format("The %s cannot be read: %s: %s", m_name,
+                                                      m_path.c_str(), ErrorText(errno))};
     }
     return static_cast<std::uint64_t>(state.st_size);
 }
@@ -101,8 +101,8 @@ void MemoryFile::Fill(std::uint64_t address, std::uint64_t end) {
 }
 
 void MemoryFile::FailWriting(int reason) const {
-    throw Failure{VIRTUAL_ISP_WRITE_FAILED,
-                  Format("The %s cannot be written: %s", m_name, ErrorText(reason))};
+    throw Failure{VIRTUAL_ISP_WRITE_FAILED, Format("The %s cannot be written: %s: %s", m_name,
+                                                   m_path.c_str(), ErrorText(reason))};
 }
 
 } // namespace virtual_scaler

@@ -22,7 +22,8 @@ std::string CreatedDirectory(const std::string &directory) {
 Faults CheckedFaults(const std::string &path) {
     Faults faults = LoadFaults(path);
     if (faults.refuseOpen) {
-        throw Failure{VIRTUAL_ISP_NO_DEVICE, "The device refuses to open, as faults.txt asks for"};
+        throw Failure{VIRTUAL_ISP_NO_DEVICE,
+                      Format("The device refuses to open, as %s asks for", path.c_str())};
     }
     return faults;
 }
@@ -37,9 +38,11 @@ Device::Device(const std::string &deviceDirectory)
 
 void Device::SetMode(const char *mode) const {
     const std::string text = std::string(mode) + '\n';
-    if (!ReplaceFile(directory + "mode.txt", text.data(), text.size())) {
-        throw Failure{VIRTUAL_ISP_WRITE_FAILED,
-                      Format("The device's mode cannot be written: %s", ErrorText(errno))};
+    const std::string path = directory + "mode.txt";
+    if (!ReplaceFile(path, text.data(), text.size())) {
+        throw Failure{
+            VIRTUAL_ISP_WRITE_FAILED,
+            Format("The device's mode cannot be written: %s: %s", path.c_str(), ErrorText(errno))};
     }
 }
 

@@ -58,7 +58,8 @@ def check_manual(root):
 
 def check_first_command(root, folder):
     """The block that the README of the archive begins with; it writes nothing into the archive."""
-    block = re.search(r"^((?:    .*\n)*    bin/ispctl .*\n)", (root / "README.md").read_text(), re.MULTILINE)[1]
+    readme = (root / "README.md").read_text()
+    block = re.search(r"^((?:    .*\n)*    bin/ispctl .*\n)", readme, re.MULTILINE)[1]
     before = sorted(root.rglob("*"))
     shown = run("sh", "-c", block, cwd=root, env=dict(ENVIRONMENT, HOME=str(folder)))
     assert "ispctl: success" in shown, shown

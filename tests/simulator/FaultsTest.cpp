@@ -85,12 +85,14 @@ TEST_F(VirtualFaults, Slow_device_delays_in_spite_of_signals) {
 
 TEST_F(VirtualFaults, Device_that_does_not_open_fails_every_function) {
     isp.SetFaults("refuse-open\n");
+    const std::string path = isp.folder.Path("device/faults.txt");
+    const std::wstring faults(path.begin(), path.end());
     for (const char *function :
          {"IspFlash", "RecordFWVersion", "DumpFlash", "GetUserDefinedInfoFromDDCCI", "IspEeprom",
           "EnterISPModeExport", "ResetMCUExport", "GetScalerType"}) {
         EXPECT_EQ(isp.Run(function, command), 0x5A01) << function;
         EXPECT_THAT(isp.messages,
-                    ElementsAre(L"The device refuses to open, as faults.txt asks for\n"));
+                    ElementsAre(L"The device refuses to open, as " + faults + L" asks for\n"));
     }
     isp.SetFaults("");
     EXPECT_EQ(isp.Dump(0, 4 * kBank), oldFirmware);

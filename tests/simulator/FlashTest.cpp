@@ -204,7 +204,10 @@ TEST(VirtualFlash, Full_disk_leaves_bank_erased_and_other_banks_unchanged) {
         const FileSizeLimit limit(2 * kBank + 1000);
         EXPECT_EQ(isp.Run("IspFlash", command), 0x5A07);
     }
-    EXPECT_THAT(isp.messages.back(), testing::StartsWith(L"The flash cannot be written: "));
+    const std::string flash = isp.folder.Path("device/flash.bin");
+    EXPECT_THAT(isp.messages.back(),
+                testing::StartsWith(L"The flash cannot be written: " +
+                                    std::wstring(flash.begin(), flash.end()) + L": "));
     EXPECT_EQ(isp.Dump(0, 3 * kBank), firmware.substr(0, 2 * kBank) + kErasedBank);
     EXPECT_EQ(isp.folder.Read("device/flash.bin").size(), 2 * kBank);
 }
