@@ -360,18 +360,20 @@ TEST(EdidWords, Descriptors_hold_more_timings) {
               json(Lines{"640 x 350 at 85 Hz", "720 x 400 at 85 Hz"}));
 }
 
-TEST(EdidWords, Formula_of_timings_depends_on_version) {
+TEST(EdidWords, Formula_of_timings_depends_on_version_and_feature_bit) {
     struct Row {
-        int formula;
+        int formula, features;
         const char *before14;
         const char *from14;
     };
-    for (const Row &row : {Row{0, ", default GTF", ", default GTF"}, Row{1, "", ", limits only"},
-                           Row{2, ", second GTF", ", second GTF"}, Row{4, "", ", CVT 1.1"},
-                           Row{3, "", ""}, Row{5, "", ""}}) {
+    for (const Row &row :
+         {Row{0, 0x03, ", default GTF", ", default GTF"}, Row{0, 0x02, "", ""},
+          Row{1, 0x02, "", ", limits only"}, Row{2, 0x02, ", second GTF", ", second GTF"},
+          Row{4, 0x02, "", ", CVT 1.1"}, Row{3, 0x02, "", ""}, Row{5, 0x02, "", ""}}) {
         for (const int minor : {3, 4}) {
             edid::Block block = edid::Base();
             block[19] = static_cast<std::uint8_t>(minor);
+            block[24] = static_cast<std::uint8_t>(row.features);
             edid::PutRange(block, 90);
             block[100] = static_cast<std::uint8_t>(row.formula);
             block[101] = 0x11;
