@@ -5,8 +5,12 @@
 #include <cstring>
 #include <cwchar>
 #include <dirent.h>
-#include <dlfcn.h>
 #include <locale.h> // NOLINT(*-deprecated-headers): locale_t is not in <clocale>
+#if __has_include(<xlocale.h>)
+#include <xlocale.h> // macOS declares locale_t there
+#endif
+
+#include "support/RealFunction.h"
 
 namespace {
 
@@ -14,10 +18,6 @@ constexpr std::size_t kFailed = static_cast<std::size_t>(-1);
 constexpr const char *kUnresolved = "/as/far/as/it/exists";
 
 SystemFault *g_current = nullptr;
-
-template <class Function> Function Real(const char *name) {
-    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
-}
 
 } // namespace
 
@@ -44,27 +44,30 @@ bool SystemFault::Strikes(const char *function) {
     return true;
 }
 
-extern "C" locale_t newlocale(int mask, const char *name, locale_t base) noexcept {
-    static const auto real = Real<locale_t (*)(int, const char *, locale_t)>("newlocale");
+extern "C" locale_t newlocale(int mask, const char *name,
+                              locale_t base) SCALER_ISP_SYSTEM_NOEXCEPT {
+    static const auto real = RealFunction<locale_t (*)(int, const char *, locale_t)>("newlocale");
     return SystemFault::Strikes("newlocale") ? locale_t{} : real(mask, name, base);
 }
 
 extern "C" std::size_t wcsrtombs(char *to, const wchar_t **from, std::size_t size,
-                                 std::mbstate_t *state) noexcept {
+                                 std::mbstate_t *state) SCALER_ISP_SYSTEM_NOEXCEPT {
     static const auto real =
-        Real<std::size_t (*)(char *, const wchar_t **, std::size_t, std::mbstate_t *)>("wcsrtombs");
+        RealFunction<std::size_t (*)(char *, const wchar_t **, std::size_t, std::mbstate_t *)>(
+            "wcsrtombs");
     return SystemFault::Strikes("wcsrtombs") ? kFailed : real(to, from, size, state);
 }
 
 extern "C" std::size_t mbsrtowcs(wchar_t *to, const char **from, std::size_t size,
-                                 std::mbstate_t *state) noexcept {
+                                 std::mbstate_t *state) SCALER_ISP_SYSTEM_NOEXCEPT {
     static const auto real =
-        Real<std::size_t (*)(wchar_t *, const char **, std::size_t, std::mbstate_t *)>("mbsrtowcs");
+        RealFunction<std::size_t (*)(wchar_t *, const char **, std::size_t, std::mbstate_t *)>(
+            "mbsrtowcs");
     return SystemFault::Strikes("mbsrtowcs") ? kFailed : real(to, from, size, state);
 }
 
-extern "C" char *realpath(const char *path, char *resolved) noexcept {
-    static const auto real = Real<char *(*)(const char *, char *)>("realpath");
+extern "C" char *realpath(const char *path, char *resolved) SCALER_ISP_SYSTEM_NOEXCEPT {
+    static const auto real = RealFunction<char *(*)(const char *, char *)>("realpath");
     if (!SystemFault::Strikes("realpath")) {
         return real(path, resolved);
     }
@@ -75,11 +78,11 @@ extern "C" char *realpath(const char *path, char *resolved) noexcept {
 }
 
 extern "C" DIR *opendir(const char *name) {
-    static const auto real = Real<DIR *(*)(const char *)>("opendir");
+    static const auto real = RealFunction<DIR *(*)(const char *)>("opendir");
     return SystemFault::Strikes("opendir") ? nullptr : real(name);
 }
 
 extern "C" dirent *readdir(DIR *directory) {
-    static const auto real = Real<dirent *(*)(DIR *)>("readdir");
+    static const auto real = RealFunction<dirent *(*)(DIR *)>("readdir");
     return SystemFault::Strikes("readdir") ? nullptr : real(directory);
 }

@@ -6,6 +6,8 @@
 #include <iterator>
 #include <stdexcept>
 
+#include <unistd.h>
+
 namespace fs = std::filesystem;
 
 TempFolder::TempFolder() {

@@ -1,7 +1,8 @@
 #include "ExpectedRecords.h"
 
 #include <cstring>
-#include <filesystem>
+
+#include "support/ProgramDirectory.h"
 
 namespace {
 
@@ -54,7 +55,7 @@ template <class Record> void FillBytes(Record &record, unsigned seed) {
 } // namespace
 
 std::string LibraryPath() {
-    return std::filesystem::read_symlink("/proc/self/exe").parent_path().string() + "/";
+    return ProgramDirectory().string() + "/";
 }
 
 void FillRecords(CCpIspArgsParse &parser) {

@@ -11,6 +11,8 @@
 #include <unistd.h>
 
 #include "scaler_isp/common/LibraryAnchor.h"
+#include "support/ProgramDirectory.h"
+#include "support/RealFunction.h"
 #include "support/SystemFault.h"
 #include "support/TempFolder.h"
 #include "support/TestLocale.h"
@@ -55,9 +57,9 @@ const std::string kStartFolder = [] {
 } // namespace
 
 // The loader's answer cannot be arranged with real libraries in every form that matters.
-extern "C" int dladdr(const void *address, Dl_info *info) noexcept {
+extern "C" int dladdr(const void *address, Dl_info *info) SCALER_ISP_SYSTEM_NOEXCEPT {
     if (!g_imagePath) {
-        static const auto real = reinterpret_cast<DladdrFunction>(dlsym(RTLD_NEXT, "dladdr"));
+        static const auto real = RealFunction<DladdrFunction>("dladdr");
         return real(address, info);
     }
     *info = Dl_info{};
@@ -164,24 +166,18 @@ TEST(ProcessDir, Relative_image_path_stays_relative) {
 #endif
 
 TEST(ProcessDir, Null_address_returns_directory_of_executable) {
-    char buffer[PATH_MAX] = {};
-    ASSERT_GT(readlink("/proc/self/exe", buffer, sizeof buffer - 1), 0);
-    const std::string executable = buffer;
-    const std::string folder = executable.substr(0, executable.rfind('/') + 1);
     const ImagePath unused("/opt/tool/lib.so");
-    EXPECT_EQ(std::wstring(GetCurrentProcessDir(nullptr)), Widened(folder));
+    EXPECT_EQ(std::wstring(GetCurrentProcessDir(nullptr)),
+              Widened(ProgramDirectory().string() + "/"));
 }
 
 TEST(ProcessDir, Address_of_anchor_returns_directory_of_program) {
-    char buffer[PATH_MAX] = {};
-    ASSERT_GT(readlink("/proc/self/exe", buffer, sizeof buffer - 1), 0);
-    const std::string executable = buffer;
     const std::wstring found = GetCurrentProcessDir(TCSZ_GLOBAL_SYMBOL);
     CCpNxString narrow;
     narrow = found;
     char resolved[PATH_MAX] = {};
     ASSERT_NE(realpath(narrow.GetUtf8StringBuffer(), resolved), nullptr);
-    EXPECT_EQ(std::string(resolved) + "/", executable.substr(0, executable.rfind('/') + 1));
+    EXPECT_EQ(std::string(resolved), ProgramDirectory().string());
 }
 
 TEST(ProcessDir, Address_in_opened_library_returns_its_directory) {

@@ -1,13 +1,13 @@
 #include "scaler_isp/common/CCpTransform.h"
 
 #include <cerrno>
-#include <dlfcn.h>
 #include <iconv.h>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "support/RealFunction.h"
 #include "support/SystemFault.h"
 
 namespace {
@@ -40,15 +40,11 @@ void ReportCall(const std::string &call) {
     }
 }
 
-template <class Function> Function Real(const char *name) {
-    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
-}
-
 } // namespace
 
 // The calls are the promise here, and no result shows them all.
 extern "C" iconv_t iconv_open(const char *to, const char *from) {
-    static const auto real = Real<iconv_t (*)(const char *, const char *)>("iconv_open");
+    static const auto real = RealFunction<iconv_t (*)(const char *, const char *)>("iconv_open");
     ReportCall("open " + std::string(from) + " to " + to);
     if (SystemFault::Strikes("iconv_open")) {
         return reinterpret_cast<iconv_t>(-1);
@@ -67,7 +63,8 @@ extern "C" iconv_t iconv_open(const char *to, const char *from) {
 extern "C" std::size_t iconv(iconv_t descriptor, char **in, std::size_t *inLeft, char **out,
                              std::size_t *outLeft) {
     static const auto real =
-        Real<std::size_t (*)(iconv_t, char **, std::size_t *, char **, std::size_t *)>("iconv");
+        RealFunction<std::size_t (*)(iconv_t, char **, std::size_t *, char **, std::size_t *)>(
+            "iconv");
     ReportCall("convert " + std::to_string(*inLeft) + " into " + std::to_string(*outLeft));
     if (SystemFault::Strikes("iconv")) {
         return static_cast<std::size_t>(-1);
@@ -76,7 +73,7 @@ extern "C" std::size_t iconv(iconv_t descriptor, char **in, std::size_t *inLeft,
 }
 
 extern "C" int iconv_close(iconv_t descriptor) {
-    static const auto real = Real<int (*)(iconv_t)>("iconv_close");
+    static const auto real = RealFunction<int (*)(iconv_t)>("iconv_close");
     ReportCall("close");
     return real(descriptor);
 }

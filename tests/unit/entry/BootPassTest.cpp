@@ -111,7 +111,7 @@ TEST_F(BootPass, Missing_boot_file_gives_plugin_empty_map) {
 TEST_F(BootPass, Relative_boot_path_starts_at_library_directory) {
     Boot("none.bin");
     EXPECT_EQ(Program(), 0);
-    const auto own = std::filesystem::read_symlink("/proc/self/exe").parent_path().string();
+    const auto own = ProgramDirectory().string();
     EXPECT_EQ(out, "File open fail! " + own + "/none.bin\n");
 }
 

@@ -111,8 +111,7 @@ TEST_F(OperateScalerCall, Empty_line_keeps_globals) {
 TEST_F(OperateScalerCall, Each_call_sets_globals_again) {
     g_cpStrCurDir = L"former";
     EXPECT_EQ(Operate(L"p --resetmcu"), 0);
-    const std::string own =
-        std::filesystem::read_symlink("/proc/self/exe").parent_path().string() + "/";
+    const std::string own = ProgramDirectory().string() + "/";
     EXPECT_EQ(g_cpStrCurDir, std::wstring(own.begin(), own.end()));
     EXPECT_EQ(g_cpStrSettingFilePath, std::wstring(own.begin(), own.end()) + L"IspSetting.ini");
     EXPECT_EQ(g_funcReturnProg, &Progress);
@@ -135,7 +134,7 @@ TEST_F(OperateScalerCall, Parser_is_visible_during_call) {
     };
     EXPECT_EQ(Operate(L"p --resetmcu"), 0);
     EXPECT_TRUE(seen);
-    EXPECT_EQ(folder, std::filesystem::read_symlink("/proc/self/exe").parent_path().string() + "/");
+    EXPECT_EQ(folder, ProgramDirectory().string() + "/");
 }
 
 TEST_F(OperateScalerCall, Line_with_invalid_quotes_keeps_parser_until_next_call) {

@@ -65,8 +65,7 @@ class RecordBytes : public RunFlowTest {
 
     TempFolder folder;
     std::vector<Bytes> seen;
-    const std::string own =
-        std::filesystem::read_symlink("/proc/self/exe").parent_path().string() + "/";
+    const std::string own = ProgramDirectory().string() + "/";
 };
 
 TEST_F(RecordBytes, Line_gives_plugin_command_record_of_known_bytes) {

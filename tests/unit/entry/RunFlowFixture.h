@@ -11,6 +11,7 @@
 #include "scaler_isp/ScalerIsp.h"
 #include "scaler_isp/entry/Globals.h"
 #include "support/CapturedOutput.h"
+#include "support/ProgramDirectory.h"
 #include "support/TempFolder.h"
 
 using testing::ElementsAre;
@@ -41,7 +42,7 @@ class RunFlowTest : public testing::Test {
 
     /// A module's name below the library's folder, which is that of this program.
     static CCpNxString Below(const std::string &name) {
-        const auto own = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+        const auto own = ProgramDirectory();
         const std::string relative =
             std::filesystem::path(ModulePath(name)).lexically_relative(own).string();
         return CCpNxString(std::wstring(relative.begin(), relative.end()).c_str());

@@ -6,8 +6,8 @@
 class SignPluginReload : public RunFlowTest {
   protected:
     int RunWithOwnPlugin() {
-        const auto own = std::filesystem::read_symlink("/proc/self/exe").parent_path();
-        const std::string name = std::filesystem::path(m_path).lexically_relative(own).string();
+        const std::string name =
+            std::filesystem::path(m_path).lexically_relative(ProgramDirectory()).string();
         CCpNxString signName(std::wstring(name.begin(), name.end()).c_str());
         CCpNxString ispPath = Below("full");
         return ExecuteProcess(record.get(), signArgs.get(), ispPath, signName, nullptr);

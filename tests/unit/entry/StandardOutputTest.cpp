@@ -2,12 +2,23 @@
 #include <cstdio>
 
 #include <fcntl.h>
-#include <stdio_ext.h>
 #include <unistd.h>
+#if !defined(__APPLE__)
+#include <stdio_ext.h>
+#endif
 
 #include "RunFlowFixture.h"
 
 namespace {
+
+/// What could not be written shall not be written later.
+void DiscardBufferedOutput() {
+#if defined(__APPLE__)
+    fpurge(stdout);
+#else
+    __fpurge(stdout);
+#endif
+}
 
 /// Standard output leads to another descriptor while it lives, and stdio keeps what is written.
 class RedirectedOutput {
@@ -22,7 +33,7 @@ class RedirectedOutput {
         }
     }
     ~RedirectedOutput() {
-        __fpurge(stdout); // what could not be written
+        DiscardBufferedOutput();
         std::clearerr(stdout);
         dup2(m_previous, STDOUT_FILENO);
         close(m_previous);

@@ -188,10 +188,10 @@ TEST_F(CNxCommLoad, File_that_is_not_library_is_reported_on_standard_error) {
 TEST_F(CNxCommLoad, Empty_path_fails_and_never_opens_main_program) {
     CNxComm comm;
     // Opening the program itself would find no function and say nothing.
-    EXPECT_THAT(ErrorOutputOf([&] { EXPECT_EQ(Load(comm, ""), 0); }),
-                testing::MatchesRegex("Failed to open libaray  error:.+\n"));
-    EXPECT_THAT(ErrorOutputOf([&] { EXPECT_EQ(comm.LoadCommDllFile(nullptr), 0); }),
-                testing::MatchesRegex("Failed to open libaray  error:.+\n"));
+    const auto message = testing::AllOf(StartsWith("Failed to open libaray  error:"),
+                                        testing::Not(EndsWith("error:\n")), EndsWith("\n"));
+    EXPECT_THAT(ErrorOutputOf([&] { EXPECT_EQ(Load(comm, ""), 0); }), message);
+    EXPECT_THAT(ErrorOutputOf([&] { EXPECT_EQ(comm.LoadCommDllFile(nullptr), 0); }), message);
     EXPECT_TRUE(IsEmpty(comm));
 }
 

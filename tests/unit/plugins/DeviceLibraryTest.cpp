@@ -302,7 +302,9 @@ TEST_F(DeviceLibrary, Missing_path_returns_5_and_prints_to_standard_error_only) 
 }
 
 TEST_F(DeviceLibrary, Empty_path_returns_5_and_never_opens_main_program) {
-    const auto message = testing::MatchesRegex("Failed to open libaray  error:.+\n");
+    const auto message =
+        testing::AllOf(testing::StartsWith("Failed to open libaray  error:"),
+                       testing::Not(testing::EndsWith("error:\n")), testing::EndsWith("\n"));
     EXPECT_THAT(ErrorOutputOf([&] { EXPECT_EQ(Load(""), 5); }), message);
     EXPECT_THAT(ErrorOutputOf([&] { EXPECT_EQ(nxdLoadDeviceDllFile(nullptr), 5); }), message);
     EXPECT_EQ(g_hDeviceDll, nullptr);

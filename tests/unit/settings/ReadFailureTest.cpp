@@ -1,5 +1,4 @@
 #include <cerrno>
-#include <dlfcn.h>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
@@ -12,6 +11,7 @@
 #include "scaler_isp/common/CallFailure.h"
 #include "scaler_isp/settings/IniReader.h"
 #include "support/CapturedOutput.h"
+#include "support/RealFunction.h"
 #include "support/SystemFault.h"
 #include "support/TempFolder.h"
 #include "unit/settings/ProfileFamilies.h"
@@ -40,7 +40,7 @@ struct ReadFault {
 
 extern "C" ssize_t read(int file, void *to, size_t size) {
     using Read = ssize_t (*)(int, void *, size_t);
-    static const auto real = reinterpret_cast<Read>(dlsym(RTLD_NEXT, "read"));
+    static const auto real = RealFunction<Read>("read");
     if (SystemFault::Strikes("read")) {
         return -1;
     }

@@ -1,7 +1,6 @@
 #include <cerrno>
 #include <cstdarg>
 #include <cwchar>
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <fstream>
 #include <functional>
@@ -18,6 +17,7 @@
 #endif
 
 #include "support/CapturedOutput.h"
+#include "support/RealFunction.h"
 #include "support/SystemFault.h"
 #include "support/TempFolder.h"
 #include "support/TestLocale.h"
@@ -26,46 +26,37 @@
 // One call of the system fails while a settings file is saved: the file has the old bytes or the
 // new ones, and the result says which.
 
-namespace {
-
-template <class Function> Function *Real(const char *name) {
-    return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
-}
-
-} // namespace
-
 /// Defines a function of the C library that fails when SystemFault wants it to.
-#define FAILING(RESULT, NAME, PARAMETERS, ARGUMENTS, SPECIFIER, FAILURE)                           \
-    extern "C" RESULT NAME PARAMETERS SPECIFIER {                                                  \
-        static const auto real = Real<RESULT PARAMETERS>(#NAME);                                   \
+#define FAILING(RESULT, NAME, PARAMETERS, ARGUMENTS, FAILURE)                                      \
+    extern "C" RESULT NAME PARAMETERS SCALER_ISP_SYSTEM_NOEXCEPT {                                 \
+        static const auto real = RealFunction<RESULT(*) PARAMETERS>(#NAME);                        \
         return SystemFault::Strikes(#NAME) ? FAILURE : real ARGUMENTS;                             \
     }
 
-FAILING(int, fstat, (int file, struct stat *to), (file, to), noexcept, -1)
-FAILING(int, lstat, (const char *path, struct stat *to), (path, to), noexcept, -1)
-FAILING(int, fchown, (int file, uid_t user, gid_t group), (file, user, group), noexcept, -1)
-FAILING(int, fchmod, (int file, mode_t mode), (file, mode), noexcept, -1)
-FAILING(int, unlink, (const char *path), (path), noexcept, -1)
-FAILING(int, rename, (const char *from, const char *to), (from, to), noexcept, -1)
-FAILING(off_t, lseek, (int file, off_t offset, int whence), (file, offset, whence), noexcept, -1)
-FAILING(int, ftruncate, (int file, off_t size), (file, size), noexcept, -1)
-FAILING(int, flock, (int file, int operation), (file, operation), noexcept, -1)
+FAILING(int, fstat, (int file, struct stat *to), (file, to), -1)
+FAILING(int, lstat, (const char *path, struct stat *to), (path, to), -1)
+FAILING(int, fchown, (int file, uid_t user, gid_t group), (file, user, group), -1)
+FAILING(int, fchmod, (int file, mode_t mode), (file, mode), -1)
+FAILING(int, unlink, (const char *path), (path), -1)
+FAILING(int, rename, (const char *from, const char *to), (from, to), -1)
+FAILING(off_t, lseek, (int file, off_t offset, int whence), (file, offset, whence), -1)
+FAILING(int, ftruncate, (int file, off_t size), (file, size), -1)
+FAILING(int, flock, (int file, int operation), (file, operation), -1)
 FAILING(size_t, mbrtowc, (wchar_t * to, const char *from, size_t size, mbstate_t *state),
-        (to, from, size, state), noexcept, static_cast<size_t>(-1))
-FAILING(size_t, wcrtomb, (char *to, wchar_t from, mbstate_t *state), (to, from, state), noexcept,
+        (to, from, size, state), static_cast<size_t>(-1))
+FAILING(size_t, wcrtomb, (char *to, wchar_t from, mbstate_t *state), (to, from, state),
         static_cast<size_t>(-1))
 #if defined(__linux__)
-FAILING(ssize_t, flistxattr, (int file, char *names, size_t size), (file, names, size), noexcept,
-        -1)
+FAILING(ssize_t, flistxattr, (int file, char *names, size_t size), (file, names, size), -1)
 FAILING(ssize_t, fgetxattr, (int file, const char *name, void *value, size_t size),
-        (file, name, value, size), noexcept, -1)
+        (file, name, value, size), -1)
 FAILING(int, fsetxattr, (int file, const char *name, const void *value, size_t size, int flags),
-        (file, name, value, size, flags), noexcept, -1)
-FAILING(int, fremovexattr, (int file, const char *name), (file, name), noexcept, -1)
+        (file, name, value, size, flags), -1)
+FAILING(int, fremovexattr, (int file, const char *name), (file, name), -1)
 #endif
 
 extern "C" int open(const char *path, int flags, ...) {
-    static const auto real = Real<int(const char *, int, ...)>("open");
+    static const auto real = RealFunction<int (*)(const char *, int, ...)>("open");
     va_list arguments;
     va_start(arguments, flags);
     const unsigned mode = (flags & O_CREAT) != 0 ? va_arg(arguments, unsigned) : 0;
@@ -75,7 +66,7 @@ extern "C" int open(const char *path, int flags, ...) {
 
 /// With the error 0 nothing is written, and that is no error.
 extern "C" ssize_t write(int file, const void *bytes, size_t size) {
-    static const auto real = Real<ssize_t(int, const void *, size_t)>("write");
+    static const auto real = RealFunction<ssize_t (*)(int, const void *, size_t)>("write");
     if (!SystemFault::Strikes("write")) {
         return real(file, bytes, size);
     }
@@ -84,7 +75,7 @@ extern "C" ssize_t write(int file, const void *bytes, size_t size) {
 
 /// A descriptor is closed even if that fails.
 extern "C" int close(int file) {
-    static const auto real = Real<int(int)>("close");
+    static const auto real = RealFunction<int (*)(int)>("close");
     const int result = real(file);
     return SystemFault::Strikes("close") ? -1 : result;
 }
@@ -95,7 +86,6 @@ constexpr const char *kOld = "[S]\nK=1\n";
 constexpr const char *kNew = "[S]\nK=2\n";
 constexpr const char *kNothing = "(no file)";
 constexpr const char *kTemporary = ".ScalerIsp.tmp";
-constexpr const char *kAccessList = "system.posix_acl_access";
 
 /// Functions that fail, and the errors with which they do. The errors of the second row are asked
 /// for one by one.
@@ -259,6 +249,8 @@ TEST(SystemCallFailure, Save_leaves_old_or_new_bytes_whatever_conversion_fails) 
 }
 
 #if defined(__linux__)
+constexpr const char *kAccessList = "system.posix_acl_access";
+
 TEST(SystemCallFailure, Save_removes_access_list_that_new_file_inherits) {
     const TempFolder folder;
     const std::string path = AmongAccessLists(folder);
