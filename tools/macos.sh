@@ -70,8 +70,19 @@ macos_ship() {
     fi
 }
 
-# ispctl, in the tree of the step before; the steps that run the loader then test it, too. It takes minutes to
-# compile, so it is built only on request.
+# ispctl for x86_64 without optimisation, in a tree of its own, so that nothing of it can be delivered: it
+# compiles and links for macOS, and the step x86_64 runs it. Both slices as delivered take three times as long.
+macos_ispctl() {
+    macos_environment
+    on_a_mac && return 0
+    PATH=$PWD/build/macos/sysroot/bin:$PATH
+    configure macos -B build/macos/ispctl -DMACOS_ARCHS=x86_64 -DCMAKE_BUILD_TYPE=None -DCMAKE_CXX_FLAGS_NONE=-g0 \
+        -DBUILD_TESTING=OFF -DSCALER_ISP_HOST=ON -DSCALER_ISP_SIMULATOR=OFF
+    macos_build build/macos/ispctl --target ispctl
+}
+
+# ispctl as it is delivered, in the tree of the library; the steps that run the loader then test it, too. It
+# takes minutes to compile, so it is built only on request.
 macos_programs() {
     macos_environment
     if on_a_mac; then
@@ -81,6 +92,14 @@ macos_programs() {
     PATH=$PWD/build/macos/sysroot/bin:$PATH
     configure macos -DSCALER_ISP_HOST=ON
     macos_build build/macos/universal
+}
+
+# The library's unit tests; the step that runs the loader on x86_64 runs them.
+macos_unit() {
+    macos_environment
+    on_a_mac && return 0 # there the tree has them
+    PATH=$PWD/build/macos/sysroot/bin:$PATH
+    macos_build build/macos/universal --target scaler_isp_unit_tests
 }
 
 # The library once more, from a copy of the sources in another folder: the same bytes.
@@ -129,6 +148,16 @@ macos_runtime() {
         "$macos_runtime" "$jobs"
 }
 
+# macos_ispctl_for ARCH: ispctl as the last step has built it; nothing if none did.
+macos_ispctl_for() {
+    set -- "$1" build/macos/universal/bin/ispctl build/macos/ispctl/bin/ispctl
+    if [ "$1" = arm64 ]; then set -- "$1" "$2"; fi
+    shift
+    # shellcheck disable=SC2012
+    newest=$(ls -t "$@" 2>/dev/null | head -n 1)
+    echo "${newest:+$PWD/$newest}"
+}
+
 macos_emulator="qemu-aarch64 -L /usr/aarch64-linux-gnu"
 
 # macos_loader ARCH: the loader and its tests, for one processor, in build/macos/ARCH.
@@ -146,7 +175,7 @@ macos_loader() {
     fi
     run cmake -S tests/macos -B "build/macos/$arch" -G Ninja -DCMAKE_BUILD_TYPE=Release \
         -DMACOS_BUILD="$PWD/build/macos/universal" -DMACOS_LIBRARY="$PWD/$macos_library" \
-        -DMACOS_RUNTIME="$macos_runtime" "$@"
+        -DMACOS_ISPCTL="$(macos_ispctl_for "$arch")" -DMACOS_RUNTIME="$macos_runtime" "$@"
     build "build/macos/$arch"
 }
 
@@ -169,7 +198,7 @@ macos_arm64() {
     macos_run arm64
 }
 
-all_macos="library again inspection x86_64 arm64"
+all_macos="library again inspection unit ispctl x86_64 arm64"
 
 # "--write" renews the table of docs/macos.md from what has run; without it the table must say just that.
 dev_macos() {

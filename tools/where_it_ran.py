@@ -25,13 +25,14 @@ PAGE = ROOT / "docs/macos.md"
 FIGURES = "where it ran"
 NO = "no"
 SYSTEMS = ("Linux x86_64", "macOS x86_64", "macOS arm64")
-PARTS = ("library", "virtual scaler", "`ispctl`", "examples", "self-test")
+PARTS = ("library", "unit tests", "virtual scaler", "`ispctl`", "examples", "self-test")
 COLUMNS = ("built", "ran in the loader", "ran on the real thing")
 BUILT, LOADER, REAL = COLUMNS
 
 # Evidence: the command, the file with its results, what must have passed in it, and words for the page.
 Evidence = namedtuple("Evidence", "part systems column command results passed words")
 MACS = SYSTEMS[1:]
+MAC_X86, MAC_ARM = SYSTEMS[1:2], SYSTEMS[2:]
 LINUX = SYSTEMS[:1]
 ALL = ""
 TESTS = "build/test/tests.xml"
@@ -43,6 +44,10 @@ ROWS = (
     Evidence("library", LINUX, REAL, "test", TESTS, r"(unit|blackbox)[._]", "unit tests, black-box cases"),
     Evidence("library", MACS, BUILT, "macos library", "build/macos/out/libScalerIsp.dylib", ALL, ""),
     Evidence("library", MACS, LOADER, "macos {arch}", IN_LOADER, r"(blackbox|platform)\.", "black-box cases"),
+    Evidence("unit tests", LINUX, BUILT, "test", TESTS, r"unit_", ""),
+    Evidence("unit tests", LINUX, REAL, "test", TESTS, r"unit_", "all"),
+    Evidence("unit tests", MAC_X86, BUILT, "macos unit", UNIVERSAL + "tests/unit/test_unit_entry", ALL, ""),
+    Evidence("unit tests", MAC_X86, LOADER, "macos {arch}", IN_LOADER, r"unit\.", "all but those listed"),
     Evidence("virtual scaler", LINUX, BUILT, "test", "build/test/virtual/PlugIn/libIsp.dylib", ALL, ""),
     Evidence("virtual scaler", LINUX, REAL, "test", TESTS, r"virtual_", "its tests"),
     Evidence("virtual scaler", MACS, BUILT, "macos library", UNIVERSAL + "virtual/PlugIn/libIsp.dylib", ALL,
@@ -51,11 +56,16 @@ ROWS = (
              "programmed, real signatures"),
     Evidence("`ispctl`", LINUX, BUILT, "test", "build/test/bin/ispctl", ALL, ""),
     Evidence("`ispctl`", LINUX, REAL, "test", TESTS, r"ispctl", "its tests"),
-    Evidence("`ispctl`", MACS, BUILT, "macos programs", UNIVERSAL + "bin/ispctl", ALL, ""),
-    Evidence("`ispctl`", MACS, LOADER, "package", RELEASE, r"macos_archive$", "its commands, the demo"),
+    Evidence("`ispctl`", MAC_X86, BUILT, "macos ispctl", "build/macos/ispctl/bin/ispctl", ALL, ""),
+    Evidence("`ispctl`", MAC_X86, LOADER, "macos {arch}", IN_LOADER, r"program\.ispctl$",
+             "its commands, the demo"),
+    Evidence("`ispctl`", MAC_ARM, BUILT, "macos programs", UNIVERSAL + "bin/ispctl", ALL, ""),
+    Evidence("`ispctl`", MAC_ARM, LOADER, "package", RELEASE, r"macos_archive$", "its commands, the demo"),
     Evidence("examples", LINUX, BUILT, "test", TESTS, r"examples\.bus_host|package\.templates", ""),
     Evidence("examples", LINUX, REAL, "test", TESTS, r"examples\.|package\.templates", "all"),
-    Evidence("examples", MACS, BUILT, "package", RELEASE, r"macos_archive$", "the one in Objective-C++"),
+    Evidence("examples", MACS, BUILT, "macos library", UNIVERSAL + "tests/macos/examples/host_cpp", ALL,
+             "those in C and C++"),
+    Evidence("examples", MACS, LOADER, "macos {arch}", IN_LOADER, r"examples$", "those in C and C++"),
     Evidence("self-test", LINUX, BUILT, "test", "build/test/selftest/probe", ALL, ""),
     Evidence("self-test", LINUX, REAL, "test", TESTS, r"package\.selftest$", "all of it"),
     Evidence("self-test", MACS, BUILT, "macos library", UNIVERSAL + "selftest/probe", ALL, ""),

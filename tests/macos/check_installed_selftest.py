@@ -16,7 +16,7 @@ sys.path.insert(0, str(sources / "tests/package"))
 from check_selftest import check_passes, run_selftest, with_outcome, without_plugin
 
 prefix = folder / "prefix"
-install(build, library, prefix)
+install(build, library, prefix, build / "bin/ispctl")
 selftest = prefix / "share/scaler-isp/selftest"
 selftest.mkdir()
 shutil.copy(build / "selftest/probe", selftest)

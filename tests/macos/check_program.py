@@ -3,7 +3,7 @@
 its commands, and the demo with the output that the README shows. `ispctl run` starts a second process, which
 runs in the loader too.
 
-usage: check_program.py MACOS-BUILD LIBRARY SOURCES FOLDER LAUNCHER...
+usage: check_program.py ISPCTL MACOS-BUILD LIBRARY SOURCES FOLDER LAUNCHER...
 """
 
 import json
@@ -19,8 +19,8 @@ README_BLOCK = re.compile(r"<!-- output of: \./dev demo;[^\n]*-->\n```text\n(.*?
 PANEL_BYTES = "0000  5A 11 22 33 00 FF"
 
 
-def install(build, library, prefix):
-    """A prefix as the archive has it; without ispctl where only the library was built."""
+def install(build, library, prefix, ispctl):
+    """A prefix as the archive has it; without ispctl if that is not there."""
     shutil.rmtree(prefix, ignore_errors=True)
     virtual = prefix / "share/scaler-isp/virtual"
     shutil.copytree(build / "virtual", virtual, ignore=shutil.ignore_patterns("VirtualScaler"))
@@ -28,8 +28,8 @@ def install(build, library, prefix):
         (prefix / name).mkdir()
     for directory in (prefix / "lib", virtual):
         shutil.copy(library, directory / "libScalerIsp.dylib")
-    if (build / "bin/ispctl").exists():
-        shutil.copy(build / "bin/ispctl", prefix / "bin/ispctl")
+    if ispctl.exists():
+        shutil.copy(ispctl, prefix / "bin/ispctl")
 
 
 class Installation:
@@ -92,9 +92,9 @@ def check_demo(installation, sources):
 
 
 def main():
-    build, library, sources, folder = (pathlib.Path(word) for word in sys.argv[1:5])
-    install(build, library, folder)
-    installation = Installation(folder, folder, sys.argv[5:])
+    ispctl, build, library, sources, folder = (pathlib.Path(word) for word in sys.argv[1:6])
+    install(build, library, folder, ispctl)
+    installation = Installation(folder, folder, sys.argv[6:])
     check_commands(installation, sources)
     check_demo(installation, sources)
     print("ispctl: version, paths, explain, script, edid, doctor, run, and the demo as the README shows it")

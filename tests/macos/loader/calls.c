@@ -64,11 +64,16 @@ void *macho_dlopen(const char *path, int mode) {
     return image_open(path);
 }
 
+/* RTLD_NEXT and RTLD_DEFAULT of macOS: only programs ask by them, for a function of libSystem. */
+static int is_system(const void *image) {
+    return (intptr_t)image == -1 || (intptr_t)image == -2;
+}
+
 void *macho_dlsym(void *image, const char *name) {
     char symbol[512];
     void *found;
     snprintf(symbol, sizeof symbol, "_%s", name);
-    found = image_export(image, symbol, NULL);
+    found = is_system(image) ? shim_find(symbol) : image_export(image, symbol, NULL);
     return found != NULL ? found : image_error("dlsym(%p, %s): symbol not found", image, name);
 }
 

@@ -18,6 +18,8 @@ typedef void (*watcher)(const void *header, intptr_t slide);
 static char program_path[4096];
 static watcher watchers[MAX_WATCHERS];
 static int watcher_count;
+static int argument_count;
+static char **arguments;
 
 const char *program_file(void) {
     return program_path[0] != '\0' ? program_path : NULL;
@@ -32,6 +34,14 @@ static int path_of_program(char *path, uint32_t *capacity) {
     }
     memcpy(path, program_path, needed);
     return 0;
+}
+
+static int *count_of_arguments(void) {
+    return &argument_count;
+}
+
+static char ***arguments_of_program(void) {
+    return &arguments;
 }
 
 static const struct image *nth_image(uint32_t wanted) {
@@ -86,6 +96,8 @@ int macho_run(const char *path, int argc, char **argv) {
         perror(path);
         return 2;
     }
+    argument_count = argc;
+    arguments = argv;
     image = macho_dlopen(program_path, 0);
     if (image == NULL || image->entry == 0) {
         fprintf(stderr, "macho: %s: %s\n", path, image == NULL ? macho_dlerror() : "no program");
@@ -96,7 +108,10 @@ int macho_run(const char *path, int argc, char **argv) {
     return start(argc, argv, environ, no_apple_strings);
 }
 
-const struct shim shims_program[] = {
-    SHIM("__NSGetExecutablePath", path_of_program), SHIM("__dyld_image_count", image_count),
-    SHIM("__dyld_get_image_name", image_name),
-    SHIM("__dyld_register_func_for_add_image", watch_images), SHIM_END};
+const struct shim shims_program[] = {SHIM("__NSGetExecutablePath", path_of_program),
+                                     SHIM("__NSGetArgc", count_of_arguments),
+                                     SHIM("__NSGetArgv", arguments_of_program),
+                                     SHIM("__dyld_image_count", image_count),
+                                     SHIM("__dyld_get_image_name", image_name),
+                                     SHIM("__dyld_register_func_for_add_image", watch_images),
+                                     SHIM_END};

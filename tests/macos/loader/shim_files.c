@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <stdint.h>
 #include <stdio.h>
+#include <stdlib.h>
 #include <string.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -83,9 +84,9 @@ static int open_file_status(int file, struct macos_stat *to) {
     return translated(fstat(file, &from), &from, to);
 }
 
-/* On arm64 the mode of a variadic call lies on the stack, shim_variadic.c fetches it. */
-int shim_open(const char *path, int flags, int mode) {
+int shim_open_flags(int flags) {
     int ours = flags & O_ACCMODE;
+    ours |= flags & 0x4 ? O_NONBLOCK : 0;
     ours |= flags & 0x8 ? O_APPEND : 0;
     ours |= flags & 0x100 ? O_NOFOLLOW : 0;
     ours |= flags & 0x200 ? O_CREAT : 0;
@@ -93,12 +94,34 @@ int shim_open(const char *path, int flags, int mode) {
     ours |= flags & 0x800 ? O_EXCL : 0;
     ours |= flags & 0x100000 ? O_DIRECTORY : 0;
     ours |= flags & 0x1000000 ? O_CLOEXEC : 0;
-    return open(path, ours, (mode_t)mode);
+    return ours;
+}
+
+/* On arm64 the mode of a variadic call lies on the stack, shim_variadic.c fetches it. */
+int shim_open(const char *path, int flags, int mode) {
+    return open(path, shim_open_flags(flags), (mode_t)mode);
 }
 
 /* Extended attributes and access control lists: the files of the tests have none. */
-static int copy_attributes(int from, int to, void *state, uint32_t flags) {
-    (void)from, (void)to, (void)state, (void)flags;
+static int copy_file(int from, int to, void *state, uint32_t flags) {
+    enum { COPY_DATA = 8 };
+    char block[4096];
+    ssize_t size = 0;
+    (void)state;
+    while ((flags & COPY_DATA) && (size = read(from, block, sizeof block)) > 0) {
+        if (write(to, block, (size_t)size) != size) {
+            return -1;
+        }
+    }
+    return size < 0 ? -1 : 0;
+}
+
+static void *copy_state(void) {
+    return malloc(1);
+}
+
+static int free_copy_state(void *state) {
+    free(state);
     return 0;
 }
 
@@ -112,5 +135,7 @@ const struct shim shims_files[] = {SHIM("_readdir", read_folder),
                                    SHIM("_lstat$INODE64", link_status),
                                    SHIM("_open", shim_open),
                                    SHIM("_realpath$DARWIN_EXTSN", shim_realpath),
-                                   SHIM("_fcopyfile", copy_attributes),
+                                   SHIM("_fcopyfile", copy_file),
+                                   SHIM("_copyfile_state_alloc", copy_state),
+                                   SHIM("_copyfile_state_free", free_copy_state),
                                    SHIM_END};

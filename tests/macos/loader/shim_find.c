@@ -8,7 +8,7 @@ void *shim_find(const char *symbol) {
     static const struct shim *const tables[] = {
         shims_variadic, shims_errno,    shims_locale,  shims_text,  shims_files,
         shims_system,   shims_threads,  shims_signals, shims_spawn, shims_descriptors,
-        shims_program,  shims_dispatch, shims_same};
+        shims_program,  shims_dispatch, shims_at,      shims_same};
     size_t i;
     for (i = 0; i < sizeof tables / sizeof tables[0]; ++i) {
         const struct shim *shim = tables[i];

@@ -12,6 +12,7 @@
 #include <stdlib.h>
 #include <string.h>
 #include <sys/random.h>
+#include <sys/resource.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -55,6 +56,23 @@ static uint32_t random_number(void) {
     return getrandom(&value, sizeof value, 0) == sizeof value ? value : 4;
 }
 
+/* The limits that tests set; the numbers up to 4 are the same. */
+static __rlimit_resource_t limit_of(int limit) {
+    enum { MACOS_OPEN_FILES = 8, LAST_EQUAL = 4 };
+    if (limit == MACOS_OPEN_FILES) {
+        return RLIMIT_NOFILE;
+    }
+    return limit <= LAST_EQUAL ? (__rlimit_resource_t)limit : RLIMIT_NLIMITS;
+}
+
+static int get_limit(int limit, struct rlimit *value) {
+    return getrlimit(limit_of(limit), value);
+}
+
+static int set_limit(int limit, const struct rlimit *value) {
+    return setrlimit(limit_of(limit), value);
+}
+
 /* There is no kernel of macOS to ask. */
 static int kernel_value(const char *name, void *value, size_t *size, void *set, size_t set_size) {
     (void)name, (void)value, (void)size, (void)set, (void)set_size;
@@ -75,6 +93,8 @@ const struct shim shims_system[] = {SHIM("___stdinp", &standard_input),
                                     SHIM("_clock_gettime", get_time),
                                     SHIM("_arc4random", random_number),
                                     SHIM("_sysctlbyname", kernel_value),
+                                    SHIM("_getrlimit", get_limit),
+                                    SHIM("_setrlimit", set_limit),
                                     SHIM("_dlopen", macho_dlopen),
                                     SHIM("_dlsym", macho_dlsym),
                                     SHIM("_dlclose", macho_dlclose),

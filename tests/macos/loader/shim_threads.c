@@ -131,6 +131,10 @@ static int key_create(unsigned long *key, void (*destroy)(void *)) {
     return errno_to_macos(result);
 }
 
+static int key_delete(unsigned long key) {
+    return errno_to_macos(pthread_key_delete((pthread_key_t)key));
+}
+
 static void *get_specific(unsigned long key) {
     return pthread_getspecific((pthread_key_t)key);
 }
@@ -186,13 +190,16 @@ const struct shim shims_threads[] = {SHIM("_pthread_mutex_init", mutex_init),
                                      SHIM("_pthread_cond_destroy", condition_destroy),
                                      SHIM("_pthread_once", once),
                                      SHIM("_pthread_key_create", key_create),
+                                     SHIM("_pthread_key_delete", key_delete),
                                      SHIM("_pthread_getspecific", get_specific),
                                      SHIM("_pthread_setspecific", set_specific),
                                      SHIM("_pthread_self", pthread_self),
+                                     SHIM("_pthread_equal", pthread_equal),
                                      SHIM("_pthread_create", pthread_create),
                                      SHIM("_pthread_attr_init", attributes_init),
                                      SHIM("_pthread_attr_destroy", pthread_attr_destroy),
                                      SHIM("_pthread_attr_getstacksize", pthread_attr_getstacksize),
+                                     SHIM("_pthread_attr_setstacksize", pthread_attr_setstacksize),
                                      SHIM("_pthread_exit", pthread_exit),
                                      SHIM("_pthread_join", pthread_join),
                                      SHIM("_pthread_detach", pthread_detach),

@@ -22,7 +22,7 @@ struct shim {
 
 extern const struct shim shims_same[], shims_errno[], shims_locale[], shims_text[], shims_files[],
     shims_system[], shims_threads[], shims_variadic[], shims_signals[], shims_spawn[],
-    shims_descriptors[], shims_program[], shims_dispatch[];
+    shims_descriptors[], shims_program[], shims_dispatch[], shims_at[];
 
 /* Address of a function or variable of the system; null when no table has it. */
 void *shim_find(const char *symbol);
@@ -35,6 +35,9 @@ locale_t shim_locale(void *locale);
 
 /* shim_signals.c: a set of signals of macOS is a mask. */
 void shim_signal_set(uint32_t mask, sigset_t *set);
+
+/* shim_files.c: the flags of open. */
+int shim_open_flags(int flags);
 
 /* shim_realpath.c */
 char *shim_realpath(const char *path, char *resolved);
