@@ -243,7 +243,7 @@ TEST(SystemCallFailure, Save_leaves_old_or_new_bytes_whatever_conversion_fails) 
          {std::pair("wcrtomb", "C.UTF-8"), {"wcrtomb", "C"}, {"mbrtowc", "C"}}) {
         const EnvironmentLocaleGuard locale(name);
         for (const int error : {EIO, EILSEQ}) {
-            EXPECT_GT(SaveWithEachFault(kFiles[0], function, error), 2U) << function << name;
+            EXPECT_GE(SaveWithEachFault(kFiles[0], function, error), 2U) << function << name;
         }
     }
 }
