@@ -1,5 +1,6 @@
 #include "Commands.h"
 
+#include <fmt/format.h>
 #include <memory>
 #include <string_view>
 
@@ -38,11 +39,11 @@ std::string ProblemOfValue(const std::string &value) {
     }
     const bool isOption =
         value.size() > 1 && value[0] == '-' && kDigits.find(value[1]) == std::string_view::npos;
-    return isOption ? "its value is missing: " + value +
-                          " is taken for an option; a file of that "
-                          "name is ./" +
-                          value
-                    : "";
+    return isOption
+               ? fmt::format("its value is missing: {0} is taken for an option; a file of that "
+                             "name is ./{0}",
+                             value)
+               : "";
 }
 
 void CheckValues(CLI::App &command) {

@@ -203,8 +203,7 @@ void SendResult(const JudgedResult &judged, ParentLink &link) {
     std::string payload;
     try {
         payload = std::string(BytesOf(judged.result)) + judged.detail.substr(0, kMaxMessage);
-    } catch (const std::bad_alloc &) {
-        payload.clear();
+    } catch (const std::bad_alloc &) { // without the reason
     }
     link.Send(FrameKind::Result, payload.empty() ? BytesOf(judged.result) : payload);
 }

@@ -1,5 +1,7 @@
 #include "line/Checks.h"
 
+#include <optional>
+
 #include "line/ValueForm.h"
 
 namespace ispctl {
@@ -9,21 +11,18 @@ using ScalerIspFacts::ActionFacts;
 
 constexpr std::string_view kExampleAction = "isp";
 
-/// Whether the library never does anything for it but to fail or to report success.
-bool IsUseless(const GivenArgument &given, const ActionFacts &action) {
-    return given.option->needs == "NEVER" || action.call == "NO_CALL" ||
-           action.call == "MERGE_INFO" || action.call.starts_with("NEVER_RESOLVED");
-}
-
-void CheckEffect(LineUnderCheck &line, const GivenArgument &given, const ActionFacts &action) {
+/// Why the library never does anything for the action but to fail or to report success.
+std::optional<FindingName> WhyUseless(const GivenArgument &given, const ActionFacts &action) {
     if (given.option->needs == "NEVER") {
-        line.Report("refused-action", given, Underline::Name, {});
-    } else if (action.call == "NO_CALL") {
-        line.Report("action-without-effect", given, Underline::Name,
-                    {.example = "--" + std::string(kExampleAction)});
-    } else if (action.call.starts_with("NEVER_RESOLVED") || action.call == "MERGE_INFO") {
-        line.Report("action-always-fails", given, Underline::Name, {});
+        return FindingName("refused-action");
     }
+    if (action.call == "NO_CALL") {
+        return FindingName("action-without-effect");
+    }
+    if (action.call.starts_with("NEVER_RESOLVED") || action.call == "MERGE_INFO") {
+        return FindingName("action-always-fails");
+    }
+    return std::nullopt;
 }
 
 } // namespace
@@ -39,11 +38,14 @@ void CheckActions(LineUnderCheck &line) {
         if (first == nullptr) {
             first = given;
             firstAction = action;
-            CheckEffect(line, *given, *action);
+            if (const auto why = WhyUseless(*given, *action)) {
+                line.Report(*why, *given, Underline::Name,
+                            {.example = "--" + std::string(kExampleAction)});
+            }
         } else if (first->option != given->option) {
             FindingWords words{.other = first->typed};
-            const bool isFirstUseless = IsUseless(*first, *firstAction);
-            if (isFirstUseless != IsUseless(*given, *action)) {
+            const bool isFirstUseless = WhyUseless(*first, *firstAction).has_value();
+            if (isFirstUseless != WhyUseless(*given, *action).has_value()) {
                 words.example = isFirstUseless ? given->typed : first->typed;
                 words.allowed = isFirstUseless ? first->typed : given->typed;
             }
