@@ -141,18 +141,6 @@ TEST_F(PluginEnd, Plugin_that_returns_0_is_reported_as_success) {
     EXPECT_EQ(m_folder.Read("erased.txt"), "erased\n");
 }
 
-#if !defined(__SANITIZE_ADDRESS__) // its allocator ends the process instead
-TEST_F(PluginEnd, Result_is_reported_if_plugin_has_taken_all_memory) {
-    const ConsoleResult success = Run("exhaust");
-    EXPECT_EQ(success.status, 0) << success.err;
-    EXPECT_THAT(success.err, EndsWith("ispctl: success\n"));
-    EXPECT_EQ(Run("exhaust return:0x7001").status, 1);
-    const Json event = LastEvent(Run("exhaust return:0x7001", {"--json"}).out);
-    EXPECT_EQ(event["code"], 0x7001);
-    EXPECT_FALSE(event.contains("ended"));
-}
-#endif
-
 TEST_F(PluginEnd, Rejected_line_is_reported_as_without_effect) {
     const ConsoleResult result =
         RunConsole({"run", "--json", "--verbatim", "--lib", m_library, "--isp"});

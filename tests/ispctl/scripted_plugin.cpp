@@ -2,7 +2,6 @@
 //   erase          appends "erased" to the file that PLUGIN_FILE names, as if a chip were erased
 //   out:T          T to standard output; message:T to the message callback; progress:N
 //   sleep:N        N milliseconds
-//   exhaust        takes all memory that the process can get, and keeps it
 //   exit:N _exit:N abort throw unwind thread   end the process or the call in that way
 //   return:N       the result; 0 without it
 // In T, \n is a line end and \e an escape.
@@ -15,7 +14,6 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
-#include <sys/resource.h>
 #include <thread>
 #include <unistd.h>
 
@@ -25,7 +23,6 @@ namespace {
 
 ScalerIspProgressCallback g_progress = nullptr;
 ScalerIspMessageCallback g_message = nullptr;
-void *g_taken = nullptr; ///< a list of blocks
 
 std::string Variable(const char *name) {
     const char *value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
@@ -55,18 +52,6 @@ void End(const std::string &name, int number) {
     }
 }
 
-// Nothing that a caller needs later may be free: the blocks become smaller down to the least.
-void TakeAllMemory() {
-    const rlimit none{0, RLIM_INFINITY};
-    ::setrlimit(RLIMIT_AS, &none);
-    for (std::size_t size = 1U << 20U; size >= sizeof(void *); size /= 2) {
-        while (void *block = std::malloc(size)) { // NOLINT(*-no-malloc,*-owning-memory)
-            *static_cast<void **>(block) = g_taken;
-            g_taken = block;
-        }
-    }
-}
-
 void Step(const std::string &name, const std::string &value) {
     if (name == "erase") {
         std::ofstream(Variable("PLUGIN_FILE"), std::ios::app) << "erased\n";
@@ -80,8 +65,6 @@ void Step(const std::string &name, const std::string &value) {
         g_progress(std::stoi(value));
     } else if (name == "sleep") {
         std::this_thread::sleep_for(std::chrono::milliseconds(std::stoi(value)));
-    } else if (name == "exhaust") {
-        TakeAllMemory();
     } else {
         End(name, value.empty() ? 0 : std::stoi(value));
     }
