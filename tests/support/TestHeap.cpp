@@ -58,9 +58,10 @@ void *AllocateRecord(std::size_t size) {
 
 void Release(void *memory) {
     if (memory != nullptr) {
-        for (auto &record : g_records) {
-            void *expected = memory;
-            record.compare_exchange_strong(expected, nullptr);
+        for (auto &record : g_records) { // only its owner frees a record
+            if (record.load(std::memory_order_relaxed) == memory) {
+                record = nullptr;
+            }
         }
         std::free(memory);
     }
