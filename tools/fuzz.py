@@ -9,6 +9,7 @@ tests/fuzz/corpus/TARGET, where it is a test from then on: commit it together wi
 Exit status: 0 nothing found, 1 something found, 2 bad usage.
 """
 
+import base64
 import concurrent.futures
 import hashlib
 import os
@@ -23,6 +24,7 @@ from tracked_files import ROOT
 
 CORPUS = ROOT / "tests" / "fuzz" / "corpus"
 STATISTIC = re.compile(r"stat::(\w+):\s+(\d+)")
+BROKEN_RULE = re.compile(r"does not hold|ERROR: |runtime error: |SUMMARY: ")
 COVERAGE = re.compile(r"cov: (\d+)")
 LEAST_SECONDS = 2
 SLACK_SECONDS = 120  # replaying the corpus, reporting, making a finding smaller
@@ -80,20 +82,31 @@ class Target:
         return kept
 
 
+def in_short(target, output, kept):
+    """A finding in a few lines, printed last: who reads only the end of a log sees all findings."""
+    rule = next((text for text in output.splitlines() if BROKEN_RULE.search(text)), "no rule is named")
+    lines = [f"{target.name}: {rule.strip()}"]
+    for path in kept:
+        lines.append(f"    {path.relative_to(ROOT)} {base64.b64encode(path.read_bytes()).decode()}")
+    return "\n".join(lines)
+
+
 def run(target, seconds):
+    """RETURNS (report, the finding in short or None)."""
     target.prepare()
     try:
         output, numbers, found = target.fuzz(seconds)
     except subprocess.TimeoutExpired:
-        return f"{target.name:<14} did not end within {seconds + SLACK_SECONDS} s", True
+        report = f"{target.name}: did not end within {seconds + SLACK_SECONDS} s"
+        return report, report
     line = (f"{target.name:<14} {numbers.get('number_of_executed_units', 0):>9} executions"
             f" {numbers.get('average_exec_per_sec', 0):>7}/s {numbers['coverage']:>6} edges"
             f" {numbers.get('peak_rss_mb', 0):>5} MB")
     if not found:
-        return line, False
-    kept = "".join(f"\n    kept as {path.relative_to(ROOT)}" for path in target.keep_findings())
+        return line, None
+    finding = in_short(target, output, target.keep_findings())
     last = "\n".join("    " + text for text in output.splitlines()[-60:])
-    return f"{line}\n{last}{kept}\n    repeat it: {target.program} FILE", True
+    return f"{line}\n{last}\n    repeat it: {target.program} FILE", finding
 
 
 def names_to_run(word):
@@ -117,13 +130,13 @@ def main(arguments):
     seconds = int(arguments[2]) if len(arguments) > 2 else 60
     at_once = min(os.cpu_count() or 1, len(names))
     each = max(LEAST_SECONDS, seconds * at_once // len(names))
-    failed = 0
+    findings = []
     with concurrent.futures.ThreadPoolExecutor(at_once) as pool:
-        for line, found in pool.map(lambda name: run(Target(build, name), each), names):
-            print(line, flush=True)
-            failed += found
-    print(f"fuzz: {len(names)} targets, {each} s each, {failed} with a finding")
-    return 1 if failed else 0
+        for report, finding in pool.map(lambda name: run(Target(build, name), each), names):
+            print(report, flush=True)
+            findings += [finding] if finding else []
+    print("\n".join([*findings, f"fuzz: {len(names)} targets, {each} s each, {len(findings)} with a finding"]))
+    return 1 if findings else 0
 
 
 if __name__ == "__main__":

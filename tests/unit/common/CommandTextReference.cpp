@@ -21,6 +21,13 @@ std::wstring From(const std::wstring &text, std::size_t pos, std::size_t count) 
     return pos < text.size() ? text.substr(pos, count) : L"";
 }
 
+/// The word as it lies in the buffer of 256 characters into which words are copied.
+Token NextBufferedToken(const std::wstring &text, std::size_t pos) {
+    Token token = NextToken(text, pos);
+    token.word = token.word.substr(0, 256);
+    return token;
+}
+
 bool StartsAsHex(const std::wstring &word) {
     return From(word, 0, 2) == L"0x" || From(word, 0, 2) == L"0X";
 }
@@ -97,7 +104,7 @@ Value NextValue(const std::wstring &text, std::size_t pos, const std::wstring *d
         if (pos >= text.size()) {
             return {6, std::nullopt, pos};
         }
-        token = NextToken(text, pos);
+        token = NextBufferedToken(text, pos);
         pos = token.next;
         if (token.result == 0 || token.result == 6) {
             return {token.result, std::nullopt, pos};
@@ -109,7 +116,7 @@ Value NextValue(const std::wstring &text, std::size_t pos, const std::wstring *d
     }
     int last = 1;
     while (pos < text.size()) {
-        token = NextToken(text, pos);
+        token = NextBufferedToken(text, pos);
         pos = token.next;
         last = token.result;
         if (last == 4 || last == 3 || last == 6) {
@@ -129,10 +136,10 @@ std::optional<unsigned int> Define(const std::wstring &name, const std::wstring 
         if (pos >= defines.size()) {
             return std::nullopt;
         }
-        token = NextToken(defines, pos);
+        token = NextBufferedToken(defines, pos);
         pos = token.next;
     }
-    token = NextToken(defines, pos);
+    token = NextBufferedToken(defines, pos);
     if (token.result != 1) {
         return std::nullopt;
     }

@@ -69,6 +69,24 @@ TEST(CommandText, Leading_zero_is_octal) {
     EXPECT_EQ(Commands(L"010, 09, 7"), (Converted{2, {8, 7}}));
 }
 
+TEST(CommandText, Word_counts_up_to_its_256th_character) {
+    const std::wstring zeros(254, L'0');
+    EXPECT_EQ(Commands(zeros + L"7x, 1"), (Converted{1, {1}}));
+    EXPECT_EQ(Commands(zeros + L"07x, 1"), (Converted{2, {7, 1}}));
+    EXPECT_EQ(Commands(L"0x" + zeros + L"x, 1"), (Converted{2, {0, 1}}));
+
+    const std::wstring name(256, L'N');
+    std::wstring defines = name + L"A 3";
+    std::wstring text = name + L"B,";
+    unsigned int pos = 0;
+    unsigned int value = 0;
+    EXPECT_EQ(FindNextBytes(text.data(), pos, static_cast<unsigned int>(text.size()),
+                            defines.data(), &value),
+              1U);
+    EXPECT_EQ(value, 3U);
+    EXPECT_EQ(pos, text.size());
+}
+
 TEST(CommandText, Conversion_stops_at_capacity) {
     EXPECT_EQ(Commands(L"1, 2, 3", 2), (Converted{2, {1, 2}}));
     EXPECT_EQ(Commands(L"1, 2, 0x100", 2), (Converted{2, {1, 2}}));
