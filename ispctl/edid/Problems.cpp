@@ -25,7 +25,7 @@ Findings ProblemsOf(View edid) {
         const unsigned int declared = DeclaredExtensions(edid);
         if (declared != blocks.size() - 1) {
             const bool isOverride = declared != edid[kExtensionCountOffset];
-            problems.push_back(MakeFinding(FindingId::ExtensionCount, isOverride ? 1 : 0,
+            problems.push_back(MakeFinding(FindingId::ExtensionCount, 0,
                                            isOverride ? "block-count override" : "header", declared,
                                            declared == 1 ? "" : "s", blocks.size() - 1));
         }

@@ -293,7 +293,7 @@ TEST(EdidJson, Block_count_override_replaces_byte_126) {
     // An incomplete dump of the same display.
     const json problems = JsonOfBlocks({cta}, 1)["problems"];
     ASSERT_THAT(NamesOf(problems), ElementsAre("extension-count"));
-    EXPECT_EQ(problems[0]["block"], 1); // where the override is
+    EXPECT_EQ(problems[0]["block"], 0); // the display's count, whichever block declares it
     EXPECT_EQ(JsonOfBlocks({edid::Cta()}, 2)["problems"][0]["block"], 0);
     // Without an extension the override does not count, and neither does one in a later block.
     EXPECT_EQ(JsonOfBlocks(three, 0)["extensions_declared"], 0);
