@@ -27,7 +27,7 @@ using doctor::FindingId;
 using SetUi = void(ScalerIspProgressCallback, ScalerIspMessageCallback, ScalerIspHubDeviceCallback);
 
 // A slower function is not repeated: a device may be attached after all.
-constexpr std::chrono::milliseconds kShortCall{50};
+constexpr std::chrono::milliseconds kShortCall{200};
 
 RecordKind RecordOf(const CallRow &row) {
     return row.role == doctor::PluginRole::Isp ? RecordKind::Command : RecordKind::Sign;

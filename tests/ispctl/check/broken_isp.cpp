@@ -104,7 +104,7 @@ void LeaveBehind() {
     } else if (HasFault("leak-file")) {
         ::open("/dev/null", O_RDONLY | O_CLOEXEC);
     } else if (HasFault("slow")) {
-        ::usleep(150000);
+        ::usleep(400000);
     }
 }
 
