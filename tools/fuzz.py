@@ -135,7 +135,9 @@ def main(arguments):
         for report, finding in pool.map(lambda name: run(Target(build, name), each), names):
             print(report, flush=True)
             findings += [finding] if finding else []
-    print("\n".join([*findings, f"fuzz: {len(names)} targets, {each} s each, {len(findings)} with a finding"]))
+    for finding in findings:
+        print(finding)
+    print(f"fuzz: {len(names)} targets, {each} s each, {len(findings)} with a finding")
     return 1 if findings else 0
 
 
