@@ -12,6 +12,7 @@ import math
 import os
 import pathlib
 import re
+import resource
 import subprocess
 import sys
 import tempfile
@@ -75,6 +76,7 @@ ODD_FILES = [("twice", "that has the section twice"),
              ("newline", "with a newline in every path"),
              ("overlong", "with an overlong line")]
 LIBRARY_GOAL = 351
+PROCESS_GOAL = 2.5
 # Row, what grows. The exponent may be this much above that of the work by hand.
 SCALING = [
     ("arguments", "arguments, 10 to 10,000"),
@@ -145,6 +147,20 @@ def measure_first_calls(folder, quick):
     return runs["subject"], runs["peer"]
 
 
+def measure_processes(commands, rounds):
+    """Whole processes with their children, in turns; each must succeed."""
+    sides = [Runs() for _ in commands]
+    for _ in range(rounds):
+        for command, runs in zip(commands, sides):
+            before = resource.getrusage(resource.RUSAGE_CHILDREN)
+            subprocess.run(command, env=environment({}), stdout=subprocess.DEVNULL,
+                           stderr=subprocess.DEVNULL, check=True)
+            after = resource.getrusage(resource.RUSAGE_CHILDREN)
+            runs.times.append(after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime)
+            runs.faults.append(after.ru_minflt - before.ru_minflt)
+    return sides
+
+
 def row(what, values, goal, faults, command):
     """A row of values of several rounds, such as ratios."""
     low, high = (quantile(values, part) for part in (0.25, 0.75))
@@ -190,6 +206,16 @@ def call_rows(folder, quick):
     yield pair_row("complete call, first of a process / the same by hand",
                    *measure_first_calls(folder, quick), FIRST_CALL_GOAL,
                    f"{FIRST_CALL} subject, {FIRST_CALL} peer")
+
+
+def process_rows(build, quick):
+    """The console, which validates the line and runs it in a process of its own."""
+    line = "--getscalertype"
+    library = next((build / "virtual").glob("libScalerIsp.*"))
+    sides = measure_processes([[build / "bin" / "ispctl", "run", "--virtual", line],
+                               [build / "bench" / "bench_host", library, line]], 11 if quick else 81)
+    yield pair_row(f"`ispctl run --virtual {line}` / a C host with this call, whole processes", *sides,
+                   PROCESS_GOAL, f"ispctl run --virtual {line}, bench_host {library.name} {line}")
 
 
 def file_system(folder):
@@ -286,8 +312,9 @@ def main():
         sys.exit(f"cmake --build {options.build} --target scaler_isp_bench comes first")
 
     busy = load()
-    rows = [*call_rows(folder, options.quick), *pair_rows(folder, options.quick),
-            *save_rows(folder, options.quick), *scaling_rows(folder, options.quick)]
+    rows = [*call_rows(folder, options.quick), *process_rows(options.build.resolve(), options.quick),
+            *pair_rows(folder, options.quick), *save_rows(folder, options.quick),
+            *scaling_rows(folder, options.quick)]
     if sys.platform == "linux":
         rows.append(size_row(options.build))
     text = table(rows)
