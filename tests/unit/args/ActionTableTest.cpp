@@ -7,6 +7,7 @@
 
 #include "scaler_isp/args/CommandFacts.h"
 #include "scaler_isp/args/CommandTables.h"
+#include "support/ActionList.h"
 
 namespace {
 
@@ -55,7 +56,7 @@ TEST(ActionTable, Bits_and_enumerators_are_unique) {
 }
 
 TEST(ActionTable, RowOfAction_returns_empty_row_for_number_without_action) {
-    for (const std::uint32_t number : {0U, 26U, 0xFFFFFFFFU}) {
+    for (const std::uint32_t number : {0U, kNumberWithoutAction, 0xFFFFFFFFU}) {
         const ActionRow &row = RowOfAction(static_cast<ENUM_CP_ISPTOOL_ACTION_TYPE>(number));
         EXPECT_EQ(row.enumAction, ENUM_ACTION_NONE);
         EXPECT_EQ(row.enumFiles, ActionFiles::NONE);

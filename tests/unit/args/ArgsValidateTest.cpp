@@ -1,4 +1,5 @@
 #include "ParserFixture.h"
+#include "support/ActionList.h"
 
 /// The order of the validation and what each step stores.
 class ArgsValidate : public ParserTest {
@@ -34,47 +35,6 @@ TEST_F(ArgsValidate, Unknown_mask_bits_of_raw_record_are_rejected) {
     EXPECT_REFUSED(Judge(args), "Version location type is illegal!\n");
     args.ulVerLocMask = 0;
     EXPECT_ACCEPTED(Judge(args));
-}
-
-TEST_F(ArgsValidate, Raw_record_has_documented_defaults) {
-    const STRUCT_CP_ISP_CMD_ARGS args;
-    EXPECT_EQ(args.ulIspMode, 1U);
-    EXPECT_EQ(args.ulMergeFwGeneration, 2U);
-    for (const unsigned number :
-         {args.ulActionMask, args.ulSignTypeMask, args.ulVerLocMask, args.ulMergeInfoRwMask,
-          args.bIspChannel, args.bCompareVersion, args.bSearchFw, args.bFwGiven, args.bDdcciCmd,
-          args.ulBootCodeType, args.ulEdpIspMode, args.ulUserDefinedInfoType, args.ulMergeInfoType,
-          args.ulSendExtraCmdMode}) {
-        EXPECT_EQ(number, 0U);
-    }
-    for (const std::string &text : {args.strUserDefinedVerMode,
-                                    args.strComm,
-                                    args.strFwPath,
-                                    args.strSignFile,
-                                    args.strKeyPair,
-                                    args.strVkFile,
-                                    args.strSkFile,
-                                    args.strSubCert,
-                                    args.strNextVkFile,
-                                    args.strSlave,
-                                    args.strMergeWriteData,
-                                    args.strVerAddr,
-                                    args.strTotalVerLen,
-                                    args.strMajorVerLen,
-                                    args.strSubVerLen,
-                                    args.strRecordVerMode,
-                                    args.strDumpAddr,
-                                    args.strDumpLen,
-                                    args.strDumpName,
-                                    args.strSettingFile,
-                                    args.strSearchFwMode,
-                                    args.strFlagAddr,
-                                    args.strFlagData,
-                                    args.strDsMode,
-                                    args.strBootFwPath,
-                                    args.strWriteData}) {
-        EXPECT_EQ(text, "");
-    }
 }
 
 TEST_F(ArgsValidate, Action_is_checked_before_all_other_options) {
@@ -142,19 +102,15 @@ TEST_F(ArgsValidate, Firmware_path_is_checked_before_action_of_signature) {
 }
 
 TEST_F(ArgsValidate, Signature_is_rejected_unless_action_programs_or_signs) {
-    const struct {
-        const char *action;
-        bool allowed;
-    } rows[] = {{"--isp", true},        {"--ispuser", true},       {"--ispdiff", true},
-                {"--ispcopy", true},    {"--erase", false},        {"--recordver", false},
-                {"--srstatus", false},  {"--resetmcu", false},     {"--dumpflash", false},
-                {"--getstatus", false}, {"--edpisp", false},       {"--mergefwinfo", false},
-                {"--i2cwrite", false},  {"--getscalertype", false}};
-    for (const auto &row : rows) {
-        const Answer answer = ParseFresh({row.action, "--hw", "--fw", "fw.bin"});
-        EXPECT_EQ(answer.result, row.allowed ? 1 : 0) << row.action;
+    for (const ListedAction &action : kListedActions) {
+        if (action.HasNoLine() || action.UsesSignPluginOnly()) {
+            continue;
+        }
+        SCOPED_TRACE(action.name);
+        const Answer answer = ParseFresh({action.Line()[0], "--hw", "--fw", "fw.bin"});
+        EXPECT_EQ(answer.result, action.maySign ? 1 : 0);
         EXPECT_EQ(answer.out,
-                  row.allowed
+                  action.maySign
                       ? ""
                       : "Digital signature type should not be defined only when program fw!\n");
     }

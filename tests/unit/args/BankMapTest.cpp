@@ -3,6 +3,7 @@
 #include <random>
 
 #include "ParserFixture.h"
+#include "support/ActionList.h"
 
 /// JudgeFwMap over files of every interesting size; large ones are sparse.
 class BankMap : public ParserTest {
@@ -139,7 +140,7 @@ TEST_F(BankMap, JudgeFwMap_accepts_adjacent_files) {
 }
 
 TEST_F(BankMap, JudgeFwMap_checks_only_actions_that_need_firmware) {
-    for (unsigned action = 0; action <= 26; ++action) {
+    for (unsigned action = 0; action <= kNumberWithoutAction; ++action) {
         for (unsigned location = 0; location <= 9; ++location) {
             Act(static_cast<ENUM_CP_ISPTOOL_ACTION_TYPE>(action),
                 static_cast<ENUM_VERSION_LOCATION_TYPE>(location));

@@ -1,6 +1,7 @@
 #include <climits>
 
 #include "ParserFixture.h"
+#include "support/ActionList.h"
 
 using MaskConverters = ParserTest;
 
@@ -17,23 +18,15 @@ TEST_F(MaskConverters, JudgeUniqueAttribute_rejects_no_bit_or_several) {
 }
 
 TEST_F(MaskConverters, GetActionType_converts_every_action_bit) {
-    const struct {
-        int mask;
-        unsigned action;
-    } rows[] = {{0x1, 1},       {0x2, 2},       {0x4, 3},       {0x8, 4},       {0x10, 5},
-                {0x20, 6},      {0x40, 7},      {0x80, 8},      {0x100, 9},     {0x200, 10},
-                {0x400, 11},    {0x800, 12},    {0x1000, 13},   {0x2000, 14},   {0x4000, 15},
-                {0x8000, 16},   {0x20000, 18},  {0x40000, 19},  {0x80000, 20},  {0x100000, 21},
-                {0x200000, 22}, {0x400000, 23}, {0x800000, 24}, {0x1000000, 25}};
-    for (const auto &row : rows) {
+    for (const ListedAction &row : kListedActions) {
         auto action = static_cast<ENUM_CP_ISPTOOL_ACTION_TYPE>(99);
-        parser->GetActionType(row.mask, action);
-        EXPECT_EQ(static_cast<unsigned>(action), row.action) << row.mask;
+        parser->GetActionType(static_cast<int>(row.bit), action);
+        EXPECT_EQ(static_cast<unsigned>(action), row.HasNoLine() ? 0U : row.number) << row.name;
     }
 }
 
 TEST_F(MaskConverters, GetActionType_returns_none_for_unknown_bit) {
-    for (const int mask : {0, 3, 0x2000000, INT_MIN, -1}) {
+    for (const int mask : {0, 3, static_cast<int>(kBitWithoutAction), INT_MIN, -1}) {
         auto action = static_cast<ENUM_CP_ISPTOOL_ACTION_TYPE>(99);
         parser->GetActionType(mask, action);
         EXPECT_EQ(static_cast<unsigned>(action), 0U) << mask;

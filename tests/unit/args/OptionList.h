@@ -1,7 +1,8 @@
 #ifndef SCALER_ISP_TESTS_UNIT_ARGS_OPTION_LIST_H
 #define SCALER_ISP_TESTS_UNIT_ARGS_OPTION_LIST_H
 
-/// The options as users know them, written down a second time for the tests.
+/// The options as users know them, written down a second time for the tests;
+/// the actions in abi/action_rows.def.
 struct ListedOption {
     const char *name;
     bool takesValue;
@@ -12,31 +13,8 @@ struct ListedOption {
 // The order decides about abbreviations: never sort.
 // clang-format off
 constexpr ListedOption kListedOptions[] = {
-    {"verify", false, 'A', 0x1},
-    {"sign", false, 'A', 0x2},
-    {"erase", false, 'A', 0x4},
-    {"isp", false, 'A', 0x8},
-    {"ispuser", false, 'A', 0x10},
-    {"ispdiff", false, 'A', 0x20},
-    {"ispcopy", false, 'A', 0x40},
-    {"factoryisp", false, 'A', 0x10000},
-    {"recordver", false, 'A', 0x80},
-    {"srstatus", false, 'A', 0x100},
-    {"flashtype", false, 'A', 0x200},
-    {"readsr", false, 'A', 0x400},
-    {"writesr", false, 'A', 0x800},
-    {"readsafeguard", false, 'A', 0x1000},
-    {"writesafeguard", false, 'A', 0x2000},
-    {"resetmcu", false, 'A', 0x4000},
-    {"dumpflash", false, 'A', 0x8000},
-    {"getstatus", false, 'A', 0x20000},
-    {"userdefinedinfo", false, 'A', 0x40000},
-    {"edpisp", false, 'A', 0x80000},
-    {"enterispmode", false, 'A', 0x100000},
-    {"mergefwinfo", false, 'A', 0x200000},
-    {"senduserdefinedinfo", false, 'A', 0x400000},
-    {"i2cwrite", false, 'A', 0x800000},
-    {"getscalertype", false, 'A', 0x1000000},
+#define LISTED_ACTION(NAME, BIT, ...) {NAME, false, 'A', BIT},
+#include "abi/action_rows.def"
     {"boot", true, '-', 42},
     {"newboot", false, '-', 40},
     {"ispchannel", false, '-', 49},

@@ -3,12 +3,23 @@
 #include "OptionList.h"
 #include "ParserFixture.h"
 #include "scaler_isp/args/CommandTables.h"
+#include "support/ActionList.h"
 
 namespace {
 
 /// The engine's second line shows the low byte of an option's number.
 std::string IllegalOption(unsigned number) {
     return std::string("illegal option ' ") + static_cast<char>(number & 0xFFU) + " '!\n";
+}
+
+/// What the engine says about an abbreviation that fits these options.
+std::string AmbiguousCommand(const std::string &word, const std::vector<std::string> &fitting) {
+    std::string text = "tool: command '" + word + "' is ambiguous; possibilities:";
+    text += " '--" + fitting[0] + "'";
+    for (std::size_t i = 1; i < fitting.size(); ++i) {
+        text += " '--" + fitting[i] + "'\n";
+    }
+    return text;
 }
 
 } // namespace
@@ -81,15 +92,21 @@ TEST_F(OptionTableRows, Every_prefix_is_resolved_in_table_order) {
                 EXPECT_EQ(answer.err.find("unrecognized"), std::string::npos) << prefix;
                 continue;
             }
-            std::string expected = "tool: command '--" + prefix + "' is ambiguous; possibilities:";
-            expected += " '--" + fitting[0] + "'";
-            for (std::size_t i = 1; i < fitting.size(); ++i) {
-                expected += " '--" + fitting[i] + "'\n";
-            }
-            EXPECT_EQ(answer.err, expected);
+            EXPECT_EQ(answer.err, AmbiguousCommand("--" + prefix, fitting));
             EXPECT_EQ(answer.out, IllegalOption(0) + "Action type undefined or illegal!\n");
         }
     }
+}
+
+TEST_F(OptionTableRows, Empty_name_is_ambiguous_between_all_options) {
+    std::vector<std::string> names;
+    for (const ListedOption &option : kListedOptions) {
+        names.emplace_back(option.name);
+    }
+    const Answer answer = Parse({"--=x", "--resetmcu"});
+    EXPECT_EQ(answer.result, 1);
+    EXPECT_EQ(answer.err, AmbiguousCommand("--=x", names));
+    EXPECT_EQ(answer.out, IllegalOption(0));
 }
 
 TEST_F(OptionTableRows, No_short_option_is_registered) {
@@ -100,37 +117,13 @@ TEST_F(OptionTableRows, No_short_option_is_registered) {
 }
 
 TEST_F(OptionTableRows, Every_action_option_stores_its_action) {
-    const struct {
-        std::vector<std::string> words;
-        unsigned action;
-    } rows[] = {{{"--erase"}, 3},
-                {{"--recordver"}, 8},
-                {{"--srstatus"}, 9},
-                {{"--flashtype"}, 10},
-                {{"--readsr"}, 11},
-                {{"--writesr"}, 12},
-                {{"--readsafeguard"}, 13},
-                {{"--writesafeguard"}, 14},
-                {{"--resetmcu"}, 15},
-                {{"--getstatus"}, 18},
-                {{"--userdefinedinfo"}, 19},
-                {{"--edpisp"}, 20},
-                {{"--enterispmode"}, 21},
-                {{"--mergefwinfo"}, 22},
-                {{"--senduserdefinedinfo"}, 23},
-                {{"--getscalertype"}, 25},
-                {{"--verify"}, 1},
-                {{"--sign"}, 2},
-                {{"--isp", "--fw", "f.bin"}, 4},
-                {{"--ispuser", "--fw", "f.bin"}, 5},
-                {{"--ispdiff", "--fw", "f.bin"}, 6},
-                {{"--ispcopy", "--fw", "f.bin"}, 7},
-                {{"--dumpflash", "--dumpaddr", "0", "--dumplen", "1"}, 16},
-                {{"--i2cwrite", "--writedata", "1,2,3"}, 24}};
     folder.Write("f.bin", "x");
-    for (const auto &row : rows) {
-        EXPECT_ACCEPTED(ParseFresh(row.words));
-        EXPECT_EQ(static_cast<unsigned>(Setting()->enumActionType), row.action) << row.words[0];
+    for (const ListedAction &action : kListedActions) {
+        if (action.HasNoLine()) {
+            continue;
+        }
+        EXPECT_ACCEPTED(ParseFresh(action.Line()));
+        EXPECT_EQ(static_cast<unsigned>(Setting()->enumActionType), action.number) << action.name;
     }
 }
 

@@ -1,46 +1,28 @@
 #include "RunFlowFixture.h"
 
+#include "support/ActionList.h"
 #include "support/TestHeap.h"
 
 using RunFlow = RunFlowTest;
 
 TEST_F(RunFlow, Every_action_calls_its_plugin_function) {
-    const struct {
+    struct Row {
         unsigned action;
-        const char *name;
+        std::string name;
         int result;
-    } rows[] = {{4, "IspFlash", 0},
-                {5, "IspFlash", 0},
-                {6, "IspFlash", 0},
-                {7, "IspFlash", 0},
-                {17, "IspFlash", 0},
-                {8, "RecordFWVersion", 0},
-                {16, "DumpFlash", 0},
-                {19, "GetUserDefinedInfoFromDDCCI", 0},
-                {20, "IspEeprom", 0},
-                {21, "EnterISPModeExport", 0},
-                {15, "ResetMCUExport", 0},
-                {25, "GetScalerType", 0},
-                {18, "", 6},
-                {3, "", 6},
-                {22, "", 6},
-                {23, "", 6},
-                {24, "", 6},
-                {0, "", 0},
-                {9, "", 0},
-                {10, "", 0},
-                {11, "", 0},
-                {12, "", 0},
-                {13, "", 0},
-                {14, "", 0},
-                {26, "", 0},
-                {0xFFFFFFFF, "", 0}};
-    for (const auto &row : rows) {
+    };
+    std::vector<Row> rows{{0, "", 0}, {kNumberWithoutAction, "", 0}, {0xFFFFFFFF, "", 0}};
+    for (const ListedAction &action : kListedActions) {
+        if (!action.UsesSignPluginOnly()) {
+            rows.push_back({action.number, std::string(action.function), action.result});
+        }
+    }
+    for (const Row &row : rows) {
         Act(row.action);
         results.clear();
         EXPECT_EQ(Run("full"), row.result) << row.action;
         EXPECT_EQ(out, "");
-        if (*row.name == '\0') {
+        if (row.name.empty()) {
             EXPECT_THAT(module.Names(), ElementsAre("SetUIFunction")) << row.action;
             EXPECT_EQ(Run("extras"), row.result) << row.action;
             EXPECT_THAT(module.Names(), ElementsAre("SetUIFunction")) << row.action;
