@@ -12,6 +12,7 @@
 #include "CommandLine.h"
 #include "ConsoleProcess.h"
 #include "ScalerLibrary.h"
+#include "scaler_isp/args/CommandFacts.h"
 #include "support/EnvGuard.h"
 #include "support/TempFolder.h"
 
@@ -21,12 +22,6 @@ namespace fs = std::filesystem;
 using Words = std::vector<std::string>;
 
 constexpr int kLines = 120;
-
-const char *const kActions[] = {
-    "isp",          "isp",         "isp",       "ispuser",         "ispdiff",
-    "ispcopy",      "recordver",   "dumpflash", "verify",          "sign",
-    "erase",        "resetmcu",    "srstatus",  "userdefinedinfo", "edpisp",
-    "enterispmode", "mergefwinfo", "i2cwrite",  "getscalertype",   "factoryisp"};
 
 /// Options with the values that they may get; "@" stands for a file of the folder.
 const std::pair<const char *, Words> kOptions[] = {
@@ -76,7 +71,10 @@ class ExplainedCall : public testing::Test {
 
     Words RandomLine(std::mt19937 &random) const {
         const auto chance = [&](unsigned percent) { return random() % 100 < percent; };
-        Words line{std::string("--") + kActions[random() % std::size(kActions)]};
+        const auto &action =
+            ScalerIspFacts::kActions[random() % std::size(ScalerIspFacts::kActions)];
+        // Most options are for programming.
+        Words line{"--" + std::string(chance(20) ? "isp" : action.name)};
         if (chance(85)) {
             line.insert(line.end(), {"--fw", chance(50) ? Resolved("@small.bin")
                                                         : Resolved("@three banks.bin")});
