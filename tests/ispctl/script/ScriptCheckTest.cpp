@@ -38,10 +38,10 @@ TEST(ScriptCheck, Operands_past_end_of_script_are_reported) {
 }
 
 TEST(ScriptCheck, Opcodes_that_end_script_are_reported) {
-    EXPECT_THAT(CheckScript(Bytes{1, 10, 11, 27, 1}).problems,
+    EXPECT_THAT(CheckScript(Bytes{1, 10, 11, 0xFE, 1}).problems,
                 ElementsAre("offset 1: opcode 10 is not supported",
                             "offset 2: opcode 11 is not supported",
-                            "offset 3: unknown opcode 0x1B"));
+                            "offset 3: unknown opcode 0xFE"));
 }
 
 TEST(ScriptCheck, Opcode_26_after_block_is_reported) {

@@ -55,7 +55,7 @@ TEST(ScriptText, Each_statement_assembles_to_its_record) {
         {"ReadMcuRegs 0x1234, 2, 1", {25, 0x12, 0x34, 0, 2, 1}},
         {"Write32BitRegEx 0x12345678, 4294967295",
          {26, 0x12, 0x34, 0x56, 0x78, 0xFF, 0xFF, 0xFF, 0xFF}},
-        {"bytes {0x1B, 255}", {0x1B, 0xFF}},
+        {"bytes {0xFE, 255}", {0xFE, 0xFF}},
         {"", {}},
     };
     for (const Row &row : rows) {
@@ -233,17 +233,18 @@ TEST(ScriptText, Longest_block_is_accepted_and_longer_one_rejected) {
 }
 
 TEST(ScriptText, Listing_is_formatted_as_documented) {
-    EXPECT_EQ(ListScript(Bytes{0, 1, 2, 22, 0x10, 0, 2, 1, 0xAA, 0xBB, 26, 0,  0, 0, 1, 0, 0,  0,
-                               2, 9, 9, 13, 1,    2, 3, 0, 4,    0,    5,  23, 1, 0, 7, 0, 27, 1}),
-              "Wait ms = 258\n"
-              "WriteRegs addr = 0x10, inc = 1, data = {0xAA, 0xBB}\n"
-              "Write32BitRegEx addr = 0x00000001, value = 0x00000002\n"
-              "// skipped, the last block length is 2\n"
-              "bytes {0x09, 0x09}\n"
-              "PollMcuReg addr = 0x01, mask = 0x02, expect = 0x03, tries = 4, interval = 5\n"
-              "ReadRegs addr = 0x01, length = 7, inc = 0\n"
-              "// unknown opcode: the runner ends here with result 1\n"
-              "bytes {0x1B, 0x01}\n");
+    EXPECT_EQ(
+        ListScript(Bytes{0, 1, 2, 22, 0x10, 0, 2, 1, 0xAA, 0xBB, 26, 0,  0, 0, 1, 0, 0,    0,
+                         2, 9, 9, 13, 1,    2, 3, 0, 4,    0,    5,  23, 1, 0, 7, 0, 0xFE, 1}),
+        "Wait ms = 258\n"
+        "WriteRegs addr = 0x10, inc = 1, data = {0xAA, 0xBB}\n"
+        "Write32BitRegEx addr = 0x00000001, value = 0x00000002\n"
+        "// skipped, the last block length is 2\n"
+        "bytes {0x09, 0x09}\n"
+        "PollMcuReg addr = 0x01, mask = 0x02, expect = 0x03, tries = 4, interval = 5\n"
+        "ReadRegs addr = 0x01, length = 7, inc = 0\n"
+        "// unknown opcode: the runner ends here with result 1\n"
+        "bytes {0xFE, 0x01}\n");
     EXPECT_EQ(ListScript(Bytes{1, 3, 4}), "ScalerRun\n// WriteReg: 2 of its 3 bytes\n"
                                           "bytes {0x03, 0x04}\n");
 }
@@ -273,8 +274,8 @@ TEST(ScriptText, Listing_of_every_byte_and_pair_assembles_to_same_bytes) {
 }
 
 TEST(ScriptText, Byte_list_has_one_record_per_line) {
-    EXPECT_EQ(ispctl::ByteListOfScript(Bytes{1, 3, 0x10, 0x20, 27}),
-              "0x01,\n0x03, 0x10, 0x20,\n0x1B,\n");
+    EXPECT_EQ(ispctl::ByteListOfScript(Bytes{1, 3, 0x10, 0x20, 0xFE}),
+              "0x01,\n0x03, 0x10, 0x20,\n0xFE,\n");
 }
 
 } // namespace

@@ -125,7 +125,7 @@ TEST_F(RegisterScript, Empty_script_succeeds) {
 TEST_F(RegisterScript, Opcodes_from_27_return_unknown) {
     EXPECT_EQ(Run({0x1B}), 1);
     EXPECT_EQ(Run({0xFF}), 1);
-    EXPECT_EQ(Run({1, 27, 2}), 1);
+    EXPECT_EQ(Run({1, 0xFE, 2}), 1);
     EXPECT_EQ(m_comm.calls, Calls{"ScalerRun"});
 }
 
@@ -236,7 +236,7 @@ TEST_F(RegisterScript, Records_that_need_library_return_6_without_it) {
     EXPECT_EQ(g_waits, std::vector<unsigned int>{1000});
     unsigned char unsupported = 10;
     EXPECT_EQ(RunCommand(&unsupported, 1, nullptr, nullptr, nullptr), 2);
-    unsigned char unknown = 27;
+    unsigned char unknown = 0xFE;
     EXPECT_EQ(RunCommand(&unknown, 1, nullptr, nullptr, nullptr), 1);
     CNxComm unloaded;
     EXPECT_EQ(RunCommand(script.data(), 4, &unloaded, m_out, &m_count), 6);
