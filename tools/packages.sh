@@ -83,7 +83,7 @@ is_there() {
 
 # Whether a command needs all that "test" needs, besides its own rows.
 runs_tests() {
-    [ "$1" = coverage ] || [ "$1" = mutate ]
+    [ "$1" = coverage ] || [ "$1" = mutate ] || [ "$1" = generate ]
 }
 
 # Prints the packages that a command still lacks, of the column apt or brew.
