@@ -220,9 +220,9 @@ typedef struct STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING {
     /// on stay uninitialised.
     SCALER_ISP_API STRUCT_C_STYLE_CP_ISP_COMMAND_SETTING();
 
-    /// Loads twelve fields from the file wszSettingFile; a missing file, section or key gives its
-    /// default. The firmware map is not read, and no range is checked. If a lack of memory or an
-    /// I/O error prevents reading, all fields stay unchanged.
+    /// Loads the fields of setting_keys.def from the file wszSettingFile; a missing file, section
+    /// or key gives its default. The firmware map is not read, and no range is checked. If a lack
+    /// of memory or an I/O error prevents reading, all fields stay unchanged.
     SCALER_ISP_API void LoadSetting();
 
     /// Writes only the firmware map, to section "ISP_Fw" of the file wszSettingFile. All keys are
