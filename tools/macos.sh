@@ -70,15 +70,37 @@ macos_ship() {
     fi
 }
 
-# ispctl for x86_64 without optimisation, in a tree of its own, so that nothing of it can be delivered: it
-# compiles and links for macOS, and the step x86_64 runs it. Both slices as delivered take three times as long.
-macos_ispctl() {
+# macos_unoptimised TARGET: a target for x86_64 without optimisation, in a tree of its own, so that nothing of it
+# can be delivered. Both slices as delivered take three times as long.
+macos_unoptimised() {
     macos_environment
-    on_a_mac && return 0
     PATH=$PWD/build/macos/sysroot/bin:$PATH
     configure macos -B build/macos/ispctl -DMACOS_ARCHS=x86_64 -DCMAKE_BUILD_TYPE=None -DCMAKE_CXX_FLAGS_NONE=-g0 \
-        -DBUILD_TESTING=OFF -DSCALER_ISP_HOST=ON -DSCALER_ISP_SIMULATOR=OFF
-    macos_build build/macos/ispctl --target ispctl
+        -DBUILD_TESTING=ON -DSCALER_ISP_HOST=ON -DSCALER_ISP_SIMULATOR=ON
+    macos_build build/macos/ispctl --target "$1"
+}
+
+# ispctl compiles and links for macOS; the step x86_64 runs it.
+macos_ispctl() {
+    on_a_mac && return 0
+    macos_unoptimised ispctl
+}
+
+# Only on request, because it takes long: the tests of the virtual scaler and of ispctl.
+macos_tests() {
+    on_a_mac && return 0 # there the tree has them
+    macos_unoptimised scaler_isp_program_tests
+    macos_run_programs x86_64 tests ispctl
+}
+
+# Only on request, because emulation takes long: the library's unit tests for the other processor.
+macos_unit_arm64() {
+    on_a_mac && return 0
+    macos_environment
+    PATH=$PWD/build/macos/sysroot/bin:$PATH
+    configure macos -B build/macos/unit_arm64 -DMACOS_ARCHS=arm64 -DSCALER_ISP_SIMULATOR=OFF
+    macos_build build/macos/unit_arm64 --target scaler_isp_unit_tests
+    macos_run_programs arm64 unit_arm64 unit_arm64
 }
 
 # ispctl as it is delivered, in the tree of the library; the steps that run the loader then test it, too. It
@@ -160,9 +182,10 @@ macos_ispctl_for() {
 
 macos_emulator="qemu-aarch64 -L /usr/aarch64-linux-gnu"
 
-# macos_loader ARCH: the loader and its tests, for one processor, in build/macos/ARCH.
+# macos_loader ARCH [FOLDER [TREE]]: the loader and its tests, for one processor, in FOLDER (ARCH) of build/macos;
+# among them are the test programs of TREE, if any.
 macos_loader() {
-    arch=$1
+    arch=$1 loader=build/macos/${2:-$1} test_tree=${3:-}
     macos_environment
     macos_npm=$(packaging/macos/fetch_inputs.sh "$macos_cache" | sed -n 1p)
     macos_runtime "$arch"
@@ -173,25 +196,32 @@ macos_loader() {
     else
         set --
     fi
-    run cmake -S tests/macos -B "build/macos/$arch" -G Ninja -DCMAKE_BUILD_TYPE=Release \
+    run cmake -S tests/macos -B "$loader" -G Ninja -DCMAKE_BUILD_TYPE=Release \
         -DMACOS_BUILD="$PWD/build/macos/universal" -DMACOS_LIBRARY="$PWD/$macos_library" \
-        -DMACOS_ISPCTL="$(macos_ispctl_for "$arch")" -DMACOS_RUNTIME="$macos_runtime" "$@"
-    build "build/macos/$arch"
+        -DMACOS_ISPCTL="$(macos_ispctl_for "$arch")" -DMACOS_RUNTIME="$macos_runtime" \
+        -DMACOS_TESTS="${test_tree:+$PWD/build/macos/$test_tree/tests}" "$@"
+    build "$loader"
 }
 
-# macos_run ARCH: the suite on the unmodified file, in the loader.
+# macos_run_programs ARCH STEP TREE: the test programs of TREE, in the loader; the results are those of STEP alone.
+macos_run_programs() {
+    macos_loader "$1" "run_$2" "$3"
+    suite "build/macos/run_$2" -L test_program
+}
+
+# macos_run ARCH [TREE]: the suite on the unmodified file, in the loader.
 macos_run() {
     if on_a_mac; then
         macos_environment
         suite build/macos/universal -R blackbox
         return 0
     fi
-    macos_loader "$1"
+    macos_loader "$1" "$@"
     suite "build/macos/$1"
 }
 
 macos_x86_64() {
-    macos_run x86_64
+    macos_run x86_64 universal
 }
 
 macos_arm64() {
@@ -199,6 +229,7 @@ macos_arm64() {
 }
 
 all_macos="library again inspection unit ispctl x86_64 arm64"
+named_macos="unit_arm64 tests programs numbers"
 
 # "--write" renews the table of docs/macos.md from what has run; without it the table must say just that.
 dev_macos() {
@@ -210,10 +241,10 @@ dev_macos() {
     # shellcheck disable=SC2086
     [ $# -gt 0 ] || set -- $all_macos
     for step in "$@"; do
-        case " $all_macos programs numbers " in
+        case " $all_macos $named_macos " in
         *" $step "*) ;;
         *)
-            echo "./dev macos: no step is called $step; there are: $all_macos programs numbers" >&2
+            echo "./dev macos: no step is called $step; there are: $all_macos $named_macos" >&2
             exit 2
             ;;
         esac

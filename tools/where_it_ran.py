@@ -25,7 +25,8 @@ PAGE = ROOT / "docs/macos.md"
 FIGURES = "where it ran"
 NO = "no"
 SYSTEMS = ("Linux x86_64", "macOS x86_64", "macOS arm64")
-PARTS = ("library", "unit tests", "virtual scaler", "`ispctl`", "examples", "self-test")
+PARTS = ("library", "unit tests", "virtual scaler", "tests of the virtual scaler", "`ispctl`", "tests of `ispctl`",
+         "examples", "self-test")
 COLUMNS = ("built", "ran in the loader", "ran on the real thing")
 BUILT, LOADER, REAL = COLUMNS
 
@@ -37,6 +38,7 @@ LINUX = SYSTEMS[:1]
 ALL = ""
 TESTS = "build/test/tests.xml"
 IN_LOADER = "build/macos/{arch}/tests.xml"
+EMULATED_UNIT, PROGRAM_TESTS = (f"build/macos/run_{step}/tests.xml" for step in ("unit_arm64", "tests"))
 UNIVERSAL = "build/macos/universal/"
 RELEASE = "build/package/checks/passed.txt"
 ROWS = (
@@ -48,12 +50,21 @@ ROWS = (
     Evidence("unit tests", LINUX, REAL, "test", TESTS, r"unit_", "all"),
     Evidence("unit tests", MAC_X86, BUILT, "macos unit", UNIVERSAL + "tests/unit/test_unit_entry", ALL, ""),
     Evidence("unit tests", MAC_X86, LOADER, "macos {arch}", IN_LOADER, r"unit\.", "all but those listed"),
+    Evidence("unit tests", MAC_ARM, BUILT, "macos unit_arm64", "build/macos/unit_arm64/tests/unit/test_unit_entry",
+             ALL, ""),
+    Evidence("unit tests", MAC_ARM, LOADER, "macos unit_arm64", EMULATED_UNIT, r"unit\.", "all but those listed"),
     Evidence("virtual scaler", LINUX, BUILT, "test", "build/test/virtual/PlugIn/libIsp.dylib", ALL, ""),
     Evidence("virtual scaler", LINUX, REAL, "test", TESTS, r"virtual_", "its tests"),
     Evidence("virtual scaler", MACS, BUILT, "macos library", UNIVERSAL + "virtual/PlugIn/libIsp.dylib", ALL,
              ""),
     Evidence("virtual scaler", MACS, LOADER, "macos {arch}", IN_LOADER, r"(virtual_scaler|real_signatures)$",
              "programmed, real signatures"),
+    Evidence("tests of the virtual scaler", LINUX, BUILT, "test", TESTS, r"virtual_", ""),
+    Evidence("tests of the virtual scaler", LINUX, REAL, "test", TESTS, r"virtual_", "all"),
+    Evidence("tests of the virtual scaler", MAC_X86, BUILT, "macos tests",
+             "build/macos/ispctl/tests/simulator/test_virtual_bus", ALL, ""),
+    Evidence("tests of the virtual scaler", MAC_X86, LOADER, "macos tests", PROGRAM_TESTS, r"virtual\.",
+             "all but those listed"),
     Evidence("`ispctl`", LINUX, BUILT, "test", "build/test/bin/ispctl", ALL, ""),
     Evidence("`ispctl`", LINUX, REAL, "test", TESTS, r"ispctl", "its tests"),
     Evidence("`ispctl`", MAC_X86, BUILT, "macos ispctl", "build/macos/ispctl/bin/ispctl", ALL, ""),
@@ -61,6 +72,12 @@ ROWS = (
              "its commands, the demo"),
     Evidence("`ispctl`", MAC_ARM, BUILT, "macos programs", UNIVERSAL + "bin/ispctl", ALL, ""),
     Evidence("`ispctl`", MAC_ARM, LOADER, "package", RELEASE, r"macos_archive$", "its commands, the demo"),
+    Evidence("tests of `ispctl`", LINUX, BUILT, "test", TESTS, r"ispctl_", ""),
+    Evidence("tests of `ispctl`", LINUX, REAL, "test", TESTS, r"ispctl_", "all"),
+    Evidence("tests of `ispctl`", MAC_X86, BUILT, "macos tests",
+             "build/macos/ispctl/tests/ispctl/test_ispctl_parts", ALL, ""),
+    Evidence("tests of `ispctl`", MAC_X86, LOADER, "macos tests", PROGRAM_TESTS, r"ispctl\.",
+             "all but those listed"),
     Evidence("examples", LINUX, BUILT, "test", TESTS, r"examples\.bus_host|package\.templates", ""),
     Evidence("examples", LINUX, REAL, "test", TESTS, r"examples\.|package\.templates", "all"),
     Evidence("examples", MACS, BUILT, "macos library", UNIVERSAL + "tests/macos/examples/host_cpp", ALL,

@@ -37,29 +37,51 @@ static size_t count_of(char *const *list) {
     return count;
 }
 
-/* The words of the launcher, the program, and its arguments without argv[0]. */
+/* The words of the launcher, the program, and its arguments without argv[0]; null without a
+ * launcher. The first word points to memory of its own, which belongs to the caller, as the list
+ * does. */
+static char **command_in_loader(const char *path, char *const *argv) {
+    const char *launcher = getenv("MACHO_LAUNCHER");
+    char *rest = launcher != NULL ? strdup(launcher) : NULL;
+    char **command = calloc(MAX_LAUNCHER_WORDS + count_of(argv) + 2, sizeof *command);
+    size_t count = 0;
+    char *word;
+    if (rest == NULL || command == NULL) {
+        free(rest);
+        free(command);
+        return NULL;
+    }
+    while (count < MAX_LAUNCHER_WORDS && (word = strsep(&rest, " ")) != NULL) {
+        command[count++] = word;
+    }
+    command[count++] = (char *)(uintptr_t)path;
+    memcpy(command + count, argv + 1, count_of(argv) * sizeof *argv);
+    return command;
+}
+
 static int spawn_in_loader(pid_t *process, const char *path,
                            const posix_spawn_file_actions_t *actions,
                            const posix_spawnattr_t *attributes, char *const *argv,
                            char *const *environment) {
-    const char *launcher = getenv("MACHO_LAUNCHER");
-    char *words = launcher != NULL ? strdup(launcher) : NULL;
-    char **command = calloc(MAX_LAUNCHER_WORDS + count_of(argv) + 2, sizeof *command);
-    size_t count = 0;
+    char **command = command_in_loader(path, argv);
     int error = ENOEXEC;
-    if (words != NULL && command != NULL) {
-        char *rest = words;
-        char *word;
-        while (count < MAX_LAUNCHER_WORDS && (word = strsep(&rest, " ")) != NULL) {
-            command[count++] = word;
-        }
-        command[count++] = (char *)(uintptr_t)path;
-        memcpy(command + count, argv + 1, count_of(argv) * sizeof *argv);
+    if (command != NULL) {
         error = posix_spawnp(process, command[0], actions, attributes, command, environment);
+        free(command[0]);
+        free(command);
     }
-    free(command);
-    free(words);
     return error;
+}
+
+static int execute(const char *path, char *const *argv) {
+    char **command = is_macho(path) ? command_in_loader(path, argv) : NULL;
+    if (command == NULL) {
+        return execv(path, argv);
+    }
+    execvp(command[0], command);
+    free(command[0]);
+    free(command);
+    return -1;
 }
 
 static int spawn(pid_t *process, const char *path, posix_spawn_file_actions_t *const *actions,
@@ -117,6 +139,7 @@ static int attributes_default(posix_spawnattr_t **attributes, const uint32_t *ma
 }
 
 const struct shim shims_spawn[] = {SHIM("_posix_spawn", spawn),
+                                   SHIM("_execv", execute),
                                    SHIM("_posix_spawn_file_actions_init", actions_init),
                                    SHIM("_posix_spawn_file_actions_destroy", actions_destroy),
                                    SHIM("_posix_spawn_file_actions_adddup2", actions_dup),

@@ -1,11 +1,13 @@
-# The library's unit tests as Mach-O programs, which the loader runs: target scaler_isp_unit_tests. For x86_64
-# only, because the second slice would take the same time again, and without debug information. Files and
-# tests that are left out are in unit_exclusions.txt.
+# Tests as Mach-O programs, which the loader runs: the targets scaler_isp_unit_tests, the library's, and
+# scaler_isp_program_tests, those of the virtual scaler and of ispctl, in a tree that has both. For one
+# processor, the first of the tree, because a second slice would take the same time again, and without debug
+# information. test_exclusions.txt names the files and tests that are left out.
 set(SCALER_ISP_GOOGLETEST /usr/src/googletest CACHE PATH "Sources of GoogleTest (Debian: googletest)")
 if(NOT EXISTS ${SCALER_ISP_GOOGLETEST}/googlemock/src/gmock-all.cc)
     message(FATAL_ERROR "tests: no sources of GoogleTest in ${SCALER_ISP_GOOGLETEST} (libgtest-dev, googletest)")
 endif()
-set(CMAKE_OSX_ARCHITECTURES x86_64)
+list(GET CMAKE_OSX_ARCHITECTURES 0 first_arch)
+set(CMAKE_OSX_ARCHITECTURES ${first_arch})
 # Thread-local variables are found by a function of the compiler's library, which the loader offers; dyld's own
 # way would need assembly in it.
 add_compile_options(-g0 -femulated-tls)
@@ -22,10 +24,23 @@ target_compile_features(scaler_isp_googletest PUBLIC cxx_std_20)
 target_compile_options(scaler_isp_googletest PRIVATE -O0 -w) # its own warnings are not ours
 target_link_libraries(scaler_isp_googletest PUBLIC Threads::Threads)
 add_library(GTest::gmock ALIAS scaler_isp_googletest)
-
 add_subdirectory(support EXCLUDE_FROM_ALL)
+
+# test_programs(TARGET FOLDERS...): TARGET builds all test programs of these folders of tests/.
+function(test_programs TARGET)
+    add_custom_target(${TARGET})
+    foreach(folder IN LISTS ARGN)
+        get_property(targets DIRECTORY ${folder} PROPERTY BUILDSYSTEM_TARGETS)
+        list(FILTER targets INCLUDE REGEX "^test_")
+        add_dependencies(${TARGET} ${targets})
+    endforeach()
+endfunction()
+
 add_subdirectory(unit EXCLUDE_FROM_ALL)
-add_custom_target(scaler_isp_unit_tests)
-get_property(programs DIRECTORY unit PROPERTY BUILDSYSTEM_TARGETS)
-list(FILTER programs INCLUDE REGEX "^test_unit_")
-add_dependencies(scaler_isp_unit_tests ${programs})
+test_programs(scaler_isp_unit_tests unit)
+if(TARGET ispctl AND TARGET virtual_isp)
+    find_package(Python3 COMPONENTS Interpreter QUIET)
+    add_subdirectory(simulator EXCLUDE_FROM_ALL)
+    add_subdirectory(ispctl EXCLUDE_FROM_ALL)
+    test_programs(scaler_isp_program_tests simulator ispctl ispctl/doctor ispctl/check)
+endif()

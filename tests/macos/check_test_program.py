@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""The library's unit tests, built for macOS, pass in the loader; all but those that the list names.
+"""A test program, built for macOS, passes in the loader; all of it but the tests that the lists name.
 
-usage: check_unit.py PROGRAM LIST LAUNCHER...
+usage: check_test_program.py LIST[;LIST...] PROGRAM LAUNCHER...
 """
 
 import fnmatch
@@ -11,9 +11,10 @@ import subprocess
 import sys
 
 
-def excluded_tests(path, program):
+def excluded_tests(lists, program):
     """Patterns of tests of this program, from rows "PROGRAM Suite.Test REASON"."""
-    rows = [line.split() for line in path.read_text().splitlines() if not line.startswith("#")]
+    rows = [line.split() for path in lists for line in path.read_text().splitlines()
+            if not line.startswith("#")]
     return [row[1] for row in rows if row and row[0] == program]
 
 
@@ -29,16 +30,18 @@ def tests_of(command):
 
 
 def main():
-    program, exclusions = pathlib.Path(sys.argv[1]), pathlib.Path(sys.argv[2])
-    command = [*sys.argv[3:], str(program)]
+    lists, program = [pathlib.Path(name) for name in sys.argv[1].split(";")], pathlib.Path(sys.argv[2])
+    launcher = sys.argv[3:]
+    command = [*launcher, str(program)]
     tests = list(tests_of(command))
-    excluded = excluded_tests(exclusions, program.name.removeprefix("test_"))
+    excluded = excluded_tests(lists, program.name.removeprefix("test_"))
     unknown = [pattern for pattern in excluded if not fnmatch.filter(tests, pattern)]
     if unknown:
-        print(f"{exclusions.name} names tests that {program.name} does not have: {', '.join(unknown)}")
+        print(f"the lists name tests that {program.name} does not have: {', '.join(unknown)}")
         return 1
     done = subprocess.run([*command, "--gtest_brief=1", "--gtest_filter=-" + ":".join(excluded)],
-                          env=dict(os.environ, GTEST_COLOR="no"), check=False)
+                          env=dict(os.environ, GTEST_COLOR="no", MACHO_LAUNCHER=" ".join(launcher)),
+                          check=False)
     left_out = {test for pattern in excluded for test in fnmatch.filter(tests, pattern)}
     print(f"{program.name}: {len(tests) - len(left_out)} of {len(tests)} tests run in the loader")
     return done.returncode

@@ -1,0 +1,15 @@
+# scaler_isp_left_out: the test sources that are not compiled for macOS, from rows "FILE REASON" of
+# test_exclusions.txt. A row that names no file is noticed on every system.
+set(scaler_isp_left_out "")
+set(exclusions ${CMAKE_CURRENT_LIST_DIR}/test_exclusions.txt)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${exclusions})
+file(STRINGS ${exclusions} rows REGEX "^[a-z/]+/[A-Za-z]+\\.cpp ")
+foreach(row IN LISTS rows)
+    string(REGEX MATCH "^[^ ]+" file "${row}")
+    if(NOT EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/${file})
+        message(FATAL_ERROR "tests: test_exclusions.txt names tests/${file}, which is not there")
+    endif()
+    if(APPLE)
+        list(APPEND scaler_isp_left_out ${CMAKE_CURRENT_SOURCE_DIR}/${file})
+    endif()
+endforeach()
