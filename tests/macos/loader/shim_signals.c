@@ -9,6 +9,7 @@
 #include <signal.h>
 #include <stddef.h>
 #include <stdint.h>
+#include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -153,12 +154,31 @@ static pid_t wait_for_process(pid_t process, int *status, int options) {
     return ended;
 }
 
-const struct shim shims_signals[] = {SHIM("_sigaction", set_action),
-                                     SHIM("_signal", set_handler),
-                                     SHIM("_pthread_sigmask", thread_mask),
-                                     SHIM("_sigprocmask", process_mask),
-                                     SHIM("_kill", kill_process),
-                                     SHIM("_raise", raise_signal),
-                                     SHIM("_waitpid", wait_for_process),
-                                     SHIM("_alarm", alarm),
-                                     SHIM_END};
+struct macos_timer {
+    struct {
+        int64_t seconds;
+        int32_t microseconds;
+    } interval, value;
+};
+
+/* The numbers of the timers are the same. */
+static int set_timer(int which, const struct macos_timer *wanted, struct macos_timer *before) {
+    const struct itimerval in = {{wanted->interval.seconds, wanted->interval.microseconds},
+                                 {wanted->value.seconds, wanted->value.microseconds}};
+    struct itimerval out = {{0, 0}, {0, 0}};
+    const int result = setitimer(which, &in, &out);
+    if (before != NULL) {
+        before->interval.seconds = out.it_interval.tv_sec;
+        before->interval.microseconds = (int32_t)out.it_interval.tv_usec;
+        before->value.seconds = out.it_value.tv_sec;
+        before->value.microseconds = (int32_t)out.it_value.tv_usec;
+    }
+    return result;
+}
+
+const struct shim shims_signals[] = {
+    SHIM("_sigaction", set_action),        SHIM("_signal", set_handler),
+    SHIM("_pthread_sigmask", thread_mask), SHIM("_sigprocmask", process_mask),
+    SHIM("_kill", kill_process),           SHIM("_raise", raise_signal),
+    SHIM("_waitpid", wait_for_process),    SHIM("_alarm", alarm),
+    SHIM("_setitimer", set_timer),         SHIM_END};

@@ -84,6 +84,11 @@ ENTRY(snprintf_l, 4);
 ENTRY(open, 2);
 ENTRY(fcntl, 2);
 
+static int list_printf(const char *format, void *slots) {
+    FROM_STACK(slots);
+    return vprintf(format, arguments);
+}
+
 static int list_fprintf(FILE *file, const char *format, void *slots) {
     FROM_STACK(slots);
     return vfprintf(file, format, arguments);
@@ -115,6 +120,7 @@ const struct shim shims_variadic[] = {SHIM("_printf", entry_printf),
                                       SHIM("_snprintf_l", entry_snprintf_l),
                                       SHIM("_open", entry_open),
                                       SHIM("_fcntl", entry_fcntl),
+                                      SHIM("_vprintf", list_printf),
                                       SHIM("_vfprintf", list_fprintf),
                                       SHIM("_vsnprintf", list_snprintf),
                                       SHIM("_vswprintf", list_swprintf),
