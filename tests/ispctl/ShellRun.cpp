@@ -15,6 +15,7 @@ ConsoleResult RunShell(const std::string &line) {
     const std::string script = folder.Write("line.sh", line + "\n");
     const std::string command = "timeout 30 sh " + script + " >" + folder.Write("out", "") + " 2>" +
                                 folder.Write("err", "") + " </dev/null";
-    const int status = std::system(command.c_str()); // NOLINT(*-env33-c,concurrency-mt-unsafe)
+    // Not const, because the macros of macOS cast its address.
+    int status = std::system(command.c_str()); // NOLINT(*-env33-c,concurrency-mt-unsafe)
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, folder.Read("out"), folder.Read("err")};
 }

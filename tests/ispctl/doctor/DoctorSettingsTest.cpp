@@ -300,8 +300,9 @@ TEST_F(DoctorSettings, Paths_name_every_place) {
     for (const auto &[name, file] : rows) {
         SCOPED_TRACE(name);
         const Json &paths = document["paths"];
-        const auto row = std::find_if(paths.begin(), paths.end(),
-                                      [name = name](const Json &r) { return r["name"] == name; });
+        const auto row = std::find_if(paths.begin(), paths.end(), [wanted = name](const Json &r) {
+            return r["name"] == wanted;
+        });
         ASSERT_NE(row, paths.end());
         EXPECT_EQ((*row)["path"], m_installation.folder.Path(file));
         EXPECT_EQ((*row)["exists"], m_installation.folder.Exists(file));

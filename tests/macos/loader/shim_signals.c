@@ -166,7 +166,7 @@ static int set_timer(int which, const struct macos_timer *wanted, struct macos_t
     const struct itimerval in = {{wanted->interval.seconds, wanted->interval.microseconds},
                                  {wanted->value.seconds, wanted->value.microseconds}};
     struct itimerval out = {{0, 0}, {0, 0}};
-    const int result = setitimer(which, &in, &out);
+    const int result = setitimer((__itimer_which_t)which, &in, &out);
     if (before != NULL) {
         before->interval.seconds = out.it_interval.tv_sec;
         before->interval.microseconds = (int32_t)out.it_interval.tv_usec;
