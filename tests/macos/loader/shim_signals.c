@@ -9,6 +9,7 @@
 #include <signal.h>
 #include <stddef.h>
 #include <stdint.h>
+#include <stdlib.h>
 #include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -145,13 +146,21 @@ static int raise_signal(int number) {
 }
 
 /* The status has the same layout on both systems, but the number of a signal in it differs. */
+static int status_to_macos(int status) {
+    return WIFSIGNALED(status) ? (status & ~0x7F) | signal_to_macos(WTERMSIG(status)) : status;
+}
+
 static pid_t wait_for_process(pid_t process, int *status, int options) {
     int ours = 0;
     const pid_t ended = waitpid(process, &ours, options);
     if (ended > 0 && status != NULL) {
-        *status = WIFSIGNALED(ours) ? (ours & ~0x7F) | signal_to_macos(WTERMSIG(ours)) : ours;
+        *status = status_to_macos(ours);
     }
     return ended;
+}
+
+static int run_by_shell(const char *command) {
+    return status_to_macos(system(command));
 }
 
 struct macos_timer {
@@ -176,9 +185,14 @@ static int set_timer(int which, const struct macos_timer *wanted, struct macos_t
     return result;
 }
 
+static pid_t wait_for_any(int *status) {
+    return wait_for_process(-1, status, 0);
+}
+
 const struct shim shims_signals[] = {
     SHIM("_sigaction", set_action),        SHIM("_signal", set_handler),
     SHIM("_pthread_sigmask", thread_mask), SHIM("_sigprocmask", process_mask),
     SHIM("_kill", kill_process),           SHIM("_raise", raise_signal),
-    SHIM("_waitpid", wait_for_process),    SHIM("_alarm", alarm),
+    SHIM("_waitpid", wait_for_process),    SHIM("_wait", wait_for_any),
+    SHIM("_system", run_by_shell),         SHIM("_alarm", alarm),
     SHIM("_setitimer", set_timer),         SHIM_END};
