@@ -25,8 +25,8 @@ PAGE = ROOT / "docs/macos.md"
 FIGURES = "where it ran"
 NO = "no"
 SYSTEMS = ("Linux x86_64", "macOS x86_64", "macOS arm64")
-PARTS = ("library", "unit tests", "virtual scaler", "tests of the virtual scaler", "`ispctl`", "tests of `ispctl`",
-         "examples", "self-test")
+PARTS = ("library", "unit tests", "virtual scaler", "tests of the virtual scaler", "`ispctl`",
+         "tests of `ispctl`", "examples", "self-test")
 COLUMNS = ("built", "ran in the loader", "ran on the real thing")
 BUILT, LOADER, REAL = COLUMNS
 
@@ -50,9 +50,10 @@ ROWS = (
     Evidence("unit tests", LINUX, REAL, "test", TESTS, r"unit_", "all"),
     Evidence("unit tests", MAC_X86, BUILT, "macos unit", UNIVERSAL + "tests/unit/test_unit_entry", ALL, ""),
     Evidence("unit tests", MAC_X86, LOADER, "macos {arch}", IN_LOADER, r"unit\.", "all but those listed"),
-    Evidence("unit tests", MAC_ARM, BUILT, "macos unit_arm64", "build/macos/unit_arm64/tests/unit/test_unit_entry",
-             ALL, ""),
-    Evidence("unit tests", MAC_ARM, LOADER, "macos unit_arm64", EMULATED_UNIT, r"unit\.", "all but those listed"),
+    Evidence("unit tests", MAC_ARM, BUILT, "macos unit_arm64",
+             "build/macos/unit_arm64/tests/unit/test_unit_entry", ALL, ""),
+    Evidence("unit tests", MAC_ARM, LOADER, "macos unit_arm64", EMULATED_UNIT, r"unit\.",
+             "all but those listed"),
     Evidence("virtual scaler", LINUX, BUILT, "test", "build/test/virtual/PlugIn/libIsp.dylib", ALL, ""),
     Evidence("virtual scaler", LINUX, REAL, "test", TESTS, r"virtual_", "its tests"),
     Evidence("virtual scaler", MACS, BUILT, "macos library", UNIVERSAL + "virtual/PlugIn/libIsp.dylib", ALL,
