@@ -19,7 +19,7 @@ NEAREST = (
     ("ispctl/line/", ("ispctl_line", "ispctl_line_engine", "ispctl_virtual")),
     ("ispctl/log/", ("ispctl_station",)),
     ("ispctl/script/", ("ispctl_script", "ispctl_script_edid")),
-    ("ispctl/station/", ("ispctl_station", "ispctl_virtual")),
+    ("ispctl/station/", ("ispctl_station", "ispctl_station_run")),
     ("ispctl/", ("ispctl_parts", "ispctl_process", "ispctl_virtual")),
     ("simulator/bus/", ("virtual_bus", "ispctl_virtual")),
     ("simulator/common/", ("virtual_text", "virtual_isp_plugin", "virtual_bus")),
